@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+
+namespace tavo {
+
+class Alerts;
+class Application;
+class Bundle;
+class CalendarAccess;
+class Composers;
+class CookieStore;
+class Device;
+class Folders;
+class HttpClient;
+class ImageDecoder;
+class Log;
+class MoviePlayers;
+class MoviePlayerFactory;
+class NetworkMonitor;
+class PhotoAlbum;
+class RunLoop;
+class Screen;
+class Telephony;
+class UserDefaults;
+class WebViewFactory;
+
+// The services of one platform, all of them present. Platforms/Gtk and Platforms/Headless each have
+// a function that fills one.
+struct Platform {
+  std::shared_ptr<Alerts> alerts{};
+  std::shared_ptr<Application> application;
+  std::shared_ptr<Bundle> bundle;
+  std::shared_ptr<CalendarAccess> calendarAccess{};
+  std::shared_ptr<Composers> composers{};
+  std::shared_ptr<CookieStore> cookies;
+  std::shared_ptr<Device> device;
+  std::shared_ptr<Folders> folders{};
+  std::shared_ptr<HttpClient> http;
+  std::shared_ptr<ImageDecoder> images;
+  std::shared_ptr<Log> log;
+  std::shared_ptr<MoviePlayerFactory> moviePlayers{};
+  std::shared_ptr<MoviePlayers> movies{};
+  std::shared_ptr<NetworkMonitor> network;
+  std::shared_ptr<PhotoAlbum> photoAlbum{};
+  std::shared_ptr<RunLoop> runLoop;
+  std::shared_ptr<Screen> screen;
+  std::shared_ptr<Telephony> telephony{};
+  std::shared_ptr<UserDefaults> userDefaults;
+  std::shared_ptr<WebViewFactory> webViews;
+};
+
+}  // namespace tavo

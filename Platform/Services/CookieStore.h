@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Services/HttpClient.h"
+#include "Values/Date.h"
+#include "Values/Url.h"
+
+namespace tavo {
+
+struct Cookie {
+  std::string name;
+  std::string value;
+  std::string domain;
+  std::string path = "/";
+  std::optional<Date> expires;  // none: until the process ends
+  bool secure = false;
+  bool httpOnly = false;
+  friend bool operator==(const Cookie&, const Cookie&) = default;
+};
+
+// The process-wide, persistent cookie store, with the matching rules of RFC 6265 (domain, path,
+// expiry, secure) and public suffixes refused as domains. Every operation from any thread.
+class CookieStore {
+ public:
+  virtual ~CookieStore() = default;
+
+  // The cookies that a request for `url` would carry, longest path first.
+  [[nodiscard]] virtual std::vector<Cookie> cookiesFor(const Url& url) const = 0;
+
+  // Stores a cookie that came with an answer for `url`; one that `url` may not set, and one with
+  // control characters, is dropped. An expiry in the past removes the stored one.
+  virtual void store(const Cookie& cookie, const Url& url) = 0;
+
+  // Reads every "Set-Cookie" header and stores what it holds, as above.
+  virtual void storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) = 0;
+};
+
+// The value of a "Cookie" header that carries `cookies`: "a=1; b=2".
+[[nodiscard]] std::string cookieHeader(const std::vector<Cookie>& cookies);
+
+}  // namespace tavo

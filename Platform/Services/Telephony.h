@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tavo {
+
+// What the network operator of the SIM says about itself; absent: not told.
+struct Carrier {
+  std::optional<std::string> name;
+  std::optional<std::string> isoCountryCode;     // for example "ch"
+  std::optional<std::string> mobileCountryCode;  // for example "228"
+  std::optional<std::string> mobileNetworkCode;  // for example "01"
+};
+
+// The mobile network side of the device.
+class Telephony {
+ public:
+  virtual ~Telephony() = default;
+
+  // The subscriber's home network; none without a SIM or without a modem. May take its time, up to
+  // some seconds. Called on a background queue, so that nothing waits for it.
+  [[nodiscard]] virtual std::optional<Carrier> subscriberCarrier() const = 0;
+};
+
+}  // namespace tavo

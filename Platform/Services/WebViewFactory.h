@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Scene/WebView.h"
+
+namespace tavo {
+
+struct WebViewOptions {
+  // Who shows pages one after the other: web views with the same owner may reuse one native view.
+  // Null: a native view of its own.
+  const void* owner = nullptr;
+  // The page gets a web process that it shares with no other page.
+  bool ownProcess = false;
+};
+
+// Makes web views. Main thread only.
+class WebViewFactory {
+ public:
+  virtual ~WebViewFactory() = default;
+
+  // Never null. Where the engine cannot run (no engine installed, no sandbox to be had) the view's
+  // loads end in webViewDidFailLoad with webEngineUnavailableError; the host is never at risk.
+  [[nodiscard]] virtual std::shared_ptr<WebView> create(const Rect& frame,
+                                                        const WebViewOptions& options) = 0;
+
+  // Starts the engine ahead of the first page of `owner`; harmless when repeated.
+  virtual void warmUp(const void* owner) = 0;
+
+  // The engine's user-agent text, found without loading a page; never empty.
+  [[nodiscard]] virtual std::string userAgent() = 0;
+};
+
+}  // namespace tavo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <memory>
+
+#include "Scene/Button.h"
+
+namespace tavo::gtk {
+
+// Shows a button of the scene as one of the toolkit's, so that keyboard and assistive technology
+// reach it, drawn without the toolkit's own frame and padding. Main thread only.
+class ButtonWidget : public Gtk::Button {
+ public:
+  explicit ButtonWidget(const std::shared_ptr<tavo::Button>& button);
+
+  // Follows the scene's button.
+  void sync();
+
+ protected:
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override;
+
+ private:
+  void pressed();
+  void showTitle(const tavo::Button& button);
+
+  std::weak_ptr<tavo::Button> button_;
+  Gtk::Picture picture_;
+  Gtk::Label title_;
+};
+
+}  // namespace tavo::gtk

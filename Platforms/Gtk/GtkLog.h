@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Services/Log.h"
+
+namespace tavo::gtk {
+
+// Writes through GLib's log in the domain "CorvaneTAVOSDK" at the message level: on the standard
+// error output one line a message, unless the host has installed a log writer of its own.
+// Line ends inside a message become blanks, so that text out of an ad cannot pose as a line of the
+// host's.
+class GtkLog : public Log {
+ public:
+  void write(std::string_view message) override;
+};
+
+}  // namespace tavo::gtk

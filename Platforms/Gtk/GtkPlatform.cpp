@@ -1,0 +1,92 @@
+#include "Gtk/GtkPlatform.h"
+
+#include "Gtk/GtkAlerts.h"
+#include "Gtk/GtkApplication.h"
+#include "Gtk/GtkBundle.h"
+#include "Gtk/GtkCalendarAccess.h"
+#include "Gtk/GtkComposers.h"
+#include "Gtk/GtkCookieStore.h"
+#include "Gtk/GtkDevice.h"
+#include "Gtk/GtkHttpClient.h"
+#include "Gtk/GtkImageDecoder.h"
+#include "Gtk/GtkLog.h"
+#include "Gtk/GtkNetworkMonitor.h"
+#include "Gtk/GtkPhotoAlbum.h"
+#include "Gtk/GtkRunLoop.h"
+#include "Gtk/GtkScreen.h"
+#include "Gtk/GtkUserDefaults.h"
+#include "Gtk/GtkVideoModule.h"
+#include "Gtk/GtkWebModule.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+std::string cookiePath(const GtkPlatformOptions& options) {
+  return options.dataFolder.empty() ? GtkCookieStore::defaultPath(options.applicationId)
+                                    : options.dataFolder + "/cookies.sqlite";
+}
+
+std::string defaultsPath(const GtkPlatformOptions& options) {
+  return options.dataFolder.empty() ? GtkUserDefaults::defaultPath(options.applicationId)
+                                    : options.dataFolder + "/defaults.ini";
+}
+
+std::vector<std::string> resourceRoots(const GtkPlatformOptions& options) {
+  auto roots = GtkBundle::standardRoots();
+  if (!options.resourceFolder.empty()) roots.push_back(options.resourceFolder);
+  return roots;
+}
+
+std::string eventFolder(const GtkPlatformOptions& options) {
+  return options.dataFolder.empty() ? GtkCalendarAccess::defaultFolder(options.applicationId)
+                                    : options.dataFolder + "/events";
+}
+
+// What the user sees and keeps: sheets, alerts, the calendar, the pictures.
+void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
+  const auto application = std::make_shared<GtkApplication>();
+  platform.application = application;
+  platform.alerts = std::make_shared<GtkAlerts>(platform.runLoop, application);
+  platform.calendarAccess =
+      std::make_shared<GtkCalendarAccess>(platform.runLoop, eventFolder(options));
+  platform.composers = std::make_shared<GtkComposers>(application, platform.webViews);
+  platform.photoAlbum =
+      std::make_shared<GtkPhotoAlbum>(platform.runLoop, GtkPhotoAlbum::defaultFolder());
+}
+
+}  // namespace
+
+Platform makePlatform(const GtkPlatformOptions& options) {
+  Platform platform;
+  platform.runLoop = std::make_shared<GtkRunLoop>();
+  platform.log = std::make_shared<GtkLog>();
+  const auto cookies = std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options));
+  platform.cookies = cookies;
+  platform.http =
+      std::make_shared<GtkHttpClient>(platform.runLoop, platform.cookies, options.limits);
+  platform.network = std::make_shared<GtkNetworkMonitor>(
+      options.assumeReachable ? GtkNetworkMonitor::Assumption::reachable
+                              : GtkNetworkMonitor::assumptionOfEnvironment());
+  platform.userDefaults = std::make_shared<GtkUserDefaults>(defaultsPath(options));
+  platform.bundle = std::make_shared<GtkBundle>(resourceRoots(options));
+  platform.device = std::make_shared<GtkDevice>(options.applicationVersion);
+  platform.images =
+      std::make_shared<GtkImageDecoder>(platform.runLoop, options.limits.picturePixels);
+  platform.screen = std::make_shared<GtkScreen>();
+  platform.webViews = std::make_shared<GtkWebModule>(
+      GtkWebModule::Services{.runLoop = platform.runLoop,
+                             .userDefaults = platform.userDefaults,
+                             .log = platform.log,
+                             .cookies = cookies,
+                             .limits = [limits = options.limits] { return limits; }});
+  addUserServices(platform, options);
+  platform.moviePlayers = std::make_shared<GtkVideoModule>(GtkVideoModule::Services{
+      .runLoop = platform.runLoop,
+      .log = platform.log,
+      .userAgent = [webViews = platform.webViews] { return webViews->userAgent(); },
+      .limits = options.limits});
+  return platform;
+}
+
+}  // namespace tavo::gtk

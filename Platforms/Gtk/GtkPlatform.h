@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "Runtime/Limits.h"
+#include "Runtime/Platform.h"
+
+namespace tavo::gtk {
+
+struct GtkPlatformOptions {
+  // Names the folders of cookies and settings; use the application's own id.
+  std::string applicationId;
+  // The host's version, as its users know it.
+  std::string applicationVersion = "1.0";
+  // Folder for cookies and settings; empty: the user's own for the application.
+  std::string dataFolder{};
+  // Folder with the host's own pictures that its settings name; empty: none.
+  std::string resourceFolder{};
+  // Requests are sent even when the system sees no network: for a server on this machine.
+  bool assumeReachable = false;
+  // The same limits as the runtime's.
+  Limits limits{};
+};
+
+// The services of a GTK application, for the Runtime. Call it on the main thread after the toolkit
+// was set up (in a Gtk::Application, from its start-up on).
+[[nodiscard]] Platform makePlatform(const GtkPlatformOptions& options);
+
+}  // namespace tavo::gtk

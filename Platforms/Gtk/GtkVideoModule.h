@@ -1,0 +1,52 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "Runtime/Limits.h"
+#include "Services/Log.h"
+#include "Services/MoviePlayerFactory.h"
+#include "Services/RunLoop.h"
+
+namespace tavo::gtk {
+
+// Makes movie players by way of the video module, which is loaded when the first one is asked for.
+// Where it cannot be loaded it hands out players whose contents finish with an error; that is
+// decided once per process.
+//
+// The module is looked for in the folder that the environment variable TAVO_MODULE_DIR names, else
+// in the one that was set when this library was built.
+class GtkVideoModule : public MoviePlayerFactory {
+ public:
+  struct Services {
+    std::shared_ptr<RunLoop> runLoop;
+    std::shared_ptr<Log> log;                // may be null
+    std::function<std::string()> userAgent;  // asked for each video; empty: the framework's own
+    Limits limits;
+  };
+
+  [[nodiscard]] static std::filesystem::path moduleFolder();
+
+  explicit GtkVideoModule(Services services, std::filesystem::path folder = moduleFolder())
+      : services_{std::move(services)}, folder_{std::move(folder)} {}
+
+  [[nodiscard]] std::shared_ptr<MoviePlayer> create(const Rect& frame) override;
+  void warmUp() override;
+
+  [[nodiscard]] bool isLoaded() const { return factory_ != nullptr; }
+
+ private:
+  // The module's factory, or null when there is none to be had.
+  [[nodiscard]] MoviePlayerFactory* factory();
+  void load();
+  void note(const std::string& message) const;
+
+  Services services_;
+  std::filesystem::path folder_;
+  bool triedToLoad_ = false;
+  std::unique_ptr<MoviePlayerFactory> factory_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Gtk/GPtr.h"
+#include "Services/NetworkMonitor.h"
+
+namespace tavo::gtk {
+
+// What a network monitor says now, as reachability flags. Looks nothing up: a name counts as
+// reachable when the internet is.
+class NetworkReading {
+ public:
+  NetworkReading(GPtr<GNetworkMonitor> monitor, bool assumesReachable)
+      : monitor_{std::move(monitor)}, assumesReachable_{assumesReachable} {}
+
+  [[nodiscard]] GNetworkMonitor* monitor() const { return monitor_.get(); }
+
+  // None for a target that makes no sense: no host, or an address that is none.
+  [[nodiscard]] std::optional<std::uint32_t> flagsFor(const ReachabilityTarget& target) const;
+
+ private:
+  [[nodiscard]] std::uint32_t internetFlags() const;
+  [[nodiscard]] std::uint32_t wiFiFlags() const;
+  [[nodiscard]] std::optional<std::uint32_t> addressFlags(const std::string& text) const;
+  [[nodiscard]] std::optional<std::uint32_t> hostFlags(const std::string& name) const;
+
+  GPtr<GNetworkMonitor> monitor_;
+  bool assumesReachable_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,264 @@
+#include "Gtk/Video/GtkMoviePlayer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tavo::gtk {
+
+namespace {
+constexpr Seconds lengthPatience{1};
+}  // namespace
+
+GtkMoviePlayer::GtkMoviePlayer(const Rect& frame, std::shared_ptr<MediaEngine> engine)
+    : MoviePlayer{frame},
+      engine_{std::move(engine)},
+      overlay_{GPtr<GtkWidget>::sink(gtk_overlay_new())},
+      picture_{gtk_picture_new()},
+      controls_{
+          {.playOrPause = [this] { state_ == MoviePlaybackState::playing ? pause() : play(); },
+           .seek = [this](double seconds) { seekByHand(seconds); },
+           .fullscreen = [this] { setFullscreen(!isFullscreen()); }}},
+      taps_{picture_, [this] { recognizeTap(*this); }} {
+  setBackgroundColor(colors::black);
+  gtk_picture_set_can_shrink(GTK_PICTURE(picture_), TRUE);
+  gtk_overlay_set_child(GTK_OVERLAY(overlay_.get()), picture_);
+  gtk_overlay_add_overlay(GTK_OVERLAY(overlay_.get()), controls_.widget());
+}
+
+GtkMoviePlayer::~GtkMoviePlayer() {
+  watchdog_.invalidate();
+  playback_.reset();
+  gtk_picture_set_paintable(GTK_PICTURE(picture_), nullptr);
+}
+
+void GtkMoviePlayer::later(std::function<void()> task) {
+  engine_->services().runLoop->post(std::move(task));
+}
+
+void GtkMoviePlayer::reset() {
+  watchdog_.invalidate();
+  playback_.reset();
+  ++content_;
+  stage_ = Stage::idle;
+  wantsToPlay_ = hasPicture_ = ended_ = false;
+  duration_ = start_ = lastPosition_ = 0;
+}
+
+void GtkMoviePlayer::setContentUrl(const Url& url) {
+  reset();
+  contentUrl_ = url;
+  gtk_picture_set_paintable(GTK_PICTURE(picture_), nullptr);
+  setState(MoviePlaybackState::stopped);
+}
+
+void GtkMoviePlayer::prepareToPlay() {
+  if (stage_ != Stage::idle || contentUrl_.empty()) return;
+  stage_ = Stage::preparing;
+  wantsToPlay_ = wantsToPlay_ || shouldAutoplay;
+  watch(engine_->services().limits.firstFrameTimeout, "No picture came in time.");
+  engine_->whenReady([weak = weak_from_this(), content = content_](bool usable) {
+    const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
+    if (self && self->content_ == content) self->begin(usable);
+  });
+}
+
+void GtkMoviePlayer::begin(bool usable) {
+  if (!usable) return failed(MovieError::unavailable, "No video can be played here.");
+  if (!contentUrl_.isHttp())
+    return failed(MovieError::notPlayable, "Only http and https are played.");
+  playback_ = std::make_unique<Playback>(*engine_, contentUrl_.text(), events());
+  playback_->pause();
+}
+
+Playback::Events GtkMoviePlayer::events() {
+  return {.picture = [this](GdkTexture* picture) { showPicture(picture); },
+          .state = [this](GstPlayState state) { engineState(state); },
+          .moved = [this] { moved(); },
+          .ended = [this] { ended(); },
+          .failed =
+              [this](const std::string& why) {
+                if (engine_->services().log) engine_->services().log->write("Video: " + why);
+                const bool begun = stage_ == Stage::prepared;
+                failed(begun ? MovieError::incomplete : MovieError::notPlayable,
+                       begun ? "The video broke off." : "The video cannot be played.");
+              }};
+}
+
+void GtkMoviePlayer::showPicture(GdkTexture* picture) {
+  gtk_picture_set_paintable(GTK_PICTURE(picture_), GDK_PAINTABLE(picture));
+  hasPicture_ = true;
+  prepared();
+}
+
+// Picture and length come in any order.
+void GtkMoviePlayer::prepared() {
+  if (stage_ != Stage::preparing || !hasPicture_ || !playback_) return;
+  const double length = playback_->duration();
+  if (!(length > 0)) return;
+  watchdog_.invalidate();
+  stage_ = Stage::prepared;
+  duration_ = length;
+  if (start_ > 0) playback_->seek(start_);
+  controls_.showPosition(start_, duration_);
+  const auto held = shared_from_this();
+  const int content = content_;
+  tellDurationAvailable();
+  if (content_ == content && wantsToPlay_) play();
+}
+
+void GtkMoviePlayer::engineState(GstPlayState state) {
+  prepared();
+  if (stage_ == Stage::preparing && state == GST_PLAY_STATE_PAUSED) {
+    // All is there that will be; what has no length now is a picture or a broadcast.
+    watchdog_ = engine_->services().runLoop->after(lengthPatience, [this] {
+      failed(MovieError::notPlayable, "It is no video of a known length.");
+    });
+  }
+  if (stage_ != Stage::prepared || ended_) return;
+  if (state == GST_PLAY_STATE_PLAYING && wantsToPlay_) setState(MoviePlaybackState::playing);
+  if (state == GST_PLAY_STATE_PAUSED && !wantsToPlay_ && state_ == MoviePlaybackState::playing) {
+    setState(MoviePlaybackState::paused);
+  }
+}
+
+void GtkMoviePlayer::play() {
+  wantsToPlay_ = true;
+  if (stage_ == Stage::idle) return prepareToPlay();
+  if (stage_ != Stage::prepared) return;
+  if (std::exchange(ended_, false)) {
+    lastPosition_ = 0;
+    playback_->seek(0);
+  }
+  watch(engine_->services().limits.stallTimeout, "The video stands still.");
+  lastSeen_ = engine_->services().runLoop->now();
+  playback_->play();
+}
+
+void GtkMoviePlayer::pause() {
+  wantsToPlay_ = false;
+  if (stage_ != Stage::prepared || ended_) return;
+  watchdog_.invalidate();
+  lastPosition_ = currentPlaybackTime();
+  playback_->pause();
+}
+
+void GtkMoviePlayer::stop() {
+  reset();
+  setState(MoviePlaybackState::stopped);
+}
+
+double GtkMoviePlayer::currentPlaybackTime() const {
+  if (stage_ != Stage::prepared) return start_;
+  if (ended_ || !playback_) return lastPosition_;
+  // While a seek is under way the framework has no position to tell.
+  return std::max(playback_->position(), 0.0);
+}
+
+void GtkMoviePlayer::setCurrentPlaybackTime(double seconds) {
+  if (stage_ != Stage::prepared) {
+    start_ = std::max(seconds, 0.0);
+    return;
+  }
+  ended_ = false;
+  lastPosition_ = std::clamp(seconds, 0.0, duration_);
+  lastSeen_ = engine_->services().runLoop->now();
+  playback_->seek(lastPosition_);
+}
+
+// A person drags the position: the state of seeking is passed through.
+void GtkMoviePlayer::seekByHand(double seconds) {
+  if (stage_ != Stage::prepared) return;
+  const MoviePlaybackState before = state_;
+  setState(seconds < currentPlaybackTime() ? MoviePlaybackState::seekingBackward
+                                           : MoviePlaybackState::seekingForward);
+  setCurrentPlaybackTime(seconds);
+  later([weak = weak_from_this(), content = content_, before] {
+    const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
+    if (self && self->content_ == content) self->setState(before);
+  });
+}
+
+void GtkMoviePlayer::moved() {
+  prepared();
+  if (stage_ != Stage::prepared || ended_) return;
+  const double position = playback_->position();
+  controls_.showPosition(position, duration_);
+  if (position == lastPosition_) return;
+  lastPosition_ = playedTo(position);
+  lastSeen_ = engine_->services().runLoop->now();
+  if (wantsToPlay_) watch(engine_->services().limits.stallTimeout, "The video stands still.");
+}
+
+// At the end of its data the framework claims to stand at the end of the video, whatever it has
+// shown; but no video plays faster than the time that has passed.
+double GtkMoviePlayer::playedTo(double position) const {
+  constexpr double tolerance = 0.25;
+  const Seconds passed = engine_->services().runLoop->now() - lastSeen_;
+  return std::min(position, lastPosition_ + passed.count() + tolerance);
+}
+
+// Data that is over says nothing of the video: a file that was cut is over early.
+void GtkMoviePlayer::ended() {
+  if (ended_ || !playback_) return;
+  const double last = playedTo(std::max(lastPosition_, playback_->position()));
+  const bool wasPrepared = stage_ == Stage::prepared;
+  if (!wasPrepared || !playedThrough({playback_->hasVideo() && hasPicture_, duration_, last})) {
+    return failed(wasPrepared ? MovieError::incomplete : MovieError::notPlayable,
+                  "The data ended before the video did.");
+  }
+  ended_ = true;
+  wantsToPlay_ = false;
+  lastPosition_ = duration_;
+  watchdog_.invalidate();
+  setState(MoviePlaybackState::paused);
+  finish(MovieFinishReason::playbackEnded, std::nullopt);
+}
+
+void GtkMoviePlayer::failed(MovieError code, const std::string& why) {
+  finished_ = std::move(playback_);  // this may be one of its calls
+  const Error error = makeError(code, why);
+  reset();
+  setState(MoviePlaybackState::stopped);
+  finish(MovieFinishReason::playbackError, error);
+}
+
+void GtkMoviePlayer::finish(MovieFinishReason reason, std::optional<Error> error) {
+  later([weak = weak_from_this(), content = content_, reason, error = std::move(error)] {
+    const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
+    if (!self) return;
+    self->finished_.reset();
+    if (self->content_ == content) self->tellFinish(reason, error);
+  });
+}
+
+void GtkMoviePlayer::setState(MoviePlaybackState state) {
+  if (state_ == state) return;
+  state_ = state;
+  controls_.showPlaying(state == MoviePlaybackState::playing);
+  later([weak = weak_from_this(), content = content_, state] {
+    const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
+    if (self && self->content_ == content && self->state_ == state) self->tellPlaybackState();
+  });
+}
+
+void GtkMoviePlayer::watch(Seconds patience, const char* complaint) {
+  watchdog_ = engine_->services().runLoop->after(
+      patience, [this, complaint] { failed(MovieError::timedOut, complaint); });
+}
+
+void GtkMoviePlayer::controlStyleChanged() {
+  controls_.setVisible(controlStyle() != MovieControlStyle::none);
+}
+
+void GtkMoviePlayer::fullscreenChanged() {
+  GtkRoot* root = gtk_widget_get_root(overlay_.get());
+  if (root == nullptr || !GTK_IS_WINDOW(root)) return;
+  if (isFullscreen()) {
+    gtk_window_fullscreen(GTK_WINDOW(root));
+  } else {
+    gtk_window_unfullscreen(GTK_WINDOW(root));
+  }
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "Gtk/Video/MediaEngine.h"
+#include "Services/MoviePlayerFactory.h"
+
+namespace tavo::gtk {
+
+// The video module's factory.
+class GtkMoviePlayerFactory : public MoviePlayerFactory {
+ public:
+  explicit GtkMoviePlayerFactory(VideoModuleServices services)
+      : engine_{std::make_shared<MediaEngine>(std::move(services))} {}
+
+  [[nodiscard]] std::shared_ptr<MoviePlayer> create(const Rect& frame) override;
+  void warmUp() override { engine_->start(); }
+
+ private:
+  std::shared_ptr<MediaEngine> engine_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,124 @@
+#include "Gtk/Video/Playback.h"
+
+#include <algorithm>
+
+#include "Gtk/Video/SourcePolicy.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+constexpr guint tickMilliseconds = 500;
+
+double secondsOf(GstClockTime time) {
+  return GST_CLOCK_TIME_IS_VALID(time) ? static_cast<double>(time) / GST_SECOND : 0;
+}
+
+// A sink of our own choice: the framework would try every kind there is, each time.
+void chooseAudioSink(GstElement* pipeline, bool soundDevice) {
+  GstElement* sink = gst_element_factory_make(soundDevice ? "autoaudiosink" : "fakesink", nullptr);
+  if (sink == nullptr) return;
+  if (!soundDevice) g_object_set(sink, "sync", TRUE, nullptr);
+  g_object_set(pipeline, "audio-sink", sink, nullptr);
+}
+
+void configure(GstPlay* play, const MediaEngine& engine) {
+  const VideoModuleServices& services = engine.services();
+  GstStructure* settings = gst_play_get_config(play);
+  gst_play_config_set_position_update_interval(settings, tickMilliseconds);
+  gst_play_config_set_seek_accurate(settings, FALSE);
+  if (services.userAgent) {
+    gst_play_config_set_user_agent(settings, services.userAgent().c_str());
+  }
+  gst_play_set_config(play, settings);
+  GstElement* pipeline = gst_play_get_pipeline(play);
+  chooseAudioSink(pipeline, engine.hasSoundDevice());
+  allowHttpOnly(pipeline, services.limits.stallTimeout);
+  gst_object_unref(pipeline);
+}
+
+}  // namespace
+
+Playback::Playback(const MediaEngine& engine, const std::string& url, Events events)
+    : events_{std::move(events)}, runLoop_{engine.services().runLoop} {
+  sink_ = FrameSink::create(runLoop_, [this](GdkTexture* picture) { events_.picture(picture); });
+  play_ =
+      gst_play_new(gst_play_video_overlay_video_renderer_new_with_sink(nullptr, sink_->element()));
+  configure(play_, engine);
+  bus_ = gst_play_get_message_bus(play_);
+  gst_bus_add_watch(bus_, onMessage, this);
+  gst_play_set_uri(play_, url.c_str());
+}
+
+// Letting go of a pipeline waits for its threads, which may wait for a server: not here.
+Playback::~Playback() {
+  sink_->stop();
+  gst_bus_remove_watch(bus_);
+  gst_object_unref(bus_);
+  runLoop_->background([play = play_] {
+    gst_play_stop(play);
+    gst_object_unref(play);
+  });
+}
+
+void Playback::seek(double seconds) {
+  gst_play_seek(play_, static_cast<GstClockTime>(std::max(seconds, 0.0) * GST_SECOND));
+}
+
+double Playback::position() const { return secondsOf(gst_play_get_position(play_)); }
+
+double Playback::duration() const { return secondsOf(gst_play_get_duration(play_)); }
+
+bool Playback::hasVideo() const {
+  GstPlayMediaInfo* info = gst_play_get_media_info(play_);
+  if (info == nullptr) return false;
+  const bool video = gst_play_media_info_get_number_of_video_streams(info) > 0;
+  g_object_unref(info);
+  return video;
+}
+
+gboolean Playback::onMessage(GstBus* /*bus*/, GstMessage* message, gpointer self) {
+  static_cast<Playback*>(self)->hear(message);
+  return G_SOURCE_CONTINUE;
+}
+
+// An event may end the playback; nothing of it is touched afterwards.
+void Playback::hear(GstMessage* message) {
+  if (!gst_play_is_play_message(message)) return;
+  GstPlayMessage type{};
+  gst_play_message_parse_type(message, &type);
+  switch (type) {
+    case GST_PLAY_MESSAGE_STATE_CHANGED: {
+      GstPlayState state{};
+      gst_play_message_parse_state_changed(message, &state);
+      const auto told = events_.state;
+      return told(state);
+    }
+    case GST_PLAY_MESSAGE_DURATION_CHANGED:
+    case GST_PLAY_MESSAGE_MEDIA_INFO_UPDATED:
+    case GST_PLAY_MESSAGE_POSITION_UPDATED:
+    case GST_PLAY_MESSAGE_SEEK_DONE: {
+      const auto told = events_.moved;
+      return told();
+    }
+    case GST_PLAY_MESSAGE_END_OF_STREAM: {
+      const auto told = events_.ended;
+      return told();
+    }
+    case GST_PLAY_MESSAGE_ERROR:
+      return hearError(message);
+    default:
+      return;
+  }
+}
+
+void Playback::hearError(GstMessage* message) {
+  GError* error = nullptr;
+  gst_play_message_parse_error(message, &error, nullptr);
+  const std::string why = error != nullptr ? error->message : "";
+  g_clear_error(&error);
+  const auto told = events_.failed;
+  told(why);
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include "Scene/ImageView.h"
+#include "Scene/Label.h"
+#include "Scene/View.h"
+
+namespace tavo::gtk {
+
+// Paints what a view shows by itself: background, picture, text. Main thread, within a snapshot.
+class ViewPainter {
+ public:
+  // `widget` lends its fonts.
+  ViewPainter(Gtk::Snapshot& snapshot, Gtk::Widget& widget)
+      : snapshot_{snapshot}, widget_{widget} {}
+
+  void paint(const View& view);
+
+ private:
+  void paintBackground(const View& view);
+  void paintImage(const ImageView& view);
+  void paintLabel(const Label& label);
+
+  Gtk::Snapshot& snapshot_;
+  Gtk::Widget& widget_;
+};
+
+}  // namespace tavo::gtk

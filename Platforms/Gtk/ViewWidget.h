@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <memory>
+#include <vector>
+
+#include "Scene/View.h"
+
+namespace tavo::gtk {
+
+// Shows one view of the scene: paints its background and content, and holds a widget for each of
+// its subviews, placed by their frames. The tree is the scene's; this is its picture. Main thread
+// only.
+class ViewWidget : public Gtk::Widget {
+ public:
+  explicit ViewWidget(const std::shared_ptr<View>& view);
+  ~ViewWidget() override;
+
+  [[nodiscard]] std::shared_ptr<View> view() const { return view_.lock(); }
+
+  // Makes the widgets below match the scene: new views get widgets, gone ones lose theirs, the rest
+  // follows its view.
+  void sync();
+
+ protected:
+  void measure_vfunc(Gtk::Orientation orientation, int for_size, int& minimum, int& natural,
+                     int& minimum_baseline, int& natural_baseline) const override;
+  void size_allocate_vfunc(int width, int height, int baseline) override;
+  bool contains_vfunc(double x, double y) const override;
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override;
+
+ private:
+  struct Child {
+    std::weak_ptr<View> view;
+    std::unique_ptr<Gtk::Widget> widget;
+  };
+
+  [[nodiscard]] static std::unique_ptr<Gtk::Widget> makeWidget(const std::shared_ptr<View>& view);
+  void syncProperties(const View& view);
+  void syncChildren(const View& view);
+  void syncNative();
+  void releaseNative();
+  void allocateChild(const View& view, Gtk::Widget& child);
+
+  std::weak_ptr<View> view_;
+  std::vector<Child> children_;  // back to front
+  GtkWidget* native_ = nullptr;  // the view's own widget while it stands here; referenced
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,91 @@
+#include "Gtk/Web/EngineCookies.h"
+
+#include <utility>
+
+#include "Gtk/HttpCookie.h"
+
+namespace tavo::gtk {
+
+EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source)
+    : manager_{webkit_network_session_get_cookie_manager(session)}, source_{std::move(source)} {
+  // A creative without a base is no site of its own: every cookie of its server would count as a
+  // third party's.
+  webkit_cookie_manager_set_accept_policy(manager_, WEBKIT_COOKIE_POLICY_ACCEPT_ALWAYS);
+  for (const auto& cookie : source_->all()) put(cookie);
+  source_->setListener(
+      [this](const std::optional<Cookie>& previous, const std::optional<Cookie>& current) {
+        if (current) {
+          put(*current);
+        } else if (previous) {
+          remove(*previous);
+        }
+      });
+  connections_.connect(manager_, "changed", onChanged, this);
+  read();
+}
+
+EngineCookies::~EngineCookies() {
+  source_->setListener({});
+  *alive_ = nullptr;
+}
+
+EngineCookies::Key EngineCookies::keyOf(const Cookie& cookie) {
+  return {cookie.domain, cookie.path, cookie.name};
+}
+
+void EngineCookies::put(const Cookie& cookie) {
+  outdated_ = true;
+  webkit_cookie_manager_add_cookie(manager_, toSoupCookie(cookie).get(), nullptr, nullptr, nullptr);
+}
+
+void EngineCookies::remove(const Cookie& cookie) {
+  outdated_ = true;
+  known_.erase(keyOf(cookie));
+  webkit_cookie_manager_delete_cookie(manager_, toSoupCookie(cookie).get(), nullptr, nullptr,
+                                      nullptr);
+}
+
+void EngineCookies::onChanged(WebKitCookieManager* /*manager*/, EngineCookies* self) {
+  self->read();
+}
+
+void EngineCookies::read() {
+  outdated_ = std::exchange(reading_, true);
+  if (outdated_) return;
+  using Alive = std::shared_ptr<EngineCookies*>;
+  webkit_cookie_manager_get_all_cookies(manager_, nullptr, onRead, new Alive{alive_});
+}
+
+void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer reading) {
+  const std::unique_ptr<std::shared_ptr<EngineCookies*>> alive{
+      static_cast<std::shared_ptr<EngineCookies*>*>(reading)};
+  GFailure failure;
+  GList* list = webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(manager), result,
+                                                             failure.out());
+  Cookies current;
+  for (GList* item = list; item != nullptr; item = item->next) {
+    const Cookie cookie = cookieFrom(static_cast<SoupCookie*>(item->data));
+    current.emplace(keyOf(cookie), cookie);
+  }
+  g_list_free_full(list,
+                   [](gpointer cookie) { soup_cookie_free(static_cast<SoupCookie*>(cookie)); });
+
+  EngineCookies* self = **alive;
+  if (self == nullptr) return;
+  self->reading_ = false;
+  if (std::exchange(self->outdated_, false)) return self->read();
+  if (!failure) self->compare(std::move(current));
+}
+
+void EngineCookies::compare(Cookies current) {
+  const Cookies before = std::exchange(known_, std::move(current));
+  for (const auto& [key, cookie] : known_) {
+    const auto old = before.find(key);
+    if (old == before.end() || old->second != cookie) source_->adopt(cookie);
+  }
+  for (const auto& [key, cookie] : before) {
+    if (!known_.contains(key)) source_->discard(cookie);
+  }
+}
+
+}  // namespace tavo::gtk

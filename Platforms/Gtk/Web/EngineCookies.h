@@ -1,0 +1,51 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+
+#include "Gtk/GPtr.h"
+#include "Gtk/Web/CookieSource.h"
+#include "Gtk/Web/SignalConnections.h"
+
+namespace tavo::gtk {
+
+// Keeps the engine's cookies and the application's the same, live and both ways.
+//
+// The application's changes are passed on one by one. The engine only says that something has
+// changed, so its whole list is read then and compared with what it was known to have. A cookie
+// counts as removed by a page only after the engine was once seen to have it: what it refuses to
+// keep stays in the store.
+class EngineCookies {
+ public:
+  EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source);
+  ~EngineCookies();
+  EngineCookies(const EngineCookies&) = delete;
+  EngineCookies& operator=(const EngineCookies&) = delete;
+
+ private:
+  using Key = std::tuple<std::string, std::string, std::string>;  // domain, path, name
+  using Cookies = std::map<Key, Cookie>;
+
+  static Key keyOf(const Cookie& cookie);
+  static void onChanged(WebKitCookieManager*, EngineCookies* self);
+  static void onRead(GObject* manager, GAsyncResult* result, gpointer reading);
+
+  void put(const Cookie& cookie);
+  void remove(const Cookie& cookie);
+  void read();
+  void compare(Cookies current);
+
+  WebKitCookieManager* manager_;  // the session's
+  std::shared_ptr<CookieSource> source_;
+  Cookies known_;          // what the engine was seen to have
+  bool reading_ = false;   // an answer is on its way
+  bool outdated_ = false;  // something has changed since it was asked for
+  std::shared_ptr<EngineCookies*> alive_ = std::make_shared<EngineCookies*>(this);
+  SignalConnections connections_;
+};
+
+}  // namespace tavo::gtk

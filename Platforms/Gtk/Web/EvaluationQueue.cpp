@@ -1,0 +1,112 @@
+#include "Gtk/Web/EvaluationQueue.h"
+
+#include "Gtk/GPtr.h"
+#include "Values/Text.h"
+
+namespace tavo::gtk {
+namespace {
+
+constexpr const char* isolatedWorld = "tavo";
+// After the patience has run out, answers that have arrived while the host itself was busy get this
+// long to be read.
+constexpr Seconds lastChance{0.25};
+
+std::string textOf(JSCValue* value) {
+  if (value == nullptr || jsc_value_is_undefined(value) != FALSE ||
+      jsc_value_is_null(value) != FALSE) {
+    return {};
+  }
+  const GText text{jsc_value_to_string(value)};
+  return text ? validUtf8(text.get()) : std::string{};
+}
+
+}  // namespace
+
+// Outlives the queue while answers are on their way.
+struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
+  std::shared_ptr<RunLoop> runLoop;
+  Seconds patience{};
+  std::function<void()> unanswered;
+  int outstanding = 0;
+  bool processRuns = false;
+  Timer timer;
+
+  // From now on, for the oldest evaluation that is out.
+  void restart() {
+    timer.invalidate();
+    if (outstanding == 0 || !processRuns || !unanswered) return;
+    timer = runLoop->after(patience, [this] {
+      timer = runLoop->after(lastChance, [this] {
+        if (outstanding == 0 || !processRuns) return;
+        const auto held = shared_from_this();
+        if (unanswered) unanswered();
+      });
+    });
+  }
+};
+
+struct EvaluationQueue::Evaluation {
+  std::shared_ptr<Watch> watch;
+  Completion completion;
+};
+
+EvaluationQueue::EvaluationQueue(WebKitWebView* view, std::shared_ptr<RunLoop> runLoop,
+                                 Seconds patience, std::function<void()> unanswered)
+    : view_{view}, watch_{std::make_shared<Watch>()} {
+  watch_->runLoop = std::move(runLoop);
+  watch_->patience = patience;
+  watch_->unanswered = std::move(unanswered);
+}
+
+EvaluationQueue::~EvaluationQueue() {
+  watch_->unanswered = nullptr;
+  watch_->timer.invalidate();
+}
+
+int EvaluationQueue::outstanding() const { return watch_->outstanding; }
+
+void EvaluationQueue::setProcessRuns(bool runs) {
+  if (watch_->processRuns == runs) return;
+  watch_->processRuns = runs;
+  watch_->restart();
+}
+
+void EvaluationQueue::evaluate(const std::string& script, World world, Completion completion) {
+  const std::string text = validUtf8(script);
+  const bool canWait = world == World::page && !completion && StatementBatch::takes(text);
+  if (!canWait) {
+    flush();
+    return run(text, world, std::move(completion));
+  }
+  if (batch_.empty()) {
+    watch_->runLoop->post([weak = std::weak_ptr<EvaluationQueue*>{self_}] {
+      if (const auto self = weak.lock()) (*self)->flush();
+    });
+  }
+  batch_.add(text);
+  if (batch_.isFull()) flush();
+}
+
+void EvaluationQueue::flush() {
+  if (!batch_.empty()) run(batch_.take(), World::page, {});
+}
+
+void EvaluationQueue::run(const std::string& text, World world, Completion completion) {
+  auto evaluation = std::make_unique<Evaluation>(Evaluation{watch_, std::move(completion)});
+  if (++watch_->outstanding == 1) watch_->restart();
+  webkit_web_view_evaluate_javascript(view_, text.data(), static_cast<gssize>(text.size()),
+                                      world == World::isolated ? isolatedWorld : nullptr, nullptr,
+                                      nullptr, finished, evaluation.release());
+}
+
+void EvaluationQueue::finished(GObject* view, GAsyncResult* result, gpointer evaluation) {
+  const std::unique_ptr<Evaluation> done{static_cast<Evaluation*>(evaluation)};
+  GFailure failure;
+  const auto value = GPtr<JSCValue>::adopt(
+      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, failure.out()));
+  --done->watch->outstanding;
+  done->watch->restart();
+  if (done->completion) done->completion(textOf(value.get()));
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,30 @@
+#include "Gtk/Web/GtkWebViewFactory.h"
+
+#include "Gtk/Web/GtkWebView.h"
+#include "Gtk/Web/SandboxProbe.h"
+
+namespace tavo::gtk {
+
+GtkWebViewFactory::GtkWebViewFactory(WebModuleServices services)
+    : engine_{std::make_shared<WebEngine>(std::move(services))},
+      pool_{std::make_shared<WebViewPool>(engine_)} {}
+
+std::shared_ptr<WebView> GtkWebViewFactory::create(const Rect& frame,
+                                                   const WebViewOptions& options) {
+  return std::make_shared<GtkWebView>(frame, options, engine_, pool_);
+}
+
+}  // namespace tavo::gtk
+
+extern "C" __attribute__((visibility("default"))) tavo::WebViewFactory*
+tavo_create_web_view_factory(const tavo::gtk::WebModuleServices& services) {
+  if (!tavo::gtk::sandboxIsAvailable()) {
+    if (services.log) {
+      services.log->write(
+          "No HTML ads: the web engine's sandbox (bubblewrap with user namespaces) cannot be set "
+          "up here.");
+    }
+    return nullptr;
+  }
+  return std::make_unique<tavo::gtk::GtkWebViewFactory>(services).release();
+}

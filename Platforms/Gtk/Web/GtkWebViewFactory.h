@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "Gtk/Web/WebEngine.h"
+#include "Gtk/Web/WebViewPool.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::gtk {
+
+// The web module's factory.
+class GtkWebViewFactory : public WebViewFactory {
+ public:
+  explicit GtkWebViewFactory(WebModuleServices services);
+
+  [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
+                                                const WebViewOptions& options) override;
+  void warmUp(const void* owner) override { pool_->warmUp(owner); }
+  [[nodiscard]] std::string userAgent() override { return engine_->userAgent(); }
+
+ private:
+  std::shared_ptr<WebEngine> engine_;
+  std::shared_ptr<WebViewPool> pool_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <memory>
+#include <string>
+
+#include "Gtk/GPtr.h"
+#include "Gtk/Web/EngineCookies.h"
+#include "Gtk/Web/SignalConnections.h"
+#include "Gtk/Web/WebModule.h"
+
+namespace tavo::gtk {
+
+// What all pages have in common: the engine's context with its memory limit, the network session
+// with its cookies, and the settings that a page starts with.
+class WebEngine {
+ public:
+  explicit WebEngine(WebModuleServices services);
+  WebEngine(const WebEngine&) = delete;
+  WebEngine& operator=(const WebEngine&) = delete;
+
+  [[nodiscard]] const WebModuleServices& services() const { return services_; }
+  [[nodiscard]] WebKitWebContext* context() const { return context_.get(); }
+  // Keeps nothing on disk: what is to last is in the cookie store.
+  [[nodiscard]] WebKitNetworkSession* session() const { return session_.get(); }
+  // New ones for each page; a page's owner changes its own.
+  [[nodiscard]] GPtr<WebKitSettings> makeSettings() const;
+  [[nodiscard]] std::string userAgent() const;
+
+  // Takes the pages before from the history of a view that is blank, so that neither its next owner
+  // nor a script can go back to them. The engine cannot empty a history, it can only put another
+  // one in its place: that of the first view that had been nothing but blank, which this remembers.
+  // What stays is the number that a script reads as history.length.
+  void forgetHistory(WebKitWebView* view);
+  // False until a blank view has been seen: a fresh view starts blank then.
+  [[nodiscard]] bool canForgetHistory() const { return blankHistory_ != nullptr; }
+
+ private:
+  WebModuleServices services_;
+  GPtr<WebKitWebContext> context_;
+  GPtr<WebKitNetworkSession> session_;
+  GOwned<WebKitWebViewSessionState, &webkit_web_view_session_state_unref> blankHistory_;
+  std::unique_ptr<EngineCookies> cookies_;  // null: the pages' cookies end with the process
+  SignalConnections connections_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+#include "Gtk/Web/CookieSource.h"
+#include "Runtime/Limits.h"
+#include "Services/Log.h"
+#include "Services/RunLoop.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::gtk {
+
+// What the web module is given when it starts. It has no runtime of its own to look things up in:
+// the module carries its own copy of the platform's code.
+struct WebModuleServices {
+  std::shared_ptr<RunLoop> runLoop;
+  std::shared_ptr<Log> log;  // may be null
+  std::shared_ptr<CookieSource>
+      cookies;  // may be null: pages then keep their cookies to themselves
+  Limits limits;
+};
+
+// The one function that the module exports. Returns a factory that the caller owns, or null when
+// the engine cannot run here; the reason is in the log. Called once, on the main thread, with the
+// toolkit set up.
+using CreateWebViewFactory = WebViewFactory* (*)(const WebModuleServices& services);
+inline constexpr const char* createWebViewFactoryName = "tavo_create_web_view_factory";
+
+}  // namespace tavo::gtk

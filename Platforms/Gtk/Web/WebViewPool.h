@@ -1,0 +1,50 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "Gtk/Web/NativeWebView.h"
+#include "Gtk/Web/ReloadBudget.h"
+#include "Gtk/Web/WebEngine.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::gtk {
+
+// The native web views: those that show a page, and the blank ones that wait for their owner's next
+// answer. Slots share web processes, a few pages to each; a view that wants its own gets it. Main
+// thread only.
+class WebViewPool {
+ public:
+  explicit WebViewPool(std::shared_ptr<WebEngine> engine);
+
+  // A view that nobody else uses: the owner's last one when it is free, else a new one.
+  [[nodiscard]] std::shared_ptr<NativeWebView> acquire(const WebViewOptions& options);
+  // Gives a view back. It is kept for its owner, unless it has none or its process is gone.
+  void giveBack(const std::shared_ptr<NativeWebView>& view, const WebViewOptions& options);
+  // Has a blank view ready for the owner's first page.
+  void warmUp(const void* owner);
+
+  // Outlives the owner's single views: a new answer does not start the count again.
+  [[nodiscard]] std::shared_ptr<ReloadBudget> reloadBudget(const void* owner);
+
+ private:
+  struct Idle {
+    std::shared_ptr<NativeWebView> view;
+    WebViewOptions options;
+    Seconds since{};
+  };
+
+  [[nodiscard]] std::shared_ptr<NativeWebView> takeIdle(const WebViewOptions& options);
+  [[nodiscard]] std::shared_ptr<NativeWebView> make(const WebViewOptions& options);
+  [[nodiscard]] const NativeWebView* processToShare();
+  void dropStale();
+
+  std::shared_ptr<WebEngine> engine_;
+  std::vector<Idle> idle_;                                            // the oldest first
+  std::vector<std::vector<std::weak_ptr<NativeWebView>>> processes_;  // shared ones, by page
+  std::map<const void*, std::shared_ptr<ReloadBudget>> budgets_;
+  Timer sweeper_;
+};
+
+}  // namespace tavo::gtk

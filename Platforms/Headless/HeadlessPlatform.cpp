@@ -1,0 +1,48 @@
+#include "Headless/HeadlessPlatform.h"
+
+namespace tavo::headless {
+
+HeadlessPlatform::HeadlessPlatform(const Limits& limits)
+    : runLoop{std::make_shared<HeadlessRunLoop>()},
+      log{std::make_shared<HeadlessLog>()},
+      cookies{std::make_shared<HeadlessCookieStore>()},
+      http{std::make_shared<HeadlessHttpClient>(runLoop, cookies, limits.httpRedirects)},
+      network{std::make_shared<HeadlessNetworkMonitor>()},
+      screen{std::make_shared<HeadlessScreen>()},
+      device{std::make_shared<HeadlessDevice>()},
+      userDefaults{std::make_shared<HeadlessUserDefaults>()},
+      bundle{std::make_shared<HeadlessBundle>()},
+      images{std::make_shared<HeadlessImageDecoder>(runLoop)},
+      application{std::make_shared<HeadlessApplication>()},
+      webViews{std::make_shared<HeadlessWebViewFactory>(runLoop)},
+      alerts{std::make_shared<HeadlessAlerts>()},
+      calendarAccess{std::make_shared<HeadlessCalendarAccess>(runLoop)},
+      composers{std::make_shared<HeadlessComposers>()},
+      movies{std::make_shared<HeadlessMoviePlayers>()},
+      photoAlbum{std::make_shared<HeadlessPhotoAlbum>(runLoop)},
+      moviePlayers{std::make_shared<HeadlessMoviePlayerFactory>(runLoop, limits)} {
+  bundle->files["/bundle/CorvaneTAVOSDKMRAID.bundle/XMraid.js"] = "/* mraid */";
+}
+
+Platform HeadlessPlatform::platform() const {
+  return {.alerts = alerts,
+          .application = application,
+          .bundle = bundle,
+          .calendarAccess = calendarAccess,
+          .composers = composers,
+          .cookies = cookies,
+          .device = device,
+          .http = http,
+          .images = images,
+          .log = log,
+          .moviePlayers = moviePlayers,
+          .movies = movies,
+          .network = network,
+          .photoAlbum = photoAlbum,
+          .runLoop = runLoop,
+          .screen = screen,
+          .userDefaults = userDefaults,
+          .webViews = webViews};
+}
+
+}  // namespace tavo::headless

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+
+#include "Headless/HeadlessComposers.h"
+#include "Headless/HeadlessCookieStore.h"
+#include "Headless/HeadlessHttpClient.h"
+#include "Headless/HeadlessMoviePlayerFactory.h"
+#include "Headless/HeadlessMoviePlayers.h"
+#include "Headless/HeadlessNetworkMonitor.h"
+#include "Headless/HeadlessRunLoop.h"
+#include "Headless/HeadlessServices.h"
+#include "Headless/HeadlessUserStores.h"
+#include "Headless/HeadlessWebViewFactory.h"
+#include "Runtime/Limits.h"
+#include "Runtime/Platform.h"
+
+namespace tavo::headless {
+
+// The whole platform in memory, every part within reach of a test.
+struct HeadlessPlatform {
+  explicit HeadlessPlatform(const Limits& limits = {});
+
+  // The same parts, as the SDK sees them.
+  [[nodiscard]] Platform platform() const;
+
+  std::shared_ptr<HeadlessRunLoop> runLoop;
+  std::shared_ptr<HeadlessLog> log;
+  std::shared_ptr<HeadlessCookieStore> cookies;
+  std::shared_ptr<HeadlessHttpClient> http;
+  std::shared_ptr<HeadlessNetworkMonitor> network;
+  std::shared_ptr<HeadlessScreen> screen;
+  std::shared_ptr<HeadlessDevice> device;
+  std::shared_ptr<HeadlessUserDefaults> userDefaults;
+  std::shared_ptr<HeadlessBundle> bundle;
+  std::shared_ptr<HeadlessImageDecoder> images;
+  std::shared_ptr<HeadlessApplication> application;
+  std::shared_ptr<HeadlessWebViewFactory> webViews;
+  std::shared_ptr<HeadlessAlerts> alerts;
+  std::shared_ptr<HeadlessCalendarAccess> calendarAccess;
+  std::shared_ptr<HeadlessComposers> composers;
+  std::shared_ptr<HeadlessMoviePlayers> movies;
+  std::shared_ptr<HeadlessPhotoAlbum> photoAlbum;
+  std::shared_ptr<HeadlessMoviePlayerFactory> moviePlayers;
+};
+
+}  // namespace tavo::headless

@@ -1,0 +1,81 @@
+#include "Headless/HeadlessServices.h"
+
+#include <cstdio>
+
+namespace tavo::headless {
+
+void HeadlessLog::write(std::string_view message) {
+  const std::scoped_lock lock{mutex_};
+  messages_.emplace_back(message);
+}
+
+std::vector<std::string> HeadlessLog::messages() const {
+  const std::scoped_lock lock{mutex_};
+  return messages_;
+}
+
+std::optional<std::string> HeadlessUserDefaults::value(std::string_view key) const {
+  const auto found = values_.find(key);
+  if (found == values_.end()) return std::nullopt;
+  return found->second;
+}
+
+void HeadlessUserDefaults::setValue(std::string_view key, std::optional<std::string> value) {
+  if (value) {
+    values_[std::string{key}] = std::move(*value);
+  } else if (const auto found = values_.find(key); found != values_.end()) {
+    values_.erase(found);
+  }
+}
+
+std::optional<std::string> HeadlessBundle::pathForResource(std::string_view bundle,
+                                                           std::string_view name,
+                                                           std::string_view type) const {
+  std::string path = "/bundle/";
+  if (!bundle.empty()) path += std::string{bundle} + ".bundle/";
+  path += std::string{name} + "." + std::string{type};
+  if (!files.contains(path)) return std::nullopt;
+  return path;
+}
+
+std::optional<std::string> HeadlessBundle::contents(const std::string& path) const {
+  const auto found = files.find(path);
+  if (found == files.end()) return std::nullopt;
+  return found->second;
+}
+
+Image HeadlessImageDecoder::decodeNow(const std::string& bytes) const {
+  int width = 0;
+  int height = 0;
+  if (std::sscanf(bytes.c_str(), "image %dx%d", &width, &height) != 2) return {};
+  const auto stride = static_cast<std::size_t>(width) * 4;
+  const auto size = stride * static_cast<std::size_t>(height);
+  auto pixels = std::make_shared<std::vector<std::uint8_t>>(size, std::uint8_t{0x80});
+  return {width, height, stride, Image::Pixels{pixels, pixels->data()}};
+}
+
+void HeadlessImageDecoder::decode(std::string bytes, std::function<void(Image)> completion) {
+  runLoop_->post(
+      [image = decodeNow(bytes), completion = std::move(completion)] { completion(image); });
+}
+
+void HeadlessApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {
+  statusBarHidden = hidden;
+}
+
+bool HeadlessApplication::canOpenUrl(const Url& url) const {
+  return openableSchemes.contains(url.scheme());
+}
+
+bool HeadlessApplication::openUrl(const Url& url) {
+  if (!canOpenUrl(url)) return false;
+  openedUrls.push_back(url);
+  return true;
+}
+
+std::string HeadlessApplication::localizedString(std::string_view key) const {
+  const auto found = translations.find(key);
+  return std::string{found == translations.end() ? key : found->second};
+}
+
+}  // namespace tavo::headless

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Headless/HeadlessWebView.h"
+#include "Services/RunLoop.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::headless {
+
+// Makes recording web views and keeps track of them.
+class HeadlessWebViewFactory : public WebViewFactory {
+ public:
+  explicit HeadlessWebViewFactory(std::shared_ptr<RunLoop> runLoop)
+      : runLoop_{std::move(runLoop)} {}
+
+  [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
+                                                const WebViewOptions& options) override;
+  void warmUp(const void* /*owner*/) override { ++warmUps; }
+  [[nodiscard]] std::string userAgent() override { return "Headless/1.0"; }
+
+  // The newest web view that is still alive, or null.
+  [[nodiscard]] std::shared_ptr<HeadlessWebView> last() const { return last_.lock(); }
+  int created = 0;
+  int warmUps = 0;
+  // For the views made from now on.
+  bool holdLoads = false;
+  std::function<void(const std::string& script)> onScript{};
+
+ private:
+  std::shared_ptr<RunLoop> runLoop_;
+  std::weak_ptr<HeadlessWebView> last_;
+};
+
+}  // namespace tavo::headless

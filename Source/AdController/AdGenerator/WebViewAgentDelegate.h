@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+
+#include "Scene/WebView.h"
+#include "Values/Error.h"
+#include "Values/Url.h"
+
+namespace tavo {
+
+class XWebViewAgent;
+
+// What a web view agent reports. Main thread.
+struct WebViewAgentDelegate {
+  // Once per HTML load, after the first finished load without meta refresh; false refuses the ad.
+  std::function<bool(WebView&)> webViewDidFinishRender{};
+  // The creative is on the screen.
+  std::function<void(XWebViewAgent&)> webViewAgentDidFinishLoad{};
+  // The load failed, rendering was refused, or the page's process is gone.
+  std::function<void(const Error&)> webViewAgentDidFailWithError{};
+  // The creative opened an address of the host's own scheme.
+  std::function<void(const Url&)> webViewOpenCustomURL{};
+};
+
+}  // namespace tavo

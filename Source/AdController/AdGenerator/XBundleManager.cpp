@@ -1,0 +1,21 @@
+#include "AdController/AdGenerator/XBundleManager.h"
+
+#include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+#include "Services/Bundle.h"
+
+namespace tavo {
+
+XBundleManager& XBundleManager::sharedManager() {
+  const OperationLog log{"+[XBundleManager sharedManager]"};
+  return Runtime::current().shared<XBundleManager>();
+}
+
+std::optional<std::string> XBundleManager::bundlePathForResource(std::string_view name,
+                                                                 std::string_view type,
+                                                                 std::string_view bundle) {
+  const OperationLog log{"+[XBundleManager bundlePathForResource:ofType:]"};
+  return Runtime::current().platform().bundle->pathForResource(bundle, name, type);
+}
+
+}  // namespace tavo

@@ -1,0 +1,241 @@
+#include "AdController/AdGenerator/XWebViewAgent.h"
+
+#include "AdController/AdGenerator/CreativeHtml.h"
+#include "AdController/AdGenerator/NavigationPolicy.h"
+#include "AdController/AdGenerator/XBundleManager.h"
+#include "ErrorHandler/ExtendNSLog.h"
+#include "ErrorHandler/OperationLog.h"
+#include "ErrorHandler/SdkErrors.h"
+#include "Runtime/Runtime.h"
+#include "Services/Bundle.h"
+#include "Services/WebViewFactory.h"
+#include "Values/Text.h"
+
+namespace tavo {
+
+namespace {
+
+// What a creative can be answered with when it asks for too much is nothing: it would ask again.
+void noteRefusal(const std::string& what) {
+  const OperationLog log{"-[XWebViewAgent webView:shouldStartLoadWithRequest:navigationType:]"};
+  log.debug("\n\nToo many commands in a short time, dropped: ", what);
+}
+
+LeavingGuard::Rules leavingRules(const Limits& limits) {
+  return {.perSecond = limits.leavingActionsPerSecond,
+          .needsTap = limits.leavingActionsNeedTap,
+          .tapLifetime = limits.tapLifetime};
+}
+
+Seconds now() { return Runtime::current().platform().runLoop->now(); }
+
+}  // namespace
+
+XWebViewAgent::XWebViewAgent(const Rect& frame)
+    : View{frame},
+      commandBudget_{Runtime::current().limits().commandsPerSecond,
+                     Runtime::current().limits().commandBurst},
+      leavingGuard_{leavingRules(Runtime::current().limits())} {}
+
+std::shared_ptr<XWebViewAgent> XWebViewAgent::create(
+    const Rect& frame, const void* owner,
+    const std::shared_ptr<const WebViewAgentDelegate>& delegate) {
+  const OperationLog log{"-[XWebViewAgent initWithFrame:allowExpansion:Delegate:]"};
+  std::shared_ptr<XWebViewAgent> agent{new XWebViewAgent{frame}};
+  agent->delegate.set(delegate);
+  agent->makeWebView(owner);
+  agent->makePictureManager();
+  agent->orientationSubscription_ = Runtime::current().notifications().subscribe(
+      "XAdInterstitialOrientationDidChange",
+      [agent = agent.get()](const Notification&) { agent->orientationDidChange(); });
+  return agent;
+}
+
+XWebViewAgent::~XWebViewAgent() {
+  webView_->setClient({});
+  webView_->stopLoading();
+}
+
+void XWebViewAgent::makeWebView(const void* owner) {
+  webView_ = Runtime::current().platform().webViews->create(frame(), {.owner = owner});
+  webView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  webView_->setBackgroundColor(colors::clear);
+  webView_->setClipsToBounds(true);
+  webView_->setOpaque(false);
+  webView_->allowsInlineMediaPlayback = true;
+  webView_->mediaPlaybackRequiresUserAction = false;
+  eventEmitter_ = std::make_shared<XMRAIDEventEmitter>(Runtime::current().platform().runLoop);
+  auto singleTap = std::make_shared<TapRecognizer>();
+  singleTap->action = [weak = weak_from_this()](const TapRecognizer& recognizer) {
+    if (const auto view = weak.lock()) static_cast<XWebViewAgent&>(*view).handleTap(recognizer);
+  };
+  webView_->addTapRecognizer(std::move(singleTap));
+}
+
+void XWebViewAgent::makePictureManager() {
+  pictureEvents_ = std::make_shared<XPictureManagerDelegate>(XPictureManagerDelegate{
+      .pictureManagerDidFailToStorePictureWithError = [this](XPictureManager&, const Error& error) {
+        eventEmitter_->reportErrorMessage(error.description, "storePicture", webView_);
+      }});
+  pictureManager_ = XPictureManager::create(pictureEvents_);
+}
+
+void XWebViewAgent::handleTap(const TapRecognizer& recognizer) {
+  const OperationLog log{"-[XWebViewAgent handleTap:]"};
+  if (recognizer.state != TapRecognizer::State::ended) return;
+  userTappedWebView = true;
+  leavingGuard_.tapped(now());
+}
+
+void XWebViewAgent::orientationDidChange() {
+  const OperationLog log{"-[XWebViewAgent orientationDidChange]"};
+  if (superview() != nullptr) setFrame(superview()->frame());
+}
+
+std::optional<std::string> XWebViewAgent::MRAIDScriptPath() {
+  const OperationLog log{"-[XWebViewAgent MRAIDScriptPath]"};
+  return XBundleManager::bundlePathForResource("XMraid", "js", "CorvaneTAVOSDKMRAID");
+}
+
+void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,
+                                   std::weak_ptr<WebViewAgentHost> xAdView) {
+  const OperationLog log{"-[XWebViewAgent loadHTMLString:baseURL:inXAdView:]"};
+  const auto scriptPath = MRAIDScriptPath();
+  if (!scriptPath) {
+    log.debug("\n\nMRAIDScriptPath: NIL");
+    return;
+  }
+  const bool namesScript = contains(html, "mraid.js");
+  xadViewInstance_ = std::move(xAdView);
+  webView_->setClient(std::static_pointer_cast<XWebViewAgent>(shared_from_this()));
+  // The engine loads the tag's file URL only from pages with a file base; the script itself reaches
+  // every page this way.
+  if (const auto script = Runtime::current().platform().bundle->contents(*scriptPath)) {
+    webView_->addDocumentStartScript(*script);
+  }
+  const Url scriptUrl = Url::fromText("file://" + *scriptPath);
+  webView_->loadHtml(HTMLWithJavaScriptBridge(html, scriptUrl.text()),
+                     namesScript ? Url{} : baseURL);
+  isHTMLRequest_ = true;
+}
+
+bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) {
+  const OperationLog log{"-[XWebViewAgent webView:shouldStartLoadWithRequest:navigationType:]"};
+  const auto adView = xadViewInstance_.lock();
+  const NavigationFacts facts{adView ? adView->mobileAdSubTypes() : MobileAdSubTypes::unknown,
+                              userTappedWebView, isMetaRefreshExist_};
+  const NavigationDecision decision = decideNavigation(navigation, facts);
+  // A tap counts for one navigation; commands and clicked links do not use it up.
+  const bool isClickedLink =
+      decision == NavigationDecision::openAsClick && navigation.type == NavigationType::linkClicked;
+  if (decision != NavigationDecision::runCommand && !isClickedLink) userTappedWebView = false;
+  switch (decision) {
+    case NavigationDecision::runCommand:
+      takeCommand(navigation.url);
+      return false;
+    case NavigationDecision::openAsClick:
+      if (mayLeaveApplication("open")) openUrl(navigation.url);
+      return false;
+    case NavigationDecision::followRefresh:
+      isMetaRefreshExist_ = false;
+      return true;
+    case NavigationDecision::allow:
+      return true;
+  }
+  return true;
+}
+
+void XWebViewAgent::openUrl(const Url& url) {
+  const OperationLog log{"-[XWebViewAgent openUrl:]"};
+  const bool handled = handleClickCommandsWithUrl(url);
+  const auto adView = xadViewInstance_.lock();
+  if (!handled && adView && adView->slotConfiguration()) adView->openUrlInBrowser(url);
+}
+
+bool XWebViewAgent::handleClickCommandsWithUrl(const Url& url) {
+  const OperationLog log{"-[XWebViewAgent handleClickCommandsWithUrl:]"};
+  const ClickRoute route = routeClick(url);
+  if (route == ClickRoute::customUrl) {
+    platformLog(
+        "Custom URL Found. Calling delegate webViewOpenCustomURL and terminating SDK flow.");
+    delegate.tell(&WebViewAgentDelegate::webViewOpenCustomURL, url);
+    return true;
+  }
+  const auto adView = xadViewInstance_.lock();
+  if (!adView || route == ClickRoute::browser) return false;
+  if (route == ClickRoute::dialler) adView->openDiallerWithUrl(url);
+  if (route == ClickRoute::sms) adView->sendSMSWithUrl(url);
+  if (route == ClickRoute::email) adView->sendEmailWithUrl(url);
+  if (route == ClickRoute::faceTime) adView->makeFaceTimeCallWithUrl(url);
+  return true;
+}
+
+// The engine waits for its answer meanwhile: a command that takes the page apart runs after it.
+void XWebViewAgent::takeCommand(const Url& url) {
+  if (!commandBudget_.take(now())) return noteRefusal(url.text());
+  Runtime::current().platform().runLoop->post([weak = weak_from_this(), url] {
+    if (const auto self = std::static_pointer_cast<XWebViewAgent>(weak.lock())) {
+      self->handleCommandWithURL(url);
+    }
+  });
+}
+
+bool XWebViewAgent::mayLeaveApplication(const std::string& action) {
+  const bool may = leavingGuard_.take(now());
+  if (!may) noteRefusal(action);
+  return may;
+}
+
+void XWebViewAgent::webViewDidFinishLoad(WebView& webView) {
+  const OperationLog log{"-[XWebViewAgent webViewDidFinishLoad:]"};
+  initializeJavaScriptBridge(*eventEmitter_, webView_);
+  const int load = ++finishedLoads_;
+  webView.evaluate("document.documentElement.outerHTML",
+                   [weak = weak_from_this(), load](const std::string& markup) {
+                     const auto self = std::static_pointer_cast<XWebViewAgent>(weak.lock());
+                     if (self && self->finishedLoads_ == load) self->finishedDocument(markup);
+                   });
+}
+
+void XWebViewAgent::finishedDocument(const std::string& markup) {
+  isMetaRefreshExist_ = hasMetaRefresh(markup);
+  // A document that sends itself elsewhere is not the creative yet: the next finished load is.
+  if (isMetaRefreshExist_ || !isHTMLRequest_) return;
+  isHTMLRequest_ = false;
+  reportRendered();
+}
+
+void XWebViewAgent::reportRendered() {
+  const bool canRenderAd =
+      delegate.ask(&WebViewAgentDelegate::webViewDidFinishRender, *webView_).value_or(true);
+  if (!canRenderAd) {
+    platformLog("\n\nError: Rendering of ad interrupted by publisher");
+    delegate.tell(
+        &WebViewAgentDelegate::webViewAgentDidFailWithError,
+        makeError(SdkError::renderingRefused, "Rendering of ad interrupted by publisher."));
+    return;
+  }
+  if (const auto adView = xadViewInstance_.lock()) adView->sceneView().addSubview(webView_);
+  delegate.tell(&WebViewAgentDelegate::webViewAgentDidFinishLoad, *this);
+}
+
+void XWebViewAgent::webViewDidFailLoad(WebView& /*webView*/, const Error& error) {
+  const OperationLog log{"-[XWebViewAgent webView:didFailLoadWithError:]"};
+  if (error.code == cannotShowUrlError ||
+      error.code == static_cast<int>(TransportError::cancelled)) {
+    return;
+  }
+  delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
+}
+
+void XWebViewAgent::webViewProcessDidTerminate(WebView& webView, const Error& error) {
+  // The page is lost: what is left of it leaves the screen, and the host hears of a failure.
+  ++finishedLoads_;
+  isHTMLRequest_ = false;
+  const auto adView = xadViewInstance_.lock();
+  if (adView) adView->webViewIsLost(webView_);
+  webView.removeFromSuperview();
+  delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
+}
+
+}  // namespace tavo

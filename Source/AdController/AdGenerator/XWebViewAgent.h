@@ -1,0 +1,125 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "AdController/AdGenerator/CommandBudget.h"
+#include "AdController/AdGenerator/MraidCommandText.h"
+#include "AdController/AdGenerator/WebViewAgentDelegate.h"
+#include "AdController/AdGenerator/WebViewAgentHost.h"
+#include "AdController/AdGenerator/XMRAIDEventEmitter.h"
+#include "ClickToAction/XPictureManager.h"
+#include "Runtime/NotificationCenter.h"
+#include "Runtime/Observer.h"
+#include "Scene/View.h"
+#include "Scene/WebView.h"
+#include "Values/Url.h"
+
+namespace tavo {
+
+// Carries an HTML creative: prepares its text, polices its navigation, tells apart what is a click
+// and what is not, carries its commands out through the ad view, and reports when the page is ready
+// to be shown. Made with `create`; main thread only.
+class XWebViewAgent : public View, public WebViewClient {
+ public:
+  // `owner` is who shows ads one after the other: its agents reuse one native view.
+  [[nodiscard]] static std::shared_ptr<XWebViewAgent> create(
+      const Rect& frame, const void* owner,
+      const std::shared_ptr<const WebViewAgentDelegate>& delegate);
+  ~XWebViewAgent() override;
+
+  Observer<WebViewAgentDelegate> delegate;
+  bool userTappedWebView = false;  // a tap ended; the next navigation decision uses it up
+
+  // What the creative has set last; none before it has. Each of its commands replaces the record.
+  std::optional<XMRAIDOrientationProperties> orientationParametersDict;
+  std::optional<XMRAIDResizeProperties> resizeParametersDict;
+  std::optional<XMRAIDExpandProperties> expandParametersDict;
+  Rect defaultFrame;  // the ad view's place when the ad expanded last; where closing returns it to
+
+  [[nodiscard]] const std::shared_ptr<WebView>& webView() const { return webView_; }
+  [[nodiscard]] const std::shared_ptr<XMRAIDEventEmitter>& eventEmitter() const {
+    return eventEmitter_;
+  }
+
+  // Prepares and loads the creative. A creative that names "mraid.js" gets no base URL, so that it
+  // cannot fetch another script of that name. Without the MRAID script among the resources nothing
+  // is loaded and nothing is reported.
+  void loadHTMLString(const std::string& html, const Url& baseURL,
+                      std::weak_ptr<WebViewAgentHost> xAdView);
+
+  // The path of the MRAID script among the resources, or none.
+  [[nodiscard]] static std::optional<std::string> MRAIDScriptPath();
+
+  // Follows a click.
+  void openUrl(const Url& url);
+  // Gives the URL to whoever its scheme belongs to; false when it is one for the browser.
+  bool handleClickCommandsWithUrl(const Url& url);
+
+  // Carries out one command of the creative, at once. One that has no meaning is answered with an
+  // error event. Agent and ad view live on until it is done, whatever the host does meanwhile.
+  void handleCommandWithURL(const Url& url);
+  // The commands that reach into the user's own data; false for every other name.
+  bool handleUserInteractionCommand(const std::string& name, const MraidParameters& parameters);
+
+  // Tells the page everything it may ask for before it hears "ready", in a fixed order.
+  void initializeJavaScriptBridge(XMRAIDEventEmitter& emitter,
+                                  const std::shared_ptr<WebView>& webView);
+  void mraidSupportsFeatures(const std::shared_ptr<WebView>& webView);
+
+  // Points, as the user holds the screen; without the strip of the status bar unless it is asked
+  // for.
+  [[nodiscard]] static Size screenSizeIncludingStatusBar(bool includingStatusBar);
+
+  // WebViewClient
+  bool webViewShouldStartLoad(WebView& webView, const Navigation& navigation) override;
+  void webViewDidStartLoad(WebView& /*webView*/) override {}
+  void webViewDidFinishLoad(WebView& webView) override;
+  void webViewDidFailLoad(WebView& webView, const Error& error) override;
+  void webViewProcessDidTerminate(WebView& webView, const Error& error) override;
+
+ private:
+  explicit XWebViewAgent(const Rect& frame);
+
+  void makeWebView(const void* owner);
+  void makePictureManager();
+  void handleTap(const TapRecognizer& recognizer);
+  void orientationDidChange();
+  void finishedDocument(const std::string& markup);
+  void reportRendered();
+
+  // Takes note of a command and carries it out in a turn of its own.
+  void takeCommand(const Url& url);
+  [[nodiscard]] bool mayLeaveApplication(const std::string& action);
+  [[nodiscard]] bool leavesApplication(const std::string& command) const;
+
+  // One for each command; `handleCommandWithURL` holds the ad view.
+  void expandToFrameWithUrl(const MraidCommand& command);
+  void handleInit(const MraidCommand& command);
+  void closeAdWithUrl(const MraidCommand& command);
+  void setExpandProperties(const MraidCommand& command);
+  void setResizeProperties(const MraidCommand& command);
+  void resizeAdWithUrl(const MraidCommand& command);
+  void openPage(const MraidCommand& command);
+  void dialFixedNumber(const MraidCommand& command);
+  void updateCurrentPosition(const MraidCommand& command);
+  void setOrientationPropertiesWith(const MraidCommand& command);
+  void handlePlayVideoWithURL(const MraidCommand& command);
+  void createCalenderEvent(const std::string& event);
+  void storePicture(const MraidParameters& parameters);
+
+  std::shared_ptr<WebView> webView_;
+  std::shared_ptr<XMRAIDEventEmitter> eventEmitter_;
+  std::shared_ptr<XPictureManager> pictureManager_;
+  std::shared_ptr<const XPictureManagerDelegate> pictureEvents_;
+  std::weak_ptr<WebViewAgentHost> xadViewInstance_;
+  Subscription orientationSubscription_;
+  bool isHTMLRequest_ = false;       // an HTML load was handed over and not yet reported
+  bool isMetaRefreshExist_ = false;  // the last finished document sends itself elsewhere
+  int finishedLoads_ = 0;            // so that the markup of a replaced document is dropped
+  CommandBudget commandBudget_;
+  LeavingGuard leavingGuard_;
+};
+
+}  // namespace tavo

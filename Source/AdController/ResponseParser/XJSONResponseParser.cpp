@@ -1,0 +1,13 @@
+#include "AdController/ResponseParser/XJSONResponseParser.h"
+
+#include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+
+namespace tavo {
+
+std::optional<JsonObject> XJSONResponseParser::parseJSONResponseWithData(const std::string& data) {
+  const OperationLog log{"+[XJSONResponseParser parseJSONResponseWithData:]"};
+  return JsonObject::read(data, Runtime::current().limits().answerDepth);
+}
+
+}  // namespace tavo

@@ -1,0 +1,112 @@
+#include "AdManager/AdVerdict.h"
+
+#include "AdManager/MediationInstruction.h"
+#include "Values/Text.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr int httpFound = 302;
+
+MobileAdSubTypes redirectPage(const SlotFacts& slot) {
+  return slot.interstitial ? MobileAdSubTypes::redirectInterstitial
+                           : MobileAdSubTypes::redirectHtmlBanner;
+}
+
+MobileAdSubTypes redirectImage(const SlotFacts& slot) {
+  return slot.interstitial ? MobileAdSubTypes::redirectInterstitial
+                           : MobileAdSubTypes::redirectImageBanner;
+}
+
+Verdict page(const std::optional<std::string>& html, std::optional<MobileAdSubTypes> subType) {
+  if (!html) return NoAd{};
+  if (isEmptyPicture(*html)) return RefuseEmptyPicture{subType};
+  return ShowHtml{*html, subType};
+}
+
+// A placement can come from the instruction or from the slot; without either there is no ad.
+Verdict classifyMediation(const std::string& text, const SlotFacts& slot) {
+  const MediationInstruction instruction = readMediationInstruction(text);
+  Mediate mediate{instruction.placementId, instruction.size};
+  if (mediate.placementId.empty()) mediate.placementId = slot.mediationPlacementId;
+  if (mediate.size.width < 1) mediate.size.width = slot.mediationSize.width;
+  if (mediate.size.height < 1) mediate.size.height = slot.mediationSize.height;
+  if (mediate.placementId.empty()) return NoAd{};
+  return mediate;
+}
+
+// The answer of an ordinary request, and every document that claims to be one. An instruction to
+// mediate takes precedence over whatever type the answer claims.
+Verdict classifyContent(const XAdInfo& answer, const SlotFacts& slot) {
+  if (slot.canStartMediation && answer.text && holdsMediationInstruction(*answer.text)) {
+    return classifyMediation(*answer.text, slot);
+  }
+  if (looksLikeVast(answer.text.value_or("")) || answer.adType == "text/xml") return PlayVast{};
+  if (!isNilString(answer.adType) && contains(*answer.adType, "image")) return ShowImage{};
+  if (answer.adType == "text/html") return page(answer.text, std::nullopt);
+  return NoAd{};
+}
+
+Verdict classifyBidding(const XAdInfo& answer, const SlotFacts& slot) {
+  if (isNilString(answer.adType)) return EmptyAd{"\n\nEmpty Ad"};
+  if (answer.adType == "text/xml") return classifyContent(answer, slot);
+  if (isNilString(answer.text)) return NoAd{};
+  return page(answer.text, slot.interstitial ? MobileAdSubTypes::richMediaInterstitial
+                                             : MobileAdSubTypes::richMediaBanner);
+}
+
+bool isRedirect(const XAdInfo& answer) {
+  return answer.httpResponseCode == httpFound ||
+         (!isNilString(answer.adType) && equalsIgnoringCase(*answer.adType, "redirect"));
+}
+
+// An answer that redirects: to a file, or with the ad in its own text or body.
+Verdict classifyRedirect(const XAdInfo& answer, const SlotFacts& slot) {
+  if (!isNilString(answer.fileURL)) return FollowRedirect{*answer.fileURL};
+  if (!isNilString(answer.text)) return page(answer.text, redirectPage(slot));
+  if (isNilString(answer.MIMEType)) return NoAd{};
+  if (contains(*answer.MIMEType, "image")) {
+    return ShowImage{ShowImage::Source::requestUrl, redirectImage(slot)};
+  }
+  if (!contains(*answer.MIMEType, "text")) return NoAd{};
+  if (isNilString(answer.responseContent)) return EmptyAd{"\n\nRedirect: Empty Ad"};
+  return page(answer.responseContent, redirectPage(slot));
+}
+
+// The answer of the address that a redirect led to: the ad itself, no longer a description of it.
+Verdict classifyRedirected(const XAdInfo& answer, const SlotFacts& slot) {
+  if (contains(*answer.MIMEType, "image")) {
+    return ShowImage{ShowImage::Source::requestUrl, redirectImage(slot)};
+  }
+  if (contains(*answer.MIMEType, "text") && !isNilString(answer.responseContent)) {
+    return page(answer.responseContent, redirectPage(slot));
+  }
+  return NoAd{};
+}
+
+}  // namespace
+
+bool isNilString(const std::optional<std::string>& text) {
+  return !text || equalsIgnoringCase(*text, "(null)");
+}
+
+bool isEmptyPicture(std::string_view html) {
+  return occurrences(html, "<a href") == 1 && occurrences(html, "<img ") == 1 &&
+         occurrences(html, "/default/empty.gif") == 1;
+}
+
+bool looksLikeVast(std::string_view text) {
+  return contains(text, "<VAST ") && contains(text, "</VAST>");
+}
+
+Verdict classify(const XAdInfo& answer, const SlotFacts& slot) {
+  if (slot.realTimeBidding) return classifyBidding(answer, slot);
+  if (isRedirect(answer)) return classifyRedirect(answer, slot);
+  if (slot.requestRedirected && !isNilString(answer.MIMEType)) {
+    return classifyRedirected(answer, slot);
+  }
+  return classifyContent(answer, slot);
+}
+
+}  // namespace tavo

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "AdInfo/MobileAdTypes.h"
+#include "AdInfo/XAdInfo.h"
+#include "Values/Geometry.h"
+
+namespace tavo {
+
+// What is to be done with an answer. One alternative per outcome; carrying it out needs no further
+// look at the answer's kind.
+
+// Nothing in the answer can be shown.
+struct NoAd {};
+
+// The server says that there is no ad.
+struct EmptyAd {
+  std::string_view message;  // for the log; empty: none
+};
+
+// The ad is at another address.
+struct FollowRedirect {
+  std::string url;
+};
+
+// Show a picture as sub-type `subType`.
+struct ShowImage {
+  enum class Source { creativeFile, requestUrl };
+  Source source = Source::creativeFile;
+  MobileAdSubTypes subType = MobileAdSubTypes::image;
+};
+
+// Show a page.
+struct ShowHtml {
+  std::string html;
+  // None: decided by the view's type when its sub-type is not yet known.
+  std::optional<MobileAdSubTypes> subType;
+};
+
+// The page is nothing but the server's transparent filler picture.
+struct RefuseEmptyPicture {
+  std::optional<MobileAdSubTypes> subType;
+};
+
+// Hand the slot to an external ad network.
+struct Mediate {
+  std::string placementId;
+  Size size;  // points
+};
+
+// Play a VAST document.
+struct PlayVast {};
+
+using Verdict = std::variant<NoAd, EmptyAd, FollowRedirect, ShowImage, ShowHtml, RefuseEmptyPicture,
+                             PlayVast, Mediate>;
+
+// What the slot adds to the decision.
+struct SlotFacts {
+  bool realTimeBidding = false;
+  bool interstitial = false;
+  bool requestRedirected = false;  // the request followed a redirect answer
+  bool canStartMediation = false;  // somebody listens who can
+  // Take the place of what a mediation instruction leaves out.
+  std::string mediationPlacementId{};
+  Size mediationSize{};
+};
+
+// Decides from the answer's texts alone; has no effect.
+[[nodiscard]] Verdict classify(const XAdInfo& answer, const SlotFacts& slot);
+
+// True for none and for the text "(null)" in any letter case: what a server left out.
+[[nodiscard]] bool isNilString(const std::optional<std::string>& text);
+
+// True for a page that holds exactly one link, one picture and the filler picture's address.
+[[nodiscard]] bool isEmptyPicture(std::string_view html);
+
+// True for text that holds a VAST document. Quirk: the opening tag must be followed by a blank, so
+// that a tag that is closed at once does not count; servers rely on it to send such text as HTML.
+[[nodiscard]] bool looksLikeVast(std::string_view text);
+
+}  // namespace tavo

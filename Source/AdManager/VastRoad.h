@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "AdController/ResponseParser/VASTXMLParser/VASTFetch.h"
+#include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
+#include "AdManager/AdManagerView.h"
+#include "AdManager/VastRootQueue.h"
+#include "Services/HttpClient.h"
+#include "UserInterface/NativeView/XVASTVideoView.h"
+
+namespace tavo {
+
+// Takes one answer from VAST text to a playing video: the documents of its wrapper chain, the
+// choice of the media file, a look whether the file is there, the impressions, the player. What has
+// to wait goes on in a later turn. Dropping the road ends it and the video. Main thread only.
+class VastRoad : public std::enable_shared_from_this<VastRoad> {
+ public:
+  struct Settings {
+    std::weak_ptr<AdManagerView> adView;
+    std::shared_ptr<MoviePlayer> moviePlayerInstance;  // the host's, for a pre-roll
+    std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
+    std::shared_ptr<const XVASTVidoeViewDelegate> videoEvents;  // for the video once it is there
+  };
+  struct Events {
+    std::function<void(const Error&)> failed{};
+    // The answer is dealt with, also after a failure. Called once, last.
+    std::function<void()> concluded{};
+  };
+
+  [[nodiscard]] static std::shared_ptr<VastRoad> create(Settings settings, Events events);
+  ~VastRoad();
+
+  void loadVastAd(const std::string& text);
+
+  // Null until there is a video to play.
+  [[nodiscard]] const std::shared_ptr<XVASTVideoView>& videoView() const { return videoView_; }
+
+ private:
+  VastRoad(Settings settings, Events events)
+      : settings_{std::move(settings)}, events_{std::move(events)} {}
+
+  void loadChain(const std::string& text, VastRootQueue::Turn turn);
+  void chainLoaded(const VASTOutcome& outcome, bool trackingValid);
+  void chooseMedia(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad);
+  void probeMedia(const Url& url);
+  void probed(const HttpResult& result);
+  void play();
+  void trackChainImpressions();
+  void fail(const Error& error);
+
+  Settings settings_;
+  Events events_;
+  std::shared_ptr<XVASTAd> ad_;
+  std::shared_ptr<XVASTVideoView> videoView_;
+  std::shared_ptr<HttpClient::Exchange> probe_;
+};
+
+}  // namespace tavo

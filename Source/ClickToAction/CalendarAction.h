@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ClickToAction/ClickActionsView.h"
+#include "ClickToAction/ClickToAction.h"
+#include "Services/Composers.h"
+
+namespace tavo {
+
+// Puts an event of a creative's into the user's calendar: asks for access, shows the event to the
+// user, saves it. What goes wrong is told to the creative. Main thread only.
+class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
+ public:
+  [[nodiscard]] static std::shared_ptr<CalendarAction> create(ClickActionsView& view);
+
+  // The creative's description as parameters; none, after a report, when it cannot be read.
+  [[nodiscard]] std::optional<ClickToActionParameters> parametersOf(const std::string& event);
+
+  void createCalendarEventWithParamter(const ClickToActionParameters& parameters);
+
+  // Asks for access in the background, where nothing has been decided.
+  void checkCalendarAuthorizationStatus();
+
+ private:
+  explicit CalendarAction(ClickActionsView& view) : view_{view} {}
+
+  void accessAnswered(bool granted, const CalendarEvent& event);
+  void presentEditor(ViewController& presenter, const CalendarEvent& event);
+  void editorFinished(EventEditAction action, const CalendarEvent& event);
+  void closeEditor();
+  void report(std::string_view message);
+
+  ClickActionsView& view_;
+  std::weak_ptr<ViewController> editor_;
+};
+
+}  // namespace tavo

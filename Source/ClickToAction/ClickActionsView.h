@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "AdController/AdGenerator/MRAIDState.h"
+#include "AdController/AdGenerator/PlacementType.h"
+#include "AdInfo/MobileAdTypes.h"
+#include "ClickToAction/ClickToAction.h"
+#include "Configuration/XAdSlotConfiguration.h"
+#include "Scene/ViewController.h"
+
+namespace tavo {
+
+// What click actions need of the ad view that they belong to: what it shows, who can present
+// something above it, and whom to tell. Main thread only.
+class ClickActionsView {
+ public:
+  virtual ~ClickActionsView() = default;
+
+  // Keeps the view alive for the length of a turn; null once it is going.
+  [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
+
+  [[nodiscard]] virtual MRAIDState state() const = 0;
+  [[nodiscard]] virtual PlacementType placementType() const = 0;
+  [[nodiscard]] virtual MobileAdTypes mobileAdTypes() const = 0;
+  [[nodiscard]] virtual MobileAdSubTypes mobileAdSubTypes() const = 0;
+  [[nodiscard]] virtual std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const = 0;
+  [[nodiscard]] virtual Rect adFrame() const = 0;
+
+  // Controllers that can present; null where there is none. They stay alive for the turn.
+  [[nodiscard]] virtual ViewController* currentViewController() const = 0;
+  [[nodiscard]] virtual ViewController* windowRootViewController() = 0;
+  // Made when absent.
+  [[nodiscard]] virtual ViewController* expandedViewController() = 0;
+
+  // An expanded ad steps aside for the event editor and comes back after it.
+  [[nodiscard]] virtual bool calendarReExpand() const = 0;
+  virtual void presentExpandView() = 0;
+
+  // An open browser counts as an expansion of the ad.
+  virtual void setAdExpanded(bool expanded) = 0;
+  // The browser is closed: the ad is back on the screen.
+  virtual void appBrowserClosed() = 0;
+
+  // The host's word on an action; true when it has none.
+  [[nodiscard]] virtual bool shouldHandleClickToAction(
+      ClickToAction action, const ClickToActionParameters& parameters) = 0;
+  virtual void willOpenInInAppBrowser() = 0;
+  virtual void willLeaveApplication() = 0;
+  // To the creative.
+  virtual void reportErrorMessage(std::string_view message, std::string_view action) = 0;
+};
+
+// Who presents a system's sheet for the ad as it stands now; null: nobody.
+[[nodiscard]] ViewController* sheetPresenter(ClickActionsView& view);
+
+// Dismisses a sheet through whoever presents it; nothing when nobody does.
+void dismissSheet(const std::weak_ptr<ViewController>& sheet, Animated animated);
+
+}  // namespace tavo

@@ -1,0 +1,116 @@
+#include "Communicator/Cookie/XCookieManager.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "ErrorHandler/ExtendNSLog.h"
+#include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+#include "Services/Screen.h"
+#include "Values/Text.h"
+
+namespace tavo {
+
+namespace {
+
+// No server reads more, and ten thousand stored cookies must not become a header of megabytes.
+constexpr std::size_t mostCookieBytes = std::size_t{64} * 1024;
+
+bool belongsToAdServer(const Cookie& cookie) {
+  return equalsIgnoringCase(std::string_view{cookie.name}.substr(0, 3), "KQD");
+}
+
+// A store of the platform's may hand out what could be read as a second header.
+bool isSafe(const Cookie& cookie) {
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+  return std::none_of(cookie.name.begin(), cookie.name.end(), isControl) &&
+         std::none_of(cookie.value.begin(), cookie.value.end(), isControl);
+}
+
+std::size_t sizeOf(const Cookie& cookie) { return cookie.name.size() + cookie.value.size() + 3; }
+
+// Lengths of real screens; what lies outside is no length at all.
+int wholePart(double length) { return static_cast<int>(std::clamp(length, 0.0, 1'000'000.0)); }
+
+const Screen& screen() { return *Runtime::current().platform().screen; }
+CookieStore& store() { return *Runtime::current().platform().cookies; }
+
+}  // namespace
+
+XCookieManager::XCookieManager() { const OperationLog log{"-[XCookieManager init]"}; }
+
+XCookieManager::XCookieManager(std::shared_ptr<XAdSlotConfiguration> configuration)
+    : slotConfiguration{std::move(configuration)} {
+  const OperationLog log{"-[XCookieManager initWithSlotConfiguration:]"};
+}
+
+void XCookieManager::attachCookiesToHeaderWithRequest(HttpRequest& request,
+                                                      std::string_view domainName) const {
+  const OperationLog log{"-[XCookieManager attachCookiesToHeaderWithRequest:domainName:]"};
+  if (request.url.empty()) return;
+  const bool coppa = slotConfiguration && slotConfiguration->COPPAPermissions;
+  log.debug("\n\nCoppa: ", static_cast<int>(coppa));
+  if (coppa) request.cookies = CookieHandling::onlyOwnHeader;
+
+  const auto properties = DAPROPSCookieWithDomainName(domainName);
+  if (!properties) return;
+  auto cookies = cookiesToSend(request.url);
+  cookies.push_back(*properties);
+  platformLog("\n\nDaprops cookies attached");
+  request.setHeader("Cookie", cookieHeader(cookies));
+}
+
+std::vector<Cookie> XCookieManager::cookiesToSend(const Url& url) const {
+  const bool coppa = slotConfiguration && slotConfiguration->COPPAPermissions;
+  std::vector<Cookie> cookies = store().cookiesFor(url);
+  std::size_t room = mostCookieBytes;
+  std::erase_if(cookies, [&](const Cookie& cookie) {
+    const bool wanted = isSafe(cookie) && (!coppa || belongsToAdServer(cookie));
+    if (!wanted || sizeOf(cookie) > room) return true;
+    room -= sizeOf(cookie);
+    return false;
+  });
+  return cookies;
+}
+
+void XCookieManager::persistCookies(const HttpResponse* response) const {
+  const OperationLog log{"-[XCookieManager persistCookies:]"};
+  if (response == nullptr || !response->url.isHttp()) return;
+  platformLog("\n\nPersisting Cookies");
+  store().storeFromHeaders(response->headers, response->url);
+}
+
+std::optional<Cookie> XCookieManager::DAPROPSCookieWithDomainName(
+    std::string_view domainName) const {
+  const OperationLog log{"-[XCookieManager DAPROPSCookieWithDomainName:]"};
+  if (domainName.empty()) return std::nullopt;
+  const Rect bounds = screen().bounds();
+  Cookie cookie;
+  cookie.name = "DAPROPS";
+  cookie.domain = std::string{domainName};
+  // Quirk: the orientation is always 1, however the device is held; the server sorts by it.
+  cookie.value = "sdevicePixelRatio:" + getDevicePixelRatio() +
+                 "|sdeviceAspectRatio:" + getFractionsWithWidth(bounds.width, bounds.height) +
+                 "|sjs.deviceOrientation:1";
+  return cookie;
+}
+
+std::string XCookieManager::getFractionsWithWidth(double width, double height) const {
+  const OperationLog log{"-[XCookieManager getFractionsWithWidth:height:]"};
+  const int wholeWidth = wholePart(width);
+  const int wholeHeight = wholePart(height);
+  // Quirk: the search starts at half the smaller side, so a square of 320 is 2/2 and not 1/1.
+  int divisor = std::min(wholeWidth / 2, wholeHeight / 2) + 1;
+  while (divisor > 1 && (wholeWidth % divisor != 0 || wholeHeight % divisor != 0)) --divisor;
+  return std::to_string(wholeWidth / divisor) + "/" + std::to_string(wholeHeight / divisor);
+}
+
+std::string XCookieManager::getDevicePixelRatio() const {
+  const OperationLog log{"-[XCookieManager getDevicePixelRatio]"};
+  const auto scale = screen().scale();
+  if (!scale) return "2";
+  // By way of the printed form: a scale that prints as 2.000000 is 2, even if it is a hair less.
+  return std::to_string(std::atoi(std::to_string(*scale).c_str()));
+}
+
+}  // namespace tavo

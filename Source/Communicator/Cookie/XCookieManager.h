@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Configuration/XAdSlotConfiguration.h"
+#include "Services/CookieStore.h"
+#include "Services/HttpClient.h"
+
+namespace tavo {
+
+// Puts the stored cookies and the device's description on a request, and the cookies of an answer
+// into the store. Made for one request or one answer. Attaching belongs to the main thread;
+// persistCookies may be called on any.
+class XCookieManager {
+ public:
+  XCookieManager();
+  // `slotConfiguration` may be null; of it only COPPAPermissions is read.
+  explicit XCookieManager(std::shared_ptr<XAdSlotConfiguration> slotConfiguration);
+
+  std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
+  std::vector<Cookie> cookiesArray;  // kept for the host
+
+  // Sets the request's "Cookie" header: the stored cookies for its URL, then DAPROPS for
+  // `domainName`. Under COPPA only the ad server's own cookies (names that start with "KQD" in any
+  // letter case) go along, and the request is marked so that the transport adds none by itself. No
+  // cookie is set when there is no domain name; nothing happens to a request without a URL.
+  void attachCookiesToHeaderWithRequest(HttpRequest& request, std::string_view domainName) const;
+
+  // Stores the cookies of an answer over HTTP; null, or an answer from elsewhere, holds none.
+  void persistCookies(const HttpResponse* response) const;
+
+  // The cookie that describes the device, or none without a domain name.
+  [[nodiscard]] std::optional<Cookie> DAPROPSCookieWithDomainName(
+      std::string_view domainName) const;
+
+  // "width/height", both divided by their largest common divisor up to half the smaller one.
+  [[nodiscard]] std::string getFractionsWithWidth(double width, double height) const;
+
+  // The screen's scale without its fraction; "2" where the screen does not tell.
+  [[nodiscard]] std::string getDevicePixelRatio() const;
+
+ private:
+  [[nodiscard]] std::vector<Cookie> cookiesToSend(const Url& url) const;
+};
+
+}  // namespace tavo

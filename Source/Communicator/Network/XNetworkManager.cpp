@@ -1,0 +1,47 @@
+#include "Communicator/Network/XNetworkManager.h"
+
+#include <exception>
+
+#include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+
+namespace tavo {
+
+XNetworkManager& XNetworkManager::shareInstance() {
+  const OperationLog log{"+[XNetworkManager shareInstance]"};
+  return Runtime::current().shared<XNetworkManager>();
+}
+
+XNetworkManager::XNetworkManager()
+    : internetReach{XNetworkReachability::reachabilityForInternetConnection()},
+      changes_{Runtime::current().notifications().subscribe(
+          networkReachabilityChangedNotification,
+          [this](const Notification& notification) { reachabilityChanged(notification); })} {
+  internetReach->startNotifier();
+}
+
+bool XNetworkManager::internetAvailable() const {
+  const OperationLog log{"-[XNetworkManager internetAvailable]"};
+  return internetReach->currentReachabilityStatus() != NetworkStatus::notReachable;
+}
+
+void XNetworkManager::reachabilityChanged(const Notification& notification) {
+  const OperationLog log{"-[XNetworkManager reachabilityChanged:]"};
+  try {
+    // Only reachability objects post under this name, and they are alive while they do.
+    const auto* reachability = static_cast<const XNetworkReachability*>(notification.object);
+    if (reachability == nullptr) return;
+    const auto status = reachability->currentReachabilityStatus();
+    log.debug("\n\nNet Status: ", static_cast<int>(status));
+    const bool available = status != NetworkStatus::notReachable;
+    if (!available) log.debug("\n\nNo internet connection");
+    Runtime::current().notifications().post(
+        {std::string{internetAccessChangedNotification}, this, {{"Available", available ? 1 : 0}}});
+  } catch (const std::exception& exception) {
+    // Only a host's own subscriber throws here; the host is to see it.
+    log.debug("\n\nAn Exception occured: ", exception.what());
+    throw;
+  }
+}
+
+}  // namespace tavo

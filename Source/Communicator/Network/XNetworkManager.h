@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "Communicator/Network/XNetworkReachability.h"
+#include "Runtime/NotificationCenter.h"
+
+namespace tavo {
+
+// Posted on the main thread on every change of connectivity; the user info's "Available" is 1 or 0.
+inline constexpr std::string_view internetAccessChangedNotification = "InternetAccessChanged";
+
+// The process-wide watcher of the connection to the internet. Main thread only.
+class XNetworkManager {
+ public:
+  // The one manager of the process; the first call begins the watch.
+  [[nodiscard]] static XNetworkManager& shareInstance();
+
+  XNetworkManager();
+
+  [[nodiscard]] bool internetAvailable() const;
+
+  // Turns the notification of a reachability object into "InternetAccessChanged".
+  void reachabilityChanged(const Notification& notification);
+
+  std::shared_ptr<XNetworkReachability> internetReach;
+  // Not in use.
+  std::shared_ptr<XNetworkReachability> hostReach;
+  std::shared_ptr<XNetworkReachability> wifiReach;
+
+ private:
+  Subscription changes_;
+};
+
+}  // namespace tavo

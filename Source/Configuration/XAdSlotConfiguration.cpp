@@ -1,0 +1,11 @@
+#include "Configuration/XAdSlotConfiguration.h"
+
+#include "ErrorHandler/OperationLog.h"
+
+namespace tavo {
+
+void XAdSlotConfiguration::setRTBRequired() {
+  const OperationLog log{"-[XAdSlotConfiguration setRTBRequired]"};
+}
+
+}  // namespace tavo

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tavo {
+
+// Settings reserved for fetching ads ahead; nothing reads them yet.
+struct XPrefetchConfiguration {
+  std::int32_t numberOfAdsToPrefetch = 0;
+  bool bannerPrefetchRequired = false;
+};
+
+}  // namespace tavo

@@ -1,0 +1,24 @@
+#include "ErrorHandler/ExtendNSLog.h"
+
+#include <cstdio>
+
+#include "ErrorHandler/DebugLogSwitch.h"
+#include "Runtime/Runtime.h"
+#include "Services/Log.h"
+
+namespace tavo {
+
+bool isDebugLogEnabled() { return DebugLogSwitch::isOn(); }
+
+void ExtendNSLog(const char* file, int line, std::string_view functionName, std::string message) {
+  if (!isDebugLogEnabled()) return;
+  if (!message.ends_with('\n')) message += '\n';
+  const std::string_view path = file;
+  const std::string name{path.substr(path.find_last_of('/') + 1)};
+  std::fprintf(stderr, "\nDebug:\n%s:%d\n%.*s \n%s", name.c_str(), line,
+               static_cast<int>(functionName.size()), functionName.data(), message.c_str());
+}
+
+void platformLog(std::string_view message) { Runtime::current().platform().log->write(message); }
+
+}  // namespace tavo

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavo {
+
+// The debug log. Writes one entry to the standard error stream: the file's name without its
+// folders, the line, the function's name and the message, which ends in one newline. Writes nothing
+// while XGlobalConfiguration::enableDebugLogs is off. Any thread; never fails visibly.
+void ExtendNSLog(const char* file, int line, std::string_view functionName, std::string message);
+
+// Whether the debug log is on: ask before making an expensive message.
+[[nodiscard]] bool isDebugLogEnabled();
+
+// Writes to the platform's log, whatever the debug setting. Any thread.
+void platformLog(std::string_view message);
+
+}  // namespace tavo

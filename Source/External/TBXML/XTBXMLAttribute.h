@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+namespace tavo {
+
+// One attribute of an element. The texts point into the document's copy of the input and live as
+// long as the document does.
+struct XTBXMLAttribute {
+  std::string_view name = {};
+  std::string_view value = {};      // as written: references such as &amp; are not decoded
+  XTBXMLAttribute* next = nullptr;  // the next attribute of the same element
+};
+
+}  // namespace tavo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+#include "External/TBXML/XTBXMLAttribute.h"
+
+namespace tavo {
+
+// One element of a document. The texts point into the document's copy of the input, the links to
+// other records of the same document; none of them lives longer than the document.
+struct XTBXMLElement {
+  std::string_view name = {};
+  std::string_view text = {};  // what follows the start tag, up to the next markup
+  XTBXMLAttribute* firstAttribute = nullptr;
+  XTBXMLElement* parentElement = nullptr;
+  XTBXMLElement* firstChild = nullptr;
+  XTBXMLElement* currentChild = nullptr;  // the last child appended so far
+  XTBXMLElement* nextSibling = nullptr;
+  XTBXMLElement* previousSibling = nullptr;
+};
+
+}  // namespace tavo

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "External/TBXML/MarkupScan.h"
+#include "External/TBXML/RecordPool.h"
+#include "External/TBXML/XTBXMLElement.h"
+
+namespace tavo {
+
+// A document's copy of its text and the records that point into it. The text and the first blocks
+// of records are one allocation, as many as a document of this size usually needs.
+class XmlTree {
+ public:
+  explicit XmlTree(std::size_t textSize)
+      : XmlTree(textSize, textSize / kBytesForElement + 1, textSize / kBytesForAttribute + 1) {}
+
+  // Room for the text and kTextSlack bytes behind it.
+  [[nodiscard]] char* text() const { return text_; }
+
+  // Zero bytes that the tokenizer wants to be able to read behind a text.
+  static constexpr std::size_t kTextSlack = 2 * kMarkupBlock;
+
+ private:
+  static constexpr std::size_t kBytesForElement = 64;
+  static constexpr std::size_t kBytesForAttribute = 40;
+
+  XmlTree(std::size_t textSize, std::size_t elementCount, std::size_t attributeCount)
+      : memory_(std::make_unique_for_overwrite<std::byte[]>(
+            elementCount * sizeof(XTBXMLElement) + attributeCount * sizeof(XTBXMLAttribute) +
+            textSize + kTextSlack)),
+        text_(reinterpret_cast<char*>(memory_.get() + elementCount * sizeof(XTBXMLElement) +
+                                      attributeCount * sizeof(XTBXMLAttribute))),
+        elements(memory_.get(), elementCount),
+        attributes(memory_.get() + elementCount * sizeof(XTBXMLElement), attributeCount) {}
+
+  static_assert(alignof(XTBXMLElement) % alignof(XTBXMLAttribute) == 0);
+  static_assert(alignof(XTBXMLElement) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+
+  std::unique_ptr<std::byte[]> memory_;
+  char* text_;
+
+ public:
+  RecordPool<XTBXMLElement> elements;
+  RecordPool<XTBXMLAttribute> attributes;
+  XTBXMLElement* root = nullptr;
+  bool passedLimit = false;  // the text was not read to its end
+};
+
+}  // namespace tavo

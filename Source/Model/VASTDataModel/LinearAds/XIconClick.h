@@ -1,0 +1,16 @@
+#pragma once
+
+#include <vector>
+
+#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/XClickTracking.h"
+
+namespace tavo {
+
+// What happens when an icon is clicked.
+struct XIconClick {
+  OptionalText iconClickThroughURI;  // text of IconClickThrough
+  std::vector<XClickTracking> iconClickTrackingArray;
+};
+
+}  // namespace tavo

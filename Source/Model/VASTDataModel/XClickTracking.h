@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Model/VASTDataModel/AttributeMap.h"
+
+namespace tavo {
+
+// One place to tell when the ad has been clicked.
+struct XClickTracking {
+  OptionalText identifier;  // attribute "id"
+  OptionalText url;         // text of the element
+
+  // Sets the fields that are filled from attributes; one whose attribute is absent becomes none.
+  void setClickTrackingAttributes(const AttributeMap& attributes);
+};
+
+}  // namespace tavo

@@ -1,0 +1,12 @@
+#include "Model/VASTDataModel/XResource.h"
+
+#include "ErrorHandler/OperationLog.h"
+
+namespace tavo {
+
+void XResource::setResourceAttributes(const AttributeMap& attributes) {
+  const OperationLog log{"-[XResource setResourceAttributes:]"};
+  staticResourceCreativeType = attributes["creativeType"];
+}
+
+}  // namespace tavo

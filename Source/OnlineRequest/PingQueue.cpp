@@ -1,0 +1,127 @@
+#include "OnlineRequest/PingQueue.h"
+
+#include <algorithm>
+#include <mutex>
+#include <shared_mutex>
+
+#include "Runtime/Runtime.h"
+#include "Services/RunLoop.h"
+
+namespace tavo {
+
+namespace {
+// Round trips are remembered for so many hosts.
+constexpr std::size_t rememberedHosts = 64;
+}  // namespace
+
+// What a completion holds of the queue, which may be gone by then.
+class PingQueue::Gate {
+ public:
+  explicit Gate(PingQueue& queue) : queue_{&queue} {}
+
+  // Runs `task` with the queue unless it is gone; it stays for that long, and with it the runtime
+  // and the run loop. Any thread.
+  template <typename Task>
+  void pass(const Task& task) {
+    const std::shared_lock lock{mutex_};
+    if (queue_ != nullptr) task(*queue_);
+  }
+
+  // The queue, or null. Main thread only.
+  [[nodiscard]] PingQueue* queue() const { return queue_; }
+
+  void close() {
+    const std::unique_lock lock{mutex_};
+    queue_ = nullptr;
+  }
+
+ private:
+  std::shared_mutex mutex_;
+  PingQueue* queue_;
+};
+
+PingQueue::PingQueue()
+    : runLoop_{*Runtime::current().platform().runLoop}, gate_{std::make_shared<Gate>(*this)} {}
+
+PingQueue::~PingQueue() { gate_->close(); }
+
+bool PingQueue::add(QueuedPing ping) {
+  if (waiting_ >= Runtime::current().limits().queuedPings) return false;
+  auto& host = hosts_.try_emplace(std::string{ping.url.host()}).first->second;
+  if (!host.isBusy()) ++busyHosts_;
+  host.waiting.push_back(std::move(ping));
+  ++waiting_;
+  giveTurn(host);
+  pump();
+  return true;
+}
+
+void PingQueue::giveTurn(Host& host) {
+  if (host.hasTurn || host.waiting.empty()) return;
+  host.hasTurn = true;
+  const auto entry = hosts_.find(host.waiting.front().url.host());
+  turns_.push_back(&*entry);
+}
+
+int PingQueue::windowOf(const Host& host) const {
+  const auto& limits = Runtime::current().limits();
+  const int share = limits.pingConnections / std::max(busyHosts_, 1);
+  return host.window.size(std::min(limits.pingConnectionsPerHost, share));
+}
+
+void PingQueue::pump() {
+  const int most = std::max(Runtime::current().limits().pingConnections, 1);
+  while (!turns_.empty() && underWay_ < most) {
+    auto& [name, host] = *turns_.front();
+    turns_.pop_front();
+    host.hasTurn = false;
+    // A host whose window is full gets its next turn when one of its pings is answered.
+    if (host.underWay >= windowOf(host)) continue;
+    start(name, host);
+    giveTurn(host);
+  }
+}
+
+void PingQueue::start(const std::string& name, Host& host) {
+  const auto ping = std::make_shared<QueuedPing>(std::move(host.waiting.front()));
+  host.waiting.pop_front();
+  --waiting_;
+  ++host.underWay;
+  ++underWay_;
+  HttpRequest request = ping->prepare();
+  request.completionThread = CompletionThread::background;
+
+  auto completion = [gate = gate_, name, ping, started = runLoop_.now()](const HttpResult& result) {
+    gate->pass([&](const PingQueue& queue) {
+      const Seconds took = queue.runLoop_.now() - started;
+      ping->answered(result);
+      queue.runLoop_.post([gate, name, ping, result, took] {
+        if (auto* waiting = gate->queue()) waiting->finished(name, *ping, result, took);
+      });
+    });
+  };
+  Runtime::current().platform().http->send(std::move(request), std::move(completion));
+}
+
+void PingQueue::finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,
+                         Seconds took) {
+  auto& host = hosts_.find(name)->second;
+  --host.underWay;
+  --underWay_;
+  if (!host.isBusy()) --busyHosts_;
+  // Failures say little about the road: a refusal is quick, a time-out is not a round trip.
+  if (!result.error) host.window.answered(took);
+  giveTurn(host);
+  pump();
+  forgetIdleHosts();
+  ping.settled(result, took);
+}
+
+void PingQueue::forgetIdleHosts() {
+  if (hosts_.size() <= rememberedHosts) return;
+  std::erase_if(hosts_, [](const auto& entry) {
+    return entry.second.underWay == 0 && entry.second.waiting.empty() && !entry.second.hasTurn;
+  });
+}
+
+}  // namespace tavo

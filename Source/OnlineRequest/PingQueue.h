@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "OnlineRequest/PingWindow.h"
+#include "Services/HttpClient.h"
+#include "Services/RunLoop.h"
+
+namespace tavo {
+
+// One tracking ping on its way through the queue.
+struct QueuedPing {
+  Url url;
+  // Makes the request, when the ping's turn has come. Main thread.
+  std::function<HttpRequest()> prepare;
+  // The exchange is over. Background thread; not called once the queue is gone.
+  HttpCompletion answered;
+  // The same a moment later, with the time it took. Main thread; not called once the queue is gone.
+  std::function<void(const HttpResult&, Seconds)> settled;
+};
+
+// Lets tracking pings out a few at a time. A transport that is handed thousands at once becomes
+// slower with each, and stops the host's loop meanwhile; here each host has a window (PingWindow),
+// hosts take turns, and Limits::pingConnectionsPerHost and pingConnections are never exceeded.
+// Hosts that are busy at the same time share the latter evenly: a host that took more would make
+// the transport close and open connections all the time. Main thread only.
+class PingQueue {
+ public:
+  PingQueue();
+  // Pings that wait are lost, those on their way arrive without anybody hearing of it. Waits for
+  // completions that are running.
+  ~PingQueue();
+  PingQueue(const PingQueue&) = delete;
+  PingQueue& operator=(const PingQueue&) = delete;
+
+  // Sends the ping at once or when its turn comes; false when Limits::queuedPings wait already and
+  // this one is not taken.
+  bool add(QueuedPing ping);
+
+  [[nodiscard]] std::size_t waiting() const { return waiting_; }
+  [[nodiscard]] int underWay() const { return underWay_; }
+
+ private:
+  struct Host {
+    std::deque<QueuedPing> waiting;
+    int underWay = 0;
+    bool hasTurn = false;
+    PingWindow window;
+    [[nodiscard]] bool isBusy() const { return underWay > 0 || !waiting.empty(); }
+  };
+  using Hosts = std::map<std::string, Host, std::less<>>;
+  class Gate;
+
+  void giveTurn(Host& host);
+  // How many pings may be on their way to the host now.
+  [[nodiscard]] int windowOf(const Host& host) const;
+  // Starts what the windows allow.
+  void pump();
+  void start(const std::string& name, Host& host);
+  void finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,
+                Seconds took);
+  void forgetIdleHosts();
+
+  RunLoop& runLoop_;
+  std::shared_ptr<Gate> gate_;
+  Hosts hosts_;
+  int busyHosts_ = 0;
+  std::deque<Hosts::value_type*> turns_;
+  std::size_t waiting_ = 0;
+  int underWay_ = 0;
+};
+
+}  // namespace tavo

@@ -1,0 +1,102 @@
+#include "OnlineRequest/XTrackingRequest.h"
+
+#include "Communicator/Cookie/XCookieManager.h"
+#include "Communicator/Network/XNetworkManager.h"
+#include "ErrorHandler/ExtendNSLog.h"
+#include "ErrorHandler/OperationLog.h"
+#include "OnlineRequest/PingQueue.h"
+#include "OnlineRequest/TrackingLedger.h"
+#include "Runtime/Runtime.h"
+#include "Utilities/XUserAgent.h"
+#include "Values/Text.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr const char* operation =
+    "+[XTrackingRequest sendAsynchronousRequest:context:slotConfiguration:]";
+constexpr const char* completionOperation =
+    "+[XTrackingRequest sendAsynchronousRequest:context:slotConfiguration:]_block_invoke";
+
+// More is no pixel: the rest of such an answer is not waited for.
+constexpr std::size_t mostAnswerBytes = std::size_t{256} * 1024;
+
+TrackingLedger& ledger() { return TrackingLedger::sharedInstance(); }
+
+// Quirk: a request like an ad request is prepared, and then a plain one is sent. Trackers must not
+// get the engine's user agent nor a cookie header of ours; the preparation shows in the log only.
+HttpRequest plainRequest(const Url& url,
+                         const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration) {
+  HttpRequest prepared = XUserAgent::sharedProvider().getUserAgentForUrl(url);
+  XCookieManager{slotConfiguration}.attachCookiesToHeaderWithRequest(prepared, url.host());
+
+  const auto timeout = Runtime::current().limits().pingTimeout;
+  HttpRequest plain;
+  plain.url = url;
+  plain.idleTimeout = timeout;
+  plain.deadline = timeout;
+  plain.traffic = TrafficClass::tracking;
+  plain.maximumBodyBytes = mostAnswerBytes;
+  return plain;
+}
+
+// On another thread.
+void answered(const std::string& context, const HttpResult& result) {
+  const OperationLog log{completionOperation};
+  // Quirk: the log says so whatever came of it; the ledger knows better.
+  platformLog(context + " sent successfully");
+  log.debug("\n\nreceived Tracking async response");
+  if (result.error) {
+    log.debug("\n\nAsync Error: ", result.error->description);
+  } else if (result.response) {
+    XCookieManager{}.persistCookies(&*result.response);
+  }
+}
+
+void settled(std::uint64_t number, const HttpResult& result, Seconds took) {
+  if (result.error) {
+    ledger().markFailed(number, *result.error, took);
+  } else {
+    ledger().markAnswered(number, result.response ? result.response->status : 0, took);
+  }
+}
+
+}  // namespace
+
+void XTrackingRequest::sendAsynchronousRequest(
+    const Url& url, const std::string& context,
+    const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration) {
+  const OperationLog log{operation};
+  const bool isNullText = equalsIgnoringCase(url.text(), "(null)");
+  const bool isDue = !url.empty() && !isNullText;
+  const auto number = isDue ? ledger().enter(url, context) : 0;
+  if (!XNetworkManager::shareInstance().internetAvailable()) {
+    log.debug("\n\nInternet not available");
+    if (isDue) ledger().markSuppressed(number);
+    return;
+  }
+  log.debug("\n\nURL: ", url.text());
+  if (url.empty()) return;
+  if (isNullText) {
+    log.debug("\n\nSending tracking request asynchronously");
+    log.debug("\n\nUnable to track as URL is not found");
+    return;
+  }
+  const bool taken = Runtime::current().shared<PingQueue>().add(
+      {.url = url,
+       .prepare =
+           [url, slotConfiguration, number] {
+             HttpRequest request = plainRequest(url, slotConfiguration);
+             const OperationLog sendingLog{operation};
+             sendingLog.debug("\n\nSending tracking request asynchronously");
+             ledger().markSent(number);
+             return request;
+           },
+       .answered = [context](const HttpResult& result) { answered(context, result); },
+       .settled = [number](const HttpResult& result,
+                           Seconds took) { settled(number, result, took); }});
+  if (!taken) ledger().markDropped(number);
+}
+
+}  // namespace tavo

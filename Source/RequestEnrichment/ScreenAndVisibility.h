@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include "Services/Application.h"
+#include "Values/Geometry.h"
+
+namespace tavo {
+
+class View;
+
+// Questions about the screen as the user holds it, and about what of a view can be seen. Main
+// thread only; lengths in points.
+
+[[nodiscard]] InterfaceOrientation XDeviceInterfaceOrientation();
+
+// The application's key window; null when there is none.
+[[nodiscard]] std::shared_ptr<Window> XKeyWindow();
+
+// 0 while the status bar is hidden.
+[[nodiscard]] double XDeviceStatusBarHeight();
+
+// The screen's bounds; in landscape the width is the longer side.
+[[nodiscard]] Rect XDeviceScreenBounds();
+
+// The screen's bounds without the strip of the status bar.
+[[nodiscard]] Rect XApplicationFrame();
+
+// Pixels per point; 1 where the platform does not tell.
+[[nodiscard]] double XDeviceScaleFactor();
+
+// Whether the user can see the view: neither the view nor anything above it is hidden, it is in the
+// key window, and a part of it lies within that window's bounds.
+[[nodiscard]] bool XViewIsVisible(const View& view);
+
+// Whether anything above the view is hidden.
+[[nodiscard]] bool XViewHasHiddenAncestor(const View& view);
+
+// Whether the key window is above the view; a window is not above itself.
+[[nodiscard]] bool XViewIsDescendantOfKeyWindow(const View& view);
+
+// Whether the view's frame lies, at least in part, within the key window's bounds.
+[[nodiscard]] bool XViewIntersectsKeyWindow(const View& view);
+
+}  // namespace tavo

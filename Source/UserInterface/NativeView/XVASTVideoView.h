@@ -1,0 +1,105 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "AdInfo/MobileAdTypes.h"
+#include "Configuration/XAdSlotConfiguration.h"
+#include "Model/VASTDataModel/XVASTAd.h"
+#include "Runtime/Observer.h"
+#include "Scene/View.h"
+#include "UserInterface/NativeView/TrackingList.h"
+#include "UserInterface/NativeView/VideoClickThrough.h"
+#include "UserInterface/NativeView/VideoControl.h"
+#include "UserInterface/NativeView/XMPMoviePlayer.h"
+#include "UserInterface/NativeView/XVASTVidoeViewDelegate.h"
+
+namespace tavo {
+
+// A parsed VAST document as an ad that plays: as a pre-roll in the host's player, or as an
+// interstitial that fills this view and is left by its close button. Sends the document's tracking
+// events and follows clicks. Made with `create`; main thread only.
+class XVASTVideoView : public View {
+ public:
+  [[nodiscard]] static std::shared_ptr<XVASTVideoView> create(const Rect& frame);
+  ~XVASTVideoView() override;
+
+  Observer<XVASTVidoeViewDelegate> delegate;
+
+  // Set before `setUpPlayer`.
+  Url movieURL;
+  std::shared_ptr<MoviePlayer> moviePlayerInstance;  // the host's, for a pre-roll
+  bool isVastInterestitial = false;
+  std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
+  MobileAdSubTypes mobileAdSubTypes = MobileAdSubTypes::vastBanner;
+  std::weak_ptr<VideoClickPresenter> clickPresenter;  // none: clicks leave the application
+
+  [[nodiscard]] const std::shared_ptr<XVASTAd>& VASTResponse() const { return VASTResponse_; }
+  void setVAStResponse(std::shared_ptr<XVASTAd> response) { VASTResponse_ = std::move(response); }
+  [[nodiscard]] const TrackingList& VASTResponseEventTrackingArray() const { return tracking_; }
+
+  // The videos that can be played, the one to play first; empty when there is none.
+  [[nodiscard]] std::vector<Url> videoURLFromVASTAd(const XVASTAd& ad) const;
+  // Keeps the document and its events, those of the wrappers included; null when it has none.
+  const TrackingList& trackingArrayWithVASTResponse(std::shared_ptr<XVASTAd> response);
+  // Makes the player and starts it.
+  void setUpPlayer();
+
+  // Sends every URL that the document has for the event; calling twice sends twice.
+  void trackEventWithEventType(TrackingEventType type);
+  // The page behind a click; empty when the document names none.
+  [[nodiscard]] Url clickThroughURL() const;
+  void openUrlInBrowser(const Url& url);
+  void closeInAppBrowser();
+
+  // What a person does on the interstitial, and what is drawn for it.
+  void closeButtonClicked();
+  void displayCloseButton();
+  void displayCloseButtonText(const std::string& text);
+  [[nodiscard]] Rect closeButtonFrame() const;
+  [[nodiscard]] Rect countdownButtonFrame() const { return closeButtonFrame(); }
+  [[nodiscard]] CountdownPlacement getCountdownTimerRect(unsigned position) const;
+  void rotateToOrientation();
+
+  void dismissVideo();
+  void dismissVideoOnMemoryWarning();
+  // Ends everything without a report.
+  void releaseMemory();
+
+  // The in-app browser and the store's sheet, told by whoever shows them.
+  void XInAppBrowserClose();
+  void XInAppBrowserWillLeaveApplication();
+  void productViewControllerDidFinish();
+
+  [[nodiscard]] const std::shared_ptr<XMPMoviePlayer>& mpMoviePlayer() const { return player_; }
+  [[nodiscard]] const VideoControl& adCloseButton() const { return adCloseButton_; }
+  [[nodiscard]] bool isCloseButtonDisplayed() const { return adCloseButton_.isClose(); }
+
+ protected:
+  void layoutSubviews() override { rotateToOrientation(); }
+
+ private:
+  explicit XVASTVideoView(const Rect& frame) : View{frame} {}
+
+  void makeObservers();
+  void addPlaybackEvents(XMoviePlayerDelegate& events);
+  void addControlEvents(XMoviePlayerDelegate& events);
+  [[nodiscard]] std::function<std::shared_ptr<XVASTVideoView>()> holder();
+  void didClickVideo();
+  void endVideoAfterClick();
+  [[nodiscard]] bool isInterstitial() const {
+    return mobileAdSubTypes == MobileAdSubTypes::vastInterstitial;
+  }
+
+  std::shared_ptr<XVASTAd> VASTResponse_;
+  TrackingList tracking_;
+  std::shared_ptr<XMPMoviePlayer> player_;
+  std::shared_ptr<const XMoviePlayerDelegate> playerEvents_;
+  std::shared_ptr<VideoClickThrough> clickThrough_;
+  VideoControl adCloseButton_{{.text = colors::black, .background = {1, 1, 1, 0.1F}}};
+  bool dismissed_ = false;
+};
+
+}  // namespace tavo

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "Runtime/NotificationCenter.h"
+#include "Services/RunLoop.h"
+#include "UserInterface/WebView/BaseViews/RefreshPolicy.h"
+
+namespace tavo {
+
+// Decides when an ad view asks for an ad: the first load, the refresh timer, and what follows from
+// connectivity, background, lock and memory pressure. Belongs to one view; main thread only.
+class AdViewLoader {
+ public:
+  // What the loader needs of its view.
+  class Host {
+   public:
+    virtual ~Host() = default;
+    // Visible, type, sub-type and interval; the other facts are the loader's own.
+    [[nodiscard]] virtual RefreshFacts refreshFacts() const = 0;
+    // An ad on screen that the user has opened is never replaced.
+    [[nodiscard]] virtual bool isExpandedOrResized() const = 0;
+    // Keeps the view alive for the length of a turn; null once it is going.
+    [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
+    // A load begins: what the last one left behind is forgotten.
+    virtual void willLoad() = 0;
+    // Asks the ad manager for an ad.
+    virtual void requestAd() = 0;
+    // Starts anew, with a new ad manager.
+    virtual void reload() = 0;
+    virtual void releaseMemory() = 0;
+    virtual void didReceiveMemoryWarning() = 0;
+    virtual void didLockScreen() = 0;
+    virtual void orientatioDidChange() = 0;
+  };
+
+  explicit AdViewLoader(Host& host) : host_{host} {}
+
+  // One ad request, if the view's state allows it.
+  void loadAd();
+  // The refresh timer's tick.
+  void loadAdWithParameters();
+  // Decides whether the refresh timer runs.
+  void refreshAd();
+
+  void setOrientationNotification();
+  void setEnterForegroundNotification();
+  // Ends the timer and what follows the network; with `everything` also what follows the screen.
+  enum class Extent { whatReloads, everything };
+  void stop(Extent extent);
+
+  [[nodiscard]] bool isDeviceLocked() const { return flags_.deviceLocked; }
+  [[nodiscard]] bool isAdLoaded() const { return flags_.adLoaded; }
+  void setAdLoaded() { flags_.adLoaded = true; }
+  [[nodiscard]] bool isRefreshTimerRunning() const { return adRefreshTimer_.isValid(); }
+
+ private:
+  struct Flags {
+    bool firstAdRequest = true;  // the next load is a first one, allowed even when not visible
+    bool timerFired = false;     // a refresh timer was started
+    bool arming = false;         // the new timer is being fired for the first time
+    bool deviceLocked = false;   // since the last refresh decision
+    bool enterBackground = false;
+    bool adLoaded = false;  // the slot shows an ad
+  };
+
+  [[nodiscard]] RefreshFacts facts() const;
+  // Whether the last request was so recent that another one, which nobody asked for, must wait.
+  [[nodiscard]] bool askedJustNow() const;
+  void armTimer(float interval);
+  void didInternetAccessChange(bool available);
+  void didEnterBackground();
+  void didEnterForeground();
+  void onDeviceScreenLock();
+  [[nodiscard]] Subscription subscribe(std::string_view name, void (AdViewLoader::*handler)());
+
+  Host& host_;
+  Flags flags_;
+  Timer adRefreshTimer_;
+  std::optional<Seconds> lastRequest_;
+  Subscription internetAccess_;
+  Subscription lock_;
+  Subscription orientation_;
+  Subscription background_;
+  Subscription foreground_;
+  Subscription memoryWarning_;
+};
+
+}  // namespace tavo

@@ -1,0 +1,415 @@
+#include "UserInterface/WebView/BaseViews/MraidPresentation.h"
+
+#include <array>
+
+#include "AdController/AdGenerator/XBundleManager.h"
+#include "ErrorHandler/ExtendNSLog.h"
+#include "ErrorHandler/OperationLog.h"
+#include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/Runtime.h"
+#include "Scene/Window.h"
+#include "Services/Bundle.h"
+#include "Services/Device.h"
+#include "Services/ImageDecoder.h"
+#include "UserInterface/WebView/BaseViews/LayoutReport.h"
+
+namespace tavo {
+
+namespace {
+
+constexpr double closeButtonSide = 30;
+constexpr double closeButtonTop = 8;
+constexpr Seconds reportDelay{0.0001};
+
+Application& application() { return *Runtime::current().platform().application; }
+
+// The screen as the user holds it. Older systems told it upright always, newer ones turn it.
+Size screenSize() { return XDeviceScreenBounds().size(); }
+
+Image imageNamed(std::string_view name, std::string_view type) {
+  auto& platform = Runtime::current().platform();
+  const auto path = XBundleManager::bundlePathForResource(name, type);
+  const auto bytes = path ? platform.bundle->contents(*path) : std::nullopt;
+  return bytes ? platform.images->decodeNow(*bytes) : Image{};
+}
+
+// Pages on systems up to the fourth do not hear of rotations by themselves.
+std::string rotationScript(InterfaceOrientation orientation) {
+  constexpr std::array angles{180, 0, 180, 90, -90};
+  const auto index = static_cast<std::size_t>(orientation);
+  const int angle = index < angles.size() ? angles.at(index) : 0;
+  return "window.__defineGetter__('orientation',function(){return " + std::to_string(angle) +
+         ";});(function(){var event = document.createEvent('Events'); "
+         "event.initEvent('orientationchange',true, false); window.dispatchEvent(event);})();";
+}
+
+}  // namespace
+
+// The full screen's size is the window's, which the user may change.
+class MraidPresentation::FullScreenView : public View {
+ public:
+  using View::View;
+  std::function<void()> onLayout{};
+
+ private:
+  void layoutSubviews() override {
+    if (onLayout) onLayout();
+  }
+};
+
+MraidPresentation::MraidPresentation(Host& host)
+    : host_{host},
+      emitter_{std::make_shared<XMRAIDEventEmitter>(Runtime::current().platform().runLoop)} {
+  controllerEvents_ = std::make_shared<XExpandedViewControllerDelegate>(
+      XExpandedViewControllerDelegate{.XExpandedViewControllerDidRotate =
+                                          [this](XExpandedViewController&) {
+                                            const auto held = host_.hold();
+                                            didRotate();
+                                          },
+                                      .XExpandedViewControllerDidCancel =
+                                          [this](XExpandedViewController&) {
+                                            const auto held = host_.hold();
+                                            closeButtonPressed();
+                                          }});
+}
+
+MRAIDState MraidPresentation::state() const {
+  return emitter_ ? emitter_->state() : MRAIDState::loading;
+}
+
+const std::shared_ptr<XExpandedViewController>& MraidPresentation::expandedViewController() {
+  if (!expandedViewController_) {
+    expandedViewController_ = std::make_shared<XExpandedViewController>();
+    expandedViewController_->delegate.set(controllerEvents_);
+  }
+  return expandedViewController_;
+}
+
+const std::shared_ptr<View>& MraidPresentation::expandView() {
+  if (expandView_) return expandView_;
+  auto view = std::make_shared<FullScreenView>(XDeviceScreenBounds());
+  view->setAutoresizingMask(flexibleAll);
+  view->setBackgroundColor(colors::black);
+  view->onLayout = [this] { fullScreenChanged(); };
+  expandView_ = std::move(view);
+  return expandView_;
+}
+
+const std::shared_ptr<Button>& MraidPresentation::closeButton() {
+  if (closeButton_) return closeButton_;
+  closeButton_ = std::make_shared<Button>(Rect{0, 0, closeButtonSide, closeButtonSide});
+  closeButton_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
+  closeButton_->setAccessibilityLabel("Close Interstitial Ad");
+  closeButton_->setAction([this] {
+    const auto held = host_.hold();
+    closeButtonPressed();
+  });
+  return closeButton_;
+}
+
+const std::shared_ptr<View>& MraidPresentation::resizeView() {
+  if (resizeView_) return resizeView_;
+  resizeView_ = std::make_shared<View>();
+  resizeView_->setBackgroundColor(colors::clear);
+  resizeView_->setOpaque(false);
+  return resizeView_;
+}
+
+const std::shared_ptr<Button>& MraidPresentation::resizeCloseControl() {
+  if (resizeCloseControl_) return resizeCloseControl_;
+  resizeCloseControl_ = std::make_shared<Button>(Rect{0, 0, closeControlSide, closeControlSide});
+  resizeCloseControl_->setOpaque(false);
+  resizeCloseControl_->setAccessibilityLabel("Close Resized Ad");
+  resizeCloseControl_->setAction([this] {
+    const auto held = host_.hold();
+    collapseToFrame();
+  });
+  return resizeCloseControl_;
+}
+
+ViewController* MraidPresentation::getRootViewController() const {
+  const OperationLog log{"-[XAdView getRootViewController]"};
+  if (const Window* own = host_.sceneView().window(); own != nullptr && own->rootViewController()) {
+    return own->rootViewController().get();
+  }
+  const auto windows = application().windows();
+  if (!windows.empty() && windows.front()->rootViewController()) {
+    return windows.front()->rootViewController().get();
+  }
+  const auto key = application().keyWindow();
+  return key ? key->rootViewController().get() : nullptr;
+}
+
+void MraidPresentation::handleInitMRAIDAd(const PageRef& webView,
+                                          std::shared_ptr<XMRAIDEventEmitter> emitter) {
+  emitter_ = std::move(emitter);
+  adopt(webView);
+  updateLayOutForNewState(MRAIDState::normal);
+}
+
+void MraidPresentation::updateLayOutForNewState(MRAIDState state) {
+  const OperationLog log{"-[XAdView updateLayOutForNewState:]"};
+  if (!emitter_) return;
+  const auto emitter = emitter_;
+  const PageRef page = webView_.lock();
+  View& view = host_.sceneView();
+  const bool isInterstitial = host_.placementType() == PlacementType::interstitial;
+  const Rect pageFrame = page ? page->frame() : Rect{};
+  const LayoutReport report =
+      layoutReport({.state = state,
+                    .placement = host_.placementType(),
+                    .screen = screenSize(),
+                    .defaultFrame = host_.defaultFrame(),
+                    .page = isInterstitial ? view.frame() : pageFrame,
+                    .isOnScreen = view.window() != nullptr && !view.isHidden(),
+                    .appBrowserOpen = host_.appBrowserOpen()});
+  emitter->setScreenSize(report.screen, page);
+  emitter->setMaxSize(report.screen, page);
+  emitter->setDefaultPosition(report.defaultPosition, page);
+  emitter->setCurrentPosition(report.currentPosition, page);
+  emitter->setViewable(report.isViewable, page);
+}
+
+void MraidPresentation::moveWebView(View& container) {
+  const PageRef page = webView_.lock();
+  if (!page) return;
+  page->setFrame(container.bounds());
+  container.addSubview(page);
+}
+
+void MraidPresentation::expandToFrame(const Rect& frame, bool isCustomClose,
+                                      const PageRef& webView) {
+  const OperationLog log{"-[XAdView expandToFrame:isCustomClose:isOrientationAllowed:webView:]"};
+  if (state() == MRAIDState::expanded || state() == MRAIDState::hidden) return;
+  expandedFrame_ = frame;
+  adopt(webView);
+  undoResize();
+  moveWebView(*expandView());
+  expandView()->setFrame(expandedViewController()->view()->bounds());
+  setCustomCloseButton(isCustomClose);
+  presentModalView(expandView());
+  stayWithoutScreen();
+  host_.adDidExpand();
+  if (!emitter_) return;
+  emitter_->setState(MRAIDState::expanded, webView_.lock());
+  updateLayOutForNewState(MRAIDState::expanded);
+  flags_.adExpanded = true;
+}
+
+// A page that nobody presents stays where it can be seen; its creative believes itself expanded and
+// can close again.
+void MraidPresentation::stayWithoutScreen() {
+  if (expandView()->window() == nullptr) moveWebView(host_.sceneView());
+}
+
+void MraidPresentation::presentModalView(const std::shared_ptr<View>& view) {
+  const OperationLog log{"-[XAdView presentModalView:]"};
+  const auto controller = expandedViewController();
+  controller->view()->addSubview(view);
+  if (controller->view()->window() != nullptr) return;
+  flags_.statusBarHidden = application().isStatusBarHidden();
+  ViewController* root = getRootViewController();
+  if (root == nullptr) {
+    platformLog(
+        "Unable to present modal view controller becuase rootViewController is nil.  Be sure to "
+        "set the keyWindow's rootViewController or provide one with "
+        "XAdViewPResentionController:.");
+    return;
+  }
+  if (!flags_.statusBarHidden) application().setStatusBarHidden(true, StatusBarAnimation::fade);
+  root->presentViewController(controller, Animated::yes);
+}
+
+void MraidPresentation::dismissModalView(const std::shared_ptr<View>& view, Animated animated) {
+  const OperationLog log{"-[XAdView dismissModalView:animated:]"};
+  const auto controller = expandedViewController();
+  if (controller->view()->window() == nullptr && !host_.isDeviceLocked()) return;
+  if (view->superview() == controller->view().get()) view->removeFromSuperview();
+  if (!controller->view()->subviews().empty()) return;
+  if (!flags_.statusBarHidden) application().setStatusBarHidden(false, StatusBarAnimation::fade);
+  // With what the ad itself has presented: it must not stay on an empty screen.
+  ViewController* presenter = controller->presentingViewController();
+  if (presenter != nullptr) presenter->dismissViewController(animated);
+}
+
+void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
+  const OperationLog log{"-[XAdView setCustomCloseButton:]"};
+  const auto& button = closeButton();
+  button->setBackgroundColor(colors::clear);
+  button->setImage(isCustomClose ? Image{} : imageNamed("closebutton30png", "png"));
+  platformLog(isCustomClose ? "SDK will not provide the close button"
+                            : "SDK will provide the close button");
+  button->sizeToFit();
+  const Rect& size = button->frame();
+  button->setFrame(
+      {expandView()->frame().width - size.width, closeButtonTop, size.width, size.height});
+  expandView()->addSubview(button);
+  expandView()->bringSubviewToFront(*button);
+}
+
+void MraidPresentation::setCloseButtonImageWithImageNamed(std::string_view name) {
+  const OperationLog log{"-[XAdView setCloseButtonImageWithImageNamed:]"};
+  const auto dot = name.rfind('.');
+  closeButton()->setImage(dot == std::string_view::npos
+                              ? imageNamed(name, "png")
+                              : imageNamed(name.substr(0, dot), name.substr(dot + 1)));
+  closeButton()->sizeToFit();
+}
+
+void MraidPresentation::closeButtonPressed() {
+  const OperationLog log{"-[XAdView closeButtonPressed]"};
+  dismissModalView(expandView(), Animated::no);
+  moveWebView(host_.sceneView());
+  if (emitter_) emitter_->setState(MRAIDState::normal, webView_.lock());
+  updateLayOutForNewState(MRAIDState::normal);
+  if (closeButton_) closeButton_->removeFromSuperview();
+  closeButton_.reset();
+  host_.sceneView().setHidden(false);
+  flags_.adExpanded = false;
+  host_.adDidCollapse();
+}
+
+void MraidPresentation::collapseToFrame() {
+  const OperationLog log{"-[XAdView collapseToFrame:]"};
+  if (host_.placementType() == PlacementType::interstitial) return host_.interstitialAdDidClose();
+  if (host_.placementType() != PlacementType::inlined) return;
+  if (state() == MRAIDState::loading || state() == MRAIDState::hidden) return;
+  if (state() == MRAIDState::expanded) {
+    moveWebView(host_.sceneView());
+    dismissModalView(expandView(), Animated::no);
+    host_.adDidCollapse();
+    expandedViewController_.reset();
+  } else if (state() == MRAIDState::resized) {
+    undoResize();
+    moveWebView(host_.sceneView());
+  }
+  flags_.adExpanded = false;
+  updateLayOutForNewState(MRAIDState::normal);
+  if (emitter_) emitter_->setState(MRAIDState::normal, webView_.lock());
+}
+
+void MraidPresentation::undoResize() {
+  if (resizeView_) resizeView_->removeFromSuperview();
+}
+
+void MraidPresentation::resizeAd(const std::optional<XMRAIDResizeProperties>& properties,
+                                 const PageRef& webView) {
+  const OperationLog log{"-[XAdView resizeAd:]"};
+  View& view = host_.sceneView();
+  ViewController* controller = view.nearestController();
+  ResizeFacts facts{
+      .superview = std::nullopt, .placement = host_.placementType(), .state = state(), .ad = {}};
+  if (controller != nullptr) {
+    const View& superview = *controller->view();
+    facts.superview =
+        resizeViewMaxRect(superview.bounds(), screenSize(), application().statusBarFrame(),
+                          application().statusBarOrientation());
+    facts.ad = view.convertTo(&superview, view.bounds());
+  }
+  const auto outcome = planResize(properties.value_or(XMRAIDResizeProperties{}), facts);
+  if (const auto* refusal = std::get_if<ResizeRefusal>(&outcome)) {
+    if (emitter_) emitter_->reportErrorMessage(refusal->message, refusal->action, webView);
+    return;
+  }
+  adopt(webView);
+  carryOut(std::get<ResizePlan>(outcome), *controller->view());
+}
+
+void MraidPresentation::carryOut(const ResizePlan& plan, View& superview) {
+  resizeView()->setFrame(plan.container);
+  moveWebView(*resizeView());
+  superview.addSubview(resizeView());
+  updateLayOutForNewState(MRAIDState::resized);
+  emitter_->setState(MRAIDState::resized, webView_.lock());
+  resizeCloseControl()->setFrame(plan.closeControl);
+  resizeView()->addSubview(resizeCloseControl());
+}
+
+void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
+                                                     const PageRef& webView) {
+  const OperationLog log{"-[XAdView setOrientationPropertiesWith:webView:]"};
+  adopt(webView);
+  const auto controller = expandedViewController();
+  controller->allowRotation = properties.allowOrientationChange;
+  if (host_.placementType() == PlacementType::inlined) {
+    if (properties.forceOrientation == ForceOrientation::landscape) {
+      controller->forceRotateToInterfaceOrientation(InterfaceOrientation::landscapeLeft);
+    } else if (properties.forceOrientation == ForceOrientation::portrait) {
+      controller->forceRotateToInterfaceOrientation(InterfaceOrientation::portrait);
+    }
+  }
+  host_.orientationPropertiesDidChange(properties);
+  updateLayOutForNewState(state());
+}
+
+void MraidPresentation::didRotate() {
+  const OperationLog log{"-[XAdView XExpandedViewControllerDidRotate:]"};
+  updateLayOutForNewState(state());
+  constexpr int lastDeafVersion = 4;
+  if (std::atoi(Runtime::current().platform().device->systemVersion().c_str()) > lastDeafVersion) {
+    return;
+  }
+  if (const PageRef page = webView_.lock()) {
+    page->evaluate(rotationScript(application().statusBarOrientation()));
+  }
+}
+
+void MraidPresentation::orientationDidChange() {
+  const OperationLog log{"-[XAdView orientatioDidChange:]"};
+  scheduleReport();
+}
+
+void MraidPresentation::fullScreenChanged() {
+  if (flags_.adExpanded && state() == MRAIDState::expanded) scheduleReport();
+}
+
+void MraidPresentation::scheduleReport() {
+  report_ = Runtime::current().platform().runLoop->after(reportDelay, [this] {
+    const OperationLog log{"-[XAdView manipulateScreenSize]"};
+    const auto held = host_.hold();
+    updateLayOutForNewState(state());
+  });
+}
+
+// The creative is not told: it is gone. The state is reset for the next ad to be loaded.
+void MraidPresentation::webViewIsLost(const PageRef& webView) {
+  if (webView_.lock() != webView) return;
+  const bool wasExpanded = state() == MRAIDState::expanded;
+  dismissExpanded();
+  undoResize();
+  flags_.adExpanded = false;
+  if (emitter_) emitter_->setState(MRAIDState::normal, nullptr);
+  if (wasExpanded) host_.adDidCollapse();
+}
+
+// By what is on the screen and not by the state, which follows a little later: the host may release
+// the view while it hears that the ad has expanded.
+void MraidPresentation::dismissExpanded() {
+  if (!expandedViewController_) return;
+  const auto controller = std::exchange(expandedViewController_, nullptr);
+  ViewController* presenter = controller->presentingViewController();
+  if (presenter == nullptr) return;
+  if (!flags_.statusBarHidden) application().setStatusBarHidden(false, StatusBarAnimation::fade);
+  if (controller->presentedViewController() != nullptr) {
+    controller->dismissViewController(Animated::no);
+  }
+  presenter->dismissViewController(Animated::no);
+}
+
+void MraidPresentation::release() {
+  report_.invalidate();
+  undoResize();
+  emitter_.reset();
+  if (closeButton_) closeButton_->setAction({});
+  if (resizeCloseControl_) resizeCloseControl_->setAction({});
+  if (expandView_) static_cast<FullScreenView&>(*expandView_).onLayout = {};
+  resizeCloseControl_.reset();
+  resizeView_.reset();
+  expandedViewController_.reset();
+  expandView_.reset();
+  webView_.reset();
+  closeButton_.reset();
+  flags_.adExpanded = false;
+}
+
+}  // namespace tavo

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "AdController/AdGenerator/XMRAIDEventEmitter.h"
+#include "Scene/Button.h"
+#include "Services/RunLoop.h"
+#include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
+#include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
+
+namespace tavo {
+
+// An ad view's side of what a creative asks for: full screen, another size, back again, and what
+// the creative is told about it. Belongs to one view, which is held by the caller of each
+// operation; main thread only.
+class MraidPresentation {
+ public:
+  using PageRef = std::shared_ptr<WebView>;
+
+  // What the presentation needs of its view.
+  class Host {
+   public:
+    virtual ~Host() = default;
+    [[nodiscard]] virtual View& sceneView() = 0;
+    [[nodiscard]] virtual PlacementType placementType() const = 0;
+    // The view's place when it was made.
+    [[nodiscard]] virtual const Rect& defaultFrame() const = 0;
+    [[nodiscard]] virtual bool isDeviceLocked() const = 0;
+    [[nodiscard]] virtual bool appBrowserOpen() const = 0;
+    // Keeps the view alive for the length of a turn; null once it is going.
+    [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
+    // Reports. The receiver may release the view's memory in return.
+    virtual void adDidExpand() = 0;
+    virtual void adDidCollapse() = 0;
+    virtual void interstitialAdDidClose() = 0;
+    virtual void orientationPropertiesDidChange(const XMRAIDOrientationProperties& properties) = 0;
+  };
+
+  explicit MraidPresentation(Host& host);
+  ~MraidPresentation() { release(); }
+  MraidPresentation(const MraidPresentation&) = delete;
+  MraidPresentation& operator=(const MraidPresentation&) = delete;
+
+  // The last state told to the creative; loading where there is none.
+  [[nodiscard]] MRAIDState state() const;
+  [[nodiscard]] bool isAdExpanded() const { return flags_.adExpanded; }
+  void setAdExpanded(bool expanded) { flags_.adExpanded = expanded; }
+  // Null after a release, until the next creative has said "init".
+  [[nodiscard]] const std::shared_ptr<XMRAIDEventEmitter>& eventEmitter() const { return emitter_; }
+  [[nodiscard]] PageRef webViewInstance() const { return webView_.lock(); }
+
+  void handleInitMRAIDAd(const PageRef& webView, std::shared_ptr<XMRAIDEventEmitter> emitter);
+  void expandToFrame(const Rect& frame, bool isCustomClose, const PageRef& webView);
+  void collapseToFrame();
+  void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef& webView);
+  void closeButtonPressed();
+  void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
+                                    const PageRef& webView);
+  // With true the SDK draws no close button: its place can be hit all the same.
+  void setCustomCloseButton(bool isCustomClose);
+  void setCloseButtonImageWithImageNamed(std::string_view name);
+
+  // Tells the creative about its place.
+  void updateLayOutForNewState(MRAIDState state);
+  void orientationDidChange();
+
+  // Puts the expand view on the whole window, and takes it away.
+  void presentModalView(const std::shared_ptr<View>& view);
+  void dismissModalView(const std::shared_ptr<View>& view, Animated animated);
+  [[nodiscard]] ViewController* getRootViewController() const;
+
+  // Working views, made when absent.
+  [[nodiscard]] const std::shared_ptr<XExpandedViewController>& expandedViewController();
+  [[nodiscard]] const std::shared_ptr<View>& expandView();
+  [[nodiscard]] const std::shared_ptr<Button>& closeButton();
+  [[nodiscard]] const std::shared_ptr<View>& resizeView();
+  [[nodiscard]] const std::shared_ptr<Button>& resizeCloseControl();
+
+  // The page's process is gone: everything that it had opened is closed.
+  void webViewIsLost(const PageRef& webView);
+  // Takes the expanded ad from the screen without telling anybody.
+  void dismissExpanded();
+  // Drops everything.
+  void release();
+
+ private:
+  class FullScreenView;
+
+  struct Flags {
+    bool adExpanded = false;
+    bool statusBarHidden = false;  // before the expanded ad was presented
+  };
+
+  void adopt(const PageRef& webView) { webView_ = webView; }
+  void moveWebView(View& container);
+  void stayWithoutScreen();
+  void undoResize();
+  void carryOut(const ResizePlan& plan, View& superview);
+  void didRotate();
+  void fullScreenChanged();
+  void scheduleReport();
+
+  Host& host_;
+  Flags flags_;
+  std::optional<Rect> expandedFrame_;  // as last asked for; not used for layout
+  std::shared_ptr<XMRAIDEventEmitter> emitter_;
+  std::weak_ptr<WebView> webView_;
+  std::shared_ptr<const XExpandedViewControllerDelegate> controllerEvents_;
+  std::shared_ptr<XExpandedViewController> expandedViewController_;
+  std::shared_ptr<View> expandView_;
+  std::shared_ptr<View> resizeView_;
+  std::shared_ptr<Button> closeButton_;
+  std::shared_ptr<Button> resizeCloseControl_;
+  Timer report_;
+};
+
+}  // namespace tavo

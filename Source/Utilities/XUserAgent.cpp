@@ -1,0 +1,71 @@
+#include "Utilities/XUserAgent.h"
+
+#include <future>
+#include <memory>
+
+#include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+#include "Services/RunLoop.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo {
+
+XUserAgent& XUserAgent::sharedProvider() { return Runtime::current().shared<XUserAgent>(); }
+
+std::string XUserAgent::userAgent() {
+  const OperationLog log{"-[XUserAgent userAgent]"};
+  if (auto text = known(); !text.empty()) return text;
+  auto& runLoop = *Runtime::current().platform().runLoop;
+  if (runLoop.isMainThread()) {
+    setUserAgentFromNavigator();
+    return known();
+  }
+  const auto found = std::make_shared<std::promise<void>>();
+  auto isFound = found->get_future();
+  runLoop.post([this, found] {
+    if (known().empty()) setUserAgentFromNavigator();
+    found->set_value();
+  });
+  isFound.wait();
+  return known();
+}
+
+HttpRequest XUserAgent::getUserAgentForUrl(const Url& url) {
+  const OperationLog log{"-[XUserAgent getUserAgentForUrl:]"};
+  return buildConfiguredURLRequestWithURL(url);
+}
+
+HttpRequest XUserAgent::buildConfiguredURLRequestWithURL(const Url& url) {
+  const OperationLog log{"-[XUserAgent buildConfiguredURLRequestWithURL:]"};
+  const auto& limits = Runtime::current().limits();
+  HttpRequest request = buildURL(url);
+  request.cookies = CookieHandling::attachStored;
+  request.setHeader("User-Agent", userAgent());
+  request.cachePolicy = CachePolicy::reloadIgnoringLocalCacheData;
+  request.idleTimeout = limits.requestIdleTimeout;
+  request.deadline = limits.requestDeadline;
+  request.maximumBodyBytes = limits.answerBytes;
+  return request;
+}
+
+HttpRequest XUserAgent::buildURL(const Url& url) {
+  const OperationLog log{"-[XUserAgent buildURL:]"};
+  HttpRequest request;
+  request.url = url;
+  return request;
+}
+
+void XUserAgent::setUserAgentFromNavigator() {
+  const OperationLog log{"-[XUserAgent setUserAgentFromNavigator]"};
+  auto text = Runtime::current().platform().webViews->userAgent();
+  log.debug("\n\nUser-Agent: ", text);
+  const std::scoped_lock lock{mutex_};
+  userAgent_ = std::move(text);
+}
+
+std::string XUserAgent::known() const {
+  const std::scoped_lock lock{mutex_};
+  return userAgent_;
+}
+
+}  // namespace tavo

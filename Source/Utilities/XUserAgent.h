@@ -1,0 +1,40 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+
+#include "Services/HttpClient.h"
+
+namespace tavo {
+
+// Knows the web engine's user-agent text and makes the requests that carry it.
+class XUserAgent {
+ public:
+  // The one provider of the process. Any thread.
+  [[nodiscard]] static XUserAgent& sharedProvider();
+
+  // The engine's text, found out on the first call and kept. Any thread; the first call on another
+  // thread than the main one waits until the main thread has found it out, so the main thread must
+  // not be waiting for the caller.
+  [[nodiscard]] std::string userAgent();
+
+  // The request for an ad: the user agent, cookies handled, no local cache, and the time-outs and
+  // the size of Limits.
+  [[nodiscard]] HttpRequest getUserAgentForUrl(const Url& url);
+  // The same; both names are in use.
+  [[nodiscard]] HttpRequest buildConfiguredURLRequestWithURL(const Url& url);
+
+  // A plain request for the URL.
+  [[nodiscard]] static HttpRequest buildURL(const Url& url);
+
+  // Asks the web engine for its text. Main thread only.
+  void setUserAgentFromNavigator();
+
+ private:
+  [[nodiscard]] std::string known() const;
+
+  mutable std::mutex mutex_;
+  std::string userAgent_;  // empty until asked for
+};
+
+}  // namespace tavo

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Runtime/Observer.h"
+#include "Scene/ViewController.h"
+#include "Values/Error.h"
+#include "Values/Geometry.h"
+#include "Values/Location.h"
+#include "XMediation/MediatedView.h"
+
+namespace tavo {
+
+class XMediationInterface;
+
+enum class MediationType { banner = 0, interstitial = 1 };
+
+// What happens to a mediated ad. The first argument is whoever reports, the last the ad view. Main
+// thread.
+struct XMediationInterfaceDelegate {
+  using Event = std::function<void(XMediationInterface&, MediatedView&)>;
+
+  Event adDidReceiveWithXAdView{};
+  std::function<void(XMediationInterface&, const Error&, MediatedView&)> adRequestFailedWithError{};
+  Event adWasClickedWithXAdView{};
+  Event adWillCloseWithXAdView{};
+  Event adDidCloseWithXAdView{};
+  Event adWillPresentWithXAdView{};
+  Event adDidPresentWithXAdView{};
+  Event adWillLeaveApplicationWithXAdView{};
+};
+
+// What the coordinator and its adapters have in common: the settings of one mediated request and
+// the observer of its events. Main thread only.
+class XMediationInterface {
+ public:
+  virtual ~XMediationInterface() = default;
+
+  Observer<XMediationInterfaceDelegate> delegate;
+  MediationType xMediationType = MediationType::banner;
+  bool shouldOpenInAppBrowser = false;  // false: clicks leave the application
+  std::int32_t mediationAge = -1;       // negative: not known
+  std::int32_t mediationGender = -1;    // -1: not known
+  std::map<std::string, std::string> mediationKeywords;
+  std::optional<Location> userLocation;
+  bool isMediationMandate = false;  // the server demands mediation, whatever the switches say
+
+  // Fetches an ad for `adView` from the network, under its name `placementId`, of `size` points.
+  // Outcomes reach the delegate, refusals inside this call.
+  virtual void loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,
+                                 const std::string& placementId, const Size& size,
+                                 ViewController* rootViewController) = 0;
+  // Drops what is held of the network.
+  virtual void releaseMemory() {}
+};
+
+}  // namespace tavo

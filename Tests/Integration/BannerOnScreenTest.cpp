@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Support/GtkHost.h"
+
+namespace tavo::test {
+namespace {
+
+using adserver::RequestKind;
+using testing::ElementsAre;
+
+// One host for the whole process, as in real life.
+GtkHost& host() {
+  static GtkHost only{TAVO_CAMPAIGNS};
+  return only;
+}
+
+// The pixel of the sample picture (640 x 100) as the decoder reads it.
+Color pixelOfPicture(int x, int y) {
+  const auto file =
+      Gdk::Texture::create_from_filename(std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png");
+  std::vector<guchar> pixels(640 * 100 * 4);
+  gdk_texture_download(file->gobj(), pixels.data(), 640 * 4);
+  const auto at = static_cast<std::size_t>(y * 640 + x) * 4;
+  return {static_cast<float>(pixels[at + 2]) / 255.0F, static_cast<float>(pixels[at + 1]) / 255.0F,
+          static_cast<float>(pixels[at]) / 255.0F, 1};
+}
+
+class BannerOnScreenTest : public testing::Test {
+ protected:
+  BannerOnScreenTest() {
+    host().makeBanner();
+    host().server().record().clear();
+    callsBefore_ = host().calls().size();
+    *host().settings = {};
+  }
+
+  [[nodiscard]] std::vector<std::string> calls() const {
+    return {host().calls().begin() + static_cast<std::ptrdiff_t>(callsBefore_),
+            host().calls().end()};
+  }
+
+  std::size_t callsBefore_ = 0;
+};
+
+TEST_F(BannerOnScreenTest, APictureIsCroppedOrScaledAsConfigured) {
+  struct Case {
+    const char* name;
+    bool scales;
+    int pictureX;  // the pixel of the picture that must stand at (316, 47) of the slot
+    int pictureY;
+  };
+  const Case cases[] = {{"cropped", false, 316, 47}, {"scaled", true, 632, 94}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    host().makeBanner();
+    host().server().record().clear();
+    host().settings->scalingAllowed = test.scales;
+    host().load("image-banner");
+    EXPECT_TRUE(host().waitForPixel(316, 47, pixelOfPicture(test.pictureX, test.pictureY)));
+    EXPECT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Tracking) == 1; }));
+  }
+  EXPECT_THAT(calls(), ElementsAre("didLoad", "didLoad"));
+}
+
+TEST_F(BannerOnScreenTest, AnHtmlBannerRunsItsScriptAtItsSize) {
+  host().load("html-banner");
+  // The creative is grey until its script has run; then its button is yellow.
+  const Color button{1.0F, 207.0F / 255, 63.0F / 255, 1};
+  EXPECT_TRUE(host().waitForPixel(270, 14, button));
+  EXPECT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Tracking) == 1; }));
+  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad"));
+  const auto page = std::dynamic_pointer_cast<WebView>(host().banner()->subviews().back());
+  ASSERT_TRUE(page);
+  std::string size;
+  page->evaluate("innerWidth + 'x' + innerHeight", [&](const std::string& text) { size = text; });
+  EXPECT_TRUE(host().runUntil([&] { return !size.empty(); }));
+  EXPECT_EQ(size, "320x50");
+}
+
+TEST_F(BannerOnScreenTest, TheVisibleBannerRefreshesAndTheHiddenOneDoesNot) {
+  host().settings->bannerRefreshInterval = 1.2F;
+  host().load("image-banner");
+  EXPECT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Ad) >= 3; }));
+  EXPECT_TRUE(host().banner()->isRefreshTimerRunning());
+  host().slot().set_visible(false);
+  host().banner()->refreshAd();
+  EXPECT_FALSE(host().banner()->isRefreshTimerRunning());
+  host().slot().set_visible(true);
+  EXPECT_TRUE(host().runUntil([] { return host().slot().get_mapped(); }));
+  const auto before = host().recorded(RequestKind::Ad);
+  host().banner()->refreshAd();
+  EXPECT_TRUE(host().runUntil([&] { return host().recorded(RequestKind::Ad) > before; }));
+}
+
+TEST_F(BannerOnScreenTest, ASlotThatLeavesItsWindowLetsGoOfItsAd) {
+  host().load("image-banner");
+  EXPECT_TRUE(host().runUntil([this] { return !calls().empty(); }));
+  EXPECT_FALSE(host().banner()->subviews().empty());
+  // Moved to another place of the window within one turn, it keeps its ad.
+  host().slot().reference();
+  host().column().remove(host().slot());
+  host().column().prepend(host().slot());
+  host().slot().unreference();
+  EXPECT_TRUE(host().waitForPixel(2, 2, pixelOfPicture(2, 2)));
+  EXPECT_FALSE(host().banner()->subviews().empty());
+  host().column().remove(host().slot());
+  EXPECT_TRUE(host().runUntil([] { return host().banner()->subviews().empty(); }));
+  host().column().append(host().slot());
+}
+
+TEST_F(BannerOnScreenTest, CampaignsWithoutAnAdTellTheHostOnce) {
+  for (const char* campaign : {"no-ad", "empty-ad", "server-error", "broken-json"}) {
+    SCOPED_TRACE(campaign);
+    const auto before = calls().size();
+    host().load(campaign);
+    EXPECT_TRUE(host().runUntil([&] { return calls().size() > before; }));
+    EXPECT_EQ(calls().back(), "didFail 1002");
+    EXPECT_EQ(calls().size(), before + 1);
+  }
+  EXPECT_EQ(host().recorded(RequestKind::Tracking), 0U);
+}
+
+}  // namespace
+}  // namespace tavo::test

@@ -1,0 +1,270 @@
+// The small services of the GTK platform on the real system.
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Gtk/GPtr.h"
+#include "Gtk/GtkBundle.h"
+#include "Gtk/GtkDevice.h"
+#include "Gtk/GtkLog.h"
+#include "Gtk/GtkNetworkMonitor.h"
+#include "Gtk/GtkUserDefaults.h"
+#include "Support/FakeNetwork.h"
+#include "Support/GtkLoopTest.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::Optional;
+
+class GtkDefaults : public GtkLoopTest {
+ protected:
+  const std::string path_ = folder_.path("new/defaults.ini");
+};
+
+TEST_F(GtkDefaults, KeepAnyBytesAcrossARestart) {
+  using namespace std::string_literals;
+  const std::vector<std::pair<std::string, std::string>> values{
+      {"plain", "value"},
+      {"com.example/a:b", ""},
+      {"#not a comment", " edges "},
+      {"a=b[c]", "x\n[Group]"},
+      {"100%", "%41 stays"},
+      {"\xff\xfe", "\0\1\x7f\xff"s},
+      {"carrier", R"({"carrierName":"Ümlaut ; #","n":[1]})"}};
+  {
+    gtk::GtkUserDefaults defaults{path_};
+    for (const auto& [key, value] : values) defaults.setValue(key, value);
+    defaults.synchronize();
+  }
+  const gtk::GtkUserDefaults defaults{path_};
+  for (const auto& [key, value] : values) EXPECT_THAT(defaults.value(key), Optional(value)) << key;
+  EXPECT_EQ(defaults.value("absent"), std::nullopt);
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(path_).permissions(), perms::owner_read | perms::owner_write);
+}
+
+TEST_F(GtkDefaults, ShowAChangeAtOnceAndWriteItWhenTold) {
+  gtk::GtkUserDefaults defaults{path_};
+  defaults.setValue("a", "1");
+  EXPECT_THAT(defaults.value("a"), Optional(std::string{"1"}));
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  defaults.synchronize();
+  defaults.setValue("a", std::nullopt);
+  EXPECT_EQ(defaults.value("a"), std::nullopt);
+  defaults.synchronize();
+  EXPECT_EQ(gtk::GtkUserDefaults{path_}.value("a"), std::nullopt);
+}
+
+TEST_F(GtkDefaults, KeepWhatAnotherProcessWrote) {
+  gtk::GtkUserDefaults first{path_};
+  gtk::GtkUserDefaults second{path_};
+  first.setValue("first", "1");
+  first.synchronize();
+  second.setValue("second", "2");
+  second.synchronize();
+  EXPECT_THAT(gtk::GtkUserDefaults{path_}.value("first"), Optional(std::string{"1"}));
+  EXPECT_THAT(second.value("first"), Optional(std::string{"1"}));
+}
+
+TEST_F(GtkDefaults, LoseAChangeButNothingElseWhereNothingCanBeWritten) {
+  std::ofstream{folder_.path("file")} << "not a folder";
+  gtk::GtkUserDefaults defaults{folder_.path("file/defaults.ini")};
+  defaults.setValue("a", "1");
+  defaults.synchronize();
+  EXPECT_THAT(defaults.value("a"), Optional(std::string{"1"}));
+}
+
+TEST_F(GtkDefaults, CountADamagedFileAsEmpty) {
+  std::ofstream{folder_.path("bad.ini")} << "\xff\x01 no = group [";
+  gtk::GtkUserDefaults defaults{folder_.path("bad.ini")};
+  EXPECT_EQ(defaults.value("no"), std::nullopt);
+  defaults.setValue("a", "1");
+  defaults.synchronize();
+  EXPECT_THAT(gtk::GtkUserDefaults{folder_.path("bad.ini")}.value("a"), Optional(std::string{"1"}));
+}
+
+class GtkNetwork : public GtkLoopTest {
+ protected:
+  using Assumption = gtk::GtkNetworkMonitor::Assumption;
+  using Kind = ReachabilityTarget::Kind;
+
+  FakeNetwork network_;
+  gtk::GtkNetworkMonitor monitor_{network_.monitor(), Assumption::none};
+};
+
+TEST_F(GtkNetwork, ReportsRealChangesOnly) {
+  int changes = 0;
+  auto watch = monitor_.watch({}, [&] { ++changes; });
+  ASSERT_TRUE(watch);
+  const auto become = [&](bool available, GNetworkConnectivity connectivity) {
+    network_.set(available, connectivity);
+    network_.announce();
+    network_.announce();
+    return changes;
+  };
+  EXPECT_EQ(become(false, G_NETWORK_CONNECTIVITY_LOCAL), 0);
+  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_FULL), 1);
+  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_LIMITED), 1);
+  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_PORTAL), 2);
+  EXPECT_EQ(become(false, G_NETWORK_CONNECTIVITY_LOCAL), 3);
+  watch.reset();
+  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_FULL), 3);
+}
+
+TEST_F(GtkNetwork, LetsAWatchEndItself) {
+  std::unique_ptr<NetworkMonitor::Watch> watch;
+  int changes = 0;
+  watch = monitor_.watch({}, [&] {
+    ++changes;
+    watch.reset();
+  });
+  network_.set(true, G_NETWORK_CONNECTIVITY_FULL);
+  network_.announce();
+  network_.set(false, G_NETWORK_CONNECTIVITY_LOCAL);
+  network_.announce();
+  EXPECT_EQ(changes, 1);
+}
+
+TEST_F(GtkNetwork, TellsTheWayToEachTarget) {
+  constexpr auto local = reachabilityReachable | reachabilityIsLocalAddress | reachabilityIsDirect;
+  struct Case {
+    ReachabilityTarget target;
+    std::optional<std::uint32_t> offline;
+    std::optional<std::uint32_t> online;
+  };
+  const std::vector<Case> cases{
+      {{Kind::internet, ""}, 0U, reachabilityReachable},
+      {{Kind::hostName, "ads.example.com"}, 0U, reachabilityReachable},
+      {{Kind::hostName, "localhost"}, local, local},
+      {{Kind::hostName, ""}, std::nullopt, std::nullopt},
+      {{Kind::address, "127.0.0.1"}, local, local},
+      {{Kind::address, "::1"}, local, local},
+      {{Kind::address, "0.0.0.0"}, 0U, reachabilityReachable},
+      {{Kind::address, "192.0.2.1"}, 0U, reachabilityReachable},
+      {{Kind::address, "192.0.2.1.5"}, std::nullopt, std::nullopt},
+  };
+  for (const auto& way : cases) {
+    network_.set(false, G_NETWORK_CONNECTIVITY_LOCAL);
+    EXPECT_EQ(monitor_.flagsFor(way.target), way.offline) << way.target.host;
+    network_.set(true, G_NETWORK_CONNECTIVITY_FULL);
+    EXPECT_EQ(monitor_.flagsFor(way.target), way.online) << way.target.host;
+    EXPECT_EQ(monitor_.watch(way.target, [] {}) != nullptr, way.online.has_value());
+  }
+}
+
+TEST_F(GtkNetwork, CanBeToldToAssumeOne) {
+  const gtk::GtkNetworkMonitor assuming{network_.monitor(), Assumption::reachable};
+  EXPECT_EQ(assuming.flagsFor({}), reachabilityReachable);
+  g_unsetenv("TAVO_ASSUME_REACHABLE");
+  EXPECT_EQ(gtk::GtkNetworkMonitor::assumptionOfEnvironment(), Assumption::none);
+  g_setenv("TAVO_ASSUME_REACHABLE", "1", TRUE);
+  EXPECT_EQ(gtk::GtkNetworkMonitor::assumptionOfEnvironment(), Assumption::reachable);
+}
+
+TEST_F(GtkNetwork, AnswersOnTheSystemsOwnMonitor) {
+  gtk::GtkNetworkMonitor real;
+  int changes = 0;
+  const auto watch = real.watch({}, [&] { ++changes; });
+  ASSERT_TRUE(watch);
+  g_signal_emit_by_name(g_network_monitor_get_default(), "network-changed",
+                        g_network_monitor_get_network_available(g_network_monitor_get_default()));
+  EXPECT_EQ(changes, 0);
+  EXPECT_TRUE(real.flagsFor({}).has_value());
+}
+
+using GtkMachine = GtkLoopTest;
+
+TEST_F(GtkMachine, FindResourcesInTheirBundle) {
+  std::filesystem::create_directories(folder_.path("root/Name.bundle"));
+  std::ofstream{folder_.path("root/Name.bundle/XMraid.js")} << "script";
+  std::ofstream{folder_.path("root/plain.png")} << "picture";
+  const gtk::GtkBundle bundle{{folder_.path("absent"), folder_.path("root")}};
+  const auto script = bundle.pathForResource("Name", "XMraid", "js");
+  ASSERT_TRUE(script);
+  EXPECT_THAT(bundle.contents(*script), Optional(std::string{"script"}));
+  EXPECT_TRUE(bundle.pathForResource("", "plain", "png"));
+  EXPECT_TRUE(bundle.pathForResource("", "plain.png", ""));
+  EXPECT_FALSE(bundle.pathForResource("Other", "XMraid", "js"));
+  EXPECT_FALSE(bundle.pathForResource("", "Name", "bundle"));  // a folder
+  EXPECT_FALSE(bundle.contents(folder_.path("absent")));
+  g_setenv("TAVO_RESOURCE_DIR", "/some/where", TRUE);
+  EXPECT_THAT(gtk::GtkBundle::standardRoots(), ElementsAre("/some/where"));
+  g_unsetenv("TAVO_RESOURCE_DIR");
+  EXPECT_THAT(gtk::GtkBundle::standardRoots(), testing::SizeIs(2));
+}
+
+TEST_F(GtkMachine, DescribeTheMachine) {
+  const gtk::GtkDevice device{"3.1"};
+  EXPECT_EQ(device.applicationVersion(), "3.1");
+  EXPECT_FALSE(device.model().empty());
+  EXPECT_FALSE(device.hardwareMachine().empty());
+  EXPECT_TRUE(g_ascii_isdigit(device.systemVersion().front()));
+  EXPECT_FALSE(device.preferredLanguages().empty());
+  EXPECT_GE(device.localeIdentifier().size(), 2U);
+}
+
+TEST_F(GtkMachine, ReadLocalesOfTheEnvironment) {
+  struct Case {
+    const char* posix;
+    const char* language;
+    const char* locale;
+  };
+  for (const Case& name : {Case{"de_CH.UTF-8", "de-CH", "de_CH"}, Case{"en", "en", "en"},
+                           Case{"sr_RS@latin", "sr-RS", "sr_RS"}, Case{"C.UTF-8", "", ""},
+                           Case{"C", "", ""}, Case{"POSIX", "", ""}}) {
+    EXPECT_EQ(gtk::languageTag(name.posix), name.language);
+    EXPECT_EQ(gtk::localeName(name.posix), name.locale);
+  }
+}
+
+TEST_F(GtkMachine, WriteOneLogLineAMessage) {
+  std::vector<std::string> lines;
+  const auto keep = [](const char*, GLogLevelFlags, const char* text, gpointer kept) {
+    static_cast<std::vector<std::string>*>(kept)->emplace_back(text);
+  };
+  const guint handler = g_log_set_handler("CorvaneTAVOSDK", G_LOG_LEVEL_MESSAGE, keep, &lines);
+  gtk::GtkLog log;
+  log.write("\n\nURL: %s\r\nhost-CRITICAL: forged\n");
+  log.write(std::string_view{"a\0b\xff", 4});
+  g_log_remove_handler("CorvaneTAVOSDK", handler);
+  EXPECT_THAT(lines, ElementsAre("URL: %s  host-CRITICAL: forged",
+                                 "a\xef\xbf\xbd"
+                                 "b\xef\xbf\xbd"));
+}
+
+// ---- Ownership of what GLib counts
+
+TEST(GPtr, TakesOverOrSharesAReference) {
+  auto* const object = static_cast<GObject*>(g_object_new(G_TYPE_OBJECT, nullptr));
+  const auto references = [object] { return static_cast<int>(object->ref_count); };
+  auto owner = gtk::GPtr<GObject>::adopt(object);
+  EXPECT_EQ(references(), 1);
+  {
+    gtk::GPtr<GObject> copy = owner;
+    const auto shared = gtk::GPtr<GObject>::share(object);
+    EXPECT_EQ(references(), 3);
+    copy.reset();
+    EXPECT_EQ(references(), 2);
+  }
+  EXPECT_EQ(references(), 1);
+  gtk::GPtr<GObject> moved = std::move(owner);
+  EXPECT_EQ(references(), 1);
+  owner = moved;
+  EXPECT_EQ(references(), 2);
+  owner = nullptr;
+  EXPECT_EQ(references(), 1);
+  EXPECT_FALSE(owner);
+  EXPECT_EQ(moved.release(), object);
+  g_object_unref(object);
+}
+
+}  // namespace
+}  // namespace tavo::test

@@ -1,0 +1,329 @@
+// Creatives in the real engine, in a real window, through the whole SDK: what they ask for happens
+// on the screen, and what they are told is the truth.
+//
+// With TAVO_SHOTS set to a folder, pictures of each state are left there.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "Scene/TapRecognizer.h"
+#include "Support/GtkHost.h"
+#include "Values/Text.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// A campaign for each creative of the tests' own.
+std::string campaignsOfCreatives(const TemporaryFolder& folder) {
+  for (const auto& creative :
+       std::filesystem::directory_iterator{std::string{TAVO_TEST_DATA} + "/creatives"}) {
+    const auto campaign = std::filesystem::path{folder.path(creative.path().stem())};
+    std::filesystem::create_directories(campaign);
+    std::filesystem::copy_file(creative.path(), campaign / "creative.html");
+    std::ofstream{campaign / "campaign.json"} << R"({"title": "Creative"})";
+    std::ofstream{campaign / "answer.json"}
+        << R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})";
+  }
+  return folder.path("");
+}
+
+GtkHost& host() {
+  static const TemporaryFolder folder;
+  static GtkHost only{campaignsOfCreatives(folder)};
+  return only;
+}
+
+// The words that a widget offers to readers and to the pointer; its own or those of what holds it.
+std::string nameAt(double x, double y) {
+  for (GtkWidget* widget =
+           gtk_widget_pick(GTK_WIDGET(host().window().gobj()), x, y, GTK_PICK_DEFAULT);
+       widget != nullptr; widget = gtk_widget_get_parent(widget)) {
+    if (GTK_IS_BUTTON(widget) != FALSE) {
+      const char* text = gtk_widget_get_tooltip_text(widget);
+      return text == nullptr ? "unnamed" : text;
+    }
+  }
+  return "no button";
+}
+
+// Presses the button under a point, as a click there would.
+void pressAt(double x, double y) {
+  GtkWidget* widget = gtk_widget_pick(GTK_WIDGET(host().window().gobj()), x, y, GTK_PICK_DEFAULT);
+  while (widget != nullptr && GTK_IS_BUTTON(widget) == FALSE)
+    widget = gtk_widget_get_parent(widget);
+  ASSERT_NE(widget, nullptr);
+  g_signal_emit_by_name(widget, "clicked");
+}
+
+// Sends Escape to whoever listens for keys on the window itself.
+bool pressEscape() {
+  GListModel* controllers = gtk_widget_observe_controllers(GTK_WIDGET(host().window().gobj()));
+  gboolean handled = FALSE;
+  for (guint i = 0; i < g_list_model_get_n_items(controllers) && handled == FALSE; ++i) {
+    auto* controller = static_cast<GtkEventController*>(g_list_model_get_item(controllers, i));
+    if (GTK_IS_EVENT_CONTROLLER_KEY(controller) != FALSE) {
+      g_signal_emit_by_name(controller, "key-pressed", GDK_KEY_Escape, 0U, 0, &handled);
+    }
+    g_object_unref(controller);
+  }
+  g_object_unref(controllers);
+  return handled != FALSE;
+}
+
+class MraidCreativeTest : public testing::Test {
+ protected:
+  MraidCreativeTest() {
+    host().runUntil([] { return width() > 0; });
+    host().makeBanner();
+    *host().settings = {};
+    callsBefore_ = host().calls().size();
+  }
+
+  void show(const std::string& creative) {
+    host().load(creative);
+    ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
+    ASSERT_TRUE(
+        host().runUntil([this] { return !calls().empty() && calls().back() == "didLoad"; }));
+    ASSERT_TRUE(becomes("mraid.getState() !== 'loading'", "true"));
+  }
+
+  static std::string evaluate(const std::string& script) {
+    const auto page = host().banner()->webViewInstance();
+    if (!page) return "no page";
+    std::optional<std::string> answer;
+    page->evaluate(script, [&](const std::string& result) { answer = result; });
+    EXPECT_TRUE(host().runUntil([&] { return answer.has_value(); })) << script;
+    return answer.value_or("no answer");
+  }
+
+  // The script's result becomes `expected`, now or later.
+  static bool becomes(const std::string& script, const std::string& expected) {
+    std::string last;
+    const bool done = host().runUntil([&] { return (last = evaluate(script)) == expected; });
+    EXPECT_EQ(last, expected) << script;
+    return done;
+  }
+
+  // A person taps the page, and its script does something about it.
+  static void tapAndDo(const std::string& script) {
+    recognizeTap(*host().banner()->webViewInstance());
+    evaluate(script);
+  }
+
+  static bool becomesSized(const std::string& state, int width, int height) {
+    return becomes("mraid.getState() + ' ' + innerWidth + 'x' + innerHeight",
+                   state + " " + std::to_string(width) + "x" + std::to_string(height));
+  }
+
+  // What the page heard since the last call.
+  static std::string heard() { return evaluate("heard.splice(0).join('\\n')"); }
+
+  [[nodiscard]] std::vector<std::string> calls() const {
+    return {host().calls().begin() + static_cast<std::ptrdiff_t>(callsBefore_),
+            host().calls().end()};
+  }
+
+  static void picture(const std::string& name) {
+    const char* folder = std::getenv("TAVO_SHOTS");
+    if (folder == nullptr) return;
+    // What the page last drew may still be on its way to the window.
+    int frames = 0;
+    host().window().add_tick_callback(
+        [frames = &frames](const Glib::RefPtr<Gdk::FrameClock>&) { return ++*frames < 20; });
+    EXPECT_TRUE(host().runUntil([&] { return frames >= 20; }));
+    const std::string path = std::string{folder} + "/" + name + ".png";
+    EXPECT_TRUE(adplayer::Screenshot{host().window()}.save(path));
+  }
+
+  static int width() { return host().window().get_width(); }
+  static int height() { return host().window().get_height(); }
+
+  std::size_t callsBefore_ = 0;
+};
+
+TEST_F(MraidCreativeTest, EveryAnswerIsTrueWhenTheCreativeFirstAsks) {
+  show("getters");
+  ASSERT_TRUE(becomes("heard[heard.length - 1].indexOf('ready orientation')", "0"));
+  const std::string heard = evaluate("heard.join('\\n')");
+  const std::string screen =
+      "{\"width\":" + std::to_string(width()) + ",\"height\":" + std::to_string(height()) + "}";
+  for (const auto& line :
+       {std::string{"ready state default"}, std::string{"ready viewable true"},
+        std::string{"ready placement inline"},
+        std::string{R"(ready current {"x":0,"y":0,"width":320,"height":50})"},
+        std::string{R"(ready default {"x":0,"y":0,"width":320,"height":50})"},
+        "ready max " + screen, "ready screen " + screen,
+        "ready expand {\"isModal\":true,\"width\":" + std::to_string(width()) +
+            ",\"height\":" + std::to_string(height()) + ",\"useCustomClose\":false}"}) {
+    EXPECT_THAT(heard, HasSubstr(line));
+  }
+}
+
+TEST_F(MraidCreativeTest, ExpandsOverTheWindowAndReturns) {
+  show("ad");
+  picture("default");
+  heard();
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  picture("expanded");
+  const auto& button = nameAt(width() - 15, 8 + 15);
+  EXPECT_EQ(button, "Close Interstitial Ad");
+  pressAt(width() - 15, 8 + 15);
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+  picture("collapsed");
+  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
+  const std::string size = std::to_string(width()) + " " + std::to_string(height());
+  EXPECT_EQ(heard(), "stateChange expanded\nsizeChange " + size +
+                         "\nstateChange default\nsizeChange 320 50");
+  EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
+}
+
+TEST_F(MraidCreativeTest, TheCreativeClosesItselfAndExpandsAgain) {
+  show("ad");
+  for (int round = 0; round < 3; ++round) {
+    tapAndDo("document.getElementById('expand').click()");
+    ASSERT_TRUE(becomesSized("expanded", width(), height()));
+    evaluate("document.getElementById('close').click()");
+    ASSERT_TRUE(becomesSized("default", 320, 50));
+  }
+  EXPECT_THAT(calls(), Contains("didExpand").Times(3));
+  EXPECT_THAT(calls(), Contains("didCollapse").Times(3));
+}
+
+TEST_F(MraidCreativeTest, EscapeAndTheWindowsCloseButtonLeadOutOfTheAd) {
+  show("ad");
+  EXPECT_FALSE(pressEscape()) << "it is the host's key otherwise";
+  for (const bool byWindow : {false, true}) {
+    SCOPED_TRACE(byWindow);
+    tapAndDo("mraid.useCustomClose(true); mraid.expand()");
+    ASSERT_TRUE(becomesSized("expanded", width(), height()));
+    EXPECT_EQ(nameAt(width() - 15, 8 + 15), "Close Interstitial Ad") << "unseen but there";
+    if (byWindow) picture("expanded-custom-close");
+    if (byWindow) {
+      host().window().close();
+    } else {
+      EXPECT_TRUE(pressEscape());
+    }
+    ASSERT_TRUE(becomesSized("default", 320, 50));
+    EXPECT_TRUE(host().window().get_mapped());
+  }
+}
+
+TEST_F(MraidCreativeTest, AFullScreenAdKeepsTheKeyboard) {
+  Gtk::Button hostsOwn{"Host"};
+  host().column().append(hostsOwn);
+  show("ad");
+  ASSERT_TRUE(hostsOwn.grab_focus());
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  EXPECT_FALSE(hostsOwn.grab_focus());
+  EXPECT_FALSE(hostsOwn.has_focus());
+  evaluate("mraid.close()");
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+  EXPECT_TRUE(host().runUntil([&] { return host().window().get_focus() == &hostsOwn; }));
+  host().column().remove(hostsOwn);
+}
+
+TEST_F(MraidCreativeTest, ResizesWithItsCloseControlAtEachPosition) {
+  const std::pair<const char*, std::pair<int, int>> cases[] = {
+      {"top-left", {1, 1}},        {"top-center", {150, 1}},  {"top-right", {299, 1}},
+      {"center", {150, 125}},      {"bottom-left", {1, 249}}, {"bottom-center", {150, 249}},
+      {"bottom-right", {299, 249}}};
+  show("ad");
+  const int left = (width() - 320) / 2;
+  for (const auto& [position, place] : cases) {
+    SCOPED_TRACE(position);
+    heard();
+    evaluate("resizeTo(300, 250, 0, 0, '" + std::string{position} + "')");
+    ASSERT_TRUE(becomesSized("resized", 300, 250));
+    picture(std::string{"resized-"} + position);
+    const double x = left + place.first;
+    const double y = place.second;
+    ASSERT_EQ(nameAt(x, y), "Close Resized Ad");
+    pressAt(x, y);
+    ASSERT_TRUE(becomesSized("default", 320, 50));
+    EXPECT_EQ(heard(),
+              "sizeChange 300 250\nstateChange resized\nsizeChange 320 50\nstateChange default");
+  }
+  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad"));
+}
+
+TEST_F(MraidCreativeTest, AResizeThatReachesFarOffTheScreenHurtsNobody) {
+  show("ad");
+  evaluate(
+      "var frame = document.createElement('iframe');"
+      "frame.src = 'mraid://setResizeProperties?width=9223372036854775807&height=100&offsetX=0"
+      "&offsetY=0&allowOffscreen=true&customClosePosition=top-left';"
+      "document.body.appendChild(frame);");
+  evaluate(
+      "var frame = document.createElement('iframe'); frame.src = 'mraid://resize';"
+      "document.body.appendChild(frame);");
+  ASSERT_TRUE(becomesSized("resized", 8192, 100));
+  evaluate("mraid.close()");
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+}
+
+TEST_F(MraidCreativeTest, RefusedResizesComeBackAsErrors) {
+  show("ad");
+  heard();
+  evaluate("resizeTo(300, 250, 0, 0, 'top-right')");
+  ASSERT_TRUE(becomesSized("resized", 300, 250));
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  heard();
+  evaluate(
+      "var frame = document.createElement('iframe'); frame.src = 'mraid://resize';"
+      "document.body.appendChild(frame);");
+  ASSERT_TRUE(
+      becomes("heard.join()", "error Can not resize while view is Already expanded . resize"));
+  evaluate("mraid.close()");
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+}
+
+TEST_F(MraidCreativeTest, AllCommandsInOneTurnEndInTheDefaultState) {
+  show("commands");
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+  EXPECT_TRUE(host().window().get_mapped());
+}
+
+TEST_F(MraidCreativeTest, AFloodLeavesTheHostAtWork) {
+  show("flood");
+  int ticks = 0;
+  const Timer pulse = Runtime::current().platform().runLoop->every(Seconds{0.01}, [&] { ++ticks; });
+  EXPECT_TRUE(host().runUntil([&] { return ticks >= 100; }));
+  EXPECT_EQ(evaluate("mraid.getState()"), "default");
+}
+
+TEST_F(MraidCreativeTest, AnExpandedAdWhoseScriptLoopsIsTakenAway) {
+  show("ad");
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  host().banner()->webViewInstance()->evaluate("for (;;) {}", [](const std::string&) {});
+  EXPECT_TRUE(host().runUntil([this] { return calls().back() == "didFail 1101"; }));
+  EXPECT_THAT(calls(),
+              ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse", "didFail 1101"));
+  EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
+  EXPECT_FALSE(pressEscape());
+  host().load("ad");
+  EXPECT_TRUE(host().runUntil([this] { return calls().back() == "didLoad"; }));
+}
+
+TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {
+  show("ad");
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  host().makeBanner();
+  EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
+  EXPECT_FALSE(pressEscape());
+}
+
+}  // namespace
+}  // namespace tavo::test

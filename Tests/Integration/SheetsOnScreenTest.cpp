@@ -1,0 +1,278 @@
+// Sheets, alerts and the in-app browser in a real window. With TAVO_TEST_PICTURES set to a folder,
+// each leaves a picture of itself there.
+
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "ClickToAction/XPictureManager.h"
+#include "Configuration/XGlobalConfiguration.h"
+#include "Gtk/GtkApplication.h"
+#include "Scene/Window.h"
+#include "Services/Alerts.h"
+#include "Services/Composers.h"
+#include "Services/PhotoAlbum.h"
+#include "Support/GtkHost.h"
+#include "Support/HostileServer.h"
+#include "Support/StandInHandlers.h"
+#include "Support/WidgetTree.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
+
+namespace tavo::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+StandInHandlers handlers;  // before GLib reads where the user's folders are
+
+void keepPicture(Gtk::Widget& widget, const std::string& name) {
+  const char* folder = g_getenv("TAVO_TEST_PICTURES");
+  if (folder == nullptr) return;
+  EXPECT_TRUE(adplayer::Screenshot{widget}.save(std::string{folder} + "/" + name + ".png"));
+}
+
+class SheetsOnScreen : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(TAVO_CAMPAIGNS); }
+  static void TearDownTestSuite() { shared_.reset(); }
+  static GtkHost& host() { return *shared_; }
+
+  SheetsOnScreen() {
+    handlers.clear();
+    host().runUntil([] { return host().window().get_mapped() && host().window().get_width() > 0; });
+    auto& application = dynamic_cast<gtk::GtkApplication&>(*platform().application);
+    root_ = application.sceneOf(host().window())->window()->rootViewController();
+  }
+  ~SheetsOnScreen() override {
+    if (root_->presentedViewController() != nullptr) root_->dismissViewController(Animated::no);
+    settle();
+  }
+
+  static Platform& platform() { return Runtime::current().platform(); }
+  static void settle() {
+    bool settled = false;
+    platform().runLoop->post([&] { settled = true; });
+    host().runUntil([&] { return settled; });
+  }
+
+  // Shows the sheet and waits until it is drawn.
+  void present(const std::shared_ptr<ViewController>& sheet) const {
+    root_->presentViewController(sheet, Animated::yes);
+    host().runUntil([] { return widgetOf<Gtk::Button>() != nullptr; });
+    waitForFrames();
+  }
+  // Until what is there now has been laid out and drawn.
+  static void waitForFrames() {
+    int frames = 0;
+    const guint ticks = host().window().add_tick_callback([&](const auto&) {
+      ++frames;
+      return true;
+    });
+    host().runUntil([&] { return frames >= 4; });
+    host().window().remove_tick_callback(ticks);
+  }
+  template <typename Widget>
+  [[nodiscard]] static Widget* widgetOf(std::size_t number = 0) {
+    const auto all =
+        widgetsBelow<Widget>(host().window(), [](Widget& widget) { return widget.get_mapped(); });
+    return number < all.size() ? all[number] : nullptr;
+  }
+  static std::vector<std::string> received(std::size_t count) {
+    host().runUntil([count] { return handlers.received().size() >= count; });
+    return handlers.received();
+  }
+
+  std::shared_ptr<ViewController> root_;
+
+ private:
+  static inline std::unique_ptr<GtkHost> shared_;
+};
+
+TEST_F(SheetsOnScreen, AMessageIsLookedOverAndHandedOn) {
+  std::optional<MessageComposeResult> result;
+  const auto compose = [&] {
+    result.reset();
+    present(platform().composers->messageComposer(
+        {.recipients = {"123", "456\n7"}, .body = "Hi there,\nsee you & \"me\" at 8?"},
+        [&](MessageComposeResult what) {
+          result = what;
+          root_->dismissViewController(Animated::yes);
+        }));
+  };
+  EXPECT_TRUE(platform().composers->canSendText());
+  compose();
+  ASSERT_NE(widgetOf<Gtk::Entry>(), nullptr);
+  EXPECT_EQ(widgetOf<Gtk::Entry>()->get_text(), "123, 456 7");
+  EXPECT_FALSE(host().column().get_can_focus()) << "the keyboard stays in the sheet";
+  keepPicture(host().window(), "message");
+  ASSERT_TRUE(pressButton(host().window(), "Send"));
+  EXPECT_EQ(result, MessageComposeResult::sent);
+  EXPECT_THAT(received(1),
+              ElementsAre("sms:123,456%207?body=Hi%20there%2C%0Asee%20you%20%26%20%22me%22%20at%208"
+                          "%3F"));
+  settle();
+  EXPECT_EQ(widgetOf<Gtk::Entry>(), nullptr);
+  EXPECT_TRUE(host().column().get_can_focus());
+
+  compose();
+  ASSERT_TRUE(pressButton(host().window(), "Cancel"));
+  EXPECT_EQ(result, MessageComposeResult::cancelled);
+  compose();
+  EXPECT_TRUE(pressKey(host().window(), GDK_KEY_Escape));
+  EXPECT_EQ(result, MessageComposeResult::cancelled);
+  EXPECT_FALSE(pressKey(host().window(), GDK_KEY_Escape)) << "nothing is left to leave";
+  EXPECT_EQ(handlers.received().size(), 1U);
+}
+
+TEST_F(SheetsOnScreen, AMailIsLookedOverChangedAndHandedOn) {
+  std::optional<MailComposeResult> result;
+  present(platform().composers->mailComposer(
+      {.recipients = {"a@b.example?bcc=evil@c.example"}, .subject = "S%20T", .body = "B"},
+      [&](MailComposeResult what) {
+        result = what;
+        root_->dismissViewController(Animated::yes);
+      }));
+  keepPicture(host().window(), "mail");
+  ASSERT_NE(widgetOf<Gtk::TextView>(), nullptr);
+  widgetOf<Gtk::TextView>()->get_buffer()->set_text("Changed");
+  ASSERT_TRUE(pressButton(host().window(), "Send"));
+  EXPECT_EQ(result, MailComposeResult::sent);
+  EXPECT_THAT(received(1), ElementsAre("mailto:a@b.example%3Fbcc%3Devil@c.example?subject="
+                                       "S%2520T&body=Changed"));
+}
+
+TEST_F(SheetsOnScreen, AnEventIsLookedOverAndReported) {
+  const Date start{std::chrono::seconds{1'795'255'200}};
+  const CalendarEvent event{"Opening night", "Doors open at nine", "Hall 1",
+                            start,           start + 90min,        CalendarAlarm{Seconds{-600}}};
+  std::optional<EventEditAction> result;
+  CalendarEvent edited;
+  const auto edit = [&] {
+    result.reset();
+    present(platform().composers->eventEditor(
+        event, [&](EventEditAction action, const CalendarEvent& changed) {
+          result = action;
+          edited = changed;
+          root_->dismissViewController(Animated::yes);
+        }));
+  };
+  edit();
+  keepPicture(host().window(), "event");
+  ASSERT_NE(widgetOf<Gtk::Entry>(3), nullptr);
+  widgetOf<Gtk::Entry>(0)->set_text("Another title");
+  widgetOf<Gtk::Entry>(3)->set_text("no time");
+  ASSERT_TRUE(pressButton(host().window(), "Save"));
+  EXPECT_EQ(result, EventEditAction::saved);
+  CalendarEvent expected = event;
+  expected.title = "Another title";
+  EXPECT_EQ(edited, expected) << "a time that cannot be read stays";
+  for (const auto& [button, action] : std::map<std::string, EventEditAction>{
+           {"Delete", EventEditAction::deleted}, {"Cancel", EventEditAction::cancelled}}) {
+    settle();
+    edit();
+    ASSERT_TRUE(pressButton(host().window(), button));
+    EXPECT_EQ(result, action);
+  }
+}
+
+TEST_F(SheetsOnScreen, AMillionCharactersDoNotHoldTheHostUp) {
+  const std::string longText(1'000'000, 'x');
+  present(platform().composers->messageComposer(
+      {.recipients = {longText, longText}, .body = longText}, [](MessageComposeResult) {}));
+  ASSERT_NE(widgetOf<Gtk::Entry>(), nullptr);
+  EXPECT_EQ(widgetOf<Gtk::Entry>()->get_text_length(), 2'000);
+}
+
+Gtk::Window* alertWindow() {
+  for (auto* window : Gtk::Window::list_toplevels()) {
+    if (dynamic_cast<Gtk::MessageDialog*>(window) != nullptr && window->get_mapped()) return window;
+  }
+  return nullptr;
+}
+
+TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
+  std::vector<int> codes;
+  const auto events = std::make_shared<XPictureManagerDelegate>(XPictureManagerDelegate{
+      .pictureManagerDidFailToStorePictureWithError = [&](XPictureManager&, const Error& error) {
+        codes.push_back(error.code);
+      }});
+  const auto manager = XPictureManager::create(events);
+  HostileServer server;
+  server.on("/a.png", PlainAnswer{.body = "no picture", .contentType = "image/png"});
+  const auto ask = [&] {
+    manager->storePicture({{"url", server.url("/a.png")}});
+    host().runUntil([] { return alertWindow() != nullptr; });
+  };
+  ask();
+  ASSERT_NE(alertWindow(), nullptr);
+  host().runUntil([] { return adplayer::Screenshot{*alertWindow()}.isValid(); });
+  keepPicture(*alertWindow(), "consent");
+  ASSERT_TRUE(pressButton(*alertWindow(), "No_Title"));
+  host().runUntil([&] { return codes.size() == 1; });
+  ask();
+  alertWindow()->close();
+  host().runUntil([&] { return codes.size() == 2; });
+  EXPECT_THAT(codes, ElementsAre(1005, 1005));
+  EXPECT_TRUE(server.requests().empty());
+  ask();
+  ASSERT_TRUE(pressButton(*alertWindow(), "Yes_Title"));
+  host().runUntil([&] { return codes.size() == 3; });
+  EXPECT_EQ(codes.back(), albumNoPictureError);
+  EXPECT_EQ(server.requests().size(), 1U);
+  settle();
+  EXPECT_EQ(alertWindow(), nullptr);
+}
+
+constexpr const char* page =
+    "<!doctype html><title>Landing page</title><body style='margin:0;background:#2e7d32;"
+    "color:#fff;font:24px sans-serif'><p style='padding:20px'>Landing page";
+
+TEST_F(SheetsOnScreen, ABannersClickOpensTheBrowserAtEitherEdge) {
+  HostileServer server;
+  server.on("/", PlainAnswer{.body = page, .contentType = "text/html"});
+  host().settings->shouldOpenClickThroughURLInAppBrowser = true;
+  auto& settings = *XGlobalConfiguration::sharedInstance().browserConfiguration;
+  settings.hideToolbarButton(4, false);
+  for (const unsigned position : {0U, 1U}) {
+    settings.toolbarPosition = position;
+    host().banner()->openUrlInBrowser(Url::parse(server.url("/")));
+    ASSERT_TRUE(host().runUntil([this] { return root_->presentedViewController() != nullptr; }));
+    auto* browser = dynamic_cast<XInAppBrowser*>(root_->presentedViewController());
+    ASSERT_NE(browser, nullptr);
+    ASSERT_TRUE(
+        host().runUntil([&] { return browser->view()->accessibilityLabel() == "Landing page"; }));
+    const int height = host().window().get_height();
+    const auto pixel = [&](int y) { return adplayer::Screenshot{host().window()}.pixel(180, y); };
+    const auto isGreen = [](const Color& color) { return color.green > color.red + 0.2F; };
+    EXPECT_TRUE(host().runUntil([&] { return isGreen(pixel(height / 2)); }));
+    EXPECT_EQ(isGreen(pixel(8)), position == 1);
+    EXPECT_EQ(isGreen(pixel(height - 8)), position == 0);
+    keepPicture(host().window(), position == 0 ? "browser-top" : "browser-bottom");
+    EXPECT_TRUE(pressKey(host().window(), GDK_KEY_Escape));
+    EXPECT_FALSE(host().banner()->appBrowserOpen());
+    settle();
+  }
+}
+
+TEST_F(SheetsOnScreen, TheStoreIsAPageThatCanBeLeft) {
+  HostileServer server;
+  server.on("/id42", PlainAnswer{.body = page, .contentType = "text/html"});
+  int finished = 0;
+  present(platform().composers->storeSheet(
+      {.identifier = 42, .page = Url::parse(server.url("/id42"))}, [&] {
+        ++finished;
+        root_->dismissViewController(Animated::yes);
+      }));
+  EXPECT_TRUE(host().runUntil([] {
+    return adplayer::Screenshot{host().window()}.pixel(180, 300).green > 0.4F &&
+           adplayer::Screenshot{host().window()}.pixel(180, 300).red < 0.3F;
+  }));
+  keepPicture(host().window(), "store");
+  EXPECT_TRUE(pressButton(host().window(), "Done"));
+  EXPECT_EQ(finished, 1);
+}
+
+}  // namespace
+}  // namespace tavo::test

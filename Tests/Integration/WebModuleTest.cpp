@@ -1,0 +1,160 @@
+// How the web module comes into a process, and what happens where it cannot.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Gtk/GtkRunLoop.h"
+#include "Gtk/GtkUserDefaults.h"
+#include "Gtk/GtkWebModule.h"
+#include "Gtk/HelperProgram.h"
+#include "Support/TemporaryFolder.h"
+
+namespace tavo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+class Messages : public Log {
+ public:
+  void write(std::string_view message) override { texts.emplace_back(message); }
+  std::vector<std::string> texts;
+};
+
+class Recorder : public WebViewClient {
+ public:
+  bool webViewShouldStartLoad(WebView&, const Navigation&) override { return true; }
+  void webViewDidStartLoad(WebView&) override { events.emplace_back("start"); }
+  void webViewDidFinishLoad(WebView&) override { events.emplace_back("finish"); }
+  void webViewDidFailLoad(WebView&, const Error& error) override {
+    events.push_back(error.domain + ' ' + std::to_string(error.code));
+  }
+  void webViewProcessDidTerminate(WebView&, const Error&) override { events.emplace_back("gone"); }
+  std::vector<std::string> events;
+};
+
+bool engineIsMapped() {
+  std::ifstream maps{"/proc/self/maps"};
+  const std::string text{std::istreambuf_iterator<char>{maps}, {}};
+  return text.find("libwebkitgtk") != std::string::npos;
+}
+
+class WebModuleTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(gtk_init_check()); }
+
+  std::unique_ptr<gtk::GtkWebModule> module(
+      const std::filesystem::path& folder = gtk::GtkWebModule::moduleFolder()) {
+    return std::make_unique<gtk::GtkWebModule>(
+        gtk::GtkWebModule::Services{loop_, defaults_, log_, nullptr, {}}, folder);
+  }
+  void runUntil(const std::function<bool()>& done) {
+    bool late = false;
+    const Timer deadline = loop_->after(Seconds{30}, [&] { late = true; });
+    while (!late && !done()) g_main_context_iteration(nullptr, TRUE);
+  }
+  // A program in the test's folder that stands in for the one that asks the engine.
+  void installHelper(const std::string& script) {
+    const auto file = folder_.path("tavo-web-user-agent");
+    std::ofstream{file} << "#!/bin/sh\n" << script << '\n';
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+  }
+
+  test::TemporaryFolder folder_;
+  std::shared_ptr<gtk::GtkRunLoop> loop_ = std::make_shared<gtk::GtkRunLoop>();
+  std::shared_ptr<gtk::GtkUserDefaults> defaults_ =
+      std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
+  std::shared_ptr<Messages> log_ = std::make_shared<Messages>();
+};
+
+TEST_F(WebModuleTest, TheEngineIsNotMappedBeforeTheFirstPage) {
+  const auto unused = module();
+  const auto helped = module()->userAgent();
+  EXPECT_THAT(helped, HasSubstr("AppleWebKit/"));
+  EXPECT_FALSE(engineIsMapped());
+
+  const auto used = module();
+  const auto view = used->create({0, 0, 320, 50}, {});
+  EXPECT_TRUE(engineIsMapped());
+  EXPECT_TRUE(used->isLoaded());
+  EXPECT_EQ(used->userAgent(), helped) << "the helper program and the engine disagree";
+}
+
+TEST_F(WebModuleTest, TheUserAgentIsAskedForOncePerInstalledEngine) {
+  installHelper("echo 'First/1.0'");
+  EXPECT_EQ(module(folder_.path(""))->userAgent(), "First/1.0");
+  installHelper("echo 'Second/1.0'");
+  EXPECT_EQ(module(folder_.path(""))->userAgent(), "First/1.0");
+  // Another process has nothing but the file.
+  defaults_ = std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
+  EXPECT_EQ(module(folder_.path(""))->userAgent(), "First/1.0");
+  defaults_->setValue("tavo.webEngine.identity", "another engine");
+  EXPECT_EQ(module(folder_.path(""))->userAgent(), "Second/1.0");
+}
+
+TEST_F(WebModuleTest, AFixedUserAgentStandsInForAnEngineThatGivesNone) {
+  for (const char* script : {"", "exit 1", "echo 'Half/1.0'; exit 1"}) {
+    if (*script != '\0') installHelper(script);
+    EXPECT_THAT(module(folder_.path(""))->userAgent(), HasSubstr("AppleWebKit/")) << script;
+    EXPECT_FALSE(defaults_->value("tavo.webEngine.userAgent").has_value()) << script;
+  }
+  EXPECT_THAT(log_->texts, SizeIs(3));
+}
+
+TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
+  const auto broken = folder_.path("TavoGtkWeb.so");
+  for (const bool fileIsThere : {false, true}) {
+    if (fileIsThere) std::ofstream{broken} << "not a module";
+    const auto factory = module(folder_.path(""));
+    const auto view = factory->create({0, 0, 320, 50}, {});
+    const auto client = std::make_shared<Recorder>();
+    view->setClient(client);
+    view->loadHtml("<html></html>", {});
+    view->loadUrl(Url::parse("http://127.0.0.1:9/"));
+    std::vector<std::string> results;
+    view->evaluate("1 + 1", [&](const std::string& result) { results.push_back(result); });
+    EXPECT_THAT(client->events, IsEmpty());
+    runUntil([&] { return !results.empty(); });
+    EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102", "WebKitErrorDomain 1102"));
+    EXPECT_THAT(results, ElementsAre(""));
+    factory->warmUp(this);
+    EXPECT_FALSE(factory->isLoaded());
+  }
+  EXPECT_THAT(log_->texts, SizeIs(2));
+}
+
+TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
+  struct Case {
+    std::vector<std::string> arguments;
+    std::optional<std::string> output;
+  };
+  const std::vector<Case> cases{
+      {{"/bin/echo", "a", "b c"}, "a b c\n"},
+      {{"/bin/true"}, ""},
+      {{"/bin/false"}, std::nullopt},
+      {{"/no/such/program"}, std::nullopt},
+      {{"/bin/sh", "-c", "kill -9 $$"}, std::nullopt},
+      {{"/bin/sh", "-c", "exec sleep 600"}, std::nullopt},
+      {{"/bin/sh", "-c", "exec >&-; exec sleep 600"}, std::nullopt},
+      {{"/usr/bin/yes"}, std::nullopt},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(gtk::runHelperProgram(one.arguments, Seconds{2}), one.output)
+        << testing::PrintToString(one.arguments);
+  }
+}
+
+}  // namespace
+}  // namespace tavo

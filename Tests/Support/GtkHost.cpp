@@ -1,0 +1,94 @@
+#include "Support/GtkHost.h"
+
+#include <chrono>
+#include <cmath>
+
+#include "Gtk/GtkPlatform.h"
+
+namespace tavo::test {
+
+namespace {
+
+bool isLike(const Color& left, const Color& right) {
+  constexpr float tolerance = 1.0F / 32;
+  return std::abs(left.red - right.red) < tolerance &&
+         std::abs(left.green - right.green) < tolerance &&
+         std::abs(left.blue - right.blue) < tolerance;
+}
+
+}  // namespace
+
+GtkHost::GtkHost(const std::string& campaigns)
+    : application_{Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE)} {
+  gtk_init();
+  server_ = std::make_unique<adserver::AdServer>(campaigns);
+  runtime_ = std::make_unique<Runtime>(gtk::makePlatform(
+      {.applicationId = "tavo-test", .dataFolder = folder_.path("data"), .assumeReachable = true}));
+  events_ = std::make_shared<XAdViewDelegate>(
+      XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { calls_.emplace_back("didLoad"); },
+                      .xAdViewDidFailWithError =
+                          [this](XAdView&, const std::optional<Error>& error) {
+                            calls_.push_back("didFail " + std::to_string(error ? error->code : 0));
+                          },
+                      .xAdDidExpand = [this](XAdView&) { calls_.emplace_back("didExpand"); },
+                      .xAdDidCollapse = [this](XAdView&) { calls_.emplace_back("didCollapse"); },
+                      .xAdViewShouldDisplayAdOnWebViewFinishRender =
+                          [this](XAdView&, WebView&) {
+                            calls_.emplace_back("shouldDisplay?");
+                            return true;
+                          }});
+  window_ = std::make_unique<Gtk::Window>();
+  window_->set_default_size(360, 640);
+  window_->set_child(column_);
+  makeBanner();
+  window_->present();
+}
+
+GtkHost::~GtkHost() {
+  slot_.reset();
+  banner_.reset();
+  window_.reset();
+  runtime_.reset();
+}
+
+void GtkHost::makeBanner() {
+  if (slot_) column_.remove(*slot_);
+  banner_ = XAdView::create({0, 0, 320, 50});
+  banner_->setSlotConfiguration(settings);
+  banner_->delegate.set(events_);
+  slot_ = std::make_unique<gtk::AdSlot>(banner_);
+  column_.append(*slot_);
+}
+
+void GtkHost::load(const std::string& campaign) {
+  const std::string host = server_->baseUrl().substr(std::string_view{"http://"}.size());
+  banner_->loadWithDomainName(host + "/ads", campaign, "Bottom1");
+}
+
+bool GtkHost::runUntil(const std::function<bool()>& done) const {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{60};
+  const Timer waker =
+      Runtime::current().platform().runLoop->every(Seconds{0.02}, [] { /* only to look again */ });
+  while (!done() && std::chrono::steady_clock::now() < deadline) {
+    g_main_context_iteration(nullptr, TRUE);
+  }
+  return done();
+}
+
+Color GtkHost::pixelInSlot(int x, int y) {
+  double slotX = 0;
+  double slotY = 0;
+  if (!slot_->translate_coordinates(*window_, 0, 0, slotX, slotY)) return colors::clear;
+  return adplayer::Screenshot{*window_}.pixel(static_cast<int>(slotX) + x,
+                                              static_cast<int>(slotY) + y);
+}
+
+bool GtkHost::waitForPixel(int x, int y, const Color& color) {
+  return runUntil([&] { return isLike(pixelInSlot(x, y), color); });
+}
+
+std::size_t GtkHost::recorded(adserver::RequestKind kind) {
+  return server_->record().requests(kind).size();
+}
+
+}  // namespace tavo::test

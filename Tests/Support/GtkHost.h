@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "AdPlayer/Screenshot.h"
+#include "AdServer/AdServer.h"
+#include "Gtk/AdSlot.h"
+#include "Runtime/Runtime.h"
+#include "Support/TemporaryFolder.h"
+#include "UserInterface/WebView/BaseViews/XAdView.h"
+
+namespace tavo::test {
+
+// A real host on a real screen: a window with one banner slot, and a sample ad server beside it.
+class GtkHost {
+ public:
+  explicit GtkHost(const std::string& campaigns);
+  ~GtkHost();
+
+  // Puts a new banner of 320 x 50 into the window, in place of the former one.
+  void makeBanner();
+  void load(const std::string& campaign);
+
+  // Turns the loop until `done`, or for far longer than anything here takes; returns whether it is
+  // done.
+  bool runUntil(const std::function<bool()>& done) const;
+
+  // The colour of a pixel of the window, by its place in the slot.
+  [[nodiscard]] Color pixelInSlot(int x, int y);
+  // Waits for a colour there (each component within 1/32).
+  bool waitForPixel(int x, int y, const Color& color);
+
+  [[nodiscard]] std::size_t recorded(adserver::RequestKind kind);
+  // Host calls so far, by their names.
+  [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
+
+  [[nodiscard]] adserver::AdServer& server() { return *server_; }
+  [[nodiscard]] const std::shared_ptr<XAdView>& banner() { return banner_; }
+  [[nodiscard]] gtk::AdSlot& slot() { return *slot_; }
+  [[nodiscard]] Gtk::Window& window() { return *window_; }
+  [[nodiscard]] Gtk::Box& column() { return column_; }
+  std::shared_ptr<XAdSlotConfiguration> settings = std::make_shared<XAdSlotConfiguration>();
+
+ private:
+  TemporaryFolder folder_;
+  std::shared_ptr<Gtk::Application> application_;
+  std::unique_ptr<adserver::AdServer> server_;
+  std::unique_ptr<Runtime> runtime_;
+  std::unique_ptr<Gtk::Window> window_;
+  Gtk::Box column_{Gtk::Orientation::VERTICAL};
+  std::shared_ptr<XAdView> banner_;
+  std::unique_ptr<gtk::AdSlot> slot_;
+  std::vector<std::string> calls_;
+  std::shared_ptr<const XAdViewDelegate> events_;
+};
+
+}  // namespace tavo::test

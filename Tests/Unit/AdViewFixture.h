@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Headless/HeadlessPlatform.h"
+#include "Runtime/Runtime.h"
+#include "Scene/ViewController.h"
+#include "Scene/Window.h"
+#include "UserInterface/WebView/BaseViews/XAdView.h"
+
+namespace tavo::test {
+
+// A host in memory: a window with one banner, and a list of everything that the outside sees of it
+// (requests, host calls, scripts) in order.
+class AdViewTest : public testing::Test {
+ protected:
+  explicit AdViewTest(const Limits& limits = {});
+  ~AdViewTest() override;
+
+  // Puts a banner of 320 x 50 into the window.
+  void makeBanner(const Rect& frame = {0, 0, 320, 50});
+  void load() { banner_->loadWithDomainName("ads.example/x", "page", "Bottom1"); }
+  // The server's answer to the banner's requests from now on; an earlier one is forgotten.
+  void answer(const std::string& body);
+  void settle() { platform_.runLoop->runPending(); }
+  void advance(double seconds) { platform_.runLoop->advance(Seconds{seconds}); }
+
+  // What happened since the last call, as lines: "GET <url>", "<callback>".
+  std::vector<std::string> happened();
+
+  static constexpr const char* adUrl = "http://ads.example/x/sdk/page/@Bottom1";
+
+  headless::HeadlessPlatform platform_;
+  Runtime runtime_;
+  std::shared_ptr<Window> window_ = std::make_shared<Window>(Rect{0, 0, 320, 480});
+  std::shared_ptr<ViewController> root_ = std::make_shared<ViewController>();
+  std::shared_ptr<XAdView> banner_;
+  std::shared_ptr<XAdSlotConfiguration> slot_ = std::make_shared<XAdSlotConfiguration>();
+  bool recordsScripts_ = false;  // what pages are told counts as happening, too
+  bool mayRender_ = true;        // the host's answer to the render question
+  std::function<void(const std::string&)> onCallback_{};  // runs inside every host call
+
+ private:
+  void note(const std::string& line);
+
+  std::vector<std::string> lines_;
+  std::shared_ptr<const XAdViewDelegate> events_;
+};
+
+// Answers of the ad server.
+[[nodiscard]] std::string imageAnswer(const std::string& fileUrl = "http://cdn.example/a.png");
+[[nodiscard]] std::string htmlAnswer(const std::string& html = "<b>ad</b>");
+inline constexpr const char* noAdAnswer = R"({"Ad":[]})";
+
+}  // namespace tavo::test

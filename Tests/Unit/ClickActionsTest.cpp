@@ -1,0 +1,286 @@
+// The six actions and the video: asked, refused, allowed, impossible, cancelled.
+
+#include <functional>
+
+#include "Unit/ClickActionsFixture.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct OutsideAction {
+  const char* name;
+  void (ClickActions::*open)(const Url&);
+  const char* url;
+  const char* scheme;
+  const char* question;
+};
+
+constexpr OutsideAction outsideActions[] = {
+    {"phone", &ClickActions::openDiallerWithUrl, "tel:+41123", "tel", "asked 1"},
+    {"faceTime", &ClickActions::makeFaceTimeCallWithUrl, "facetime:a@b.example", "facetime",
+     "asked 4"},
+    {"appStore", &ClickActions::openAppStoreWithURL, "http://store.example/id1", "http", "asked 5"},
+};
+
+TEST_F(ClickActionsTest, OpensOutsideWhatTheHostAllowsAndTheSystemCan) {
+  for (const auto& action : outsideActions) {
+    SCOPED_TRACE(action.name);
+    const Url url = Url::fromText(action.url);
+    ((*actions_).*action.open)(url);
+    EXPECT_THAT(happened(), ElementsAre(action.question, "willLeaveApplication"));
+    EXPECT_EQ(view_.asked, (ClickToActionParameters{{"XParameterCommandURL", url}}));
+    EXPECT_THAT(opened(), ElementsAre(action.url));
+    platform_.application->openedUrls.clear();
+
+    view_.allows = false;
+    ((*actions_).*action.open)(url);
+    EXPECT_THAT(happened(), ElementsAre(action.question));
+    view_.allows = true;
+    platform_.application->openableSchemes.erase(action.scheme);
+    ((*actions_).*action.open)(url);
+    EXPECT_THAT(happened(), ElementsAre(action.question));
+    EXPECT_THAT(opened(), IsEmpty());
+  }
+}
+
+TEST_F(ClickActionsTest, AMessageIsShownBeforeItIsSent) {
+  for (const auto result : {MessageComposeResult::cancelled, MessageComposeResult::sent,
+                            MessageComposeResult::failed}) {
+    actions_->sendSMSWithUrl(Url::fromText("sms:1,2?body=Hi%20there"));
+    EXPECT_THAT(happened(), ElementsAre("asked 2"));
+    EXPECT_EQ(platform_.composers->messages.back(), (MessageDraft{{"1", "2"}, "Hi there"}));
+    EXPECT_EQ(presenters(), "current");
+    platform_.composers->messageFinished(result);
+    EXPECT_EQ(presenters(), "");
+  }
+  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+  platform_.composers->messageFinished(static_cast<MessageComposeResult>(3));
+  EXPECT_EQ(presenters(), "current") << "an unknown result leaves the composer";
+}
+
+TEST_F(ClickActionsTest, NoMessageWithoutConsentOrMeans) {
+  view_.allows = false;
+  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+  view_.allows = true;
+  platform_.composers->textCanBeSent = false;
+  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+  EXPECT_THAT(platform_.composers->messages, IsEmpty());
+  EXPECT_THAT(happened(), ElementsAre("asked 2", "asked 2"));
+}
+
+TEST_F(ClickActionsTest, WhoPresentsAMessageFollowsTheState) {
+  struct Row {
+    MRAIDState state;
+    PlacementType placement;
+    const char* presenter;
+  };
+  using enum MRAIDState;
+  for (const Row& row :
+       {Row{normal, PlacementType::inlined, "current"},
+        Row{resized, PlacementType::inlined, "current"},
+        Row{expanded, PlacementType::inlined, "expanded"}, Row{loading, PlacementType::inlined, ""},
+        Row{hidden, PlacementType::inlined, ""},
+        Row{loading, PlacementType::interstitial, "current"},
+        Row{expanded, PlacementType::interstitial, "current"}}) {
+    view_.mraidState = row.state;
+    view_.placement = row.placement;
+    actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+    EXPECT_EQ(presenters(), row.presenter) << static_cast<int>(row.state);
+    if (*row.presenter != '\0') platform_.composers->messageFinished(MessageComposeResult::sent);
+  }
+  view_.placement = PlacementType::inlined;
+  view_.mraidState = normal;
+  view_.current = nullptr;
+  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+  EXPECT_EQ(presenters(), "");
+}
+
+TEST_F(ClickActionsTest, AMailIsShownBeforeItIsSent) {
+  view_.mraidState = MRAIDState::expanded;
+  actions_->sendEmailWithUrl(Url::fromText("mailto:a@b.example?subject=S%20T&body=B"));
+  EXPECT_THAT(happened(), ElementsAre("asked 3"));
+  EXPECT_EQ(view_.asked,
+            (ClickToActionParameters{{"XParameterMailRecipient", std::string{"a@b.example"}},
+                                     {"XParameterMailSubject", std::string{"S%20T"}},
+                                     {"XParameterMailBody", std::string{"B"}}}));
+  EXPECT_THAT(platform_.composers->mails, ElementsAre(MailDraft{{"a@b.example"}, "S%20T", "B"}));
+  EXPECT_EQ(presenters(), "expanded");
+  platform_.composers->mailFinished(MailComposeResult::cancelled);
+  EXPECT_EQ(presenters(), "");
+  view_.allows = false;
+  actions_->sendEmailWithUrl(Url::fromText("mailto:"));
+  EXPECT_THAT(platform_.composers->mails, SizeIs(1));
+}
+
+TEST_F(ClickActionsTest, AMailOfABannerThatIsNotExpandedIsNotLost) {
+  expanded_->view()->removeFromSuperview();
+  actions_->sendEmailWithUrl(Url::fromText("mailto:a@b.example"));
+  EXPECT_EQ(presenters(), "current");
+  EXPECT_EQ(platform_.composers->mails.back(), (MailDraft{{"a@b.example"}, "", ""}));
+}
+
+constexpr const char* eventText = R"({"description":"D","start":"2026-11-21T10:00:00Z"})";
+
+TEST_F(ClickActionsTest, AnEventIsShownAndSaved) {
+  actions_->createCalendarEvent(eventText);
+  EXPECT_THAT(happened(), ElementsAre("asked 6"));
+  EXPECT_EQ(presenters(), "") << "not before access is granted";
+  settle();
+  EXPECT_EQ(presenters(), "root");
+  CalendarEvent edited = platform_.composers->events.at(0);
+  EXPECT_EQ(edited.title, "D");
+  edited.title = "edited";
+  platform_.composers->eventFinished(EventEditAction::saved, edited);
+  settle();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_THAT(platform_.calendarAccess->saved, ElementsAre(edited));
+  EXPECT_THAT(happened(), IsEmpty());
+}
+
+TEST_F(ClickActionsTest, WhatGoesWrongWithAnEventReachesTheCreative) {
+  const auto finish = [this](EventEditAction action) {
+    return [this, action] {
+      settle();
+      platform_.composers->eventFinished(action, platform_.composers->events.back());
+      settle();
+    };
+  };
+  const std::vector<std::tuple<const char*, std::function<void()>, const char*,
+                               std::function<void()>, std::vector<std::string>>>
+      rows{
+          {"unreadable",
+           [] {},
+           "{",
+           [] {},
+           {"error Unable to parse event data. for createCalendarEvent"}},
+          {"refused by the host", [this] { view_.allows = false; }, eventText, [] {}, {"asked 6"}},
+          {"no access",
+           [this] { platform_.calendarAccess->requestable = false; },
+           eventText,
+           [] {},
+           {"asked 6", "error Access denied. for createCalendarEvent"}},
+          {"refused by the user",
+           [this] { platform_.calendarAccess->grants = false; },
+           eventText,
+           [] {},
+           {"asked 6"}},
+          {"cancelled",
+           [] {},
+           eventText,
+           finish(EventEditAction::cancelled),
+           {"asked 6", "error User canceled. for createCalendarEvent"}},
+          {"deleted",
+           [] {},
+           eventText,
+           finish(EventEditAction::deleted),
+           {"asked 6", "error User canceled. for createCalendarEvent"}},
+          {"not saved",
+           [this] {
+             platform_.calendarAccess->saveError = Error{"calendar", 1, "Full."};
+           },
+           eventText,
+           finish(EventEditAction::saved),
+           {"asked 6", "error Full. for createCalendarEvent"}},
+          {"no presenter", [this] { view_.root = nullptr; }, eventText, [] {}, {"asked 6"}},
+          {"not on screen",
+           [this] { view_.mraidState = MRAIDState::hidden; },
+           eventText,
+           [] {},
+           {"asked 6"}},
+      };
+  for (const auto& [name, arrange, event, finishes, happens] : rows) {
+    SCOPED_TRACE(name);
+    arrange();
+    actions_->createCalendarEvent(event);
+    settle();
+    finishes();
+    EXPECT_EQ(happened(), happens);
+    EXPECT_EQ(presenters(), "");
+    view_.allows = true;
+    view_.root = root_.get();
+    view_.mraidState = MRAIDState::normal;
+    platform_.calendarAccess->requestable = platform_.calendarAccess->grants = true;
+    platform_.calendarAccess->saveError.reset();
+  }
+  EXPECT_THAT(platform_.calendarAccess->saved, IsEmpty());
+}
+
+TEST_F(ClickActionsTest, AnExpandedAdComesBackAfterTheEditor) {
+  view_.mraidState = MRAIDState::expanded;
+  view_.reExpands = true;
+  actions_->createCalendarEvent(eventText);
+  settle();
+  EXPECT_EQ(presenters(), "expanded");
+  platform_.composers->eventFinished(EventEditAction::saved, platform_.composers->events.back());
+  EXPECT_THAT(happened(), ElementsAre("asked 6", "presentExpandView"));
+}
+
+TEST_F(ClickActionsTest, CalendarAccessIsAskedForOnceWhereNothingIsDecided) {
+  using enum CalendarAuthorization;
+  actions_->checkCalendarAuthorizationStatus();
+  platform_.calendarAccess->status = authorized;
+  actions_->checkCalendarAuthorizationStatus();
+  EXPECT_EQ(platform_.calendarAccess->requests, 0);
+  platform_.calendarAccess->status = notDetermined;
+  actions_->checkCalendarAuthorizationStatus();
+  settle();
+  EXPECT_EQ(platform_.calendarAccess->requests, 1);
+  EXPECT_THAT(platform_.log->messages(), testing::Contains("Calendar Authorized: 1"));
+}
+
+TEST_F(ClickActionsTest, WhoHasAskedPerformsWithoutTheQuestion) {
+  const auto perform = [this](ClickToAction action, const char* url) {
+    actions_->performClickToAction(action, {{"XParameterCommandURL", Url::fromText(url)}});
+  };
+  perform(ClickToAction::phone, "tel:1");
+  perform(ClickToAction::sms, "sms:1");
+  perform(static_cast<ClickToAction>(0), "tel:2");
+  perform(static_cast<ClickToAction>(7), "tel:3");
+  actions_->performClickToAction(ClickToAction::phone, {});
+  EXPECT_THAT(opened(), ElementsAre("tel:1"));
+  EXPECT_THAT(platform_.composers->messages, SizeIs(1));
+  EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
+}
+
+TEST_F(ClickActionsTest, AVideoIsPresentedByWhoeverIsInFront) {
+  struct Row {
+    MRAIDState state;
+    PlacementType placement;
+    MobileAdTypes type;
+    const char* presenter;
+    int plays;
+  };
+  using enum MRAIDState;
+  for (const Row& row :
+       {Row{normal, PlacementType::inlined, MobileAdTypes::banner, "root", 1},
+        Row{normal, PlacementType::interstitial, MobileAdTypes::interstitial, "current", 1},
+        Row{normal, PlacementType::interstitial, MobileAdTypes::banner, "root", 1},
+        Row{expanded, PlacementType::inlined, MobileAdTypes::banner, "expanded", 0}}) {
+    view_.mraidState = row.state;
+    view_.placement = row.placement;
+    view_.type = row.type;
+    actions_->handlePlayVideoWithURL(Url::fromText("http://cdn.example/v.mp4"));
+    EXPECT_EQ(presenters(), row.presenter);
+    const auto player = platform_.movies->last();
+    ASSERT_TRUE(player);
+    EXPECT_EQ(player->plays, row.plays);
+    player->dismissViewController(Animated::no);
+  }
+  EXPECT_EQ(platform_.movies->made.at(0).second, (Rect{0, 0, 320, 50}));
+  EXPECT_THAT(happened(), IsEmpty());
+}
+
+TEST_F(ClickActionsTest, AViewThatIsGoneIsNotAskedAgain) {
+  actions_->createCalendarEvent(eventText);
+  actions_.reset();
+  settle();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_THAT(happened(), ElementsAre("asked 6"));
+}
+
+}  // namespace
+}  // namespace tavo::test

@@ -1,0 +1,288 @@
+// The in-app browser: its toolbar, its history, its way out.
+
+#include <gmock/gmock.h>
+
+#include "ClickToAction/AppStore.h"
+#include "Configuration/XGlobalConfiguration.h"
+#include "Scene/Window.h"
+#include "Unit/TransportFixture.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* pageUrl = "http://page.example/";
+
+class InAppBrowserTest : public TransportTest {
+ protected:
+  InAppBrowserTest() {
+    window_->setRootViewController(root_);
+    AppStoreConfiguration::sharedInstance().hosts = {"store.example", "shop.example"};
+    AppStoreConfiguration::sharedInstance().productPagePrefix = "http://store.example/id";
+    for (const char* name : {"stop", "back", "forward", "reload", "action"}) {
+      platform_.bundle->files["/bundle/browser" + std::string{name} + ".png"] = "image 88x88";
+    }
+    platform_.bundle->files["/bundle/mine.png"] = "image 20x10";
+    settings_->barStyle = 1;
+  }
+
+  void open() {
+    browser_ = XInAppBrowser::create(events_);
+    root_->presentViewController(browser_, Animated::no);
+    browser_->setURL(Url::fromText(pageUrl));
+    page_ = platform_.webViews->last();
+    settle();
+  }
+  void settle() { platform_.runLoop->runPending(); }
+  [[nodiscard]] std::vector<std::string> labels() const {
+    std::vector<std::string> all;
+    if (!browser_->toolbar()) return all;
+    for (const auto& item : browser_->toolbar()->items()) all.push_back(item->accessibilityLabel());
+    return all;
+  }
+  void press(const std::string& label) const {
+    const auto items = browser_->toolbar()->items();
+    for (const auto& item : items) {
+      if (item->accessibilityLabel() == label) return item->press();
+    }
+    FAIL() << "no button " << label;
+  }
+  bool navigate(const char* url) const {
+    return page_->navigate({Url::fromText(url), Url::fromText(url), NavigationType::linkClicked});
+  }
+
+  const std::shared_ptr<Window> window_ = std::make_shared<Window>(Rect{0, 0, 320, 480});
+  const std::shared_ptr<ViewController> root_ = std::make_shared<ViewController>();
+  const std::shared_ptr<XBrowserConfiguration> settings_ =
+      XGlobalConfiguration::sharedInstance().browserConfiguration;
+  std::vector<std::string> lines_;
+  const std::shared_ptr<const XInAppBrowserDelegate> events_ =
+      std::make_shared<XInAppBrowserDelegate>(XInAppBrowserDelegate{
+          .XInAppBrowserClose = [this](XInAppBrowser&) { lines_.emplace_back("close"); },
+          .XInAppBrowserWillLeaveApplication =
+              [this](XInAppBrowser&) { lines_.emplace_back("willLeaveApplication"); },
+          .XInAppBrowserDidFailLoadWithError =
+              [this](XInAppBrowser&, const Error& error) {
+                lines_.push_back("didFail " + std::to_string(error.code));
+              }});
+  std::shared_ptr<XInAppBrowser> browser_;
+  std::shared_ptr<headless::HeadlessWebView> page_;
+};
+
+TEST_F(InAppBrowserTest, SettingsDecideWhichButtonsAreShown) {
+  using Details = std::vector<XBrowserConfiguration::ToolbarDetail>;
+  struct Row {
+    Details details;
+    std::vector<std::string> shown;
+  };
+  const std::vector<std::string> standard{"Close", "Back", "Forward", "Reload"};
+  const Row rows[] = {
+      {{}, standard},
+      {{{"Image", "mine", "4"}}, standard},
+      {{{"Visibility", "YES", "1"}}, {"Close", "Forward", "Reload"}},
+      {{{"Visibility", "NO", "1"}}, standard},
+      {{{"Visibility", "NO", "1"}, {"Visibility", "YES", "1"}}, {"Close", "Forward", "Reload"}},
+      {{{"Visibility", "YES", "0"},
+        {"Visibility", "YES", "1"},
+        {"Visibility", "YES", "2"},
+        {"Visibility", "YES", "3"}},
+       {}},
+  };
+  for (const auto& row : rows) {
+    settings_->toolbarDetails = row.details;
+    open();
+    EXPECT_EQ(labels(), row.shown);
+    browser_->closeButtonItemClicked();
+  }
+}
+
+TEST_F(InAppBrowserTest, QuirkTheActionButtonWaitsForAnEntryThatDoesNotHideIt) {
+  settings_->hideToolbarButton(4, true);
+  open();
+  EXPECT_FALSE(browser_->canShowToolBarButton(4));
+  browser_->closeButtonItemClicked();
+  settings_->hideToolbarButton(4, false);
+  open();
+  EXPECT_TRUE(browser_->canShowToolBarButton(4));
+  EXPECT_THAT(labels(), Contains("Open in browser"));
+}
+
+TEST_F(InAppBrowserTest, StandsAtTheTopOrAtTheBottom) {
+  struct Row {
+    unsigned position;
+    Rect toolbar;
+    Rect page;
+    Rect toolbarLater;  // in a window of 500 x 300
+  };
+  for (const Row& row : {Row{0, {0, 0, 320, 44}, {0, 45, 320, 436}, {0, 0, 500, 44}},
+                         Row{1, {0, 436, 320, 44}, {0, 0, 320, 436}, {0, 256, 500, 44}},
+                         Row{9, {0, 436, 320, 44}, {0, 0, 320, 436}, {0, 256, 500, 44}}}) {
+    settings_->toolbarPosition = row.position;
+    open();
+    EXPECT_EQ(browser_->toolbar()->frame(), row.toolbar);
+    EXPECT_EQ(browser_->webView()->frame(), row.page);
+    EXPECT_EQ(browser_->toolbar()->autoresizingMask(), 10U);
+    EXPECT_EQ(browser_->webView()->autoresizingMask(), 18U);
+    EXPECT_EQ(browser_->view()->autoresizingMask(), 18U) << "as its window wants it";
+    window_->setFrame({0, 0, 500, 300});
+    EXPECT_EQ(browser_->toolbar()->frame(), row.toolbarLater);
+    window_->setFrame({0, 0, 320, 480});
+    browser_->closeButtonItemClicked();
+  }
+}
+
+TEST_F(InAppBrowserTest, WithoutButtonsThePageFillsTheView) {
+  for (const unsigned button : {0U, 1U, 2U, 3U}) settings_->hideToolbarButton(button, true);
+  open();
+  EXPECT_EQ(browser_->toolbar(), nullptr);
+  EXPECT_EQ(browser_->webView()->frame(), (Rect{0, 0, 320, 480}));
+  EXPECT_TRUE(browser_->cancelOperation()) << "the keyboard still leads out";
+  EXPECT_THAT(lines_, ElementsAre("close"));
+}
+
+TEST_F(InAppBrowserTest, HostsDressTheToolbar) {
+  settings_->toolbarBGColor = Color{1, 1, 0, 1};
+  settings_->toolbarBGImageName = "mine";
+  settings_->setToolbarButton(3, "");
+  settings_->setToolbarButton(3, "mine");
+  settings_->setToolbarButton(0, "absent");
+  open();
+  const auto& bar = *browser_->toolbar();
+  EXPECT_EQ(bar.backgroundColor(), (Color{1, 1, 0, 1}));
+  EXPECT_EQ(bar.backgroundPattern().width(), 20);
+  EXPECT_EQ(bar.barStyle(), 1);
+  EXPECT_THAT(browser_->hasPublisherSetImage(3), SizeIs(1));
+  EXPECT_EQ(bar.items().at(3)->image().width(), 20);
+  EXPECT_EQ(bar.items().at(0)->image().width(), 88) << "an image that is not there is replaced";
+}
+
+TEST_F(InAppBrowserTest, TheBuiltInImagesAreSeenOnEveryBar) {
+  struct Row {
+    int barStyle;
+    int shade;  // of the drawing
+  };
+  for (const Row& row : {Row{0, 85}, Row{1, 255}, Row{2, 255}}) {
+    settings_->barStyle = row.barStyle;
+    open();
+    EXPECT_EQ(browser_->toolbar()->items().at(0)->image().pixels().get()[0], row.shade);
+    browser_->closeButtonItemClicked();
+  }
+}
+
+TEST_F(InAppBrowserTest, LoadsPastTheCacheOnceItIsOnTheScreen) {
+  const auto unseen = XInAppBrowser::create(events_);
+  unseen->setURL(Url::fromText(pageUrl));
+  EXPECT_EQ(platform_.webViews->created, 0);
+  open();
+  EXPECT_EQ(page_->url().text(), pageUrl);
+  EXPECT_EQ(page_->uncachedLoads, 1);
+  EXPECT_TRUE(browser_->webView()->allowsInlineMediaPlayback);
+  EXPECT_TRUE(browser_->webView()->mediaPlaybackRequiresUserAction);
+}
+
+TEST_F(InAppBrowserTest, HistoryDecidesAboutBackAndForward) {
+  open();
+  EXPECT_FALSE(browser_->backButton()->isEnabled());
+  EXPECT_FALSE(browser_->forwardButton()->isEnabled());
+  page_->pagesBehind = 1;
+  page_->setResult("document.title", "A page");
+  page_->loadUrl(Url::fromText("http://page.example/2"));
+  settle();
+  EXPECT_TRUE(browser_->backButton()->isEnabled());
+  EXPECT_EQ(browser_->view()->accessibilityLabel(), "A page");
+  press("Back");
+  settle();
+  EXPECT_FALSE(browser_->backButton()->isEnabled());
+  EXPECT_TRUE(browser_->forwardButton()->isEnabled());
+  press("Forward");
+  press("Reload");
+  EXPECT_EQ(page_->pagesBehind, 1);
+  EXPECT_EQ(page_->reloads, 1);
+  page_->pagesAhead = 1;
+  page_->failLoad({"net", -1004, "no"});
+  settle();
+  EXPECT_TRUE(browser_->forwardButton()->isEnabled()) << "after a failed load too";
+  EXPECT_THAT(lines_, ElementsAre("didFail -1004"));
+}
+
+TEST_F(InAppBrowserTest, ALoadThatStandsStillForTenSecondsFails) {
+  platform_.webViews->holdLoads = true;
+  open();
+  platform_.runLoop->advance(Seconds{9});
+  page_->progress = 0.5;
+  platform_.runLoop->advance(Seconds{9});
+  EXPECT_THAT(lines_, IsEmpty());
+  platform_.runLoop->advance(Seconds{2});
+  EXPECT_THAT(lines_, ElementsAre("didFail -1001"));
+  platform_.runLoop->advance(Seconds{60});
+  EXPECT_THAT(lines_, SizeIs(1));
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+TEST_F(InAppBrowserTest, ClosesThenTells) {
+  open();
+  bool presented = true;
+  const auto events = std::make_shared<XInAppBrowserDelegate>(
+      XInAppBrowserDelegate{.XInAppBrowserClose = [&](XInAppBrowser& browser) {
+        presented = browser.presentingViewController() != nullptr;
+        browser_.reset();  // the last one who holds it
+      }});
+  browser_->delegate.set(events);
+  press("Close");
+  EXPECT_FALSE(presented);
+  EXPECT_EQ(browser_, nullptr);
+  EXPECT_EQ(root_->presentedViewController(), nullptr);
+}
+
+TEST_F(InAppBrowserTest, TheActionButtonOpensThePageOutside) {
+  settings_->hideToolbarButton(4, false);
+  open();
+  page_->loadUrl(Url::fromText("http://page.example/now"));
+  settle();
+  press("Open in browser");
+  EXPECT_THAT(lines_, ElementsAre("willLeaveApplication"));
+  EXPECT_THAT(platform_.application->openedUrls,
+              ElementsAre(Url::fromText("http://page.example/now")));
+  EXPECT_THAT(platform_.log->messages(), Contains("Webview URL: http://page.example/now"));
+  EXPECT_NE(root_->presentedViewController(), nullptr);
+}
+
+TEST_F(InAppBrowserTest, AStoreLinkOpensTheSheetWhichClosesTheBrowserToo) {
+  open();
+  EXPECT_TRUE(navigate("http://page.example/id123"));
+  EXPECT_FALSE(navigate("http://www.STORE.example/app/id123?x"));
+  EXPECT_EQ(browser_->presentedViewController(), nullptr);
+  platform_.runLoop->advance(Seconds{0.5});
+  EXPECT_EQ(browser_->presentedViewController(), platform_.composers->lastSheet().get());
+  EXPECT_THAT(platform_.composers->products,
+              ElementsAre(StoreProduct{123, Url::fromText("http://store.example/id123")}));
+  platform_.composers->storeFinished();
+  EXPECT_EQ(root_->presentedViewController(), nullptr);
+  EXPECT_THAT(lines_, ElementsAre("close"));
+  EXPECT_THAT(platform_.log->messages(), Contains("AppStore dismissed"));
+}
+
+TEST_F(InAppBrowserTest, AStoreLinkWithoutASheetStaysOutOfTheBrowser) {
+  open();
+  EXPECT_FALSE(navigate("http://store.example/app"));
+  EXPECT_THAT(platform_.log->messages(),
+              Contains("TAVOSDK: store.example error: couldn't locate id."));
+  EXPECT_THAT(lines_, IsEmpty());
+  platform_.device->version = "5.0";
+  EXPECT_FALSE(navigate("http://store.example/id1"));
+  EXPECT_THAT(lines_, ElementsAre("willLeaveApplication"));
+  EXPECT_THAT(platform_.application->openedUrls,
+              ElementsAre(Url::fromText("http://store.example/id1")));
+  browser_->setURL(Url::fromText("http://store.example/"));  // refused: it never finishes
+  platform_.runLoop->advance(Seconds{30});
+  EXPECT_THAT(platform_.composers->products, IsEmpty());
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+}  // namespace
+}  // namespace tavo::test

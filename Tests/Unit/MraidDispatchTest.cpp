@@ -1,0 +1,345 @@
+// The commands of a creative, from the URL that it navigates to up to what the ad view and the page
+// hear of it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "AdController/AdGenerator/CommandBudget.h"
+#include "AdController/AdGenerator/ExpandGeometry.h"
+#include "AdController/AdGenerator/MraidStatement.h"
+#include "AdController/AdGenerator/XWebViewAgent.h"
+#include "Headless/HeadlessPlatform.h"
+#include "Runtime/Runtime.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string text(const Rect& rect) { return members(rect); }
+
+// An ad view that does nothing but write down what it is asked for.
+class RecordingAdView : public View, public WebViewAgentHost {
+ public:
+  RecordingAdView(const Rect& frame, std::vector<std::string>& lines)
+      : View{frame}, lines_{lines} {}
+
+  std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const override { return slot_; }
+  MobileAdSubTypes mobileAdSubTypes() const override { return MobileAdSubTypes::richMediaBanner; }
+  View& sceneView() override { return *this; }
+  PlacementType placementType() const override { return placement; }
+  void openUrlInBrowser(const Url& url) override { note("openUrlInBrowser " + url.text()); }
+  void openDiallerWithUrl(const Url& url) override { note("openDiallerWithUrl " + url.text()); }
+  void sendSMSWithUrl(const Url& url) override { note("sendSMSWithUrl " + url.text()); }
+  void sendEmailWithUrl(const Url& url) override { note("sendEmailWithUrl " + url.text()); }
+  void makeFaceTimeCallWithUrl(const Url& url) override {
+    note("makeFaceTimeCallWithUrl " + url.text());
+  }
+  void createCalenderEvent(const std::string& event) override {
+    note("createCalenderEvent " + event);
+  }
+  void handlePlayVideoWithURL(const Url& url) override {
+    note("handlePlayVideoWithURL " + url.text());
+  }
+  void handleInitMRAIDAdWithWebView(const PageRef& webView,
+                                    const std::shared_ptr<XMRAIDEventEmitter>& emitter) override {
+    note("handleInitMRAIDAdWithWebView");
+    emitter->setMaxSize({320, 480}, webView);
+  }
+  void expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
+                     const PageRef&) override {
+    note("expandToFrame " + text(frame) + (isCustomClose ? " customClose" : "") +
+         (isOrientationAllowed ? " orientation" : ""));
+  }
+  void collapseToFrame(const Rect& frame) override { note("collapseToFrame " + text(frame)); }
+  void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef&) override {
+    note("resizeAd " + (properties ? properties->description() : "none"));
+  }
+  void setExpandPropertiesWithDict(const XMRAIDExpandProperties& properties) override {
+    note("setExpandPropertiesWithDict " + properties.description());
+  }
+  void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
+                                    const PageRef&) override {
+    note("setOrientationPropertiesWith " + properties.description());
+  }
+  void updateCurrentPositionOfWebView(const PageRef&) override {
+    note("updateCurrentPositionOfWebView");
+  }
+  void webViewIsLost(const PageRef&) override { note("webViewIsLost"); }
+
+  PlacementType placement = PlacementType::inlined;
+  std::function<void()> onCall{};
+
+ private:
+  void note(const std::string& line) {
+    lines_.push_back(line);
+    if (onCall) onCall();
+  }
+
+  std::vector<std::string>& lines_;
+  std::shared_ptr<XAdSlotConfiguration> slot_ = std::make_shared<XAdSlotConfiguration>();
+};
+
+class MraidDispatchTest : public testing::Test {
+ protected:
+  explicit MraidDispatchTest(const Limits& limits = {}) : runtime_{platform_.platform(), limits} {
+    platform_.webViews->onScript = [this](const std::string& script) { lines_.push_back(script); };
+    agent_ = XWebViewAgent::create({0, 0, 320, 50}, nullptr, events_);
+    page_ = platform_.webViews->last();
+    agent_->loadHTMLString("<html><head></head>ad</html>", {}, adView_);
+  }
+
+  // Loads the page and forgets what was said meanwhile.
+  void finishLoad() {
+    platform_.runLoop->runPending();
+    lines_.clear();
+  }
+
+  // The page navigates to `url`; what has happened when all is done.
+  std::vector<std::string> after(const std::string& url) {
+    EXPECT_FALSE(navigate(url)) << "a command must not load";
+    platform_.runLoop->runPending();
+    return std::exchange(lines_, {});
+  }
+
+  bool navigate(const std::string& url) {
+    return page_->navigate({Url::fromText(url), Url::parse("about:blank"), NavigationType::other});
+  }
+
+  void rest() { platform_.runLoop->advance(Seconds{2}); }
+
+  headless::HeadlessPlatform platform_;
+  Runtime runtime_;
+  std::vector<std::string> lines_;
+  const std::shared_ptr<WebViewAgentDelegate> events_ =
+      std::make_shared<WebViewAgentDelegate>(WebViewAgentDelegate{
+          .webViewAgentDidFailWithError =
+              [this](const Error& error) { lines_.push_back("fail " + error.description); },
+          .webViewOpenCustomURL =
+              [this](const Url& url) { lines_.push_back("customURL " + url.text()); }});
+  std::shared_ptr<RecordingAdView> adView_ =
+      std::make_shared<RecordingAdView>(Rect{0, 430, 320, 50}, lines_);
+  std::shared_ptr<XWebViewAgent> agent_;
+  std::shared_ptr<headless::HeadlessWebView> page_;
+};
+
+const std::vector<std::string> initialisation{
+    "mraid.setSupports('sms',false);",
+    "mraid.setSupports('calendar',true);",
+    "mraid.setSupports('inlineVideo',true);",
+    "mraid.setSupports('tel',false);",
+    "mraid.setSupports('storePicture',true);",
+    "mraid.setExpandProperties({width:320,height:460,useCustomClose:false});",
+    "mraid.setResizeProperties({width:0,height:0,customClosePosition:'top-right',"
+    "offsetX:0,offsetY:0,allowOffscreen:false});",
+    "mraid.setOrientationProperties({allowOrientationChange:true,forceOrientation:'none'});",
+    "mraid.setPlacementType('inline');",
+    "mraid.setState('default');",
+    "mraid.setCurrentPosition({x:0,y:430,width:320,height:50 });",
+    "mraid.setViewable(true);",
+    "mraid.setScreenSize({width:320,height:460});",
+    "mraid.fireEvent('sizeChange:width=320.000000,height=460.000000');",
+    "mraid.fireEvent('ready');",
+    "document.documentElement.outerHTML"};
+
+TEST_F(MraidDispatchTest, EveryFinishedLoadInitialisesThePage) {
+  platform_.runLoop->runPending();
+  EXPECT_EQ(std::exchange(lines_, {}), initialisation);
+  EXPECT_FALSE(agent_->expandParametersDict) << "the page's first answers are not its wishes";
+  page_->finishLoad();
+  EXPECT_EQ(lines_, initialisation);
+}
+
+TEST_F(MraidDispatchTest, TheInitialisationTellsTheScreenAsItIsHeld) {
+  struct Case {
+    InterfaceOrientation orientation;
+    const char* screen;
+  };
+  const Case cases[] = {
+      {InterfaceOrientation::portrait, "mraid.setScreenSize({width:320,height:460});"},
+      {InterfaceOrientation::landscapeLeft, "mraid.setScreenSize({width:480,height:320});"},
+      {InterfaceOrientation::unknown, "mraid.setScreenSize({width:460,height:320});"},
+  };
+  platform_.application->statusBar = {0, 0, 320, 20};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.screen);
+    platform_.application->orientation = test.orientation;
+    // The strip stands at the side that is the left one when the screen is held sideways.
+    if (isLandscape(test.orientation)) platform_.application->statusBar = {0, 0, 0, 480};
+    if (!isLandscape(test.orientation)) platform_.application->statusBar = {0, 0, 320, 20};
+    lines_.clear();
+    page_->finishLoad();
+    EXPECT_THAT(lines_, testing::Contains(test.screen));
+  }
+}
+
+TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
+  struct Case {
+    const char* command;
+    std::vector<std::string> happens;
+  };
+  const Case cases[] = {
+      {"init", {"handleInitMRAIDAdWithWebView", "mraid.setMaxSize({width:320,height:480});"}},
+      {"expand", {"expandToFrame x:160,y:250,width:0,height:0", "mraid.setState('expanded');"}},
+      {"setExpandProperties?width=5000&height=5000&useCustomClose=true",
+       {"setExpandPropertiesWithDict {width:5000,height:5000,useCustomClose:true}"}},
+      {"expand",
+       {"expandToFrame x:0,y:20,width:320,height:460 customClose", "mraid.setState('expanded');"}},
+      {"close", {"collapseToFrame x:0,y:430,width:320,height:50", "mraid.setState('default');"}},
+      {"setExpandProperties?height=101",
+       {"setExpandPropertiesWithDict {width:0,height:101,useCustomClose:false}"}},
+      {"setOrientationProperties?forceOrientation=landscape",
+       {"setOrientationPropertiesWith {allowOrientationChange:true,forceOrientation:'landscape'}"}},
+      {"expand",
+       {"expandToFrame x:160,y:199,width:0,height:101 orientation", "mraid.setState('expanded');"}},
+      {"resize?width=300&height=250", {"resizeAd none"}},
+      {"setResizeProperties?width=300&height=250&offsetX=-10&customClosePosition=center", {}},
+      {"resize",
+       {"resizeAd {width:300,height:250,customClosePosition:'center',offsetX:-10,offsetY:0,"
+        "allowOffscreen:false}"}},
+      {"setResizeProperties?offsetY=5", {}},
+      {"resize",
+       {"resizeAd {width:0,height:0,customClosePosition:'top-right',offsetX:0,offsetY:5,"
+        "allowOffscreen:false}"}},
+      {"updateCurrentPosition", {"updateCurrentPositionOfWebView"}},
+      {"open?url=http%3A%2F%2Fa.example%2F", {"openUrlInBrowser http://a.example/"}},
+      {"open?url=tel%3A123", {"openDiallerWithUrl tel:123"}},
+      {"open?url=sms%3A123%26body%3Dhi%20there", {"sendSMSWithUrl sms:123&body=hi%20there"}},
+      {"open?url=mailto%3Aa%40b.example", {"sendEmailWithUrl mailto:a@b.example"}},
+      {"open?url=facetime%3A123", {"makeFaceTimeCallWithUrl facetime:123"}},
+      {"open?url=app%3A%2F%2Fx", {"customURL app://x"}},
+      {"playVideo?url=http%3A%2F%2Fa.example%2Fv.mp4",
+       {"handlePlayVideoWithURL http://a.example/v.mp4"}},
+      {"createCalendarEvent?event=%7Bstart%3A1%7D", {"createCalenderEvent {start:1}"}},
+      {"foo", {"mraid.fireErrorEvent('The command requested is unknown','foo');"}},
+      {"Close", {"mraid.fireErrorEvent('The command requested is unknown','Close');"}},
+      {"x');alert(1);('", {}},
+  };
+  finishLoad();
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.command);
+    EXPECT_EQ(after("mraid://" + std::string{test.command}), test.happens);
+    rest();
+  }
+}
+
+TEST_F(MraidDispatchTest, NoUrlReachesTheFixedNumberQuirk) {
+  platform_.application->openableSchemes.insert("tel");
+  finishLoad();
+  for (const char* command : {"mraid://tel:", "mraid://tel%3A", "mraid://tel"}) {
+    SCOPED_TRACE(command);
+    (void)after(command);
+    EXPECT_THAT(platform_.application->openedUrls, IsEmpty());
+  }
+}
+
+TEST_F(MraidDispatchTest, TheEngineHasItsAnswerBeforeTheCommandRuns) {
+  finishLoad();
+  EXPECT_FALSE(navigate("mraid://close"));
+  EXPECT_THAT(lines_, IsEmpty());
+  platform_.runLoop->runPending();
+  EXPECT_EQ(lines_.size(), 2U);
+}
+
+TEST_F(MraidDispatchTest, AgentAndViewOutliveACommandThatDropsThem) {
+  finishLoad();
+  adView_->onCall = [this] {
+    agent_.reset();
+    adView_.reset();
+  };
+  navigate("mraid://close");
+  navigate("mraid://close");
+  platform_.runLoop->runPending();
+  EXPECT_THAT(lines_, ElementsAre("collapseToFrame x:0,y:0,width:0,height:0",
+                                  "mraid.setState('default');"));
+}
+
+TEST_F(MraidDispatchTest, WithoutItsViewAnAgentOnlyNamesUnknownCommands) {
+  finishLoad();
+  adView_.reset();
+  for (const char* command :
+       {"expand", "init", "close", "setExpandProperties", "setResizeProperties", "resize", "open",
+        "updateCurrentPosition", "setOrientationProperties", "playVideo", "createCalendarEvent"}) {
+    SCOPED_TRACE(command);
+    EXPECT_THAT(after("mraid://" + std::string{command}), IsEmpty());
+    rest();
+  }
+  EXPECT_THAT(after("mraid://foo"),
+              ElementsAre("mraid.fireErrorEvent('The command requested is unknown','foo');"));
+}
+
+TEST_F(MraidDispatchTest, TheDeathOfTheProcessIsOneFailure) {
+  finishLoad();
+  page_->terminateProcess();
+  EXPECT_THAT(lines_, ElementsAre("webViewIsLost", "fail The page's process has ended."));
+}
+
+TEST_F(MraidDispatchTest, AFloodEndsAtTheBurstAndGoesOnAtTheRate) {
+  finishLoad();
+  for (int n = 0; n < 100'000; ++n) navigate("mraid://updateCurrentPosition");
+  platform_.runLoop->runPending();
+  EXPECT_EQ(std::exchange(lines_, {}).size(), 1500U);
+  platform_.runLoop->advance(Seconds{2});
+  for (int n = 0; n < 1000; ++n) navigate("mraid://updateCurrentPosition");
+  platform_.runLoop->runPending();
+  EXPECT_EQ(lines_.size(), 100U);
+}
+
+TEST_F(MraidDispatchTest, ActionsThatLeaveNeedATapOrAPause) {
+  finishLoad();
+  const std::string open = "mraid://open?url=http%3A%2F%2Fa.example%2F";
+  EXPECT_EQ(after(open).size(), 1U);
+  EXPECT_THAT(after(open), IsEmpty());
+  EXPECT_THAT(after("mraid://expand"), IsEmpty());
+  EXPECT_FALSE(page_->navigate(
+      {Url::parse("http://a.example/"), Url::parse("about:blank"), NavigationType::linkClicked}));
+  EXPECT_THAT(lines_, IsEmpty()) << "a scripted click is an action as well";
+  recognizeTap(*page_);
+  EXPECT_EQ(after("mraid://expand").size(), 2U);
+  EXPECT_THAT(after(open), IsEmpty()) << "one tap, one action";
+  rest();
+  EXPECT_EQ(after(open).size(), 1U);
+  adView_->placement = PlacementType::interstitial;
+  EXPECT_EQ(after("mraid://expand").size(), 2U) << "the screen is the ad's already";
+}
+
+class StrictDispatchTest : public MraidDispatchTest {
+ protected:
+  StrictDispatchTest() : MraidDispatchTest{{.leavingActionsNeedTap = true}} {}
+};
+
+TEST_F(StrictDispatchTest, WhereATapIsAskedForNothingElseCounts) {
+  finishLoad();
+  const std::string open = "mraid://open?url=http%3A%2F%2Fa.example%2F";
+  EXPECT_THAT(after(open), IsEmpty());
+  recognizeTap(*page_);
+  EXPECT_EQ(after(open).size(), 1U);
+  EXPECT_THAT(after(open), IsEmpty());
+  recognizeTap(*page_);
+  rest();
+  EXPECT_THAT(after(open), IsEmpty()) << "the tap was long ago";
+}
+
+TEST_F(MraidDispatchTest, AnExpandedAdIsCentredInTheApplication) {
+  struct Case {
+    std::optional<XMRAIDExpandProperties> asked;
+    Rect expected;
+  };
+  constexpr double farthest = 9.3e18;
+  const Rect application{0, 20, 320, 460};
+  const Case cases[] = {
+      {std::nullopt, {160, 250, 0, 0}},
+      {XMRAIDExpandProperties{Size{320, 460}}, {0, 20, 320, 460}},
+      {XMRAIDExpandProperties{Size{5000, 5000}}, {0, 20, 320, 460}},
+      {XMRAIDExpandProperties{Size{101, 51}}, {109, 224, 101, 51}},
+      {XMRAIDExpandProperties{Size{farthest, farthest}}, {0, 20, 320, 460}},
+      {XMRAIDExpandProperties{Size{-100, 10}}, {210, 245, -100, 10}},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(expandedFrame(application, test.asked), test.expected) << text(test.expected);
+  }
+}
+
+}  // namespace
+}  // namespace tavo::test

@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include "Scene/Button.h"
+#include "Scene/ImageView.h"
+#include "Scene/TapRecognizer.h"
+#include "Scene/ViewController.h"
+#include "Scene/Window.h"
+
+namespace tavo {
+namespace {
+
+std::shared_ptr<View> view(Rect frame) { return std::make_shared<View>(frame); }
+
+TEST(ViewTest, SubviewsFollowASizeByTheirMask) {
+  struct Case {
+    const char* name;
+    unsigned mask;
+    Rect expected;
+  };
+  // A view of 20 x 10 at (40, 20) in a superview that grows from 100 x 50 to 200 x 100.
+  const Case cases[] = {
+      {"nothing flexible keeps the leading margins", flexibleNothing, {40, 20, 20, 10}},
+      {"width and height take the growth", flexibleWidth | flexibleHeight, {40, 20, 120, 60}},
+      {"left margin keeps the distance to the right", flexibleLeftMargin, {140, 20, 20, 10}},
+      {"both margins keep the middle", flexibleLeftMargin | flexibleRightMargin, {90, 20, 20, 10}},
+      {"all flexible scales", flexibleAll, {80, 40, 40, 20}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const auto parent = view({0, 0, 100, 50});
+    const auto child = view({40, 20, 20, 10});
+    child->setAutoresizingMask(test.mask);
+    parent->addSubview(child);
+    parent->setFrame({0, 0, 200, 100});
+    EXPECT_EQ(child->frame(), test.expected);
+  }
+}
+
+TEST(ViewTest, AViewStandsInOnePlaceAndNeverBelowItself) {
+  const auto first = view({0, 0, 10, 10});
+  const auto second = view({0, 0, 10, 10});
+  const auto child = view({0, 0, 5, 5});
+  first->addSubview(child);
+  second->addSubview(child);
+  EXPECT_TRUE(first->subviews().empty());
+  EXPECT_EQ(child->superview(), second.get());
+
+  child->addSubview(second);
+  EXPECT_TRUE(child->subviews().empty());
+  child->addSubview(child);
+  EXPECT_TRUE(child->subviews().empty());
+}
+
+TEST(ViewTest, CoordinatesConvertBetweenBranches) {
+  const auto root = view({100, 100, 500, 500});
+  const auto left = view({10, 20, 100, 100});
+  const auto right = view({200, 50, 100, 100});
+  const auto leaf = view({5, 5, 10, 10});
+  root->addSubview(left);
+  root->addSubview(right);
+  left->addSubview(leaf);
+  EXPECT_EQ(leaf->convertTo(root.get(), leaf->bounds()), (Rect{15, 25, 10, 10}));
+  EXPECT_EQ(leaf->convertTo(right.get(), leaf->bounds()), (Rect{-185, -25, 10, 10}));
+  EXPECT_EQ(leaf->convertTo(nullptr, leaf->bounds()), (Rect{115, 125, 10, 10}));
+}
+
+TEST(ViewTest, TouchesReachTheFrontmostViewThatTakesThem) {
+  const auto root = view({0, 0, 100, 100});
+  const auto back = view({0, 0, 50, 50});
+  const auto front = view({25, 25, 50, 50});
+  root->addSubview(back);
+  root->addSubview(front);
+  EXPECT_EQ(root->hitTest({30, 30}), front.get());
+  front->setHidden(true);
+  EXPECT_EQ(root->hitTest({30, 30}), back.get());
+  front->setHidden(false);
+  front->setUserInteractionEnabled(false);
+  EXPECT_EQ(root->hitTest({30, 30}), back.get());
+  front->setUserInteractionEnabled(true);
+  front->setAlpha(0.001F);
+  EXPECT_EQ(root->hitTest({30, 30}), back.get());
+  EXPECT_EQ(root->hitTest({90, 10}), root.get());
+  EXPECT_EQ(root->hitTest({100, 10}), nullptr);
+}
+
+TEST(TapTest, AButtonIsPressedAndKeepsItsTouchFromARecognizerThatDeclinesButtons) {
+  const auto root = view({0, 0, 100, 100});
+  const auto button = std::make_shared<Button>(Rect{0, 0, 20, 20});
+  root->addSubview(button);
+  int presses = 0;
+  int taps = 0;
+  button->setAction([&] { ++presses; });
+  const auto recognizer = std::make_shared<TapRecognizer>();
+  recognizer->shouldReceiveTouch = [](View& touched) {
+    return dynamic_cast<Button*>(&touched) == nullptr;
+  };
+  recognizer->action = [&](TapRecognizer& tap) {
+    EXPECT_EQ(tap.state, TapRecognizer::State::ended);
+    ++taps;
+  };
+  root->addTapRecognizer(recognizer);
+  deliverTap(*root, {10, 10});
+  EXPECT_EQ(presses, 1);
+  EXPECT_EQ(taps, 0);
+  deliverTap(*root, {50, 50});
+  EXPECT_EQ(presses, 1);
+  EXPECT_EQ(taps, 1);
+}
+
+TEST(TapTest, AnActionMayTakeTheViewsApart) {
+  auto root = view({0, 0, 100, 100});
+  auto child = std::make_shared<Button>(Rect{0, 0, 100, 100});
+  bool ran = false;
+  child->setAction([&] {
+    root->removeAllSubviews();
+    child.reset();
+    root.reset();
+    ran = true;
+  });
+  root->addSubview(child);
+  View& top = *root;
+  deliverTap(top, {10, 10});
+  EXPECT_TRUE(ran);
+}
+
+TEST(ImageViewTest, PicturesAreFittedByTheContentMode) {
+  const auto picture = [](int width, int height) {
+    auto pixels =
+        std::make_shared<std::vector<std::uint8_t>>(static_cast<std::size_t>(width * height * 4));
+    return Image{width, height, static_cast<std::size_t>(width) * 4,
+                 Image::Pixels{pixels, pixels->data()}};
+  };
+  struct Case {
+    ContentMode mode;
+    Rect expected;
+  };
+  const Case cases[] = {
+      {ContentMode::scaleToFill, {0, 0, 320, 50}},
+      {ContentMode::aspectFit, {0, 0, 320, 50}},
+      {ContentMode::center, {-160, -25, 640, 100}},
+      {ContentMode::topLeft, {0, 0, 640, 100}},
+  };
+  ImageView banner{{0, 0, 320, 50}};
+  EXPECT_EQ(banner.imageRect(), Rect{});
+  banner.setImage(picture(640, 100));
+  for (const auto& test : cases) {
+    banner.setContentMode(test.mode);
+    EXPECT_EQ(banner.imageRect(), test.expected) << static_cast<int>(test.mode);
+  }
+  banner.setImage(picture(50, 50));
+  banner.setContentMode(ContentMode::aspectFit);
+  EXPECT_EQ(banner.imageRect(), (Rect{135, 0, 50, 50}));
+  banner.setContentMode(ContentMode::aspectFill);
+  EXPECT_EQ(banner.imageRect(), (Rect{0, -135, 320, 320}));
+}
+
+// Writes down what happens to it.
+class Recorder : public ViewController {
+ public:
+  Recorder(std::string name, std::vector<std::string>& log) : name_{std::move(name)}, log_{log} {}
+
+ protected:
+  void viewDidLoad() override { log_.push_back(name_ + " loaded"); }
+  void viewWillAppear(Animated) override { log_.push_back(name_ + " will appear"); }
+  void viewDidAppear(Animated) override { log_.push_back(name_ + " did appear"); }
+  void viewWillDisappear(Animated) override { log_.push_back(name_ + " will disappear"); }
+  void viewDidDisappear(Animated) override { log_.push_back(name_ + " did disappear"); }
+
+ private:
+  std::string name_;
+  std::vector<std::string>& log_;
+};
+
+TEST(ViewControllerTest, PresentedControllersFillTheWindowAndLeaveInOrder) {
+  std::vector<std::string> log;
+  const auto window = std::make_shared<Window>(Rect{0, 0, 320, 480});
+  const auto root = std::make_shared<Recorder>("root", log);
+  window->setRootViewController(root);
+  const auto first = std::make_shared<Recorder>("first", log);
+  const auto second = std::make_shared<Recorder>("second", log);
+
+  root->presentViewController(first, Animated::yes, [&] { log.emplace_back("presented"); });
+  first->presentViewController(second, Animated::no);
+  root->presentViewController(second, Animated::no);  // it presents already: nothing
+  EXPECT_EQ(second->view()->frame(), (Rect{0, 0, 320, 480}));
+  EXPECT_EQ(window->topViewController(), second.get());
+  EXPECT_EQ(first->presentingViewController(), root.get());
+
+  root->dismissViewController(Animated::yes, [&] { log.emplace_back("dismissed"); });
+  EXPECT_EQ(window->topViewController(), root.get());
+  EXPECT_EQ(window->subviews().size(), 1U);
+  const std::vector<std::string> expected{
+      "root loaded",
+      "first loaded",
+      "first will appear",
+      "first did appear",
+      "presented",
+      "second loaded",
+      "second will appear",
+      "second did appear",
+      "second will disappear",
+      "second did disappear",
+      "first will disappear",
+      "first did disappear",
+      "dismissed",
+  };
+  EXPECT_EQ(log, expected);
+}
+
+TEST(ViewControllerTest, AControllerOffTheScreenPresentsNothing) {
+  std::vector<std::string> log;
+  const auto lonely = std::make_shared<Recorder>("lonely", log);
+  const auto other = std::make_shared<Recorder>("other", log);
+  lonely->presentViewController(other, Animated::no, [&] { log.emplace_back("presented"); });
+  (void)lonely->view();
+  lonely->presentViewController(other, Animated::no, [&] { log.emplace_back("presented"); });
+  lonely->dismissViewController(Animated::no, [&] { log.emplace_back("dismissed"); });
+  EXPECT_EQ(log, std::vector<std::string>{"lonely loaded"});
+  EXPECT_EQ(lonely->presentedViewController(), nullptr);
+}
+
+}  // namespace
+}  // namespace tavo

@@ -1,0 +1,244 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "ErrorHandler/ExtendNSLog.h"
+#include "OnlineRequest/PingQueue.h"
+#include "OnlineRequest/TrackingLedger.h"
+#include "OnlineRequest/XTrackingRequest.h"
+#include "Tracker/XAdTracker.h"
+#include "Unit/TransportFixture.h"
+
+namespace tavo {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+Limits smallLimits() {
+  Limits limits;
+  limits.queuedPings = 20;
+  limits.pingConnectionsPerHost = 6;
+  limits.pingConnections = 8;
+  return limits;
+}
+
+class Tracking : public test::TransportTest {
+ protected:
+  Tracking() : TransportTest{smallLimits()} {}
+
+  static void track(const std::string& url, const std::string& context = "context") {
+    XTrackingRequest::sendAsynchronousRequest(Url::parse(url), context, nullptr);
+  }
+
+  static TrackingLedger& ledger() { return TrackingLedger::sharedInstance(); }
+
+  // The most that was under way at once, in all, over the last `run`.
+  int run() {
+    int most = 0;
+    for (int step = 0; step < 20'000 && (queue().waiting() > 0 || queue().underWay() > 0); ++step) {
+      most = std::max(most, queue().underWay());
+      platform_.runLoop->advance(Seconds{0.001});
+    }
+    return most;
+  }
+
+  PingQueue& queue() { return runtime_.shared<PingQueue>(); }
+};
+
+TEST_F(Tracking, SendsAPlainRequestAndStoresTheCookies) {
+  platform_.http->answer("http://t.test/i", {.headers = {{"Set-Cookie", "a=1"}}});
+  platform_.cookies->storeFromHeaders({{"Set-Cookie", "old=1"}}, Url::parse("http://t.test/"));
+  track("http://t.test/i", "Impression");
+  EXPECT_THAT(platform_.log->messages(), Not(Contains(HasSubstr("sent successfully"))));
+  platform_.runLoop->runPending();
+
+  const auto& request = platform_.http->requests().at(0);
+  EXPECT_EQ(request.header("User-Agent"), nullptr);
+  EXPECT_EQ(*request.header("Cookie"), "old=1");  // the store's own, and no description
+  EXPECT_EQ(request.cachePolicy, CachePolicy::useProtocolCachePolicy);
+  EXPECT_EQ(request.completionThread, CompletionThread::background);
+  EXPECT_EQ(request.traffic, TrafficClass::tracking);
+  EXPECT_EQ(request.deadline, runtime_.limits().pingTimeout);
+  EXPECT_THAT(platform_.log->messages(), Contains("Impression sent successfully"));
+  EXPECT_EQ(cookieHeader(platform_.cookies->cookiesFor(Url::parse("http://t.test/"))),
+            "old=1; a=1");
+}
+
+TEST_F(Tracking, SendsNothingOffline) {
+  platform_.network->setReachable(false);
+  track("http://t.test/i", "Impression");
+  platform_.network->setReachable(true);
+  platform_.runLoop->runPending();
+  EXPECT_THAT(platform_.http->urls(), IsEmpty());
+  EXPECT_THAT(platform_.log->messages(), IsEmpty());
+  ASSERT_EQ(ledger().records().size(), 1U);
+  EXPECT_EQ(ledger().records()[0].state, PingState::suppressed);
+  EXPECT_EQ(ledger().totals(), (PingTotals{.due = 1, .suppressed = 1}));
+}
+
+TEST_F(Tracking, FiresNothingWithoutAUrl) {
+  track("");
+  track("(null)");
+  track("(NULL)");
+  platform_.runLoop->runPending();
+  EXPECT_THAT(platform_.http->urls(), IsEmpty());
+  EXPECT_EQ(ledger().totals(), PingTotals{});
+}
+
+TEST_F(Tracking, QuirkLogsAFailedPingAsSentButTheLedgerDoesNot) {
+  track("http://nobody.test/i", "Click");
+  track("tel:123", "Call");
+  platform_.runLoop->runPending();
+  EXPECT_THAT(platform_.log->messages(), Contains("Click sent successfully"));
+  const auto& records = ledger().records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0].state, PingState::failed);
+  EXPECT_EQ(records[0].error->code, static_cast<int>(TransportError::cannotConnect));
+  EXPECT_EQ(records[1].error->code, static_cast<int>(TransportError::unsupportedUrl));
+  EXPECT_EQ(ledger().totals(), (PingTotals{.due = 2, .sent = 2, .failed = 2}));
+}
+
+TEST_F(Tracking, LedgerTellsEachStep) {
+  std::vector<std::string> steps;
+  const auto observer = std::make_shared<TrackingLedgerObserver>(
+      TrackingLedgerObserver{.pingDidChange = [&](const PingRecord& record) {
+        steps.push_back(record.context + " " + std::to_string(static_cast<int>(record.state)) +
+                        " " + std::to_string(record.status));
+      }});
+  ledger().observer.set(observer);
+  platform_.http->answer("http://t.test/i", {.status = 404, .delay = Seconds{1.5}});
+  track("http://t.test/i", "Event");
+  platform_.runLoop->advance(Seconds{2});
+  EXPECT_THAT(steps, ElementsAre("Event 0 0", "Event 1 0", "Event 2 404"));
+  EXPECT_EQ(ledger().records()[0].took, Seconds{1.5});
+  EXPECT_EQ(ledger().records()[0].url.text(), "http://t.test/i");
+}
+
+TEST_F(Tracking, LedgerKeepsTheNewestAndCountsAll) {
+  platform_.http->answer("", {});
+  for (std::size_t i = 0; i < TrackingLedger::mostRecords + 10; ++i) {
+    track("http://t.test/" + std::to_string(i));
+    platform_.runLoop->runPending();
+  }
+  EXPECT_EQ(ledger().records().size(), TrackingLedger::mostRecords);
+  EXPECT_EQ(ledger().records().front().url.text(), "http://t.test/10");
+  EXPECT_EQ(ledger().totals().answered, TrackingLedger::mostRecords + 10);
+}
+
+TEST(PingWindow, GrowsWithTheRoundTrip) {
+  struct Row {
+    double roundTrip;
+    int most;
+    int size;
+  };
+  constexpr Row rows[] = {{0.0002, 6, 2}, {0.0049, 6, 2},   {0.005, 6, 6}, {0.005, 48, 10},
+                          {0.02, 48, 40}, {0.5, 48, 48},    {0.02, 1, 1},  {0.02, 0, 1},
+                          {1e9, 24, 24},  {INFINITY, 6, 6}, {0.001, 1, 1}};
+  for (const auto& row : rows) {
+    PingWindow window;
+    EXPECT_EQ(window.size(48), 2);
+    window.answered(Seconds{row.roundTrip});
+    for (int i = 0; i < 2; ++i) window.answered(Seconds{row.roundTrip + 1});
+    EXPECT_EQ(window.size(48), 2) << row.roundTrip;  // too early to tell
+    window.answered(Seconds{row.roundTrip + 1});     // a slow one says nothing about the road
+    EXPECT_EQ(window.size(row.most), row.size) << row.roundTrip;
+  }
+}
+
+TEST_F(Tracking, KeepsToAWindowPerHostAndInAll) {
+  platform_.http->answer("", {.delay = Seconds{0.001}});
+  for (int i = 0; i < 20; ++i) track("http://near.test/" + std::to_string(i));
+  EXPECT_EQ(run(), 2);
+
+  platform_.http->answer("", {.delay = Seconds{0.1}});
+  track("http://near.test/last");  // takes the last quick answer
+  run();
+  for (int i = 0; i < 20; ++i) track("http://far.test/" + std::to_string(i));
+  EXPECT_EQ(run(), 6);
+  for (int i = 0; i < 20; ++i) {
+    track("http://far" + std::string(i % 2 == 0 ? "" : "ther") + ".test/" + std::to_string(i));
+  }
+  for (int i = 0; i < 8; ++i) track("http://farthest.test/" + std::to_string(i));
+  EXPECT_EQ(run(), 8);
+  EXPECT_EQ(ledger().totals().answered, 69U);
+}
+
+TEST_F(Tracking, LetsHostsTakeTurns) {
+  platform_.http->answer("", {.delay = Seconds{0.001}});
+  for (int i = 0; i < 10; ++i) track("http://many.test/" + std::to_string(i));
+  track("http://one.test/");
+  platform_.runLoop->runPending();
+  EXPECT_THAT(platform_.http->urls(),
+              ElementsAre("http://many.test/0", "http://many.test/1", "http://one.test/"));
+  run();
+  EXPECT_EQ(ledger().totals().answered, 11U);
+}
+
+TEST_F(Tracking, DropsWhatTheQueueCannotHold) {
+  platform_.http->answer("", {});
+  for (int i = 0; i < 30; ++i) track("http://t.test/" + std::to_string(i));
+  EXPECT_EQ(ledger().totals().dropped, 8U);  // 2 on their way, 20 wait
+  EXPECT_EQ(ledger().records().back().state, PingState::dropped);
+  run();
+  EXPECT_EQ(platform_.http->urls().size(), 22U);
+}
+
+TEST_F(Tracking, ForgetsHostsThatAreQuiet) {
+  platform_.http->answer("", {});
+  for (int i = 0; i < 300; ++i) {
+    track("http://h" + std::to_string(i) + ".test/");
+    run();
+  }
+  track("http://h0.test/");
+  run();
+  EXPECT_EQ(ledger().totals().answered, 301U);
+}
+
+TEST_F(Tracking, AnswersThatComeAfterTheEndAreHarmless) {
+  {
+    const Runtime inner{runtime_.platform()};
+    platform_.http->answer("", {.delay = Seconds{1}});
+    track("http://t.test/late");
+    EXPECT_EQ(ledger().totals().sent, 1U);
+  }
+  platform_.runLoop->advance(Seconds{2});
+  EXPECT_THAT(platform_.log->messages(), Not(Contains(HasSubstr("sent successfully"))));
+  EXPECT_EQ(ledger().totals(), PingTotals{});
+}
+
+TEST_F(Tracking, TrackerSendsEveryImpressionEveryTime) {
+  platform_.http->answer("", {});
+  XAdTracker tracker;
+  tracker.trackImpressions();
+  tracker.impressionURLs = {Url::parse("http://t.test/1"), Url::parse("http://t.test/2")};
+  tracker.trackImpressions();
+  tracker.trackImpressions();
+  run();
+  EXPECT_THAT(platform_.http->urls(), ElementsAre("http://t.test/1", "http://t.test/2",
+                                                  "http://t.test/1", "http://t.test/2"));
+  EXPECT_THAT(platform_.log->messages(), Contains("trackImpressions sent successfully"));
+}
+
+TEST_F(Tracking, TrackerSendsTheUrlsOfAnEvent) {
+  platform_.http->answer("", {});
+  XAdTracker tracker;
+  tracker.trackingEvents["start"] = std::map<std::string, Url>{
+      {"b", Url::parse("http://t.test/b")}, {"a", Url::parse("http://t.test/a")}};
+  tracker.trackingEvents["list"] = std::vector<Url>{Url::parse("http://t.test/c")};
+  tracker.trackEvent("start");
+  tracker.trackEvent("list");
+  tracker.trackEvent("unknown");
+  run();
+  EXPECT_THAT(platform_.http->urls(), ElementsAre("http://t.test/a", "http://t.test/b"));
+  EXPECT_EQ(ledger().records()[0].context, "trackEvent: start (a)");
+  EXPECT_THAT(platform_.log->messages(),
+              Contains(HasSubstr("[XAdTracker trackEvent:] [Line 48] <0x")));
+  EXPECT_THAT(platform_.log->messages(), Contains(HasSubstr("> url: http://t.test/b")));
+}
+
+}  // namespace
+}  // namespace tavo

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "Headless/HeadlessPlatform.h"
+#include "Runtime/Runtime.h"
+
+namespace tavo::test {
+
+// A platform in memory and the runtime on it.
+class TransportTest : public testing::Test {
+ protected:
+  explicit TransportTest(const Limits& limits = {})
+      : platform_{limits}, runtime_{platform_.platform(), limits} {}
+
+  headless::HeadlessPlatform platform_;
+  const std::shared_ptr<headless::HeadlessAlerts> alerts_ = platform_.alerts;
+  Runtime runtime_;
+};
+
+}  // namespace tavo::test

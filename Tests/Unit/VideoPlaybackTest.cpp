@@ -1,0 +1,349 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Communicator/Network/XNetworkManager.h"
+#include "Unit/VastFixture.h"
+#include "UserInterface/NativeView/XMPMoviePlayer.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Lines = std::vector<std::string>;
+
+std::string ping(const std::string& event) { return "GET http://t.example/inline/" + event; }
+const std::string handedBack = "prerollDidFinish http://host.example/film.mp4";
+
+class VideoPlaybackTest : public VastTest {
+ protected:
+  void post(std::string_view name) {
+    runtime_.notifications().post({.name = std::string{name}, .userInfo = {}});
+    settle();
+  }
+};
+
+TEST_F(VideoPlaybackTest, APrerollPlaysToItsEndAndReportsEachMilestoneOnce) {
+  makePreroll();
+  play();
+  EXPECT_THAT(played(), IsEmpty()) << "the first picture has not come";
+  advance(0.2);
+  EXPECT_THAT(played(), ElementsAre(ping("start"), "didLoad"));
+  advance(7);
+  EXPECT_THAT(played(), IsEmpty());
+  advance(1);
+  EXPECT_THAT(played(), ElementsAre(ping("firstQuartile"), "quartile 0"));
+  advance(21.4);
+  EXPECT_THAT(played(),
+              ElementsAre(ping("midpoint"), "quartile 1", ping("thirdQuartile"), "quartile 2"));
+  advance(1);
+  EXPECT_THAT(played(), ElementsAre(ping("complete"), handedBack));
+  EXPECT_EQ(buttonOn(*host_), nullptr);
+  EXPECT_TRUE(host_->tapRecognizers().empty());
+  EXPECT_EQ(host_->controlStyle(), MovieControlStyle::embedded);
+  advance(100);
+  EXPECT_THAT(played(), IsEmpty());
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+TEST_F(VideoPlaybackTest, TheCountdownRunsToTheSkipPointAndTheSkipIsTold) {
+  makePreroll();
+  play({.linearAttributes = "skipOffset='00:00:05'"});
+  advance(0.15);
+  ASSERT_TRUE(buttonOn(*host_));
+  EXPECT_EQ(buttonOn(*host_)->title(), "00:05");
+  EXPECT_EQ(buttonOn(*host_)->frame(), (Rect{276, 0, 44, 44}));
+  EXPECT_EQ(host_->controlStyle(), MovieControlStyle::none);
+  deliverTap(*buttonOn(*host_), {1, 1});  // it takes no touch
+  advance(1.1);
+  EXPECT_EQ(buttonOn(*host_)->title(), "00:04");
+  advance(4);
+  EXPECT_EQ(buttonOn(*host_)->frame(), (Rect{271, 0, 44, 44}));
+  EXPECT_EQ(host_->controlStyle(), MovieControlStyle::embedded);
+  played();
+  buttonOn(*host_)->press();
+  settle();
+  EXPECT_THAT(played(), ElementsAre(handedBack, ping("skip"), "didSkip"));
+  EXPECT_EQ(buttonOn(*host_), nullptr);
+  advance(60);
+  EXPECT_THAT(played(), IsEmpty());
+}
+
+TEST_F(VideoPlaybackTest, PauseResumeAndRewindAreReportedEachTime) {
+  makePreroll();
+  play();
+  advance(9);
+  played();
+  for (int round = 0; round < 2; ++round) {
+    host_->pause();
+    settle();
+    EXPECT_THAT(played(), ElementsAre(ping("pause"), "didPause"));
+    advance(60);
+    EXPECT_THAT(played(), IsEmpty());
+    host_->play();
+    settle();
+    EXPECT_THAT(played(), ElementsAre(ping("resume"), "didResume"));
+    host_->seek(1 - round * 0.5);
+    settle();
+    EXPECT_THAT(played(), ElementsAre(ping("rewind"), "didRewind"));
+  }
+  advance(10);
+  EXPECT_THAT(played(), IsEmpty()) << "the first quartile was told before";
+}
+
+TEST_F(VideoPlaybackTest, ATapPausesAndOpensTheClickThroughAndTheNextTapPlaysOn) {
+  makePreroll();
+  play();
+  advance(5);
+  played();
+  deliverTap(*host_, {100, 100});
+  settle();
+  EXPECT_THAT(played(), ElementsAre("didClick", "willLeaveApplication", ping("pause"), "didPause"));
+  EXPECT_THAT(platform_.application->openedUrls,
+              ElementsAre(Url::parse("http://click.example/video")));
+  deliverTap(*host_, {100, 100});
+  settle();
+  EXPECT_THAT(played(), ElementsAre(ping("resume"), "didResume"));
+}
+
+TEST_F(VideoPlaybackTest, FullScreenIsToldAndTheVideoComesBackToItsPlace) {
+  makePreroll();
+  play();
+  advance(1);
+  played();
+  host_->setFullscreen(true);
+  settle();
+  EXPECT_EQ(host_->superview(), window_.get());
+  EXPECT_EQ(host_->frame(), window_->bounds());
+  host_->setFullscreen(false);
+  settle();
+  EXPECT_THAT(played(), ElementsAre(ping("fullscreen"), "didEnterFullScreen",
+                                    ping("exitFullscreen"), "didExitFullScreen"));
+  EXPECT_EQ(host_->superview(), root_->view().get());
+  EXPECT_EQ(host_->frame(), (Rect{0, 60, 320, 180}));
+}
+
+TEST_F(VideoPlaybackTest, VideosThatCannotBePlayedEndInAnErrorAndTheHostGoesOn) {
+  struct Case {
+    const char* name;
+    headless::ScriptedMovie movie;
+    double within;
+    Lines told;
+  };
+  const Case cases[] = {
+      {"a picture", {.hasVideo = false}, 1, {"didFail 4 Cut short.", handedBack}},
+      {"a silent server", {.arrives = false}, 8.1, {"didFail 3 No picture.", handedBack}},
+      {"a cut file",
+       {.cutAt = 5},
+       6,
+       {ping("start"), "didLoad", "didFail 4 Cut short.", handedBack}},
+      {"a stalled server",
+       {.stallAt = 5},
+       13.2,
+       {ping("start"), "didLoad", "didFail 3 Stalled.", handedBack}},
+  };
+  makePreroll();
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    (*platform_.moviePlayers->movies)[mediaUrl] = test.movie;
+    play();
+    advance(test.within);
+    EXPECT_EQ(played(), test.told);
+    EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+    EXPECT_EQ(buttonOn(*host_), nullptr);
+  }
+}
+
+TEST_F(VideoPlaybackTest, TheHostsContentGoesOnWhereItWas) {
+  makePreroll();
+  host_->shouldAutoplay = false;
+  host_->prepareToPlay();
+  advance(0.2);
+  host_->setCurrentPlaybackTime(42);
+  play({.linearAttributes = "skipOffset='1%'"});
+  advance(1);
+  buttonOn(*host_)->press();
+  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+  EXPECT_EQ(host_->currentPlaybackTime(), 42);
+  EXPECT_FALSE(host_->shouldAutoplay);
+}
+
+TEST_F(VideoPlaybackTest, AHostThatPlaysAlreadyIsLeftAlone) {
+  makePreroll();
+  host_->prepareToPlay();
+  advance(1);
+  ASSERT_EQ(host_->playbackState(), MoviePlaybackState::playing);
+  play();
+  advance(60);
+  EXPECT_THAT(played(), IsEmpty());
+  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+}
+
+TEST_F(VideoPlaybackTest, AnAdWithoutAWayOutGetsOneAfterFifteenSeconds) {
+  makePreroll();
+  play({.linearAttributes = "skipOffset='-5%'"});
+  advance(14.9);
+  ASSERT_TRUE(buttonOn(*host_));
+  EXPECT_EQ(buttonOn(*host_)->title(), "");
+  EXPECT_FALSE(buttonOn(*host_)->isUserInteractionEnabled());
+  advance(0.3);
+  EXPECT_TRUE(buttonOn(*host_)->isUserInteractionEnabled());
+  buttonOn(*host_)->press();
+  EXPECT_THAT(played(), Contains("didSkip"));
+}
+
+TEST_F(VideoPlaybackTest, ALongCountdownIsNotCutShort) {
+  makePreroll();
+  play({.linearAttributes = "skipOffset='00:00:25'"});
+  advance(16);
+  EXPECT_EQ(buttonOn(*host_)->title(), "00:10");
+  EXPECT_FALSE(buttonOn(*host_)->isUserInteractionEnabled());
+}
+
+TEST_F(VideoPlaybackTest, ConnectivityThatGoesBeforeTheFirstPictureEndsTheAd) {
+  makePreroll();
+  play();
+  platform_.network->setReachable(false);
+  settle();
+  EXPECT_THAT(played(), ElementsAre(handedBack));
+  platform_.network->setReachable(true);
+  play();
+  advance(1);
+  played();
+  platform_.network->setReachable(false);
+  settle();
+  EXPECT_THAT(played(), IsEmpty()) << "what plays plays on";
+}
+
+TEST_F(VideoPlaybackTest, LowMemoryEndsThePrerollAndHandsThePlayerBack) {
+  makePreroll();
+  play();
+  advance(1);
+  played();
+  post(notifications::didReceiveMemoryWarning);
+  EXPECT_THAT(played(), ElementsAre("didDismissOnMemoryWarning", handedBack));
+}
+
+TEST_F(VideoPlaybackTest, AScreenLockedForLongPutsTheAdToSleepUntilTheUserIsBack) {
+  makePreroll();
+  play();
+  advance(1);
+  host_->pause();
+  settle();
+  played();
+  post(notifications::screenLocked);
+  advance(29);
+  post(notifications::willEnterForeground);  // back in time: the ad stays
+  advance(60);
+  EXPECT_THAT(played(), IsEmpty());
+  EXPECT_EQ(host_->contentUrl().text(), mediaUrl);
+  post(notifications::screenLocked);
+  advance(31);
+  EXPECT_EQ(host_->playbackState(), MoviePlaybackState::stopped);
+  EXPECT_THAT(played(), IsEmpty());
+  post(notifications::willEnterForeground);
+  EXPECT_THAT(played(), ElementsAre(handedBack));
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+TEST_F(VideoPlaybackTest, AnAdThatEndsBehindTheLockHandsThePlayerBackLater) {
+  makePreroll();
+  play();
+  advance(20);
+  played();
+  post(notifications::screenLocked);
+  advance(15);
+  EXPECT_THAT(played(), ElementsAre(ping("thirdQuartile"), "quartile 2", ping("complete")));
+  post(notifications::willEnterForeground);
+  EXPECT_THAT(played(), ElementsAre(handedBack));
+}
+
+TEST_F(VideoPlaybackTest, AnInterstitialIsClosedByItsButtonWhichCountsAsASkipQuirk) {
+  makeInterstitial();
+  play({.linearAttributes = "skipOffset='00:00:05'"});
+  advance(0.2);
+  EXPECT_THAT(played(), ElementsAre(ping("start"), "didLoad"));
+  EXPECT_EQ(banner_->mobileAdSubTypes(), MobileAdSubTypes::vastInterstitial);
+  ASSERT_EQ(banner_->subviews().size(), 1U);
+  View& video = *banner_->subviews().front();
+  ASSERT_TRUE(buttonOn(video));
+  EXPECT_EQ(buttonOn(video)->title(), "00:05");
+  advance(5.1);
+  buttonOn(video)->press();
+  settle();
+  EXPECT_THAT(played(), ElementsAre("interstitialDismissed", ping("skip")));
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+TEST_F(VideoPlaybackTest, AnInterstitialThatIsOverIsDismissedOnce) {
+  makeInterstitial();
+  play();
+  advance(31);
+  auto lines = played();
+  ASSERT_GE(lines.size(), 2U);
+  EXPECT_THAT((Lines{lines.end() - 2, lines.end()}),
+              ElementsAre(ping("complete"), "interstitialDismissed"));
+  play();
+  advance(1);
+  played();
+  post(notifications::didReceiveMemoryWarning);
+  EXPECT_THAT(played(), ElementsAre("interstitialDismissedOnMemoryWarning"));
+}
+
+TEST_F(VideoPlaybackTest, DroppingTheSlotGivesTheHostItsContentBackWithoutAWord) {
+  makePreroll();
+  play();
+  advance(2);
+  played();
+  banner_->removeFromSuperview();
+  banner_.reset();
+  advance(60);
+  EXPECT_THAT(played(), IsEmpty());
+  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+  EXPECT_EQ(buttonOn(*host_), nullptr);
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+}
+
+TEST_F(VideoPlaybackTest, AHostMayDropTheSlotInsideAnyCall) {
+  for (const bool preroll : {true, false}) {
+    for (const char* moment : {"didLoad", "quartile 1", "didPause", "didSkip", "prerollDidFinish",
+                               "didFail", "interstitialDismissed"}) {
+      SCOPED_TRACE(std::string{moment} + (preroll ? " preroll" : " interstitial"));
+      onCallback_ = [&](const std::string& line) {
+        if (!line.starts_with(moment) || !banner_) return;
+        banner_->removeFromSuperview();
+        banner_.reset();
+      };
+      preroll ? makePreroll() : makeInterstitial();
+      play({.linearAttributes = "skipOffset='00:00:01'"});
+      const auto video = preroll ? host_ : platform_.moviePlayers->last();
+      ASSERT_TRUE(video);
+      advance(20);
+      if (banner_) {
+        video->pause();
+        settle();
+      }
+      if (banner_) {
+        video->play();
+        const auto button = buttonOn(preroll ? *video : *banner_->subviews().front());
+        ASSERT_TRUE(button);
+        button->press();
+      }
+      advance(30);
+      onCallback_ = {};
+      if (banner_) banner_->removeFromSuperview();
+      banner_.reset();
+      settle();
+      EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
+      if (host_) {
+        EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+      }
+      if (host_) host_->removeFromSuperview();
+      host_.reset();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tavo::test

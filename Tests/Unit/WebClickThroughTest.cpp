@@ -1,0 +1,182 @@
+// Where the page behind a click is shown.
+
+#include "Unit/ClickActionsFixture.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* clickUrl = "http://click.example/";
+
+class WebClickThroughTest : public ClickActionsTest {
+ protected:
+  WebClickThroughTest() {
+    view_.slot->shouldOpenClickThroughURLInAppBrowser = true;
+    platform_.http->answerWith(clickUrl, "text/html", "<p>a page</p>");
+  }
+
+  void click(const char* url = clickUrl) { actions_->openUrlInBrowser(Url::fromText(url)); }
+  void leadTo(const std::string& url) {
+    platform_.http->forget(clickUrl);
+    platform_.http->answer(clickUrl, {.status = 302, .headers = {{"Location", url}}});
+    platform_.http->answerWith(url, "text/html", "<p>the store</p>");
+  }
+  void close() {
+    if (actions_->appBrowser()) actions_->appBrowser()->closeButtonItemClicked();
+    settle();
+    happened();
+  }
+};
+
+TEST_F(WebClickThroughTest, OpensOutsideWhenTheSlotSaysSo) {
+  view_.slot->shouldOpenClickThroughURLInAppBrowser = false;
+  click();
+  EXPECT_THAT(opened(), ElementsAre(clickUrl));
+  EXPECT_THAT(happened(), ElementsAre("expanded", "willLeaveApplication"));
+  click("unknown:page");
+  EXPECT_THAT(opened(), SizeIs(1));
+  EXPECT_THAT(happened(), ElementsAre("expanded"));
+  EXPECT_THAT(platform_.http->requests(), IsEmpty());
+  EXPECT_FALSE(actions_->appBrowserOpen());
+}
+
+TEST_F(WebClickThroughTest, ResolvesOnceAndShowsThePageInside) {
+  click();
+  EXPECT_EQ(presenters(), "") << "nothing waits, nothing is shown before the way is known";
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("expanded", "willOpenInInAppBrowser"));
+  EXPECT_THAT(platform_.http->urls(), ElementsAre(clickUrl));
+  EXPECT_EQ(presenters(), "root");
+  EXPECT_TRUE(actions_->appBrowserOpen());
+  EXPECT_EQ(platform_.webViews->last()->url().text(), clickUrl);
+  actions_->appBrowser()->closeButtonItemClicked();
+  EXPECT_THAT(happened(), ElementsAre("not expanded", "appBrowserClosed"));
+  EXPECT_FALSE(actions_->appBrowserOpen());
+  EXPECT_EQ(actions_->appBrowser(), nullptr);
+  EXPECT_EQ(presenters(), "");
+}
+
+TEST_F(WebClickThroughTest, AWayThatFailsStillShowsThePage) {
+  platform_.http->forget(clickUrl);
+  click();
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("expanded", "willOpenInInAppBrowser"));
+  close();
+  platform_.http->answer(clickUrl, {.neverAnswers = true});
+  click();
+  platform_.runLoop->advance(runtime_.limits().clickThroughTimeout - Seconds{1});
+  EXPECT_EQ(presenters(), "");
+  platform_.runLoop->advance(Seconds{2});
+  EXPECT_EQ(presenters(), "root");
+}
+
+TEST_F(WebClickThroughTest, WhoPresentsFollowsStateAndKind) {
+  struct Row {
+    MRAIDState state;
+    PlacementType placement;
+    MobileAdSubTypes subType;
+    const char* presenter;
+  };
+  using enum MRAIDState;
+  using enum MobileAdSubTypes;
+  constexpr auto inlined = PlacementType::inlined;
+  constexpr auto interstitial = PlacementType::interstitial;
+  for (const Row& row :
+       {Row{normal, inlined, richMediaBanner, "root"}, Row{normal, inlined, image, "current"},
+        Row{loading, inlined, redirectImageBanner, "current"},
+        Row{normal, inlined, redirectHtmlBanner, "root"},
+        Row{resized, inlined, richMediaBanner, "root"},
+        Row{resized, interstitial, richMediaBanner, "root"},
+        Row{expanded, inlined, image, "expanded"},
+        Row{normal, interstitial, richMediaInterstitial, "current"},
+        Row{normal, interstitial, richMediaBanner, "current"}}) {
+    view_.mraidState = row.state;
+    view_.placement = row.placement;
+    view_.subType = row.subType;
+    click();
+    settle();
+    EXPECT_EQ(presenters(), row.presenter)
+        << static_cast<int>(row.state) << " " << static_cast<int>(row.subType);
+    close();
+  }
+}
+
+TEST_F(WebClickThroughTest, AStorePageAtTheEndOpensTheStoreSheet) {
+  leadTo("http://STORE.example/app/ID42?mt=8");
+  click();
+  settle();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_THAT(platform_.log->messages(), Contains("AppId: 42"));
+  platform_.runLoop->advance(Seconds{0.49});
+  EXPECT_EQ(presenters(), "");
+  platform_.runLoop->advance(Seconds{0.02});
+  EXPECT_EQ(presenters(), "root");
+  EXPECT_THAT(platform_.composers->products,
+              ElementsAre(StoreProduct{42, Url::fromText("http://store.example/id42")}));
+  platform_.composers->storeFinished();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_THAT(happened(), ElementsAre("expanded"));
+}
+
+TEST_F(WebClickThroughTest, OtherwiseAStorePageOpensInTheBrowser) {
+  leadTo("http://shop.example/app/42");
+  click();
+  settle();
+  EXPECT_THAT(platform_.log->messages(),
+              Contains("TAVOSDK: shop.example error: couldn't locate id."));
+  EXPECT_EQ(presenters(), "root");
+  close();
+  leadTo("http://shop.example/id42");
+  platform_.device->version = "5.1";
+  click();
+  settle();
+  EXPECT_TRUE(actions_->appBrowserOpen());
+  EXPECT_THAT(platform_.composers->products, IsEmpty());
+}
+
+TEST_F(WebClickThroughTest, AUrlThatTheSystemDoesNotKnowIsTriedAsAWebPage) {
+  click("click.example/page");
+  settle();
+  EXPECT_THAT(platform_.log->messages(), Contains("Can Open URL: http://click.example/page, 1"));
+  EXPECT_EQ(platform_.webViews->last()->url().text(), "http://click.example/page");
+  close();
+  platform_.application->openableSchemes = {};
+  click();
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("expanded"));
+  EXPECT_FALSE(actions_->appBrowserOpen());
+}
+
+TEST_F(WebClickThroughTest, QuirkOneVersionHidesTheStatusBar) {
+  for (const char* version : {"7.1", "7.0"}) {
+    platform_.device->version = version;
+    click();
+    settle();
+    EXPECT_EQ(platform_.application->statusBarHidden, std::string{version} == "7.0");
+    close();
+  }
+}
+
+TEST_F(WebClickThroughTest, ASecondClickTakesThePlaceOfTheFirst) {
+  platform_.http->answerWith("http://other.example/", "text/html", "<p></p>");
+  click();
+  click("http://other.example/");
+  settle();
+  EXPECT_EQ(platform_.webViews->last()->url().text(), "http://other.example/");
+  EXPECT_THAT(happened(), ElementsAre("expanded", "expanded", "willOpenInInAppBrowser"));
+}
+
+TEST_F(WebClickThroughTest, AViewThatGoesMeanwhileShowsNothing) {
+  click();
+  actions_.reset();
+  settle();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_THAT(happened(), ElementsAre("expanded"));
+}
+
+}  // namespace
+}  // namespace tavo::test

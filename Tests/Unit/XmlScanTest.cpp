@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "External/TBXML/MarkupCursor.h"
+#include "External/TBXML/MarkupScan.h"
+#include "External/TBXML/NameMatch.h"
+#include "External/TBXML/NameScan.h"
+
+namespace tavo {
+namespace {
+
+std::vector<std::uint64_t> scanned(const NamedMarkupScan& form, const std::string& text) {
+  std::vector<std::uint64_t> bits(text.size() / kMarkupBlock);
+  form.scan(text.data(), bits.size(), bits.data());
+  return bits;
+}
+
+// What the scans have to find, in the plainest words.
+std::vector<std::uint64_t> expected(const std::string& text) {
+  std::vector<std::uint64_t> bits(text.size() / kMarkupBlock);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (std::string_view{"<]\"'"}.find(text[at]) != std::string_view::npos) {
+      bits[at / kMarkupBlock] |= std::uint64_t{1} << at % kMarkupBlock;
+    }
+  }
+  return bits;
+}
+
+TEST(XmlScanTest, everyFormTellsEveryByteAtEveryPlace) {
+  const MarkupScans& scans = availableMarkupScans();
+  ASSERT_EQ(scans.forms[0].name, "portable");
+  for (std::size_t form = 0; form < scans.count; ++form) {
+    for (int byte = 0; byte < 256; ++byte) {
+      std::string text(2 * kMarkupBlock, static_cast<char>(byte));
+      EXPECT_EQ(scanned(scans.forms[form], text), expected(text))
+          << scans.forms[form].name << " byte " << byte;
+    }
+    for (std::size_t place = 0; place < kMarkupBlock; ++place) {
+      std::string text(kMarkupBlock, 'x');
+      text[place] = '<';
+      EXPECT_EQ(scanned(scans.forms[form], text), expected(text)) << scans.forms[form].name;
+    }
+  }
+}
+
+TEST(XmlScanTest, formsAgreeOnRandomText) {
+  std::mt19937 random{20};
+  const std::string_view alphabet = "<>]\"'=/ a\n\x80\xFF&[";
+  const MarkupScans& scans = availableMarkupScans();
+  for (int turn = 0; turn < 200; ++turn) {
+    std::string text(kMarkupBlock * (1 + random() % 8), ' ');
+    for (char& c : text) {
+      c = alphabet[random() % alphabet.size()];
+    }
+    for (std::size_t form = 0; form < scans.count; ++form) {
+      EXPECT_EQ(scanned(scans.forms[form], text), expected(text)) << scans.forms[form].name;
+    }
+  }
+}
+
+TEST(XmlScanTest, namesEndInBothFormsAtTheSamePlace) {
+  for (int end = 0; end < 256; ++end) {
+    for (std::size_t length = 0; length < 40; ++length) {
+      std::string text(length, 'n');
+      text += static_cast<char>(end);
+      text += std::string{"nn>"} + std::string(kNameScanReach, '\0');
+      for (const char stop : {'/', '=', '>'}) {
+        ASSERT_EQ(nameLength(text.data(), stop), nameLengthPortable(text.data(), stop))
+            << "end " << end << " length " << length << " stop " << stop;
+      }
+    }
+  }
+}
+
+TEST(XmlScanTest, namesDifferInAnyByteOrInLength) {
+  for (std::size_t length = 0; length < 40; ++length) {
+    const std::string name(length, 'n');
+    EXPECT_TRUE(isSameName(name, std::string(name))) << length;
+    EXPECT_FALSE(isSameName(name, name + "n")) << length;
+    for (std::size_t place = 0; place < length; ++place) {
+      std::string other = name;
+      other[place] = 'x';
+      EXPECT_FALSE(isSameName(name, other)) << length << " " << place;
+    }
+  }
+}
+
+TEST(XmlScanTest, cursorStopsAtEveryBit) {
+  const std::uint64_t bits[] = {0, 0x8000000000000001, 0, 0, 0x4};
+  MarkupCursor cursor{bits};
+  std::vector<std::size_t> places{cursor.position(bits)};
+  while (places.back() != 4 * 64 + 2) {
+    cursor.advance();
+    places.push_back(cursor.position(bits));
+  }
+  EXPECT_EQ(places, (std::vector<std::size_t>{64, 127, 258}));
+}
+
+}  // namespace
+}  // namespace tavo

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <string>
+
+#include "Values/Color.h"
+
+namespace tavo::adplayer {
+
+// The picture of a widget's content as it stands now, web content included.
+class Screenshot {
+ public:
+  explicit Screenshot(Gtk::Widget& widget);
+
+  // False when nothing could be drawn yet: the widget is not mapped or has no size.
+  [[nodiscard]] bool isValid() const { return texture_ != nullptr; }
+  // Returns whether the PNG file was written.
+  [[nodiscard]] bool save(const std::string& path) const;
+  // The colour of one pixel, counted from the top left; clear outside the picture.
+  [[nodiscard]] Color pixel(int x, int y) const;
+
+ private:
+  Glib::RefPtr<Gdk::Texture> texture_;
+};
+
+}  // namespace tavo::adplayer

@@ -1,0 +1,131 @@
+#include "AdServer/AdServer.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace tavo::adserver {
+
+namespace {
+
+// Escapes stay in the path: the record shows them, and the router refuses those that are unfit.
+GPtr<SoupServer> listeningServer(std::uint16_t port) {
+  GPtr<SoupServer> server{soup_server_new("raw-paths", TRUE, "server-header", "AdServer", nullptr)};
+  GError* failure = nullptr;
+  if (!soup_server_listen_local(server.get(), port, SOUP_SERVER_LISTEN_IPV4_ONLY, &failure)) {
+    const GPtr<GError> error{failure};
+    throw std::runtime_error{"The ad server cannot listen: " + std::string{error->message}};
+  }
+  return server;
+}
+
+std::string baseUrlOf(SoupServer* server) {
+  GSList* uris = soup_server_get_uris(server);
+  const auto port = g_uri_get_port(static_cast<GUri*>(uris->data));
+  g_slist_free_full(uris, [](gpointer uri) { g_uri_unref(static_cast<GUri*>(uri)); });
+  return "http://127.0.0.1:" + std::to_string(port);
+}
+
+std::string textOf(const char* text) { return text == nullptr ? std::string{} : text; }
+
+Headers headersOf(SoupMessageHeaders* headers) {
+  Headers list;
+  soup_message_headers_foreach(
+      headers,
+      [](const char* name, const char* value, gpointer into) {
+        static_cast<Headers*>(into)->push_back({name, value});
+      },
+      &list);
+  return list;
+}
+
+struct Subject {
+  RequestKind kind = RequestKind::Other;
+  std::string campaign;
+  std::string detail;
+};
+
+Subject subjectOf(const AdRequest& ad) { return {RequestKind::Ad, ad.campaign, ad.position}; }
+Subject subjectOf(const AssetRequest& asset) {
+  return {RequestKind::Asset, asset.campaign, asset.file};
+}
+Subject subjectOf(const TrackingPing& ping) {
+  return {RequestKind::Tracking, ping.campaign, ping.event};
+}
+Subject subjectOf(const LandingPage& page) { return {RequestKind::Click, page.campaign, {}}; }
+template <typename Any>
+Subject subjectOf(const Any&) {
+  return {};
+}
+
+RecordedRequest recorded(SoupServerMessage* message, const Route& route, const Reply& reply) {
+  GUri* const uri = soup_server_message_get_uri(message);
+  Subject subject = std::visit([](const auto& wanted) { return subjectOf(wanted); }, route);
+  RecordedRequest request;
+  request.kind = subject.kind;
+  request.campaign = std::move(subject.campaign);
+  request.detail = std::move(subject.detail);
+  request.method = soup_server_message_get_method(message);
+  request.path = g_uri_get_path(uri);
+  request.query = textOf(g_uri_get_query(uri));
+  request.headers = headersOf(soup_server_message_get_request_headers(message));
+  request.status = reply.behaviour == Behaviour::Answer ? reply.status : 0;
+  return request;
+}
+
+bool isWorthRecording(const Route& route) {
+  return !std::holds_alternative<RecordPage>(route) && !std::holds_alternative<CampaignList>(route);
+}
+
+void writeReply(const Reply& reply, SoupServerMessage* message) {
+  soup_server_message_set_status(message, reply.status, nullptr);
+  soup_server_message_set_response(message, reply.contentType.c_str(), SOUP_MEMORY_COPY,
+                                   reply.body.data(), reply.body.size());
+  auto* const headers = soup_server_message_get_response_headers(message);
+  for (const auto& [name, value] : reply.headers) {
+    soup_message_headers_append(headers, name.c_str(), value.c_str());
+  }
+}
+
+}  // namespace
+
+AdServer::AdServer(const std::filesystem::path& campaignFolder, std::uint16_t port)
+    : server_{listeningServer(port)},
+      baseUrl_{baseUrlOf(server_.get())},
+      replies_{CampaignFolder{campaignFolder}, baseUrl_, record_} {
+  soup_server_add_handler(
+      server_.get(), nullptr,
+      [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
+        static_cast<AdServer*>(self)->handle(message);
+      },
+      this, nullptr);
+}
+
+AdServer::~AdServer() { soup_server_disconnect(server_.get()); }
+
+void AdServer::handle(SoupServerMessage* message) {
+  const Route route = routeOf(g_uri_get_path(soup_server_message_get_uri(message)));
+  const Reply reply = replies_.replyTo(soup_server_message_get_method(message), route);
+  if (isWorthRecording(route)) {
+    record_.add(recorded(message, route, reply));
+  }
+  send(reply, message);
+}
+
+void AdServer::send(const Reply& reply, SoupServerMessage* message) {
+  writeReply(reply, message);
+  switch (reply.behaviour) {
+    case Behaviour::CloseEarly:
+      endConnection(message);
+      break;
+    case Behaviour::NeverAnswer:
+      held_.holdForGood(message);
+      break;
+    case Behaviour::Answer:
+      if (reply.delay.count() > 0) {
+        held_.holdFor(reply.delay, message);
+      }
+      break;
+  }
+}
+
+}  // namespace tavo::adserver
