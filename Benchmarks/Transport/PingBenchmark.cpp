@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "Gtk/GtkCookieStore.h"
-#include "Gtk/GtkHttpClient.h"
-#include "Gtk/GtkRunLoop.h"
+#include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Http/GtkHttpClient.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
 #include "OnlineRequest/TrackingLedger.h"
 #include "OnlineRequest/XTrackingRequest.h"

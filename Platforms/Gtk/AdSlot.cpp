@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Gtk/GtkApplication.h"
-#include "Gtk/SlotContainer.h"
+#include "Gtk/Scene/SlotContainer.h"
+#include "Gtk/Services/GtkApplication.h"
 #include "Runtime/Runtime.h"
 
 namespace tavo::gtk {

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Gtk/SceneRoot.h"
+#include "Gtk/Scene/SceneRoot.h"
 #include "Scene/View.h"
 
 namespace tavo::gtk {

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "Gtk/GtkHttpClient.h"
-#include "Gtk/GtkRunLoop.h"
+#include "Gtk/Http/GtkHttpClient.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessHttpClient.h"
 #include "Headless/HeadlessRunLoop.h"

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "Gtk/GtkRunLoop.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessRunLoop.h"
 
 namespace tavo::test {

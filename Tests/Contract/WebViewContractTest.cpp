@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "Gtk/GtkLog.h"
-#include "Gtk/GtkRunLoop.h"
-#include "Gtk/GtkUserDefaults.h"
-#include "Gtk/GtkWebModule.h"
+#include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/GtkLog.h"
+#include "Gtk/Services/GtkRunLoop.h"
+#include "Gtk/Services/GtkUserDefaults.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Headless/HeadlessWebViewFactory.h"
 #include "Services/WebViewFactory.h"

@@ -13,15 +13,15 @@
 #include <map>
 #include <sstream>
 
-#include "Gtk/CalendarFile.h"
-#include "Gtk/ComposerUris.h"
-#include "Gtk/EventSheet.h"
-#include "Gtk/GtkApplication.h"
-#include "Gtk/GtkCalendarAccess.h"
-#include "Gtk/GtkImageDecoder.h"
-#include "Gtk/GtkPhotoAlbum.h"
-#include "Gtk/NewFile.h"
-#include "Gtk/Sheet.h"
+#include "Gtk/Services/GtkApplication.h"
+#include "Gtk/Services/GtkImageDecoder.h"
+#include "Gtk/Services/GtkPhotoAlbum.h"
+#include "Gtk/Services/NewFile.h"
+#include "Gtk/Sheets/CalendarFile.h"
+#include "Gtk/Sheets/ComposerUris.h"
+#include "Gtk/Sheets/EventSheet.h"
+#include "Gtk/Sheets/GtkCalendarAccess.h"
+#include "Gtk/Sheets/Sheet.h"
 #include "Support/GtkLoopTest.h"
 #include "Support/StandInHandlers.h"
 

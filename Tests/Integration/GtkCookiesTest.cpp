@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "Gtk/GtkCookieStore.h"
+#include "Gtk/Http/GtkCookieStore.h"
 #include "Support/GtkLoopTest.h"
 
 namespace tavo::test {

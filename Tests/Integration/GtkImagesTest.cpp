@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Gtk/GPtr.h"
-#include "Gtk/GtkImageDecoder.h"
-#include "Gtk/Textures.h"
+#include "Gtk/Scene/Textures.h"
+#include "Gtk/Services/GtkImageDecoder.h"
 #include "Runtime/Limits.h"
 #include "Support/GtkLoopTest.h"
 

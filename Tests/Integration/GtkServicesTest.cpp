@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "Gtk/GPtr.h"
-#include "Gtk/GtkBundle.h"
-#include "Gtk/GtkDevice.h"
-#include "Gtk/GtkLog.h"
-#include "Gtk/GtkNetworkMonitor.h"
-#include "Gtk/GtkUserDefaults.h"
+#include "Gtk/Http/GtkNetworkMonitor.h"
+#include "Gtk/Services/GtkBundle.h"
+#include "Gtk/Services/GtkDevice.h"
+#include "Gtk/Services/GtkLog.h"
+#include "Gtk/Services/GtkUserDefaults.h"
 #include "Support/FakeNetwork.h"
 #include "Support/GtkLoopTest.h"
 

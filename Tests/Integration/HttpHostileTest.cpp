@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "Gtk/GPtr.h"
-#include "Gtk/GtkCookieStore.h"
-#include "Gtk/GtkHttpClient.h"
+#include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Http/GtkHttpClient.h"
 #include "Support/GtkLoopTest.h"
 #include "Support/HostileServer.h"
 

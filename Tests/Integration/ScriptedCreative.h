@@ -15,8 +15,8 @@
 
 #include "AdController/AdGenerator/MraidCommandText.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
-#include "Gtk/GtkRunLoop.h"
-#include "Gtk/GtkWebModule.h"
+#include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Runtime/Runtime.h"
 

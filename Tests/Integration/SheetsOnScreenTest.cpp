@@ -7,7 +7,7 @@
 
 #include "ClickToAction/XPictureManager.h"
 #include "Configuration/XGlobalConfiguration.h"
-#include "Gtk/GtkApplication.h"
+#include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Services/Alerts.h"
 #include "Services/Composers.h"

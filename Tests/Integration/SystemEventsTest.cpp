@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Gtk/GtkSystemEvents.h"
+#include "Gtk/Services/GtkSystemEvents.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Runtime/Runtime.h"
 #include "Services/Application.h"

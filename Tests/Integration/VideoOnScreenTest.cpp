@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "Gtk/MovieSlot.h"
+#include "Gtk/Scene/MovieSlot.h"
 #include "Services/MoviePlayerFactory.h"
 #include "Services/WebViewFactory.h"
 #include "Support/GtkHost.h"

@@ -20,10 +20,10 @@
 #include <vector>
 
 #include "Gtk/GPtr.h"
-#include "Gtk/GtkCookieStore.h"
-#include "Gtk/GtkRunLoop.h"
-#include "Gtk/GtkWebModule.h"
-#include "Gtk/NativeView.h"
+#include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Scene/NativeView.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Scene/WebView.h"
 #include "Support/HostileServer.h"
 #include "Support/ScreenPointer.h"

@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "Gtk/GtkRunLoop.h"
-#include "Gtk/GtkUserDefaults.h"
-#include "Gtk/GtkWebModule.h"
-#include "Gtk/HelperProgram.h"
+#include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/GtkRunLoop.h"
+#include "Gtk/Services/GtkUserDefaults.h"
+#include "Gtk/Services/HelperProgram.h"
 #include "Support/TemporaryFolder.h"
 
 namespace tavo {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "Gtk/GtkRunLoop.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Support/TemporaryFolder.h"
 
 namespace tavo::test {

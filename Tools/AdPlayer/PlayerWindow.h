@@ -9,7 +9,7 @@
 
 #include "AdPlayer/EventReport.h"
 #include "Gtk/AdSlot.h"
-#include "Gtk/MovieSlot.h"
+#include "Gtk/Scene/MovieSlot.h"
 #include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo::adplayer {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Gtk/GPtr.h"
-#include "Gtk/NativeView.h"
+#include "Gtk/Scene/NativeView.h"
 #include "Gtk/Video/MediaEngine.h"
 #include "Gtk/Video/Playback.h"
 #include "Gtk/Video/PlayerControls.h"

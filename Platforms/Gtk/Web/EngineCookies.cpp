@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Gtk/HttpCookie.h"
+#include "Gtk/Http/HttpCookie.h"
 
 namespace tavo::gtk {
 

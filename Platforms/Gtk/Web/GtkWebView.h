@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Gtk/NativeView.h"
+#include "Gtk/Scene/NativeView.h"
 #include "Gtk/Web/NativeWebView.h"
 #include "Gtk/Web/WebViewPool.h"
 #include "Scene/WebView.h"

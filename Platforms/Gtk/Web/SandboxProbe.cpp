@@ -1,6 +1,6 @@
 #include "Gtk/Web/SandboxProbe.h"
 
-#include "Gtk/HelperProgram.h"
+#include "Gtk/Services/HelperProgram.h"
 
 namespace tavo::gtk {
 

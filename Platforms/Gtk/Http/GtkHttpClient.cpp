@@ -1,0 +1,48 @@
+#include "Gtk/Http/GtkHttpClient.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Gtk/Http/HttpExchange.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+// As many connections as browsers have to one host.
+constexpr int connections = 24;
+constexpr int connectionsPerHost = 6;
+
+GPtr<SoupSession> makeSession(int most, int mostPerHost) {
+  auto session = GPtr<SoupSession>::adopt(
+      SOUP_SESSION(g_object_new(SOUP_TYPE_SESSION, "max-conns", std::max(most, 1),
+                                "max-conns-per-host", std::max(mostPerHost, 1), nullptr)));
+  // A name and password inside an ad's URL are not sent just because a server asks for some.
+  soup_session_remove_feature_by_type(session.get(), SOUP_TYPE_AUTH_MANAGER);
+  return session;
+}
+
+}  // namespace
+
+GtkHttpClient::GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
+                             const Limits& limits)
+    : services_{std::make_shared<const HttpServices>(HttpServices{
+          std::move(runLoop), std::move(cookies), makeSession(connections, connectionsPerHost),
+          makeSession(limits.pingConnections, limits.pingConnectionsPerHost),
+          limits.httpRedirects})} {}
+
+GtkHttpClient::~GtkHttpClient() = default;
+
+std::shared_ptr<HttpClient::Exchange> GtkHttpClient::send(HttpRequest request,
+                                                          HttpCompletion completion) {
+  const auto exchange =
+      std::make_shared<HttpExchange>(services_, std::move(request), std::move(completion));
+  if (services_->runLoop->isMainThread()) {
+    exchange->start();
+  } else {
+    services_->runLoop->post([exchange] { exchange->start(); });
+  }
+  return exchange;
+}
+
+}  // namespace tavo::gtk

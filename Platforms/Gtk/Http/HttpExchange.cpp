@@ -1,0 +1,161 @@
+#include "Gtk/Http/HttpExchange.h"
+
+#include <utility>
+
+#include "Gtk/Http/HttpFailure.h"
+#include "Gtk/Http/HttpHopRules.h"
+#include "Gtk/Http/HttpMessage.h"
+#include "Gtk/Http/HttpUri.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+using StrongExchange = std::shared_ptr<HttpExchange>;
+using WeakWatchdog = std::weak_ptr<HttpWatchdog>;
+
+// What of a redirect's own body is read so that its connection can be used again.
+constexpr std::size_t redirectBodyLimit = std::size_t{64} * 1024;
+
+void touch(gpointer weakWatchdog) {
+  if (const auto watchdog = static_cast<WeakWatchdog*>(weakWatchdog)->lock()) watchdog->touch();
+}
+
+void forget(gpointer weakWatchdog, GClosure* /*closure*/) {
+  delete static_cast<WeakWatchdog*>(weakWatchdog);
+}
+
+}  // namespace
+
+HttpExchange::HttpExchange(std::shared_ptr<const HttpServices> services, HttpRequest request,
+                           HttpCompletion completion)
+    : services_{std::move(services)},
+      request_{std::move(request)},
+      completion_{std::move(completion)},
+      hopUrl_{request_.url} {}
+
+void HttpExchange::start() {
+  if (!completion_) return;
+  keepAlive_ = shared_from_this();
+  watchdog_ = std::make_shared<HttpWatchdog>(
+      services_->runLoop, request_.idleTimeout, request_.deadline,
+      [this](std::string reason) { fail(TransportError::timedOut, std::move(reason)); });
+  startHop(Delivery::later);
+}
+
+void HttpExchange::cancel() {
+  fail(TransportError::cancelled, "The request was cancelled.", Delivery::later);
+}
+
+SoupSession* HttpExchange::session() const {
+  const bool tracks = request_.traffic == TrafficClass::tracking;
+  return (tracks ? services_->trackingSession : services_->contentSession).get();
+}
+
+void HttpExchange::startHop(Delivery ofFailure) {
+  const auto message =
+      makeMessage(request_, hopUrl_, hopHeaders(request_, hopUrl_, *services_->cookies));
+  if (!message) {
+    return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.", ofFailure);
+  }
+  watchProgress(message.get());
+  cancellable_ = GPtr<GCancellable>::adopt(g_cancellable_new());
+  const auto arrived = [](GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<StrongExchange> self{static_cast<StrongExchange*>(data)};
+    (*self)->headArrived(SOUP_SESSION(source), result);
+  };
+  soup_session_send_async(session(), message.get(), G_PRIORITY_DEFAULT, cancellable_.get(), arrived,
+                          new StrongExchange{shared_from_this()});
+}
+
+// A connection that comes about slowly, and a large body on its way out, are no idleness.
+void HttpExchange::watchProgress(SoupMessage* message) {
+  watchdog_->touch();
+  for (const char* const signal : {"network-event", "wrote-body-data"}) {
+    g_signal_connect_data(message, signal, G_CALLBACK(&touch), new WeakWatchdog{watchdog_}, &forget,
+                          G_CONNECT_SWAPPED);
+  }
+}
+
+void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
+  GFailure failure;
+  auto stream = GPtr<GInputStream>::adopt(soup_session_send_finish(source, result, failure.out()));
+  if (!completion_) return;
+  if (!stream) return finish(httpError(*failure.get()));
+  watchdog_->touch();
+  message_ = GPtr<SoupMessage>::share(soup_session_get_async_result_message(source, result));
+  response_ = responseHead(message_.get(), hopUrl_);
+  services_->cookies->storeFromHeaders(response_->headers, hopUrl_);
+  const auto* location = response_->header("Location");
+  if (request_.followsRedirects && isRedirect(response_->status) && location != nullptr) {
+    return follow(*location, std::move(stream));
+  }
+  reader_ = std::make_unique<HttpBodyReader>(std::move(stream), request_.maximumBodyBytes,
+                                             announcedLength(message_.get()).value_or(0));
+  readBody();
+}
+
+void HttpExchange::follow(const std::string& location, GPtr<GInputStream> stream) {
+  if (++redirects_ > services_->redirectLimit) {
+    return fail(TransportError::tooManyRedirects, "Too many redirects.");
+  }
+  // The body itself is of no use, and its server may take for ever: what is not there already costs
+  // the connection, not the time.
+  static_cast<void>(HttpBodyReader{std::move(stream), redirectBodyLimit, 0}.readAvailable());
+  hopUrl_ = redirectTarget(hopUrl_, location);
+  applyRedirect(request_, response_->status);
+  startHop(Delivery::now);
+}
+
+void HttpExchange::readBody() {
+  switch (reader_->readAvailable()) {
+    case HttpBodyReader::State::waiting:
+      return reader_->whenReadable([this] {
+        watchdog_->touch();
+        readBody();
+      });
+    case HttpBodyReader::State::complete:
+      if (isCutOff(message_.get())) {
+        return fail(TransportError::connectionLost, "The body broke off.");
+      }
+      response_->body = reader_->takeBody();
+      return finish(std::nullopt);
+    case HttpBodyReader::State::tooLarge:
+      return fail(TransportError::bodyTooLarge, "The body is larger than allowed.");
+    case HttpBodyReader::State::failed:
+      return finish(httpError(*reader_->failure().get()));
+  }
+}
+
+void HttpExchange::fail(TransportError code, std::string description, Delivery delivery) {
+  finish(makeError(code, std::move(description)), delivery);
+}
+
+void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
+  if (!completion_) return;
+  const auto self = std::move(keepAlive_);
+  HttpResult result{std::move(response_), std::move(error)};
+  const auto completion = std::exchange(completion_, nullptr);
+  const bool onMain = request_.completionThread == CompletionThread::main;
+  const auto runLoop = services_->runLoop;
+  stopEverything();
+  if (onMain && delivery == Delivery::now) return completion(result);
+  auto task = [completion, result = std::move(result)] { completion(result); };
+  if (onMain) {
+    runLoop->post(std::move(task));
+  } else {
+    runLoop->background(std::move(task));
+  }
+}
+
+// What is under way ends here and not with the last handle, which may go on any thread.
+void HttpExchange::stopEverything() {
+  watchdog_.reset();
+  if (cancellable_) g_cancellable_cancel(cancellable_.get());
+  reader_.reset();
+  message_.reset();
+  cancellable_.reset();
+  services_.reset();
+}
+
+}  // namespace tavo::gtk

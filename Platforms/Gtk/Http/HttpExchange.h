@@ -1,0 +1,71 @@
+#pragma once
+
+#include <libsoup/soup.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Gtk/GPtr.h"
+#include "Gtk/Http/HttpBodyReader.h"
+#include "Gtk/Http/HttpWatchdog.h"
+#include "Services/CookieStore.h"
+#include "Services/HttpClient.h"
+#include "Services/RunLoop.h"
+
+namespace tavo::gtk {
+
+// What every exchange of one client uses.
+struct HttpServices {
+  std::shared_ptr<RunLoop> runLoop;
+  std::shared_ptr<CookieStore> cookies;
+  // Main thread only. Two, because a session's connections and its queue are shared by all that is
+  // sent over it.
+  GPtr<SoupSession> contentSession;
+  GPtr<SoupSession> trackingSession;
+  int redirectLimit = 0;
+};
+
+// One request from `start` to its completion: the hops one after the other, their cookies, the
+// time-outs and the body. It keeps itself alive until then. Main thread only, but for construction.
+class HttpExchange : public HttpClient::Exchange,
+                     public std::enable_shared_from_this<HttpExchange> {
+ public:
+  HttpExchange(std::shared_ptr<const HttpServices> services, HttpRequest request,
+               HttpCompletion completion);
+
+  // Once.
+  void start();
+  void cancel() override;
+
+ private:
+  // Whether the completion is called from where the result came about, or not before the code that
+  // runs now has returned.
+  enum class Delivery { now, later };
+
+  [[nodiscard]] SoupSession* session() const;
+  void startHop(Delivery ofFailure);
+  void watchProgress(SoupMessage* message);
+  void headArrived(SoupSession* source, GAsyncResult* result);
+  void follow(const std::string& location, GPtr<GInputStream> stream);
+  void readBody();
+
+  void fail(TransportError code, std::string description, Delivery delivery = Delivery::now);
+  void finish(std::optional<Error> error, Delivery delivery = Delivery::now);
+  void stopEverything();
+
+  std::shared_ptr<const HttpServices> services_;
+  HttpRequest request_;        // as the redirects so far have left it; its URL is the first one
+  HttpCompletion completion_;  // none once finished
+  std::shared_ptr<HttpExchange> keepAlive_;
+  std::shared_ptr<HttpWatchdog> watchdog_;
+
+  Url hopUrl_;
+  int redirects_ = 0;
+  GPtr<GCancellable> cancellable_;        // of the current hop
+  GPtr<SoupMessage> message_;             // whose head arrived last
+  std::optional<HttpResponse> response_;  // the same as a record
+  std::unique_ptr<HttpBodyReader> reader_;
+};
+
+}  // namespace tavo::gtk

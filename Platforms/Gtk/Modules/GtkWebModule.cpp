@@ -1,0 +1,137 @@
+#include "Gtk/Modules/GtkWebModule.h"
+
+#include <gmodule.h>
+
+#include <cstdlib>
+#include <system_error>
+
+#include "Gtk/GPtr.h"
+#include "Gtk/Modules/UnavailableWebView.h"
+#include "Gtk/Services/HelperProgram.h"
+#include "Gtk/Web/WebModule.h"
+#include "Values/Text.h"
+
+namespace tavo::gtk {
+namespace {
+
+constexpr std::string_view userAgentKey = "tavo.webEngine.userAgent";
+constexpr std::string_view engineKey = "tavo.webEngine.identity";
+constexpr Seconds helperProgramDeadline{5};
+
+// What a request says of itself where no engine is installed: the part that all versions of the
+// engine share.
+constexpr std::string_view userAgentWithoutEngine =
+    "Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/605.1.15 (KHTML, like Gecko)";
+
+// Tells one installed engine from the next by the file behind its library's name, without loading
+// it. Empty when there is no such file.
+std::string engineIdentity() {
+  std::error_code failure;
+  const auto file = std::filesystem::canonical(TAVO_WEB_ENGINE_LIBRARY, failure);
+  if (failure) return {};
+  const auto size = std::filesystem::file_size(file, failure);
+  if (failure) return {};
+  const auto written = std::filesystem::last_write_time(file, failure);
+  if (failure) return {};
+  return file.string() + ' ' + std::to_string(size) + ' ' +
+         std::to_string(written.time_since_epoch().count());
+}
+
+// The cookie store, in the shape in which the module takes it.
+class StoreSource : public CookieSource {
+ public:
+  explicit StoreSource(std::shared_ptr<GtkCookieStore> store) : store_{std::move(store)} {}
+
+  [[nodiscard]] std::vector<Cookie> all() const override { return store_->all(); }
+  void adopt(const Cookie& cookie) override { store_->adopt(cookie); }
+  void discard(const Cookie& cookie) override { store_->discard(cookie); }
+  void setListener(Changed changed) override {
+    if (!changed) return store_->setListener({});
+    store_->setListener([changed = std::move(changed)](const CookieChange& change) {
+      changed(change.previous, change.current);
+    });
+  }
+
+ private:
+  std::shared_ptr<GtkCookieStore> store_;
+};
+
+}  // namespace
+
+std::filesystem::path GtkWebModule::moduleFolder() {
+  const char* chosen = std::getenv("TAVO_MODULE_DIR");
+  return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_MODULE_FOLDER;
+}
+
+GtkWebModule::GtkWebModule(Services services, std::filesystem::path folder)
+    : services_{std::move(services)}, folder_{std::move(folder)} {}
+
+GtkWebModule::~GtkWebModule() = default;
+
+std::shared_ptr<WebView> GtkWebModule::create(const Rect& frame, const WebViewOptions& options) {
+  if (auto* made = factory()) return made->create(frame, options);
+  return std::make_shared<UnavailableWebView>(frame, services_.runLoop);
+}
+
+void GtkWebModule::warmUp(const void* owner) {
+  if (auto* made = factory()) made->warmUp(owner);
+}
+
+std::string GtkWebModule::userAgent() {
+  if (!userAgent_.empty()) return userAgent_;
+  if (factory_) return userAgent_ = factory_->userAgent();
+
+  const std::string engine = engineIdentity();
+  auto& defaults = *services_.userDefaults;
+  if (!engine.empty() && defaults.value(engineKey) == engine) {
+    userAgent_ = defaults.value(userAgentKey).value_or("");
+  }
+  if (userAgent_.empty()) {
+    userAgent_ = askHelperProgram();
+    if (!engine.empty() && !userAgent_.empty()) {
+      defaults.setValue(engineKey, engine);
+      defaults.setValue(userAgentKey, userAgent_);
+      defaults.synchronize();
+    }
+  }
+  if (userAgent_.empty()) userAgent_ = userAgentWithoutEngine;
+  return userAgent_;
+}
+
+std::string GtkWebModule::askHelperProgram() const {
+  const auto answer =
+      runHelperProgram({(folder_ / TAVO_USER_AGENT_PROGRAM).string()}, helperProgramDeadline);
+  if (!answer) note("The web engine gave no user agent; a fixed text stands in for it.");
+  return std::string{trimmed(answer.value_or(""))};
+}
+
+WebViewFactory* GtkWebModule::factory() {
+  if (!triedToLoad_) load();
+  return factory_.get();
+}
+
+void GtkWebModule::load() {
+  triedToLoad_ = true;
+  const std::string file = (folder_ / TAVO_WEB_MODULE).string();
+  GModule* module = g_module_open(
+      file.c_str(), static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL));
+  if (module == nullptr) return note("No HTML ads: " + std::string{g_module_error()});
+  // The engine leaves threads and type registrations behind that no unloading can take back.
+  g_module_make_resident(module);
+
+  gpointer entry = nullptr;
+  if (g_module_symbol(module, createWebViewFactoryName, &entry) == FALSE || entry == nullptr) {
+    return note("No HTML ads: " + file + " is not the web module of this library.");
+  }
+  const auto cookies =
+      services_.cookies ? std::make_shared<StoreSource>(services_.cookies) : nullptr;
+  const WebModuleServices services{services_.runLoop, services_.log, cookies,
+                                   services_.limits ? services_.limits() : Limits{}};
+  factory_.reset(reinterpret_cast<CreateWebViewFactory>(entry)(services));
+}
+
+void GtkWebModule::note(const std::string& message) const {
+  if (services_.log) services_.log->write(message);
+}
+
+}  // namespace tavo::gtk

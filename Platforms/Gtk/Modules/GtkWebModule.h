@@ -1,0 +1,68 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Gtk/Http/GtkCookieStore.h"
+#include "Runtime/Limits.h"
+#include "Services/Log.h"
+#include "Services/RunLoop.h"
+#include "Services/UserDefaults.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::gtk {
+
+// Makes web views by way of the web module, which is loaded when the first one is asked for: a host
+// that only ever shows pictures never maps the engine. Where the module cannot be loaded or the
+// engine cannot run, it hands out web views whose loads fail; that is decided once per process.
+//
+// The module and its helper program are looked for in the folder that the environment variable
+// TAVO_MODULE_DIR names, else in the one that was set when this library was built.
+class GtkWebModule : public WebViewFactory {
+ public:
+  struct Services {
+    std::shared_ptr<RunLoop> runLoop;
+    std::shared_ptr<UserDefaults> userDefaults;
+    std::shared_ptr<Log> log;                 // may be null
+    std::shared_ptr<GtkCookieStore> cookies;  // null: pages keep theirs to themselves
+    std::function<Limits()> limits;  // asked when the module is loaded; empty: the defaults
+  };
+
+  // The folder of the module and its helper program.
+  [[nodiscard]] static std::filesystem::path moduleFolder();
+
+  explicit GtkWebModule(Services services, std::filesystem::path folder = moduleFolder());
+  ~GtkWebModule() override;
+  GtkWebModule(const GtkWebModule&) = delete;
+  GtkWebModule& operator=(const GtkWebModule&) = delete;
+
+  [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
+                                                const WebViewOptions& options) override;
+  void warmUp(const void* owner) override;
+
+  // While the module is not loaded, a small helper program asks the engine; the host waits for it,
+  // a tenth of a second once per installed engine, for the answer is remembered in the user
+  // defaults beside the engine library's name, size and time. A program that gives no answer within
+  // five seconds, or none at all, counts as "no engine".
+  [[nodiscard]] std::string userAgent() override;
+
+  [[nodiscard]] bool isLoaded() const { return factory_ != nullptr; }
+
+ private:
+  // The module's factory, or null when there is none to be had.
+  [[nodiscard]] WebViewFactory* factory();
+  void load();
+  void note(const std::string& message) const;
+  [[nodiscard]] std::string askHelperProgram() const;
+
+  Services services_;
+  std::filesystem::path folder_;
+  bool triedToLoad_ = false;
+  std::unique_ptr<WebViewFactory> factory_;
+  std::string userAgent_;
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,84 @@
+#include "Gtk/Scene/ButtonWidget.h"
+
+#include "Gtk/Scene/Textures.h"
+#include "Gtk/Scene/ViewPainter.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+// The scene gives a button its place and its picture; nothing of a theme may add to them.
+void addBareStyle(Gtk::Widget& widget) {
+  static const auto style = [] {
+    auto provider = Gtk::CssProvider::create();
+    provider->load_from_data(
+        "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
+        " border-radius: 0; box-shadow: none; background: none; }");
+    return provider;
+  }();
+  widget.get_style_context()->add_provider(style, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  widget.add_css_class("tavo-bare");
+}
+
+}  // namespace
+
+ButtonWidget::ButtonWidget(const std::shared_ptr<tavo::Button>& button) : button_{button} {
+  addBareStyle(*this);
+  picture_.set_can_shrink(true);
+  signal_clicked().connect([this] { pressed(); });
+  sync();
+}
+
+void ButtonWidget::sync() {
+  const auto button = button_.lock();
+  if (!button) return;
+  set_visible(!button->isHidden());
+  set_opacity(button->alpha());
+  set_sensitive(button->isEnabled() && button->isUserInteractionEnabled());
+  set_tooltip_text(button->accessibilityLabel());
+  gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 button->accessibilityLabel().c_str(), -1);
+  if (!button->image().empty()) {
+    picture_.set_paintable(textureOf(button->image()));
+    if (get_child() != &picture_) set_child(picture_);
+  } else if (button->titleStyle()) {
+    showTitle(*button);
+  } else if (!button->title().empty()) {
+    set_label(button->title());
+  }
+  queue_draw();
+}
+
+// A title in a style of its own: colour and size as attributes, for no theme may change them.
+void ButtonWidget::showTitle(const tavo::Button& button) {
+  const ButtonTitleStyle& style = *button.titleStyle();
+  constexpr double channel = 65535;
+  const auto part = [](float value) { return static_cast<guint16>(value * channel); };
+  Pango::AttrList attributes;
+  auto color = Pango::Attribute::create_attr_foreground(
+      part(style.color.red), part(style.color.green), part(style.color.blue));
+  attributes.insert(color);
+  auto size =
+      Pango::Attribute::create_attr_size_absolute(static_cast<int>(style.fontSize * Pango::SCALE));
+  attributes.insert(size);
+  title_.set_attributes(attributes);
+  title_.set_text(button.title());
+  title_.set_xalign(style.alignment == TextAlignment::left     ? 0.0F
+                    : style.alignment == TextAlignment::center ? 0.5F
+                                                               : 1.0F);
+  if (get_child() != &title_) set_child(title_);
+}
+
+void ButtonWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+  if (const auto button = button_.lock()) ViewPainter{*snapshot.get(), *this}.paint(*button);
+  Gtk::Button::snapshot_vfunc(snapshot);
+}
+
+void ButtonWidget::pressed() {
+  const auto button = button_.lock();
+  if (!button) return;
+  recognizeTap(*button);
+  button->press();
+}
+
+}  // namespace tavo::gtk

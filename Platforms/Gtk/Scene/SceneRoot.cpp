@@ -1,0 +1,44 @@
+#include "Gtk/Scene/SceneRoot.h"
+
+#include "Gtk/Scene/NativeView.h"
+
+namespace tavo::gtk {
+
+SceneRoot::SceneRoot(const std::shared_ptr<View>& view, std::function<void()> synced)
+    : view_{view}, widget_{view}, synced_{std::move(synced)} {
+  view_->setListener(this);
+  const auto click = Gtk::GestureClick::create();
+  click->signal_released().connect([this](int, double x, double y) { tapped(x, y); });
+  widget_.add_controller(click);
+  sync();
+}
+
+SceneRoot::~SceneRoot() {
+  pending_.disconnect();
+  view_->setListener(nullptr);
+}
+
+// A turn may change the tree many times; the picture follows once, before the next frame is drawn.
+void SceneRoot::treeChanged() {
+  if (pending_.connected()) return;
+  pending_ = Glib::signal_idle().connect(
+      [this] {
+        sync();
+        return false;
+      },
+      Glib::PRIORITY_HIGH_IDLE);
+}
+
+void SceneRoot::sync() {
+  widget_.sync();
+  if (synced_) synced_();
+}
+
+void SceneRoot::tapped(double x, double y) {
+  View* touched = view_->hitTest({x, y});
+  // Native widgets and buttons hear their own taps.
+  if (touched == nullptr || dynamic_cast<NativeView*>(touched) != nullptr) return;
+  recognizeTap(*touched);
+}
+
+}  // namespace tavo::gtk

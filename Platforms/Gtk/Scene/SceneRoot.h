@@ -1,0 +1,35 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <functional>
+#include <memory>
+
+#include "Gtk/Scene/ViewWidget.h"
+#include "Scene/View.h"
+
+namespace tavo::gtk {
+
+// Keeps the picture of one tree of views up to date and gives its taps to the scene. The holder
+// parents `widget()` and gives it its size. Main thread only.
+class SceneRoot : private View::Listener {
+ public:
+  // `synced` is called each time the picture has been made to match the tree.
+  explicit SceneRoot(const std::shared_ptr<View>& view, std::function<void()> synced = {});
+  ~SceneRoot() override;
+
+  [[nodiscard]] ViewWidget& widget() { return widget_; }
+  [[nodiscard]] const std::shared_ptr<View>& view() const { return view_; }
+
+ private:
+  void treeChanged() override;
+  void sync();
+  void tapped(double x, double y);
+
+  std::shared_ptr<View> view_;
+  ViewWidget widget_;
+  std::function<void()> synced_;
+  sigc::connection pending_;
+};
+
+}  // namespace tavo::gtk

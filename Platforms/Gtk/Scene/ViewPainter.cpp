@@ -1,0 +1,89 @@
+#include "Gtk/Scene/ViewPainter.h"
+
+#include <algorithm>
+
+#include "Gtk/Scene/Textures.h"
+#include "Runtime/Runtime.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+// No larger than the widget that shows the view can be.
+Gdk::Rectangle whole(const View& view) {
+  const auto side = [](double length) {
+    return static_cast<int>(std::clamp(length, 0.0, Runtime::current().limits().widgetSide));
+  };
+  return {0, 0, side(view.frame().width), side(view.frame().height)};
+}
+
+Gdk::RGBA rgba(const Color& color) { return {color.red, color.green, color.blue, color.alpha}; }
+
+graphene_rect_t graphene(const Rect& rect) {
+  return {{static_cast<float>(rect.x), static_cast<float>(rect.y)},
+          {static_cast<float>(rect.width), static_cast<float>(rect.height)}};
+}
+
+Pango::Alignment pangoAlignment(TextAlignment alignment) {
+  switch (alignment) {
+    case TextAlignment::left:
+      return Pango::Alignment::LEFT;
+    case TextAlignment::center:
+      return Pango::Alignment::CENTER;
+    case TextAlignment::right:
+      return Pango::Alignment::RIGHT;
+  }
+  return Pango::Alignment::LEFT;
+}
+
+}  // namespace
+
+void ViewPainter::paint(const View& view) {
+  paintBackground(view);
+  if (const auto* image = dynamic_cast<const ImageView*>(&view)) paintImage(*image);
+  if (const auto* label = dynamic_cast<const Label*>(&view)) paintLabel(*label);
+}
+
+void ViewPainter::paintBackground(const View& view) {
+  if (view.backgroundColor()) snapshot_.append_color(rgba(*view.backgroundColor()), whole(view));
+  const Image& pattern = view.backgroundPattern();
+  if (pattern.empty()) return;
+  const graphene_rect_t bounds = graphene(view.bounds());
+  const graphene_rect_t tile =
+      graphene({0, 0, static_cast<double>(pattern.width()), static_cast<double>(pattern.height())});
+  gtk_snapshot_push_repeat(snapshot_.gobj(), &bounds, &tile);
+  gtk_snapshot_append_texture(snapshot_.gobj(), textureOf(pattern)->gobj(), &tile);
+  gtk_snapshot_pop(snapshot_.gobj());
+}
+
+void ViewPainter::paintImage(const ImageView& view) {
+  const Rect place = view.imageRect();
+  if (place.empty()) return;
+  const graphene_rect_t bounds = graphene(view.bounds());
+  const graphene_rect_t target = graphene(place);
+  gtk_snapshot_push_clip(snapshot_.gobj(), &bounds);
+  gtk_snapshot_append_texture(snapshot_.gobj(), textureOf(view.image())->gobj(), &target);
+  gtk_snapshot_pop(snapshot_.gobj());
+}
+
+void ViewPainter::paintLabel(const Label& label) {
+  if (label.text().empty()) return;
+  const auto layout = widget_.create_pango_layout(label.text());
+  Pango::FontDescription font;
+  font.set_family("Sans");
+  font.set_absolute_size(label.fontSize() * Pango::SCALE);
+  layout->set_font_description(font);
+  layout->set_width(static_cast<int>(label.frame().width * Pango::SCALE));
+  layout->set_ellipsize(Pango::EllipsizeMode::END);
+  layout->set_alignment(pangoAlignment(label.alignment()));
+  int width = 0;
+  int height = 0;
+  layout->get_pixel_size(width, height);
+  const graphene_point_t start{0, static_cast<float>((label.frame().height - height) / 2)};
+  snapshot_.save();
+  gtk_snapshot_translate(snapshot_.gobj(), &start);
+  snapshot_.append_layout(layout, rgba(label.textColor()));
+  snapshot_.restore();
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,125 @@
+#include "Gtk/Services/GtkApplication.h"
+
+#include <giomm.h>
+#include <libintl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "Runtime/Runtime.h"
+
+namespace tavo::gtk {
+
+namespace {
+// The system starts no program with a longer argument (128 KB); the rest is room for what a handler
+// adds to it.
+constexpr std::size_t longestArgument = 120'000;
+
+void post(std::string_view name) {
+  Runtime::current().notifications().post({.name = std::string{name}, .userInfo = {}});
+}
+}  // namespace
+
+GtkApplication::GtkApplication() = default;
+GtkApplication::~GtkApplication() = default;
+
+WindowScene::Events GtkApplication::events() {
+  return {.resized = [this](WindowScene&) { updateOrientation(); },
+          .activated =
+              [this](WindowScene& scene) {
+                lastActive_ = &scene.nativeWindow();
+                updateOrientation();
+              },
+          .visibilityChanged = [this](WindowScene&) { updateVisibility(); }};
+}
+
+std::shared_ptr<WindowScene> GtkApplication::sceneOf(Gtk::Window& window) {
+  for (const auto& scene : scenes_) {
+    if (&scene->nativeWindow() == &window) return scene;
+  }
+  scenes_.push_back(std::make_shared<WindowScene>(window, events()));
+  window.signal_destroy().connect([this, &window] { drop(window); });
+  updateOrientation();
+  updateVisibility();
+  return scenes_.back();
+}
+
+void GtkApplication::drop(const Gtk::Window& window) {
+  if (lastActive_ == &window) lastActive_ = nullptr;
+  std::erase_if(scenes_, [&](const auto& scene) { return &scene->nativeWindow() == &window; });
+}
+
+std::vector<std::shared_ptr<Window>> GtkApplication::windows() const {
+  std::vector<std::shared_ptr<Window>> all;
+  for (const auto& scene : scenes_) all.push_back(scene->window());
+  return all;
+}
+
+WindowScene* GtkApplication::keyScene() const {
+  for (const auto& scene : scenes_) {
+    if (&scene->nativeWindow() == lastActive_) return scene.get();
+  }
+  return scenes_.empty() ? nullptr : scenes_.front().get();
+}
+
+std::shared_ptr<Window> GtkApplication::keyWindow() const {
+  const WindowScene* scene = keyScene();
+  return scene == nullptr ? nullptr : scene->window();
+}
+
+Gtk::Window* GtkApplication::keyNativeWindow() const {
+  const WindowScene* scene = keyScene();
+  return scene == nullptr ? nullptr : &scene->nativeWindow();
+}
+
+void GtkApplication::updateOrientation() {
+  const auto window = keyWindow();
+  if (!window || window->frame().empty()) return;
+  const Rect& frame = window->frame();
+  const auto now = frame.width > frame.height ? InterfaceOrientation::landscapeLeft
+                                              : InterfaceOrientation::portrait;
+  if (now == orientation_) return;
+  const auto before = std::exchange(orientation_, now);
+  post(notifications::deviceOrientationDidChange);
+  ViewController* top = window->topViewController();
+  if (top == nullptr) return;
+  const auto held = top->shared_from_this();
+  held->didRotateFromInterfaceOrientation(before);
+}
+
+void GtkApplication::updateVisibility() {
+  const bool shown = std::any_of(scenes_.begin(), scenes_.end(),
+                                 [](const auto& scene) { return scene->isShown(); });
+  if (shown) {
+    seen_ = true;
+    if (!background_) return;
+    background_ = false;
+    post(notifications::willEnterForeground);
+  } else if (seen_ && !background_) {
+    background_ = true;
+    post(notifications::didEnterBackground);
+  }
+}
+
+void GtkApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {
+  statusBarHidden_ = hidden;
+}
+
+bool GtkApplication::canOpenUrl(const Url& url) const {
+  const std::string scheme{url.scheme()};
+  return !scheme.empty() && Gio::AppInfo::get_default_for_uri_scheme(scheme);
+}
+
+bool GtkApplication::openUrl(const Url& url) {
+  if (url.text().size() > longestArgument || !canOpenUrl(url)) return false;
+  // The text goes to the other application as one argument; no shell sees it.
+  g_app_info_launch_default_for_uri_async(url.text().c_str(), nullptr, nullptr, nullptr, nullptr);
+  return true;
+}
+
+std::string GtkApplication::localizedString(std::string_view key) const {
+  // The empty key stands for the head of a translation file, which is not for users.
+  return key.empty() ? std::string{} : dgettext(nullptr, std::string{key}.c_str());
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <memory>
+#include <vector>
+
+#include "Gtk/Scene/WindowScene.h"
+#include "Gtk/Services/GtkSystemEvents.h"
+#include "Services/Application.h"
+
+namespace tavo::gtk {
+
+// The host application on a desktop or phone: its windows, their shape and whether the user sees
+// them, and the applications beside it that open URLs. Posts background, foreground, orientation,
+// lock and memory notifications. Main thread only.
+class GtkApplication : public Application {
+ public:
+  GtkApplication();
+  ~GtkApplication() override;
+
+  // The scene of a window of the host's, made on the first call and kept until the window is
+  // destroyed.
+  [[nodiscard]] std::shared_ptr<WindowScene> sceneOf(Gtk::Window& window);
+
+  // The host's window that has the keyboard, or had it last; null when there is none.
+  [[nodiscard]] Gtk::Window* keyNativeWindow() const;
+
+  [[nodiscard]] std::vector<std::shared_ptr<Window>> windows() const override;
+  [[nodiscard]] std::shared_ptr<Window> keyWindow() const override;
+  // By the shape of the key window: wider than high is landscape.
+  [[nodiscard]] InterfaceOrientation statusBarOrientation() const override { return orientation_; }
+  [[nodiscard]] Rect statusBarFrame() const override { return {}; }
+  [[nodiscard]] bool isStatusBarHidden() const override { return statusBarHidden_; }
+  void setStatusBarHidden(bool hidden, StatusBarAnimation animation) override;
+  [[nodiscard]] bool canOpenUrl(const Url& url) const override;
+  bool openUrl(const Url& url) override;
+  // From the translations that the host has chosen with textdomain().
+  [[nodiscard]] std::string localizedString(std::string_view key) const override;
+
+ private:
+  [[nodiscard]] WindowScene::Events events();
+  [[nodiscard]] WindowScene* keyScene() const;
+  void updateOrientation();
+  void updateVisibility();
+  void drop(const Gtk::Window& window);
+
+  GtkSystemEvents systemEvents_;
+  std::vector<std::shared_ptr<WindowScene>> scenes_;
+  const Gtk::Window* lastActive_ = nullptr;
+  InterfaceOrientation orientation_ = InterfaceOrientation::portrait;
+  bool statusBarHidden_ = false;
+  bool seen_ = false;        // a window has been on the screen
+  bool background_ = false;  // no window is on the screen any more
+};
+
+}  // namespace tavo::gtk

@@ -1,0 +1,73 @@
+#include "Gtk/Sheets/GtkAlerts.h"
+
+#include <gtkmm.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "Gtk/Sheets/Sheet.h"
+
+namespace tavo::gtk {
+
+namespace {
+constexpr std::size_t longestTitle = 200;
+constexpr std::size_t longestMessage = 2'000;
+}  // namespace
+
+struct GtkAlerts::Shown {
+  Shown(Gtk::Window& parent, const Alert& alert)
+      : dialog{parent,
+               presentable(alert.title.empty() ? alert.message : alert.title, Lines::one,
+                           longestTitle),
+               false,
+               Gtk::MessageType::QUESTION,
+               Gtk::ButtonsType::NONE,
+               true} {
+    if (!alert.title.empty()) {
+      dialog.set_secondary_text(presentable(alert.message, Lines::many, longestMessage));
+    }
+    int number = 0;
+    for (const auto& button : alert.buttons) {
+      dialog.add_button(presentable(button, Lines::one, longestTitle), number++);
+    }
+    dialog.set_default_response(static_cast<int>(alert.cancelButton));
+  }
+
+  Gtk::MessageDialog dialog;
+  std::function<void(std::size_t)> answered;
+};
+
+GtkAlerts::GtkAlerts(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<GtkApplication> application)
+    : runLoop_{std::move(runLoop)}, application_{std::move(application)} {}
+
+GtkAlerts::~GtkAlerts() = default;
+
+void GtkAlerts::show(const Alert& alert, std::function<void(std::size_t)> answered) {
+  Gtk::Window* const parent = application_->keyNativeWindow();
+  if (parent == nullptr) {
+    runLoop_->post(
+        [answered = std::move(answered), cancel = alert.cancelButton] { answered(cancel); });
+    return;
+  }
+  const auto shown = std::make_shared<Shown>(*parent, alert);
+  shown->answered = std::move(answered);
+  shown_.push_back(shown);
+  // A negative response is the dialog being closed: by Escape, by its window, by its parent.
+  shown->dialog.signal_response().connect(
+      [this, weak = std::weak_ptr{shown}, cancel = alert.cancelButton](int response) {
+        const auto held = weak.lock();
+        if (held) answer(held, response < 0 ? cancel : static_cast<std::size_t>(response));
+      });
+  shown->dialog.present();
+}
+
+// The dialog goes in a turn of its own: it is in the middle of a signal.
+void GtkAlerts::answer(const std::shared_ptr<Shown>& shown, std::size_t button) {
+  auto answered = std::exchange(shown->answered, {});
+  if (!answered) return;
+  std::erase(shown_, shown);
+  shown->dialog.set_visible(false);
+  runLoop_->post([shown, answered = std::move(answered), button] { answered(button); });
+}
+
+}  // namespace tavo::gtk
