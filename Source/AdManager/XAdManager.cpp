@@ -1,10 +1,12 @@
 #include "AdManager/XAdManager.h"
 
+#include "AdManager/HtmlSlots.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/SdkErrors.h"
 #include "OnlineRequest/XURLBuilder.h"
 #include "Runtime/Runtime.h"
+#include "Services/WebViewFactory.h"
 #include "Tracker/XAdTracker.h"
 
 namespace tavo {
@@ -90,9 +92,18 @@ void XAdManager::loadAdWithDomainName(const std::string& domainName, const std::
   redirectAnswers_ = 0;
   clickThroughURL_.reset();
   impressionTrackingURL_.reset();
+  slotName_ = HtmlSlots::nameOf(domainName, pageName, adPosition);
   const bool bids = slotConfiguration && slotConfiguration->RTBRequired;
   request(XURLBuilder::URLWithDomainName(domainName, bids ? "sdkl" : "sdk", pageName, adPosition,
                                          keywords, queryString, slotConfiguration.get()));
+  startEngineIfExpected();
+}
+
+// Beside the request, which takes longer. The key is the one under which the page will be made.
+void XAdManager::startEngineIfExpected() const {
+  const auto view = adView_.lock();
+  if (!view || !HtmlSlots::contains(slotName_)) return;
+  Runtime::current().platform().webViews->warmUp(&view->sceneView());
 }
 
 void XAdManager::loadAdWithRedirectURL(const std::string& url) {
@@ -264,6 +275,7 @@ void XAdManager::loadRichMediaAd(AdManagerView& view, const std::string& html) {
       XWebViewAgent::create({0, 0, frame.width, frame.height}, &sceneView, webViewEvents_);
   sceneView.addSubview(webViewAgent_);
   webViewAgent_->loadHTMLString(html, baseUrl_, adView_);
+  if (!slotName_.empty()) HtmlSlots::add(slotName_);
   progress_ = {.handled = true, .waitingForCompletion = true};
   log.debug("\n\nRefresh Ad");
   delegate.tell(&XAdManagerDelegate::refreshAd);

@@ -57,6 +57,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void request(const Url& url);
 
   // Steps of one answer.
+  void startEngineIfExpected() const;
   void didReceiveAdInfo(const XAdInfo& answer);
   void takeOver(const XAdInfo& answer);
   [[nodiscard]] SlotFacts slotFacts(const AdManagerView& view) const;
@@ -93,6 +94,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   std::shared_ptr<const XVASTVidoeViewDelegate> videoEvents_;
   std::shared_ptr<XWebViewAgent> webViewAgent_;
   std::shared_ptr<VastRoad> vastRoad_;
+  std::string slotName_;  // of the last load; empty before one
   Url baseUrl_;
   std::optional<std::string> clickThroughURL_;
   std::optional<std::string> impressionTrackingURL_;

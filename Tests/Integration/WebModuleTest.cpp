@@ -86,6 +86,9 @@ TEST_F(WebModuleTest, TheEngineIsNotMappedBeforeTheFirstPage) {
   EXPECT_FALSE(engineIsMapped());
 
   const auto used = module();
+  used->warmUp(this);
+  EXPECT_FALSE(used->isLoaded()) << "mapping it takes longer than a frame";
+  runUntil([&] { return used->isLoaded(); });
   const auto view = used->create({0, 0, 320, 50}, {});
   EXPECT_TRUE(engineIsMapped());
   EXPECT_TRUE(used->isLoaded());
@@ -129,10 +132,15 @@ TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
     runUntil([&] { return !results.empty(); });
     EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102", "WebKitErrorDomain 1102"));
     EXPECT_THAT(results, ElementsAre(""));
+    const std::size_t notes = log_->texts.size();
     factory->warmUp(this);
     EXPECT_FALSE(factory->isLoaded());
+    const auto unused = module(folder_.path(""));
+    unused->warmUp(this);
+    runUntil([&] { return log_->texts.size() > notes; });
+    EXPECT_FALSE(unused->isLoaded()) << "it tried beside the loop, and said so";
   }
-  EXPECT_THAT(log_->texts, SizeIs(2));
+  EXPECT_THAT(log_->texts, SizeIs(4));
 }
 
 TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Modules/UnavailableWebView.h"
@@ -17,6 +18,7 @@ namespace {
 constexpr std::string_view userAgentKey = "tavo.webEngine.userAgent";
 constexpr std::string_view engineKey = "tavo.webEngine.identity";
 constexpr Seconds helperProgramDeadline{5};
+constexpr auto moduleFlags = static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL);
 
 // What a request says of itself where no engine is installed: the part that all versions of the
 // engine share.
@@ -73,8 +75,24 @@ std::shared_ptr<WebView> GtkWebModule::create(const Rect& frame, const WebViewOp
   return std::make_shared<UnavailableWebView>(frame, services_.runLoop);
 }
 
+// Mapping a hundred libraries takes longer than a frame, so a thread does it; only the first view
+// is then made on this one. Whoever needs a view sooner loads the module itself and ends the wait.
 void GtkWebModule::warmUp(const void* owner) {
-  if (auto* made = factory()) made->warmUp(owner);
+  if (triedToLoad_) {
+    if (factory_) factory_->warmUp(owner);
+    return;
+  }
+  if (std::exchange(mapping_, true)) return;
+  services_.runLoop->background(
+      [file = moduleFile(), runLoop = services_.runLoop, owner, self = std::weak_ptr{self_}] {
+        GModule* const module = g_module_open(file.c_str(), moduleFlags);
+        if (module != nullptr) g_module_make_resident(module);
+        runLoop->post([self, owner] {
+          const auto still = self.lock();
+          if (!still || (*still)->triedToLoad_) return;
+          if (auto* made = (*still)->factory()) made->warmUp(owner);
+        });
+      });
 }
 
 std::string GtkWebModule::userAgent() {
@@ -105,6 +123,8 @@ std::string GtkWebModule::askHelperProgram() const {
   return std::string{trimmed(answer.value_or(""))};
 }
 
+std::string GtkWebModule::moduleFile() const { return (folder_ / TAVO_WEB_MODULE).string(); }
+
 WebViewFactory* GtkWebModule::factory() {
   if (!triedToLoad_) load();
   return factory_.get();
@@ -112,9 +132,8 @@ WebViewFactory* GtkWebModule::factory() {
 
 void GtkWebModule::load() {
   triedToLoad_ = true;
-  const std::string file = (folder_ / TAVO_WEB_MODULE).string();
-  GModule* module = g_module_open(
-      file.c_str(), static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL));
+  const std::string file = moduleFile();
+  GModule* module = g_module_open(file.c_str(), moduleFlags);
   if (module == nullptr) return note("No HTML ads: " + std::string{g_module_error()});
   // The engine leaves threads and type registrations behind that no unloading can take back.
   g_module_make_resident(module);

@@ -55,11 +55,14 @@ class GtkWebModule : public WebViewFactory {
   // The module's factory, or null when there is none to be had.
   [[nodiscard]] WebViewFactory* factory();
   void load();
+  [[nodiscard]] std::string moduleFile() const;
   void note(const std::string& message) const;
   [[nodiscard]] std::string askHelperProgram() const;
 
   Services services_;
   std::filesystem::path folder_;
+  std::shared_ptr<GtkWebModule*> self_ = std::make_shared<GtkWebModule*>(this);
+  bool mapping_ = false;
   bool triedToLoad_ = false;
   std::unique_ptr<WebViewFactory> factory_;
   std::string userAgent_;
