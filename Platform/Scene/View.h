@@ -111,6 +111,10 @@ class View : public std::enable_shared_from_this<View> {
   // The nearest controller on the way up from this view, its own included; null when none.
   [[nodiscard]] ViewController* nearestController() const;
 
+  // Whoever shows the tree calls this when the view's place came onto the user's screen: its window
+  // was mapped, or what held it was shown again.
+  virtual void didAppearOnScreen() {}
+
   // One listener per view; null ends it.
   void setListener(Listener* listener) { listener_ = listener; }
 

@@ -20,14 +20,17 @@ AdSlot::AdSlot(const std::shared_ptr<View>& adView)
   container_->setHidden(true);
   container_->addSubview(adView_);
   root_.widget().set_parent(*this);
+  // A widget that its container owns is taken apart before the destructor below comes to run.
+  destroyed_ = signal_destroy().connect([this] { root_.widget().unparent(); });
 }
 
 AdSlot::~AdSlot() {
+  destroyed_.disconnect();
   leaving_.disconnect();
   frameClock_.disconnect();
   container_->removeAllSubviews();
   container_->removeFromSuperview();
-  root_.widget().unparent();
+  if (root_.widget().get_parent() != nullptr) root_.widget().unparent();
 }
 
 void AdSlot::measure_vfunc(Gtk::Orientation orientation, int /*for_size*/, int& minimum,
@@ -67,11 +70,13 @@ void AdSlot::on_unrealize() {
 
 void AdSlot::on_map() {
   Gtk::Widget::on_map();
-  updatePlace();
   container_->setHidden(false);
+  appearing_ = true;
+  updatePlace();
 }
 
 void AdSlot::on_unmap() {
+  appearing_ = false;
   container_->setHidden(true);
   Gtk::Widget::on_unmap();
 }
@@ -101,6 +106,9 @@ void AdSlot::updatePlace() {
   graphene_rect_t bounds;
   if (!gtk_widget_compute_bounds(GTK_WIDGET(gobj()), window->gobj(), &bounds)) return;
   container_->setFrame({bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height});
+  if (!appearing_ || container_->frame().empty()) return;
+  appearing_ = false;
+  adView_->didAppearOnScreen();
 }
 
 }  // namespace tavo::gtk

@@ -39,8 +39,10 @@ class AdSlot : public Gtk::Widget {
   std::shared_ptr<View> adView_;
   std::shared_ptr<View> container_;
   SceneRoot root_;
+  bool appearing_ = false;  // on the screen, but not told to the ad view yet
   sigc::connection frameClock_;
   sigc::connection leaving_;
+  sigc::connection destroyed_;
 };
 
 }  // namespace tavo::gtk

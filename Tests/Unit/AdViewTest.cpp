@@ -8,8 +8,10 @@
 namespace tavo::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string getPicture = "GET http://cdn.example/a.png";
@@ -45,6 +47,23 @@ TEST_F(AdViewTest, AnHtmlBannerAsksBeforeItIsShownAndCountsItsImpressionThen) {
   EXPECT_THAT(page->html(), HasSubstr("<head><script src=\"file:///bundle/CorvaneTAVOSDKMRAID"));
   EXPECT_THAT(page->html(), HasSubstr("<b>ad</b></body></html>"));
   EXPECT_THAT(page->documentStartScripts(), ElementsAre("/* mraid */"));
+}
+
+TEST_F(AdViewTest, ASlotThatShowedHtmlBeforeStartsTheEngineBesideItsNextRequest) {
+  makeBanner();
+  answer(imageAnswer());
+  load();
+  settle();
+  load();
+  EXPECT_EQ(platform_.webViews->warmUps, 0) << "a slot of pictures needs no engine";
+  answer(htmlAnswer());
+  load();
+  settle();
+  EXPECT_EQ(platform_.webViews->warmUps, 0);
+  load();
+  EXPECT_EQ(platform_.webViews->warmUps, 1);
+  banner_->loadWithDomainName("ads.example/x", "page", "Top1");
+  EXPECT_EQ(platform_.webViews->warmUps, 1) << "another slot has shown nothing yet";
 }
 
 TEST_F(AdViewTest, AHostThatRefusesAPageHearsAFailureAndNoImpressionIsCounted) {
@@ -162,6 +181,23 @@ TEST_F(AdViewTest, ABannerOffTheScreenLoadsItsFirstAdOnly) {
   settle();
   EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
   EXPECT_FALSE(banner_->isRefreshTimerRunning());
+}
+
+TEST_F(AdViewTest, AnAdThatCameBeforeItsWindowRefreshesOnceTheWindowIsSeen) {
+  makeBanner();
+  answer(imageAnswer());
+  root_->view()->setHidden(true);
+  load();
+  settle();
+  EXPECT_FALSE(banner_->isRefreshTimerRunning());
+  happened();
+  root_->view()->setHidden(false);
+  banner_->didAppearOnScreen();
+  EXPECT_TRUE(banner_->isRefreshTimerRunning());
+  EXPECT_THAT(happened(), IsEmpty()) << "the ad it has is new";
+  banner_->didAppearOnScreen();
+  advance(120);
+  EXPECT_THAT(happened(), Contains(std::string{"GET "} + adUrl).Times(1));
 }
 
 TEST_F(AdViewTest, IntervalsThatStopAndIntervalsThatNeverStart) {

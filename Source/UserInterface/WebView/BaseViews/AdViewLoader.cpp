@@ -53,6 +53,7 @@ RefreshFacts AdViewLoader::facts() const {
 
 void AdViewLoader::refreshAd() {
   const OperationLog log{"-[XAdView refreshAd]"};
+  flags_.decidedUnseen = !host_.refreshFacts().visible;
   if (!mayKeepRefreshing(facts())) {
     adRefreshTimer_.invalidate();
     flags_.timerFired = false;
@@ -64,6 +65,11 @@ void AdViewLoader::refreshAd() {
     armTimer(current.interval);
   }
   if (!adRefreshTimer_.isValid()) flags_.timerFired = false;
+}
+
+// An ad can arrive before its window is on the screen, and nothing would start its refresh later.
+void AdViewLoader::didAppearOnScreen() {
+  if (flags_.decidedUnseen) refreshAd();
 }
 
 // The order matters: the timer is fired while a first request still counts as one, so that a first

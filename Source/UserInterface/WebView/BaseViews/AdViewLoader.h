@@ -43,6 +43,8 @@ class AdViewLoader {
   void loadAdWithParameters();
   // Decides whether the refresh timer runs.
   void refreshAd();
+  // The view's place came onto the screen: what was decided while it was away is decided anew.
+  void didAppearOnScreen();
 
   void setOrientationNotification();
   void setEnterForegroundNotification();
@@ -60,6 +62,7 @@ class AdViewLoader {
     bool firstAdRequest = true;  // the next load is a first one, allowed even when not visible
     bool timerFired = false;     // a refresh timer was started
     bool arming = false;         // the new timer is being fired for the first time
+    bool decidedUnseen = false;  // the last refresh decision fell while the view was not visible
     bool deviceLocked = false;   // since the last refresh decision
     bool enterBackground = false;
     bool adLoaded = false;  // the slot shows an ad

@@ -125,6 +125,11 @@ bool XAdView::isExpandedOrResized() const {
   return state == MRAIDState::expanded || state == MRAIDState::resized;
 }
 
+void XAdView::didAppearOnScreen() {
+  const auto held = shared_from_this();
+  loader_.didAppearOnScreen();
+}
+
 void XAdView::releaseMemory() {
   const OperationLog log{"-[XAdView releaseMemory]"};
   // What is taken off is destroyed after this turn: the caller may be one of them.

@@ -158,6 +158,9 @@ class XAdView : public View,
   void updateCurrentPositionOfWebView(const PageRef& webView) override;
   void webViewIsLost(const PageRef& webView) override { presentation_.webViewIsLost(webView); }
 
+  // View
+  void didAppearOnScreen() override;
+
   // AdManagerView
   void setEnterForegroundNotification() override { loader_.setEnterForegroundNotification(); }
   void setOrientationNotification() override { loader_.setOrientationNotification(); }
