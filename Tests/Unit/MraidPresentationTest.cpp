@@ -343,6 +343,27 @@ TEST_F(MraidPresentationTest, WhileItIsOpenedAnAdIsNotReplaced) {
   }
 }
 
+TEST_F(MraidPresentationTest, ALockReportsTheBrowserAboveAnOpenedAdAsClosedQuirk) {
+  const auto lock = [this] {
+    recordsScripts_ = false;
+    happened();
+    runtime_.notifications().post(
+        {.name = std::string{notifications::screenLocked}, .userInfo = {}});
+    return happened();
+  };
+  show();
+  slot_->shouldOpenClickThroughURLInAppBrowser = true;
+  setResizeProperties();
+  creative("resize");
+  EXPECT_THAT(lock(), IsEmpty()) << "there is no browser";
+  recognizeTap(*page_);
+  creative("open?url=http%3A%2F%2Fshop.example%2F");
+  settle();
+  ASSERT_TRUE(banner_->appBrowserOpen());
+  EXPECT_THAT(lock(), ElementsAre("willCloseBrowser"));
+  EXPECT_TRUE(banner_->appBrowserOpen());
+}
+
 TEST_F(MraidPresentationTest, ReleasingTakesEverythingOffTheScreen) {
   for (const char* opening : {"expand", "resize"}) {
     SCOPED_TRACE(opening);

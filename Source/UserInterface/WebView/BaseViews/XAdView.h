@@ -202,7 +202,7 @@ class XAdView : public View,
   void requestAd() override;
   void reload() override;
   void didReceiveMemoryWarning() override;
-  void didLockScreen() override { setHidden(false); }
+  void didLockScreen() override;
   void orientatioDidChange() override { presentation_.orientationDidChange(); }
   void willLoad() override;
 
