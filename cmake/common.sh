@@ -12,9 +12,10 @@ finish() {
   exit "$1"
 }
 
+# install_packages [list...]: what the lists name beside the library's own.
 install_packages() {
   missing=""
-  for package in $(grep -v '^#' cmake/packages.txt); do
+  for package in $(cat cmake/packages.txt "$@" | grep -v '^#'); do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
       missing="$missing $package"
   done

@@ -1,7 +1,6 @@
 #include "Scene/View.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "Scene/Window.h"
 
@@ -188,9 +187,9 @@ View* View::hitTest(Point point) {
   if (hidden_ || alpha_ < invisibleAlpha || !userInteractionEnabled_ || !bounds().contains(point)) {
     return nullptr;
   }
-  for (const auto& subview : subviews_ | std::views::reverse) {
-    const Rect& place = subview->frame_;
-    if (View* hit = subview->hitTest({point.x - place.x, point.y - place.y})) return hit;
+  for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
+    const Rect& place = (*subview)->frame_;
+    if (View* hit = (*subview)->hitTest({point.x - place.x, point.y - place.y})) return hit;
   }
   return this;
 }
