@@ -15,7 +15,6 @@ class Folders;
 class HttpClient;
 class ImageDecoder;
 class Log;
-class MoviePlayers;
 class MoviePlayerFactory;
 class NetworkMonitor;
 class PhotoAlbum;
@@ -40,7 +39,6 @@ struct Platform {
   std::shared_ptr<ImageDecoder> images;
   std::shared_ptr<Log> log;
   std::shared_ptr<MoviePlayerFactory> moviePlayers{};
-  std::shared_ptr<MoviePlayers> movies{};
   std::shared_ptr<NetworkMonitor> network;
   std::shared_ptr<PhotoAlbum> photoAlbum{};
   std::shared_ptr<RunLoop> runLoop;

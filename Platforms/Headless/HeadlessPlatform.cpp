@@ -18,7 +18,6 @@ HeadlessPlatform::HeadlessPlatform(const Limits& limits)
       alerts{std::make_shared<HeadlessAlerts>()},
       calendarAccess{std::make_shared<HeadlessCalendarAccess>(runLoop)},
       composers{std::make_shared<HeadlessComposers>()},
-      movies{std::make_shared<HeadlessMoviePlayers>()},
       photoAlbum{std::make_shared<HeadlessPhotoAlbum>(runLoop)},
       moviePlayers{std::make_shared<HeadlessMoviePlayerFactory>(runLoop, limits)} {
   bundle->files["/bundle/CorvaneTAVOSDKMRAID.bundle/XMraid.js"] = "/* mraid */";
@@ -36,7 +35,6 @@ Platform HeadlessPlatform::platform() const {
           .images = images,
           .log = log,
           .moviePlayers = moviePlayers,
-          .movies = movies,
           .network = network,
           .photoAlbum = photoAlbum,
           .runLoop = runLoop,

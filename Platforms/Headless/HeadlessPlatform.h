@@ -6,7 +6,6 @@
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessHttpClient.h"
 #include "Headless/HeadlessMoviePlayerFactory.h"
-#include "Headless/HeadlessMoviePlayers.h"
 #include "Headless/HeadlessNetworkMonitor.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Headless/HeadlessServices.h"
@@ -39,7 +38,6 @@ struct HeadlessPlatform {
   std::shared_ptr<HeadlessAlerts> alerts;
   std::shared_ptr<HeadlessCalendarAccess> calendarAccess;
   std::shared_ptr<HeadlessComposers> composers;
-  std::shared_ptr<HeadlessMoviePlayers> movies;
   std::shared_ptr<HeadlessPhotoAlbum> photoAlbum;
   std::shared_ptr<HeadlessMoviePlayerFactory> moviePlayers;
 };

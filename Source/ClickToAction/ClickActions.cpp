@@ -5,7 +5,7 @@
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Runtime.h"
 #include "Services/Application.h"
-#include "Services/MoviePlayers.h"
+#include "UserInterface/NativeView/MovieViewController.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -198,9 +198,8 @@ void ClickActions::sendMailWithParameters(const ClickToActionParameters& paramet
 
 void ClickActions::handlePlayVideoWithURL(const Url& url) {
   const OperationLog log{"-[XAdView handlePlayVideoWithURL:]"};
-  const auto& movies = Runtime::current().platform().movies;
-  const auto player = movies ? movies->moviePlayer(url, view_.adFrame()) : nullptr;
-  if (!player) return;
+  if (url.empty()) return;
+  const auto player = MovieViewController::create(url, view_.adFrame());
   if (view_.state() == MRAIDState::expanded) {
     // Quirk: above an expanded ad the user starts the video.
     if (auto* expanded = view_.expandedViewController()) {

@@ -34,7 +34,7 @@ class ClickActions : public std::enable_shared_from_this<ClickActions> {
     return browser_->appBrowser();
   }
 
-  // Plays a video above everything, in the system's own player.
+  // Plays a video over the whole window; the user may close it.
   void handlePlayVideoWithURL(const Url& url);
 
   // Asks ahead of the first event, where nothing has been decided.

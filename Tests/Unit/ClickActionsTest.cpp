@@ -246,32 +246,92 @@ TEST_F(ClickActionsTest, WhoHasAskedPerformsWithoutTheQuestion) {
   EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
 }
 
-TEST_F(ClickActionsTest, AVideoIsPresentedByWhoeverIsInFront) {
+// A creative's video of two seconds, and how it stands.
+class ClickVideoTest : public ClickActionsTest {
+ protected:
+  ClickVideoTest() { (*platform_.moviePlayers->movies)[url] = {.duration = 2}; }
+
+  void playVideo(const char* video = url) {
+    actions_->handlePlayVideoWithURL(Url::fromText(video));
+    platform_.runLoop->advance(Seconds{0.5});
+  }
+  [[nodiscard]] bool isPlaying() const {
+    const auto player = platform_.moviePlayers->last();
+    return player && player->playbackState() == MoviePlaybackState::playing;
+  }
+  static constexpr const char* url = "http://cdn.example/v.mp4";
+};
+
+TEST_F(ClickVideoTest, IsPresentedByWhoeverIsInFront) {
   struct Row {
     MRAIDState state;
     PlacementType placement;
     MobileAdTypes type;
     const char* presenter;
-    int plays;
+    bool plays;
   };
   using enum MRAIDState;
   for (const Row& row :
-       {Row{normal, PlacementType::inlined, MobileAdTypes::banner, "root", 1},
-        Row{normal, PlacementType::interstitial, MobileAdTypes::interstitial, "current", 1},
-        Row{normal, PlacementType::interstitial, MobileAdTypes::banner, "root", 1},
-        Row{expanded, PlacementType::inlined, MobileAdTypes::banner, "expanded", 0}}) {
+       {Row{normal, PlacementType::inlined, MobileAdTypes::banner, "root", true},
+        Row{normal, PlacementType::interstitial, MobileAdTypes::interstitial, "current", true},
+        Row{normal, PlacementType::interstitial, MobileAdTypes::banner, "root", true},
+        Row{expanded, PlacementType::inlined, MobileAdTypes::banner, "expanded", false}}) {
     view_.mraidState = row.state;
     view_.placement = row.placement;
     view_.type = row.type;
-    actions_->handlePlayVideoWithURL(Url::fromText("http://cdn.example/v.mp4"));
+    playVideo();
     EXPECT_EQ(presenters(), row.presenter);
-    const auto player = platform_.movies->last();
-    ASSERT_TRUE(player);
-    EXPECT_EQ(player->plays, row.plays);
-    player->dismissViewController(Animated::no);
+    EXPECT_EQ(isPlaying(), row.plays);
+    EXPECT_TRUE(platform_.moviePlayers->last()->isPreparedToPlay());
+    EXPECT_EQ(platform_.moviePlayers->last()->frame(), window_->bounds());
+    EXPECT_TRUE(platform_.moviePlayers->last()->nearestController()->cancelOperation());
+    EXPECT_EQ(presenters(), "");
+    EXPECT_FALSE(isPlaying());
   }
-  EXPECT_EQ(platform_.movies->made.at(0).second, (Rect{0, 0, 320, 50}));
   EXPECT_THAT(happened(), IsEmpty());
+}
+
+TEST_F(ClickVideoTest, EndsByItselfByItsButtonAndByAnError) {
+  playVideo();
+  EXPECT_EQ(presenters(), "root");
+  platform_.runLoop->advance(Seconds{2});
+  EXPECT_EQ(presenters(), "");
+
+  playVideo();
+  const auto& onVideo = platform_.moviePlayers->last()->subviews();
+  ASSERT_THAT(onVideo, SizeIs(1));
+  dynamic_cast<Button&>(*onVideo.front()).press();
+  EXPECT_EQ(presenters(), "");
+  EXPECT_FALSE(isPlaying());
+
+  for (const char* unplayable : {"http://cdn.example/none.mp4", "file:///etc/passwd", "foo:bar"}) {
+    playVideo(unplayable);
+    EXPECT_EQ(presenters(), "") << unplayable;
+  }
+  EXPECT_THAT(platform_.log->messages(), testing::Contains("Video: No video."));
+}
+
+TEST_F(ClickVideoTest, LeavesTheWholeScreenWithItsController) {
+  playVideo();
+  const auto player = platform_.moviePlayers->last();
+  player->setFullscreen(true);
+  EXPECT_EQ(player->superview(), window_.get());
+  EXPECT_TRUE(window_->topViewController()->cancelOperation());
+  EXPECT_EQ(presenters(), "");
+  EXPECT_EQ(player->window(), nullptr);
+}
+
+TEST_F(ClickVideoTest, WithoutAPlaceOrAUrlNothingPlays) {
+  playVideo("");
+  EXPECT_EQ(platform_.moviePlayers->last(), nullptr);
+  view_.root = nullptr;
+  playVideo();
+  EXPECT_FALSE(isPlaying());
+  const auto elsewhere = std::make_shared<ViewController>();  // in no window
+  view_.root = elsewhere.get();
+  playVideo();
+  EXPECT_FALSE(isPlaying());
+  EXPECT_EQ(presenters(), "");
 }
 
 TEST_F(ClickActionsTest, AViewThatIsGoneIsNotAskedAgain) {

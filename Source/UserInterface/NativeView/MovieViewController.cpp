@@ -1,0 +1,70 @@
+#include "UserInterface/NativeView/MovieViewController.h"
+
+#include <utility>
+
+#include "ErrorHandler/ExtendNSLog.h"
+#include "Runtime/Runtime.h"
+#include "Services/MoviePlayerFactory.h"
+#include "UserInterface/NativeView/CountdownPlacement.h"
+
+namespace tavo {
+
+std::shared_ptr<MovieViewController> MovieViewController::create(const Url& url,
+                                                                 const Rect& frame) {
+  auto player = Runtime::current().platform().moviePlayers->create(frame);
+  player->setContentUrl(url);
+  std::shared_ptr<MovieViewController> controller{new MovieViewController{std::move(player)}};
+  controller->player_->addClient(controller);
+  return controller;
+}
+
+MovieViewController::MovieViewController(std::shared_ptr<MoviePlayer> player)
+    : player_{std::move(player)} {
+  player_->shouldAutoplay = false;
+}
+
+MovieViewController::~MovieViewController() {
+  closeButton_.remove();
+  player_->removeFromSuperview();
+}
+
+void MovieViewController::viewDidLoad() {
+  view()->setBackgroundColor(colors::black);
+  view()->setAccessibilityLabel("Video");
+  player_->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  view()->addSubview(player_);
+}
+
+void MovieViewController::viewDidAppear(Animated /*animated*/) {
+  player_->setFrame(view()->bounds());
+  // It stands on the video, and so goes with it when the video takes the whole screen.
+  closeButton_.showClose(*player_, skipButtonFrame(player_->frame().size()), [this] { close(); });
+  closeButton_.button()->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
+  player_->prepareToPlay();
+}
+
+void MovieViewController::viewDidDisappear(Animated /*animated*/) {
+  player_->setFullscreen(false);
+  player_->stop();
+}
+
+bool MovieViewController::cancelOperation() {
+  close();
+  return true;
+}
+
+void MovieViewController::close() {
+  if (presentingViewController() == nullptr) return;
+  const auto held = shared_from_this();
+  const auto presenter = presentingViewController()->shared_from_this();
+  presenter->dismissViewController(Animated::yes);
+}
+
+void MovieViewController::moviePlaybackDidFinish(MoviePlayer& /*player*/,
+                                                 MovieFinishReason /*reason*/,
+                                                 const std::optional<Error>& error) {
+  if (error) platformLog("Video: " + error->description);
+  close();
+}
+
+}  // namespace tavo
