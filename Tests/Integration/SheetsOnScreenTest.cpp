@@ -207,6 +207,10 @@ TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
   };
   ask();
   ASSERT_NE(alertWindow(), nullptr);
+  for (const char* title : {"Save Photos", "No_Title", "Yes_Title"}) {
+    const auto isTitle = [title](Gtk::Label& label) { return label.get_text().raw() == title; };
+    EXPECT_EQ(widgetsBelow<Gtk::Label>(*alertWindow(), isTitle).size(), 1U) << title;
+  }
   host().runUntil([] { return adplayer::Screenshot{*alertWindow()}.isValid(); });
   keepPicture(*alertWindow(), "consent");
   ASSERT_TRUE(pressButton(*alertWindow(), "No_Title"));

@@ -28,9 +28,14 @@ struct GtkAlerts::Shown {
     }
     int number = 0;
     for (const auto& button : alert.buttons) {
-      dialog.add_button(presentable(button, Lines::one, longestTitle), number++);
+      addButton(presentable(button, Lines::one, longestTitle), number++);
     }
     dialog.set_default_response(static_cast<int>(alert.cancelButton));
+  }
+
+  // The dialog's own buttons take an underscore for the mark of a shortcut and leave it away.
+  void addButton(const Glib::ustring& title, int number) {
+    dialog.add_action_widget(*Gtk::make_managed<Gtk::Button>(title), number);
   }
 
   Gtk::MessageDialog dialog;
