@@ -595,6 +595,38 @@ TEST_F(WebKitViewTest, RecyclingDropsEverythingOfTheAnswerBefore) {
   EXPECT_THAT(second.client->events, ElementsAre("start", "finish"));
 }
 
+// Also in the first view of the process, and in one that another owner's pages were in.
+TEST_F(WebKitViewTest, HistoryBeginsWithTheOwnersFirstPage) {
+  test::HostileServer server;
+  for (const char* name : {"one", "two"}) server.on(std::string{"/"} + name, html(name));
+  const int owner = 0;
+  for (int use = 0; use < 3; ++use) {
+    SCOPED_TRACE(use);
+    Page page{{.owner = &owner, .ownProcess = true}};
+    const auto shows = [&](const char* text) {
+      return runUntil([&] { return page.evaluate("document.body.textContent") == text; });
+    };
+    page.view->loadUrl(urlOf(server, "/one"));
+    ASSERT_TRUE(runUntil([&] { return page.client->count("finish") == 1; }));
+    EXPECT_FALSE(page.view->canGoBack());
+    page.evaluate("location.href = '/two'");
+    ASSERT_TRUE(runUntil([&] { return page.client->count("finish") == 2; }));
+    EXPECT_TRUE(page.view->canGoBack());
+    page.view->goBack();
+    ASSERT_TRUE(shows("one"));
+    EXPECT_FALSE(page.view->canGoBack());
+    EXPECT_TRUE(page.view->canGoForward());
+    page.view->goBack();
+    page.evaluate("history.back(); setTimeout(() => window.asked = 1)");
+    ASSERT_TRUE(runUntil([&] { return page.evaluate("window.asked") == "1"; }));
+    page.evaluate("'The question about the step back is answered.'");
+    EXPECT_TRUE(shows("one"));
+    page.view->goForward();
+    EXPECT_TRUE(shows("two"));
+    EXPECT_THAT(page.client->events, Not(testing::Contains(HasSubstr("fail"))));
+  }
+}
+
 TEST_F(WebKitViewTest, AViewIsNotSharedWhileItIsInUse) {
   const int owner = 0;
   Page first{{.owner = &owner}};

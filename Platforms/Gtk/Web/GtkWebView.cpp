@@ -101,9 +101,7 @@ double GtkWebView::estimatedProgress() const {
   return webkit_web_view_get_estimated_load_progress(native_->webKit());
 }
 
-bool GtkWebView::canGoBack() const {
-  return webkit_web_view_can_go_back(native_->webKit()) != FALSE;
-}
+bool GtkWebView::canGoBack() const { return native_->canGoBack(); }
 
 bool GtkWebView::canGoForward() const {
   return webkit_web_view_can_go_forward(native_->webKit()) != FALSE;
@@ -125,7 +123,14 @@ void GtkWebView::layoutSubviews() {
   if (native_) native_->resize(frame().size());
 }
 
+// A page's script must not go behind the first page either, where the view is blank.
 bool GtkWebView::pageShouldStart(const Navigation& navigation) {
+  const bool isMainFrame = navigation.mainDocumentUrl == navigation.url;
+  if (isMainFrame && navigation.type == NavigationType::backForward && !canGoBack() &&
+      navigation.url.text() == "about:blank") {
+    native_->stayInHistory();
+    return false;
+  }
   const auto held = shared_from_this();
   const auto client = client_.lock();
   return !client || client->webViewShouldStartLoad(*this, navigation);

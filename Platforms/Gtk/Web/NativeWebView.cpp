@@ -121,6 +121,8 @@ void NativeWebView::noteBlankLoad(WebKitLoadEvent event) {
 
 void NativeWebView::becomeClean() {
   if (!dead_) engine_->forgetHistory(webKit());
+  blankItem_ = GPtr<WebKitBackForwardListItem>::share(
+      webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(webKit())));
   blanking_ = false;
   blankBegins_ = false;
   blankDeadline_.invalidate();
@@ -211,6 +213,23 @@ void NativeWebView::resize(Size size) {
     return std::isnan(length) ? 1 : static_cast<int>(std::clamp(length, 1.0, longest));
   };
   gtk_widget_allocate(widget(), side(size.width), side(size.height), -1, nullptr);
+}
+
+bool NativeWebView::canGoBack() const {
+  auto* const before =
+      webkit_back_forward_list_get_back_item(webkit_web_view_get_back_forward_list(webKit()));
+  return before != nullptr && before != blankItem_.get();
+}
+
+void NativeWebView::stayInHistory() {
+  engine_->services().runLoop->post([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self || self->owner_ == nullptr || self->blanking_) return;
+    auto* const list = webkit_web_view_get_back_forward_list(self->webKit());
+    if (webkit_back_forward_list_get_current_item(list) == self->blankItem_.get()) {
+      webkit_web_view_go_forward(self->webKit());
+    }
+  });
 }
 
 gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,

@@ -64,6 +64,11 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   [[nodiscard]] WebKitWebView* webKit() const { return view_.get(); }
   [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
   [[nodiscard]] WebKitSettings* settings() const { return webkit_web_view_get_settings(webKit()); }
+  // Whether the owner has shown a page before this one: its history begins behind the blank page.
+  [[nodiscard]] bool canGoBack() const;
+  // A script's step to the blank page is being refused; the engine has taken it in its list
+  // already.
+  void stayInHistory();
   [[nodiscard]] bool isLoading() const { return !waiting_.empty() || loads_.isLoading(); }
   // The web process has ended and no load has started another one.
   [[nodiscard]] bool isDead() const { return dead_; }
@@ -98,6 +103,8 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   std::shared_ptr<WebEngine> engine_;
   GPtr<WebKitUserContentManager> content_;
   GPtr<WebKitWebView> view_;
+  GPtr<WebKitBackForwardListItem>
+      blankItem_;  // in the history; null in a view that began unblanked
   LoadTracker loads_;
   EvaluationQueue evaluations_;
   PagePolicy policy_;
