@@ -65,7 +65,9 @@ void CalendarAction::accessAnswered(bool granted, const CalendarEvent& event) {
     default:
       break;
   }
-  if (presenter != nullptr) presentEditor(*presenter, event);
+  if (presenter == nullptr) return;
+  view_.setCalendarReExpand(view_.state() == MRAIDState::expanded);
+  presentEditor(*presenter, event);
 }
 
 void CalendarAction::presentEditor(ViewController& presenter, const CalendarEvent& event) {
@@ -98,8 +100,10 @@ void CalendarAction::editorFinished(EventEditAction action, const CalendarEvent&
 
 void CalendarAction::closeEditor() {
   const bool expandsAgain = view_.calendarReExpand();
+  view_.setCalendarReExpand(false);
   dismissSheet(editor_, expandsAgain ? Animated::no : Animated::yes);
-  if (expandsAgain) view_.presentExpandView();
+  // A creative may have closed itself in the meantime; its full screen would be empty.
+  if (expandsAgain && view_.state() == MRAIDState::expanded) view_.presentExpandView();
 }
 
 void CalendarAction::checkCalendarAuthorizationStatus() {

@@ -34,8 +34,9 @@ class ClickActionsView {
   // Made when absent.
   [[nodiscard]] virtual ViewController* expandedViewController() = 0;
 
-  // An expanded ad steps aside for the event editor and comes back after it.
+  // Whether the ad was expanded when the event editor covered it, and is to be so after it.
   [[nodiscard]] virtual bool calendarReExpand() const = 0;
+  virtual void setCalendarReExpand(bool reExpand) = 0;
   virtual void presentExpandView() = 0;
 
   // An open browser counts as an expansion of the ad.

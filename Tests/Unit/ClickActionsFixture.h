@@ -30,6 +30,7 @@ class FakeClickView : public ClickActionsView {
   [[nodiscard]] ViewController* windowRootViewController() override { return root; }
   [[nodiscard]] ViewController* expandedViewController() override { return expanded; }
   [[nodiscard]] bool calendarReExpand() const override { return reExpands; }
+  void setCalendarReExpand(bool reExpand) override { reExpands = reExpand; }
   void presentExpandView() override { lines.emplace_back("presentExpandView"); }
   void setAdExpanded(bool on) override { lines.emplace_back(on ? "expanded" : "not expanded"); }
   void appBrowserClosed() override { lines.emplace_back("appBrowserClosed"); }

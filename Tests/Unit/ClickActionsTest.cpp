@@ -210,13 +210,21 @@ TEST_F(ClickActionsTest, WhatGoesWrongWithAnEventReachesTheCreative) {
 }
 
 TEST_F(ClickActionsTest, AnExpandedAdComesBackAfterTheEditor) {
-  view_.mraidState = MRAIDState::expanded;
-  view_.reExpands = true;
-  actions_->createCalendarEvent(eventText);
-  settle();
-  EXPECT_EQ(presenters(), "expanded");
-  platform_.composers->eventFinished(EventEditAction::saved, platform_.composers->events.back());
-  EXPECT_THAT(happened(), ElementsAre("asked 6", "presentExpandView"));
+  const auto leaveCalendar = [this](MRAIDState before, MRAIDState after) {
+    view_.mraidState = before;
+    actions_->createCalendarEvent(eventText);
+    settle();
+    EXPECT_EQ(view_.reExpands, before == MRAIDState::expanded);
+    view_.mraidState = after;
+    platform_.composers->eventFinished(EventEditAction::saved, platform_.composers->events.back());
+    EXPECT_EQ(presenters(), "");
+    EXPECT_FALSE(view_.reExpands);
+    return happened();
+  };
+  using enum MRAIDState;
+  EXPECT_THAT(leaveCalendar(expanded, expanded), ElementsAre("asked 6", "presentExpandView"));
+  EXPECT_THAT(leaveCalendar(expanded, normal), ElementsAre("asked 6")) << "closed meanwhile";
+  EXPECT_THAT(leaveCalendar(normal, normal), ElementsAre("asked 6"));
 }
 
 TEST_F(ClickActionsTest, CalendarAccessIsAskedForOnceWhereNothingIsDecided) {

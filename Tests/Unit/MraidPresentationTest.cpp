@@ -88,6 +88,24 @@ TEST_F(MraidPresentationTest, InitIsAnsweredWithTheLayout) {
   EXPECT_EQ(afterCommand("updateCurrentPosition"), report(home, false));
 }
 
+// Whatever has taken the full screen away while the user was in the calendar.
+TEST_F(MraidPresentationTest, AnExpandedAdTakesTheFullScreenAgainAfterTheCalendar) {
+  show();
+  creative("expand");
+  banner_->createCalendarEvent(R"({"description":"party"})");
+  settle();
+  EXPECT_TRUE(banner_->calendarReExpand());
+  root_->dismissViewController(Animated::no);
+  EXPECT_FALSE(isFullScreen());
+  platform_.composers->eventFinished(EventEditAction::cancelled, {});
+  EXPECT_TRUE(isFullScreen());
+  EXPECT_EQ(page_->convertTo(nullptr, page_->bounds()), (Rect{0, 0, 320, 480}));
+  EXPECT_FALSE(banner_->calendarReExpand());
+  creative("close");
+  EXPECT_FALSE(isFullScreen());
+  EXPECT_FALSE(platform_.application->statusBarHidden);
+}
+
 // Quirk: a creative hears of each new state twice, from the view and from the command.
 TEST_F(MraidPresentationTest, ExpandingAndClosingByTheCreative) {
   show();

@@ -207,7 +207,9 @@ void MraidPresentation::presentModalView(const std::shared_ptr<View>& view) {
   const auto controller = expandedViewController();
   controller->view()->addSubview(view);
   if (controller->view()->window() != nullptr) return;
-  flags_.statusBarHidden = application().isStatusBarHidden();
+  if (state() != MRAIDState::expanded) {
+    flags_.statusBarHidden = application().isStatusBarHidden();
+  }
   ViewController* root = getRootViewController();
   if (root == nullptr) {
     platformLog(

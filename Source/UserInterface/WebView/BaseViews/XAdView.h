@@ -107,6 +107,10 @@ class XAdView : public View,
     clickActions_->performClickToAction(actionType, parameters);
   }
   void checkCalendarAuthorizationStatus() { clickActions_->checkCalendarAuthorizationStatus(); }
+  // Whether the ad takes the full screen again when the user leaves the calendar; set by the SDK
+  // for an expanded ad.
+  [[nodiscard]] bool calendarReExpand() const override { return calendarReExpand_; }
+  void setCalendarReExpand(bool reExpand) override { calendarReExpand_ = reExpand; }
 
   // Whether an external network fills the slot.
   [[nodiscard]] bool isMediationAdServed() const { return mediationAdServed_; }
@@ -237,7 +241,6 @@ class XAdView : public View,
   [[nodiscard]] ViewController* expandedViewController() override {
     return presentation_.expandedViewController().get();
   }
-  [[nodiscard]] bool calendarReExpand() const override { return false; }
   void presentExpandView() override { presentation_.presentModalView(presentation_.expandView()); }
   void setAdExpanded(bool expanded) override { presentation_.setAdExpanded(expanded); }
   void appBrowserClosed() override;
@@ -256,6 +259,7 @@ class XAdView : public View,
   std::shared_ptr<MoviePlayer> moviePlayerInstance_;
   RequestParameters parameters_;
   bool mediationAdServed_ = false;
+  bool calendarReExpand_ = false;
   bool mediatedAdDidFailToLoad_ = false;  // stops further mediation and the ordinary failure path
   AdViewLoader loader_{*this};
   AdViewMediation mediation_{*this};
