@@ -4,7 +4,9 @@
 #include <charconv>
 #include <limits>
 
+#include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Runtime.h"
+#include "Services/Device.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -52,6 +54,20 @@ std::optional<std::int64_t> applicationIdentifier(const Url& url) {
     }
   }
   return std::nullopt;
+}
+
+std::optional<std::int64_t> storeApplication(const HttpResult& result) {
+  constexpr int cut = static_cast<int>(TransportError::bodyTooLarge);
+  const bool arrived = result.response && (!result.error || result.error->code == cut);
+  if (!arrived || !isAppStoreHost(result.response->url) ||
+      !hasStoreSheet(Runtime::current().platform().device->systemVersion())) {
+    return std::nullopt;
+  }
+  const auto identifier = applicationIdentifier(result.response->url);
+  platformLog(identifier ? "AppId: " + std::to_string(*identifier)
+                         : "TAVOSDK: " + std::string{result.response->url.host()} +
+                               " error: couldn't locate id.");
+  return identifier;
 }
 
 Url productPage(std::int64_t identifier) {

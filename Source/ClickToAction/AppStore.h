@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "Services/HttpClient.h"
 #include "Values/Url.h"
 
 namespace tavo {
@@ -30,6 +31,11 @@ struct AppStoreConfiguration {
 // The number of the application that a store's URL is about, from its first "/id"; none without
 // one.
 [[nodiscard]] std::optional<std::int64_t> applicationIdentifier(const Url& url);
+
+// The application at the end of a click's way, looked up by fetching its URL: none when nothing has
+// arrived (an answer whose body was not read has), for an ordinary page, for a page of the store
+// that names no application (which is logged), and on systems without a sheet for it.
+[[nodiscard]] std::optional<std::int64_t> storeApplication(const HttpResult& result);
 
 // The page of an application in the store.
 [[nodiscard]] Url productPage(std::int64_t identifier);

@@ -87,23 +87,6 @@ void WebClickThrough::resolve(const Url& url) {
       });
 }
 
-std::optional<std::int64_t> WebClickThrough::storeApplication(const HttpResult& result) {
-  constexpr int cut = static_cast<int>(TransportError::bodyTooLarge);
-  const bool arrived = result.response && (!result.error || result.error->code == cut);
-  if (!arrived || !isAppStoreHost(result.response->url) ||
-      !hasStoreSheet(Runtime::current().platform().device->systemVersion())) {
-    return std::nullopt;
-  }
-  const auto identifier = applicationIdentifier(result.response->url);
-  if (identifier) {
-    platformLog("AppId: " + std::to_string(*identifier));
-  } else {
-    platformLog("TAVOSDK: " + std::string{result.response->url.host()} +
-                " error: couldn't locate id.");
-  }
-  return identifier;
-}
-
 void WebClickThrough::resolved(const HttpResult& result, const Url& url) {
   resolving_.reset();
   const auto held = view_.hold();

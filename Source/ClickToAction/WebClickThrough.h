@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <optional>
 
 #include "ClickToAction/ClickActionsView.h"
 #include "Services/HttpClient.h"
@@ -33,8 +33,6 @@ class WebClickThrough : public std::enable_shared_from_this<WebClickThrough> {
   void openOutside(const Url& url);
   void resolve(const Url& url);
   void resolved(const HttpResult& result, const Url& url);
-  // The application that a resolved click leads to; none: an ordinary page.
-  [[nodiscard]] static std::optional<std::int64_t> storeApplication(const HttpResult& result);
   void showStoreSheet(std::int64_t identifier);
   void productViewControllerDidFinish();
   void presentInAppBrowserWithViewController(ViewController* controller, const Url& url);

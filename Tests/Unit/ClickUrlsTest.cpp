@@ -120,6 +120,25 @@ TEST_F(AppStore, QuirkAnyPieceThatBeginsWithIdIsAnIdentifier) {
   EXPECT_EQ(applicationIdentifier(Url::fromText("http://id3.example/")), 3);
 }
 
+TEST_F(AppStore, AClickLeadsToAnApplicationWhenItsAnswerCameFromTheStore) {
+  const auto answered = [](const char* url, std::optional<TransportError> error) {
+    HttpResult result;
+    if (url != nullptr) result.response.emplace().url = Url::fromText(url);
+    if (error) result.error = makeError(*error, "");
+    return storeApplication(result);
+  };
+  constexpr const char* page = "http://store.example/id42";
+  EXPECT_EQ(answered(page, std::nullopt), 42);
+  EXPECT_EQ(answered(page, TransportError::bodyTooLarge), 42);
+  EXPECT_EQ(answered(page, TransportError::timedOut), std::nullopt);
+  EXPECT_EQ(answered(nullptr, TransportError::timedOut), std::nullopt);
+  EXPECT_EQ(answered("http://www.store.example/id42", std::nullopt), std::nullopt);
+  EXPECT_EQ(answered("http://store.example/42", std::nullopt), std::nullopt);
+  EXPECT_EQ(platform_.log->messages().back(), "TAVOSDK: store.example error: couldn't locate id.");
+  platform_.device->version = "5.1";
+  EXPECT_EQ(answered(page, std::nullopt), std::nullopt);
+}
+
 TEST_F(AppStore, SheetsExistFromVersionSix) {
   for (const char* version : {"6", "6.0", "10.2", "12"}) EXPECT_TRUE(hasStoreSheet(version));
   for (const char* version : {"", "5.9.9", "x"}) EXPECT_FALSE(hasStoreSheet(version));

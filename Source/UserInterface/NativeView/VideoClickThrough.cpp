@@ -1,53 +1,18 @@
 #include "UserInterface/NativeView/VideoClickThrough.h"
 
-#include <algorithm>
-#include <array>
-
+#include "ClickToAction/AppStore.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Runtime.h"
 #include "Services/Application.h"
-#include "Services/Device.h"
-#include "UserInterface/NativeView/VideoTime.h"
 #include "Utilities/XUserAgent.h"
-#include "Values/Text.h"
 
 namespace tavo {
 
 namespace {
 
-constexpr std::array<std::string_view, 2> appStoreHosts{"itunes.apple.com", "apps.apple.com"};
-constexpr int firstVersionWithStoreSheet = 6;
 constexpr Seconds storeSheetDelay{0.5};
 
-// Only where the page finally is matters; what it says is not read.
-bool arrived(const HttpResult& result) {
-  const bool cut =
-      result.error && result.error->code == static_cast<int>(TransportError::bodyTooLarge);
-  return result.response && (!result.error || cut);
-}
-
 }  // namespace
-
-bool isAppStore(const Url& url) {
-  return std::any_of(appStoreHosts.begin(), appStoreHosts.end(),
-                     [&](std::string_view host) { return equalsIgnoringCase(url.host(), host); });
-}
-
-std::optional<std::int64_t> storeItem(const Url& url) {
-  constexpr std::string_view mark = "/id";
-  constexpr std::size_t mostDigits = 18;  // fit into the number
-  const std::string_view text = url.text();
-  const auto found = text.find(mark);
-  if (!isAppStore(url) || found == std::string_view::npos) return std::nullopt;
-  std::int64_t item = 0;
-  std::size_t digits = 0;
-  for (const char letter : text.substr(found + mark.size())) {
-    if (letter < '0' || letter > '9' || digits == mostDigits) break;
-    item = item * 10 + (letter - '0');
-    ++digits;
-  }
-  return digits > 0 ? std::optional{item} : std::nullopt;
-}
 
 void VideoClickThrough::open(const Url& url, const XAdSlotConfiguration* slot,
                              std::weak_ptr<VideoClickPresenter> presenter) {
@@ -83,19 +48,10 @@ void VideoClickThrough::resolve(const Url& url) {
 }
 
 void VideoClickThrough::resolved(const Url& url, const HttpResult& result) {
-  if (!arrived(result)) return presentBrowser(url);
-  const Url& page = result.response->url;
-  platformLog(page.text());
-  const auto& version = Runtime::current().platform().device->systemVersion();
-  if (!isAppStore(page) || leadingWholeNumber(version) < firstVersionWithStoreSheet) {
-    return presentBrowser(url);
-  }
-  const auto item = storeItem(page);
-  if (!item) {
-    platformLog("TAVOSDK: " + std::string{page.host()} + " error: couldn't locate id.");
-    return presentBrowser(url);
-  }
-  store_ = Runtime::current().platform().runLoop->after(storeSheetDelay, [this, id = *item] {
+  if (result.response) platformLog(result.response->url.text());
+  const auto application = storeApplication(result);
+  if (!application) return presentBrowser(url);
+  store_ = Runtime::current().platform().runLoop->after(storeSheetDelay, [this, id = *application] {
     if (const auto presenter = presenter_.lock()) presenter->presentStoreProduct(id);
   });
 }

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <utility>
 
 #include "Configuration/XAdSlotConfiguration.h"
@@ -12,11 +10,6 @@
 #include "UserInterface/NativeView/VideoClickPresenter.h"
 
 namespace tavo {
-
-// The product that a page of the application store is about; none for other pages and for pages of
-// the store that name no product.
-[[nodiscard]] std::optional<std::int64_t> storeItem(const Url& url);
-[[nodiscard]] bool isAppStore(const Url& url);
 
 // Follows a click on a video: out of the application, to the store, or into the in-app browser.
 // Main thread; dropping it forgets a click that is still being looked up.
