@@ -13,6 +13,7 @@
 #include "Gtk/Services/GtkPhotoAlbum.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Gtk/Services/GtkScreen.h"
+#include "Gtk/Services/GtkTelephony.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Gtk/Sheets/GtkAlerts.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
@@ -74,6 +75,7 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   platform.images =
       std::make_shared<GtkImageDecoder>(platform.runLoop, options.limits.picturePixels);
   platform.screen = std::make_shared<GtkScreen>();
+  platform.telephony = std::make_shared<GtkTelephony>();
   platform.webViews = std::make_shared<GtkWebModule>(
       GtkWebModule::Services{.runLoop = platform.runLoop,
                              .userDefaults = platform.userDefaults,

@@ -137,10 +137,9 @@ void XDeviceInformation::initializeCarrierInfo() {
   platform.runLoop->background(
       [weak = weak_from_this(), telephony = platform.telephony, runLoop = platform.runLoop.get()] {
         const auto carrier = telephony->subscriberCarrier();
+        if (!carrier) return;  // what was known is as good as ever
         runLoop->post([weak, carrier] {
-          if (const auto self = weak.lock()) {
-            self->updateCarrierInfoForCTCarrier(carrier.value_or(Carrier{}));
-          }
+          if (const auto self = weak.lock()) self->updateCarrierInfoForCTCarrier(*carrier);
         });
       });
 }

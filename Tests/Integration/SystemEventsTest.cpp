@@ -5,42 +5,10 @@
 #include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "Support/GtkLoopTest.h"
+#include "Support/PrivateBus.h"
 
 namespace tavo::test {
 namespace {
-
-// A message bus of the test's own, which stands for the session's and the system's.
-class PrivateBus {
- public:
-  PrivateBus() : daemon_{g_test_dbus_new(G_TEST_DBUS_NONE)} {
-    g_test_dbus_up(daemon_);
-    g_setenv("DBUS_SYSTEM_BUS_ADDRESS", g_test_dbus_get_bus_address(daemon_), TRUE);
-    sender_ = g_dbus_connection_new_for_address_sync(
-        g_test_dbus_get_bus_address(daemon_),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr);
-  }
-  ~PrivateBus() {
-    g_object_unref(sender_);
-    // Unlike stopping alone, this lets go of the shared connection first: losing it would end us.
-    g_test_dbus_down(daemon_);
-    g_unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-    g_object_unref(daemon_);
-  }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
-
-  void emit(const char* interface, const char* signal, GVariant* parameters) const {
-    g_dbus_connection_emit_signal(sender_, nullptr, "/somewhere", interface, signal, parameters,
-                                  nullptr);
-    g_dbus_connection_flush_sync(sender_, nullptr, nullptr);
-  }
-
- private:
-  GTestDBus* daemon_;
-  GDBusConnection* sender_ = nullptr;
-};
 
 class SystemEventsTest : public GtkLoopTest {
  protected:
