@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -7,41 +8,50 @@
 #include "Configuration/XAdSlotConfiguration.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
-#include "UserInterface/NativeView/VideoClickPresenter.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
+#include "Values/Url.h"
 
 namespace tavo {
 
-// Follows a click on a video: out of the application, to the store, or into the in-app browser.
-// Main thread; dropping it forgets a click that is still being looked up.
+// Follows a click on a video: out of the application, into the in-app browser, or, where a store's
+// page is at the end of the way, to the store's sheet. Main thread only; dropping it forgets a
+// click that is still being looked up, and leaves an open page to the user.
 class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough> {
  public:
   struct Events {
+    // Who can present something above the video now; null: nobody.
+    std::function<ViewController*()> presenter{};
     std::function<void()> willLeaveApplication{};
     std::function<void()> willOpenInAppBrowser{};
+    // The user has closed the page, or is done with the store's sheet, which is gone by then.
+    std::function<void()> browserClosed{};
+    std::function<void()> storeFinished{};
   };
 
   explicit VideoClickThrough(Events events) : events_{std::move(events)} {}
 
-  // An empty URL opens nothing. Without a presenter the page is opened by the system.
-  void open(const Url& url, const XAdSlotConfiguration* slot,
-            std::weak_ptr<VideoClickPresenter> presenter);
+  // An empty URL opens nothing.
+  void open(const Url& url, const XAdSlotConfiguration* slot);
 
-  [[nodiscard]] bool isBrowserOpen() const { return browserOpen_; }
-  // The browser is closed; returns whether it was open.
-  bool closed() { return std::exchange(browserOpen_, false); }
-  void dismissBrowser();
+  [[nodiscard]] bool isBrowserOpen() const { return browser_ != nullptr; }
+  // Takes an open page away without a report; returns whether there was one.
+  bool closeBrowser();
 
  private:
   void leaveApplication(const Url& url);
   void resolve(const Url& url);
   void resolved(const Url& url, const HttpResult& result);
   void presentBrowser(const Url& url);
+  [[nodiscard]] std::shared_ptr<XInAppBrowser> makeBrowser();
+  void showStoreSheet(std::int64_t application);
+  void storeSheetFinished();
 
   Events events_;
-  std::weak_ptr<VideoClickPresenter> presenter_;
-  Timer store_;
+  std::shared_ptr<XInAppBrowser> browser_;  // while it is open
+  std::shared_ptr<const XInAppBrowserDelegate> browserEvents_;
+  std::weak_ptr<ViewController> storeSheet_;
+  Timer storeDelay_;
   int click_ = 0;  // counts clicks, so that a late answer to a former one is dropped
-  bool browserOpen_ = false;
 };
 
 }  // namespace tavo

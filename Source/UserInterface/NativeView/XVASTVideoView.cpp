@@ -1,6 +1,9 @@
 #include "UserInterface/NativeView/XVASTVideoView.h"
 
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Runtime.h"
+#include "Scene/Window.h"
+#include "Services/Application.h"
 #include "Tracker/XAdTracker.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 
@@ -78,14 +81,33 @@ void XVASTVideoView::didClickVideo() {
 
 void XVASTVideoView::openUrlInBrowser(const Url& url) {
   const OperationLog log{"-[XVASTVideoView openUrlInBrowser:]"};
-  clickThrough_->open(url, slotConfiguration.get(), clickPresenter);
+  clickThrough_->open(url, slotConfiguration.get());
 }
 
 void XVASTVideoView::closeInAppBrowser() {
   const OperationLog log{"-[XVASTVideoView closeInAppBrowser]"};
-  if (!clickThrough_->closed()) return;
-  clickThrough_->dismissBrowser();
+  if (!clickThrough_->closeBrowser()) return;
   delegate.tell(&XVASTVidoeViewDelegate::vastVideoViewDidCloseInAppBrowser, *this);
+}
+
+std::shared_ptr<const Window> XVASTVideoView::standingWindow() const {
+  const View* video = moviePlayerInstance.get();
+  if (isInterstitial()) video = this;
+  const Window* const own = video == nullptr ? nullptr : video->window();
+  if (own != nullptr) return std::static_pointer_cast<const Window>(own->shared_from_this());
+  return Runtime::current().platform().application->keyWindow();
+}
+
+ViewController* XVASTVideoView::getRootViewController() const {
+  const OperationLog log{"-[XVASTVideoView getRootViewController]"};
+  const auto window = standingWindow();
+  return window ? window->rootViewController().get() : nullptr;
+}
+
+ViewController* XVASTVideoView::currentViewController() const {
+  const OperationLog log{"-[XVASTVideoView currentViewController]"};
+  const auto window = standingWindow();
+  return window ? window->topViewController() : nullptr;
 }
 
 void XVASTVideoView::XInAppBrowserClose() {

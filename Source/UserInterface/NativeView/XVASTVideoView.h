@@ -34,7 +34,6 @@ class XVASTVideoView : public View {
   bool isVastInterestitial = false;
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
   MobileAdSubTypes mobileAdSubTypes = MobileAdSubTypes::vastBanner;
-  std::weak_ptr<VideoClickPresenter> clickPresenter;  // none: clicks leave the application
 
   [[nodiscard]] const std::shared_ptr<XVASTAd>& VASTResponse() const { return VASTResponse_; }
   void setVAStResponse(std::shared_ptr<XVASTAd> response) { VASTResponse_ = std::move(response); }
@@ -54,6 +53,12 @@ class XVASTVideoView : public View {
   void openUrlInBrowser(const Url& url);
   void closeInAppBrowser();
 
+  // Who presents a page above the video: the root controller of the window that the video (a
+  // pre-roll: the host's player) stands in, or else of the application's; and the controller in
+  // front of everything there. Null when there is none.
+  [[nodiscard]] ViewController* getRootViewController() const;
+  [[nodiscard]] ViewController* currentViewController() const;
+
   // What a person does on the interstitial, and what is drawn for it.
   void closeButtonClicked();
   void displayCloseButton();
@@ -68,7 +73,7 @@ class XVASTVideoView : public View {
   // Ends everything without a report.
   void releaseMemory();
 
-  // The in-app browser and the store's sheet, told by whoever shows them.
+  // What the in-app browser and the store's sheet report.
   void XInAppBrowserClose();
   void XInAppBrowserWillLeaveApplication();
   void productViewControllerDidFinish();
@@ -88,6 +93,7 @@ class XVASTVideoView : public View {
   void addControlEvents(XMoviePlayerDelegate& events);
   [[nodiscard]] std::function<std::shared_ptr<XVASTVideoView>()> holder();
   void didClickVideo();
+  [[nodiscard]] std::shared_ptr<const Window> standingWindow() const;
   void endVideoAfterClick();
   [[nodiscard]] bool isInterstitial() const {
     return mobileAdSubTypes == MobileAdSubTypes::vastInterstitial;

@@ -12,18 +12,28 @@ std::function<std::shared_ptr<XVASTVideoView>()> XVASTVideoView::holder() {
 
 void XVASTVideoView::makeObservers() {
   const auto self = holder();
+  const auto call = [self](void (XVASTVideoView::*operation)()) {
+    return [self, operation] {
+      if (const auto view = self()) (view.get()->*operation)();
+    };
+  };
   clickThrough_ = std::make_shared<VideoClickThrough>(VideoClickThrough::Events{
-      .willLeaveApplication =
-          [self] {
-            if (const auto view = self()) view->XInAppBrowserWillLeaveApplication();
-          },
+      .presenter = [self]() -> ViewController* {
+        const auto view = self();
+        if (!view) return nullptr;
+        return view->isInterstitial() ? view->currentViewController()
+                                      : view->getRootViewController();
+      },
+      .willLeaveApplication = call(&XVASTVideoView::XInAppBrowserWillLeaveApplication),
       .willOpenInAppBrowser =
           [self] {
             if (const auto view = self()) {
               view->delegate.tell(&XVASTVidoeViewDelegate::vastVideoViewWillOpenInAppBrowser,
                                   *view);
             }
-          }});
+          },
+      .browserClosed = call(&XVASTVideoView::XInAppBrowserClose),
+      .storeFinished = call(&XVASTVideoView::productViewControllerDidFinish)});
   XMoviePlayerDelegate events;
   addPlaybackEvents(events);
   addControlEvents(events);

@@ -1,0 +1,154 @@
+// Where a click on a video leads when the slot keeps its pages inside the application.
+
+#include <gmock/gmock.h>
+
+#include "ClickToAction/AppStore.h"
+#include "Unit/VastFixture.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* clickUrl = "http://click.example/video";
+const std::string asked = std::string{"GET "} + clickUrl;
+const std::string handedBack = "prerollDidFinish http://host.example/film.mp4";
+
+class VideoClickTest : public VastTest {
+ protected:
+  VideoClickTest() {
+    slot_->shouldOpenClickThroughURLInAppBrowser = true;
+    platform_.http->answerWith(clickUrl, "text/html", "<p></p>");
+    AppStoreConfiguration::sharedInstance() = {.hosts = {"store.example", "shop.example"},
+                                               .productPagePrefix = "http://store.example/id"};
+  }
+
+  void startPreroll() {
+    makePreroll();
+    play();
+    advance(5);
+    played();
+  }
+  // Taps the video; returns what that led to, without the pause of the video.
+  std::vector<std::string> click() {
+    deliverTap(movie(), {100, 100});
+    settle();
+    return withoutPause(played());
+  }
+  std::vector<std::string> withoutPause(std::vector<std::string> lines) {
+    std::erase_if(lines, [](const std::string& line) {
+      return line == "didPause" || line == "GET http://t.example/inline/pause";
+    });
+    return lines;
+  }
+  [[nodiscard]] headless::HeadlessMoviePlayer& movie() {
+    return host_ ? *host_ : VastTest::movie();
+  }
+  // The page in front of everything; null when there is none.
+  [[nodiscard]] std::shared_ptr<XInAppBrowser> browser() const {
+    auto* top = window_->topViewController();
+    if (dynamic_cast<XInAppBrowser*>(top) == nullptr) return nullptr;
+    return std::static_pointer_cast<XInAppBrowser>(top->shared_from_this());
+  }
+};
+
+TEST_F(VideoClickTest, APageIsShownAboveThePrerollWhichWaits) {
+  slot_->dismissVideoOnClickThrough = false;
+  startPreroll();
+  EXPECT_THAT(click(), ElementsAre("didClick", asked, "willOpenBrowser"));
+  ASSERT_TRUE(browser());
+  EXPECT_EQ(browser()->URL().text(), clickUrl);
+  EXPECT_THAT(platform_.application->openedUrls, IsEmpty());
+  browser()->actionButtonItemClicked();
+  EXPECT_THAT(played(), ElementsAre("willLeaveApplication"));
+  browser()->closeButtonItemClicked();
+  EXPECT_FALSE(browser());
+  EXPECT_THAT(played(), ElementsAre("willCloseBrowser"));
+  EXPECT_EQ(host_->playbackState(), MoviePlaybackState::paused);
+  EXPECT_THAT(click(), ElementsAre("GET http://t.example/inline/resume", "didResume"));
+}
+
+TEST_F(VideoClickTest, ThePageEndsAVideoThatIsToEndWithIt) {
+  startPreroll();
+  click();
+  ASSERT_TRUE(browser());
+  browser()->closeButtonItemClicked();
+  settle();
+  EXPECT_THAT(played(), ElementsAre("willCloseBrowser", handedBack));
+}
+
+TEST_F(VideoClickTest, AVideoThatEndsTakesThePageWithIt) {
+  startPreroll();
+  click();
+  ASSERT_TRUE(browser());
+  runtime_.notifications().post(
+      {.name = std::string{notifications::didReceiveMemoryWarning}, .userInfo = {}});
+  settle();
+  EXPECT_FALSE(browser());
+}
+
+TEST_F(VideoClickTest, AnInterstitialPresentsFromTheFront) {
+  makeInterstitial();
+  const auto above = std::make_shared<ViewController>();
+  root_->presentViewController(above, Animated::no);
+  above->view()->addSubview(banner_);
+  play();
+  advance(5);
+  played();
+  EXPECT_THAT(click(), ElementsAre("didClick", asked, "willOpenBrowser"));
+  EXPECT_NE(dynamic_cast<XInAppBrowser*>(above->presentedViewController()), nullptr);
+}
+
+TEST_F(VideoClickTest, AStorePageOpensTheSheetAfterAMoment) {
+  platform_.http->forget(clickUrl);
+  platform_.http->answer(clickUrl,
+                         {.status = 302, .headers = {{"Location", "http://store.example/id42"}}});
+  platform_.http->answerWith("http://store.example/id42", "text/html", "<p></p>");
+  startPreroll();
+  click();
+  EXPECT_EQ(root_->presentedViewController(), nullptr);
+  advance(0.5);
+  ASSERT_NE(root_->presentedViewController(), nullptr);
+  EXPECT_EQ(root_->presentedViewController(), platform_.composers->lastSheet().get());
+  EXPECT_EQ(platform_.composers->products.back(),
+            (StoreProduct{42, Url::parse("http://store.example/id42")}));
+  played();
+  platform_.composers->storeFinished();
+  settle();
+  EXPECT_EQ(root_->presentedViewController(), nullptr);
+  EXPECT_THAT(played(), ElementsAre(handedBack));
+}
+
+TEST_F(VideoClickTest, WithoutRoomNothingIsShown) {
+  startPreroll();
+  const auto other = std::make_shared<ViewController>();
+  root_->presentViewController(other, Animated::no);
+  EXPECT_THAT(click(), ElementsAre("didClick", asked));
+  EXPECT_EQ(window_->topViewController(), other.get());
+}
+
+TEST_F(VideoClickTest, AHostMayDropTheSlotInsideEveryReport) {
+  for (const char* moment : {"didClick", "willOpenBrowser", "willCloseBrowser"}) {
+    SCOPED_TRACE(moment);
+    startPreroll();
+    onCallback_ = [&](const std::string& line) {
+      if (line != moment || !banner_) return;
+      banner_->removeFromSuperview();
+      banner_.reset();
+    };
+    click();
+    if (browser()) browser()->closeButtonItemClicked();
+    settle();
+    onCallback_ = {};
+    EXPECT_EQ(banner_, nullptr);
+    EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+    EXPECT_FALSE(browser());
+    host_->removeFromSuperview();
+    host_.reset();
+  }
+}
+
+}  // namespace
+}  // namespace tavo::test
