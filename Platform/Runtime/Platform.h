@@ -4,6 +4,7 @@
 
 namespace tavo {
 
+class AdNetworkLibrary;
 class Alerts;
 class Application;
 class Bundle;
@@ -27,6 +28,7 @@ class WebViewFactory;
 // The services of one platform, all of them present. Platforms/Gtk and Platforms/Headless each have
 // a function that fills one.
 struct Platform {
+  std::shared_ptr<AdNetworkLibrary> adNetwork{};
   std::shared_ptr<Alerts> alerts{};
   std::shared_ptr<Application> application;
   std::shared_ptr<Bundle> bundle;

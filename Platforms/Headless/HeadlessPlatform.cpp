@@ -19,12 +19,14 @@ HeadlessPlatform::HeadlessPlatform(const Limits& limits)
       calendarAccess{std::make_shared<HeadlessCalendarAccess>(runLoop)},
       composers{std::make_shared<HeadlessComposers>()},
       photoAlbum{std::make_shared<HeadlessPhotoAlbum>(runLoop)},
-      moviePlayers{std::make_shared<HeadlessMoviePlayerFactory>(runLoop, limits)} {
+      moviePlayers{std::make_shared<HeadlessMoviePlayerFactory>(runLoop, limits)},
+      adNetwork{std::make_shared<HeadlessAdNetworkLibrary>()} {
   bundle->files["/bundle/CorvaneTAVOSDKMRAID.bundle/XMraid.js"] = "/* mraid */";
 }
 
 Platform HeadlessPlatform::platform() const {
-  return {.alerts = alerts,
+  return {.adNetwork = adNetwork,
+          .alerts = alerts,
           .application = application,
           .bundle = bundle,
           .calendarAccess = calendarAccess,

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Headless/HeadlessAdNetworkLibrary.h"
 #include "Headless/HeadlessComposers.h"
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessHttpClient.h"
@@ -40,6 +41,7 @@ struct HeadlessPlatform {
   std::shared_ptr<HeadlessComposers> composers;
   std::shared_ptr<HeadlessPhotoAlbum> photoAlbum;
   std::shared_ptr<HeadlessMoviePlayerFactory> moviePlayers;
+  std::shared_ptr<HeadlessAdNetworkLibrary> adNetwork;
 };
 
 }  // namespace tavo::headless
