@@ -6,29 +6,43 @@
 #include "ErrorHandler/SdkErrors.h"
 #include "Runtime/Runtime.h"
 #include "Values/Text.h"
+#include "XMediation/XMediationBanner.h"
+#include "XMediation/XMediationInterstitial.h"
 
 namespace tavo {
 
 XMediation& XMediation::sharedInstance() { return Runtime::current().shared<XMediation>(); }
 
-// The events of the adapters go to the coordinator's own observer as they are. Closing and having
-// presented are between the network and its user.
-XMediation::XMediation() {
-  using Table = XMediationInterfaceDelegate;
+XMediation::XMediation() { makeRelay(); }
+
+// The events of the adapters go to the observer that came with the view, as they are.
+//
+// Quirk: closing and having presented go nowhere, so a host hears that a page opens above its
+// application and not that it closes, although the ad view would pass that on.
+void XMediation::makeRelay() {
   const auto pass = [this](Table::Event Table::*event) {
     return [this, event](XMediationInterface&, MediatedView& adView) {
-      delegate.tell(event, *this, adView);
+      observerOf(adView).tell(event, *this, adView);
     };
   };
+  const auto accept = [](XMediationInterface&, MediatedView&) {};
   relay_ = std::make_shared<Table>(
       Table{.adDidReceiveWithXAdView = pass(&Table::adDidReceiveWithXAdView),
             .adRequestFailedWithError =
                 [this](XMediationInterface&, const Error& error, MediatedView& adView) {
-                  delegate.tell(&Table::adRequestFailedWithError, *this, error, adView);
+                  observerOf(adView).tell(&Table::adRequestFailedWithError, *this, error, adView);
                 },
             .adWasClickedWithXAdView = pass(&Table::adWasClickedWithXAdView),
+            .adWillCloseWithXAdView = accept,
+            .adDidCloseWithXAdView = accept,
             .adWillPresentWithXAdView = pass(&Table::adWillPresentWithXAdView),
+            .adDidPresentWithXAdView = accept,
             .adWillLeaveApplicationWithXAdView = pass(&Table::adWillLeaveApplicationWithXAdView)});
+}
+
+Observer<XMediationInterfaceDelegate> XMediation::observerOf(const MediatedView& adView) const {
+  const auto found = observers_.find(&adView);
+  return found == observers_.end() ? Observer<Table>{} : found->second;
 }
 
 std::optional<std::string> XMediation::canMediateWithPlacementId(const std::string& placementId,
@@ -48,8 +62,22 @@ std::optional<std::string> XMediation::canMediateWithPlacementId(const std::stri
 }
 
 void XMediation::refuse(MediatedView& adView, const std::string& reason) {
-  delegate.tell(&XMediationInterfaceDelegate::adRequestFailedWithError, *this,
-                makeError(SdkError::mediationImpossible, reason), adView);
+  observerOf(adView).tell(&Table::adRequestFailedWithError, *this,
+                          makeError(SdkError::mediationImpossible, reason), adView);
+}
+
+XMediationInterface* XMediation::adapter() const {
+  switch (xMediationType) {
+    case MediationType::banner: {
+      auto& banner = XMediationBanner::sharedInstance();
+      banner.bannerWidth = slotConfiguration ? slotConfiguration->mediationBannerWidth : 0;
+      banner.bannerHeight = slotConfiguration ? slotConfiguration->mediationBannerHeight : 0;
+      return &banner;
+    }
+    case MediationType::interstitial:
+      return &XMediationInterstitial::sharedInstance();
+  }
+  return nullptr;
 }
 
 void XMediation::copyTargeting(XMediationInterface& adapter) const {
@@ -66,22 +94,34 @@ void XMediation::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,
                                    const std::string& placementId, const Size& size,
                                    ViewController* rootViewController) {
   const OperationLog log{"-[XMediation loadAdWithXAdView:placementId:size:rootViewController:]"};
+  observers_[adView.get()] = delegate;
   if (const auto reason = canMediateWithPlacementId(placementId, size)) {
     return refuse(*adView, *reason);
   }
   adView->setIsMediationAdServed(true);
-  const auto adapter =
-      xMediationType == MediationType::banner ? bannerAdapter : interstitialAdapter;
-  if (!adapter) return refuse(*adView, "Missing required mediation classes.");
-  adapter->delegate.set(relay_);
-  copyTargeting(*adapter);
-  adapter->loadAdWithXAdView(adView, placementId, size, rootViewController);
+  XMediationInterface* const chosen = adapter();
+  if (chosen == nullptr) return;
+  chosen->delegate.set(relay_);
+  copyTargeting(*chosen);
+  chosen->loadAdWithXAdView(adView, placementId, size, rootViewController);
 }
 
 void XMediation::releaseMemory() {
   const OperationLog log{"-[XMediation releaseMemory]"};
-  if (bannerAdapter) bannerAdapter->releaseMemory();
-  if (interstitialAdapter) interstitialAdapter->releaseMemory();
+  observers_.clear();
+  XMediationBanner::sharedInstance().releaseMemory();
+  XMediationInterstitial::sharedInstance().releaseMemory();
+}
+
+void XMediation::releaseAdOf(const MediatedView& adView) {
+  observers_.erase(&adView);
+  XMediationBanner::sharedInstance().releaseAdOf(adView);
+  XMediationInterstitial::sharedInstance().releaseAdOf(adView);
+}
+
+void XMediation::abandonLoadOf(const MediatedView& adView) {
+  XMediationBanner::sharedInstance().abandonLoadOf(adView);
+  XMediationInterstitial::sharedInstance().abandonLoadOf(adView);
 }
 
 }  // namespace tavo

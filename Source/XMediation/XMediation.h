@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,8 +11,8 @@
 namespace tavo {
 
 // Hands a slot to an external ad network: checks whether that is allowed, gives the right adapter
-// its targeting data and relays the adapter's events to the ad view. One per process; it serves the
-// view that asked last. Main thread only.
+// its targeting data and relays the adapter's events to the ad view. One per process; it serves any
+// number of views, one ad each. Main thread only.
 class XMediation : public XMediationInterface {
  public:
   [[nodiscard]] static XMediation& sharedInstance();
@@ -19,10 +20,6 @@ class XMediation : public XMediationInterface {
   XMediation();
 
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
-
-  // The adapters by type; null where the application has no network for it.
-  std::shared_ptr<XMediationInterface> bannerAdapter;
-  std::shared_ptr<XMediationInterface> interstitialAdapter;
 
   // None when mediation may start, else why not.
   [[nodiscard]] std::optional<std::string> canMediateWithPlacementId(const std::string& placementId,
@@ -32,12 +29,22 @@ class XMediation : public XMediationInterface {
                          const std::string& placementId, const Size& size,
                          ViewController* rootViewController) override;
   void releaseMemory() override;
+  void releaseAdOf(const MediatedView& adView) override;
+  void abandonLoadOf(const MediatedView& adView) override;
 
  private:
-  void refuse(MediatedView& adView, const std::string& reason);
-  void copyTargeting(XMediationInterface& adapter) const;
+  using Table = XMediationInterfaceDelegate;
 
-  std::shared_ptr<const XMediationInterfaceDelegate> relay_;
+  void makeRelay();
+  void refuse(MediatedView& adView, const std::string& reason);
+  // The adapter of the present type, ready for a load; null for a type that has none.
+  [[nodiscard]] XMediationInterface* adapter() const;
+  void copyTargeting(XMediationInterface& adapter) const;
+  // Who was the delegate when the view's ad was asked for.
+  [[nodiscard]] Observer<Table> observerOf(const MediatedView& adView) const;
+
+  std::map<const MediatedView*, Observer<Table>> observers_;
+  std::shared_ptr<const Table> relay_;
 };
 
 }  // namespace tavo

@@ -57,6 +57,10 @@ class XMediationInterface {
                                  ViewController* rootViewController) = 0;
   // Drops what is held of the network.
   virtual void releaseMemory() {}
+  // The same for one view, which hears nothing more of its mediated ad.
+  virtual void releaseAdOf(const MediatedView& /*adView*/) {}
+  // The same if the ad is still being waited for.
+  virtual void abandonLoadOf(const MediatedView& /*adView*/) {}
 };
 
 }  // namespace tavo

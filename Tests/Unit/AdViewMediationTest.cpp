@@ -3,13 +3,14 @@
 
 #include "Configuration/XGlobalConfiguration.h"
 #include "Unit/AdViewFixture.h"
+#include "Unit/FakeAdNetwork.h"
 #include "UserInterface/WebView/BaseViews/AdViewMediation.h"
-#include "XMediation/XMediation.h"
 
 namespace tavo::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsSupersetOf;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string switchedOff =
@@ -39,34 +40,33 @@ TEST(MediationTypeTest, DecidesByTypeSubTypeAndPlacement) {
   }
 }
 
-// An adapter that records its loads and lets the test report.
-class RecordingAdapter : public XMediationInterface {
- public:
-  void loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,
-                         const std::string& placementId, const Size& size,
-                         ViewController* rootViewController) override {
-    loads.push_back(placementId + " " + std::to_string(static_cast<int>(size.width)) + "x" +
-                    std::to_string(static_cast<int>(size.height)));
-    view = adView;
-    root = rootViewController;
-  }
-  std::vector<std::string> loads;
-  std::shared_ptr<MediatedView> view;
-  ViewController* root = nullptr;
-};
-
 class AdViewMediationTest : public AdViewTest {
  protected:
   AdViewMediationTest() {
-    XMediation::sharedInstance().bannerAdapter = adapter_;
+    network_.install();
     slot_->mediationPlacementId = "place";
     slot_->mediationBannerWidth = 320;
     slot_->mediationBannerHeight = 50;
     makeBanner();
   }
-  ~AdViewMediationTest() override { adapter_->view.reset(); }
 
-  const std::shared_ptr<RecordingAdapter> adapter_ = std::make_shared<RecordingAdapter>();
+  // Loads for an answer without an ad, which mediation follows where it is switched on.
+  std::vector<std::string> loadNothing() {
+    answer(noAdAnswer);
+    load();
+    settle();
+    return happened();
+  }
+  void makeInterstitial() {
+    banner_->setMobileAdTypes(MobileAdTypes::interstitial);
+    banner_->setPlacementType(PlacementType::interstitial);
+    banner_->pDelegate.set(heard_);
+  }
+
+  FakeAdNetwork network_;
+  const std::shared_ptr<const XAdViewOnlyForSubClassEyesDelegate> heard_ =
+      std::make_shared<XAdViewOnlyForSubClassEyesDelegate>(XAdViewOnlyForSubClassEyesDelegate{
+          .isRequiredDelegateImplementedByPublisher = [] { return true; }});
 };
 
 TEST_F(AdViewMediationTest, AServersInstructionIsCarriedOutWhateverTheSwitchesSay) {
@@ -76,72 +76,138 @@ TEST_F(AdViewMediationTest, AServersInstructionIsCarriedOutWhateverTheSwitchesSa
   load();
   settle();
   EXPECT_THAT(happened(), ElementsAre(getAd)) << "no impression of ours, no failure";
-  EXPECT_THAT(adapter_->loads, ElementsAre("7 300x250"));
-  EXPECT_EQ(adapter_->root, root_.get());
+  EXPECT_THAT(network_.lines, IsSupersetOf({"placementId 7", "adSize 300 250", "root set"}));
   EXPECT_TRUE(banner_->isMediationAdServed());
-  using Table = XMediationInterfaceDelegate;
-  adapter_->delegate.tell(&Table::adDidReceiveWithXAdView, *adapter_, *adapter_->view);
-  adapter_->delegate.tell(&Table::adWasClickedWithXAdView, *adapter_, *adapter_->view);
-  adapter_->delegate.tell(&Table::adWillPresentWithXAdView, *adapter_, *adapter_->view);
-  adapter_->delegate.tell(&Table::adDidCloseWithXAdView, *adapter_, *adapter_->view);
-  adapter_->delegate.tell(&Table::adWillLeaveApplicationWithXAdView, *adapter_, *adapter_->view);
+  EXPECT_THAT(banner_->subviews(), ElementsAre(network_.ads.at(0).view));
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  network_.say(0, &CVAdDelegate::adWasClicked);
+  network_.say(0, &CVAdDelegate::adWillPresent);
+  network_.say(0, &CVAdDelegate::adDidPresent);
+  network_.say(0, &CVAdDelegate::adWillLeaveApplication);
   EXPECT_THAT(happened(),
               ElementsAre("didLoad", "didClick", "willOpenBrowser", "willLeaveApplication"));
 }
 
+TEST_F(AdViewMediationTest, QuirkTheHostNeverHearsThatAMediatedPageCloses) {
+  slot_->canMediate = 1;
+  loadNothing();
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  happened();
+  network_.say(0, &CVAdDelegate::adWillPresent);
+  network_.say(0, &CVAdDelegate::adWillClose);
+  network_.say(0, &CVAdDelegate::adDidClose);
+  EXPECT_THAT(happened(), ElementsAre("willOpenBrowser"));
+}
+
 TEST_F(AdViewMediationTest, AFailedRequestMayBeMediatedAndStillFails) {
   slot_->canMediate = 1;
-  answer(noAdAnswer);
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, "didFail 1002 No ads available from TAVO server."));
-  EXPECT_THAT(adapter_->loads, ElementsAre("place 320x50"));
-  adapter_->delegate.tell(&XMediationInterfaceDelegate::adRequestFailedWithError, *adapter_,
-                          Error{"network", 3, "no fill"}, *adapter_->view);
+  EXPECT_THAT(loadNothing(), ElementsAre(getAd, "didFail 1002 No ads available from TAVO server."));
+  EXPECT_THAT(network_.lines, IsSupersetOf({"placementId place", "adSize 320 50"}));
+  network_.fail(0);
   EXPECT_THAT(happened(), ElementsAre("didFail 3 no fill"));
+  EXPECT_TRUE(banner_->subviews().empty());
 }
 
 TEST_F(AdViewMediationTest, ASlotThatSaysNoOverrulesTheApplicationInTheCheckOnly) {
   XGlobalConfiguration::sharedInstance().canMediate = 1;
   slot_->canMediate = 0;
-  answer(noAdAnswer);
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, switchedOff));
-  EXPECT_TRUE(adapter_->loads.empty());
+  EXPECT_THAT(loadNothing(), ElementsAre(getAd, switchedOff));
+  EXPECT_EQ(network_.made, 0);
 }
 
-TEST_F(AdViewMediationTest, PlacementSizeAndNetworkMustBeThere) {
+TEST_F(AdViewMediationTest, WithoutTheNetworksClassesTheSubviewsStay) {
+  AdNetworkClasses::sharedInstance().registerClass("CVBannerAdView", {});
   slot_->canMediate = 1;
-  answer(noAdAnswer);
+  const auto own = std::make_shared<View>();
+  banner_->addSubview(own);
+  EXPECT_THAT(loadNothing(),
+              ElementsAre(getAd, "didFail 1008 Missing required mediation classes."));
+  EXPECT_THAT(banner_->subviews(), ElementsAre(own));
+}
+
+TEST_F(AdViewMediationTest, ALoadThatWasReplacedIsNotHeardOfAgain) {
+  slot_->canMediate = 1;
+  loadNothing();
+  const auto late = network_.ads.at(0).delegate.lock();
+  answer(imageAnswer());
+  load();
+  late->adRequestFailedWithError(*network_.ads.at(0).object, {"network", 3, "no fill"});
+  settle();
+  EXPECT_THAT(happened(), ElementsAre(getAd, "GET http://cdn.example/a.png",
+                                      "GET http://track.example/i", "didLoad"));
+  EXPECT_TRUE(network_.ads.at(0).life.expired());
+}
+
+TEST_F(AdViewMediationTest, AReleasedOrDestroyedViewHearsNothing) {
+  slot_->canMediate = 1;
+  for (const bool destroys : {false, true}) {
+    SCOPED_TRACE(destroys);
+    loadNothing();
+    const auto ad = network_.ads.back();
+    const auto late = ad.delegate.lock();
+    banner_->releaseMemory();
+    if (destroys) {
+      banner_->removeFromSuperview();
+      banner_.reset();
+    }
+    late->adDidReceiveAd(*ad.object);
+    late->adWasClicked(*ad.object);
+    late->adRequestFailedWithError(*ad.object, {});
+    settle();
+    EXPECT_TRUE(happened().empty());
+    EXPECT_TRUE(ad.life.expired());
+  }
+}
+
+TEST_F(AdViewMediationTest, TwoSlotsHearOfTheirOwnAds) {
+  slot_->canMediate = 1;
+  const auto first = banner_;
+  loadNothing();
+  makeBanner();
+  std::vector<const XAdView*> told;
+  const auto events = std::make_shared<XAdViewDelegate>(
+      XAdViewDelegate{.xAdViewDidLoad = [&](XAdView& view) { told.push_back(&view); }});
+  first->delegate.set(events);
+  banner_->delegate.set(events);
+  loadNothing();
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  network_.say(1, &CVAdDelegate::adDidReceiveAd);
+  EXPECT_THAT(told, ElementsAre(first.get(), banner_.get()));
+}
+
+TEST_F(AdViewMediationTest, AnInterstitialOutsideAWindowIsPresentedOverTheApplications) {
+  slot_->canMediate = 1;
+  makeInterstitial();
+  banner_->removeFromSuperview();
+  loadNothing();
+  network_.lines.clear();
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  EXPECT_THAT(network_.lines, ElementsAre("display"));
+  EXPECT_THAT(happened(), ElementsAre("didLoad"));
+}
+
+TEST_F(AdViewMediationTest, PlacementAndSizeMustBeThere) {
+  slot_->canMediate = 1;
   struct Case {
     const char* placement;
     float width;
-    bool hasNetwork;
     const char* failure;
   };
   const Case cases[] = {
-      {" \n", 320, true, "didFail 1008 Cannot Mediate: PlacementId not set."},
-      {"p", 0, true, "didFail 1008 Cannot Mediate: BannerWidth or BannerHeight not set."},
-      {"p", 320, false, "didFail 1008 Missing required mediation classes."},
+      {" \n", 320, "didFail 1008 Cannot Mediate: PlacementId not set."},
+      {"p", 0, "didFail 1008 Cannot Mediate: BannerWidth or BannerHeight not set."},
   };
   for (const auto& test : cases) {
     slot_->mediationPlacementId = test.placement;
     slot_->mediationBannerWidth = test.width;
-    XMediation::sharedInstance().bannerAdapter = test.hasNetwork ? adapter_ : nullptr;
-    load();
-    settle();
-    EXPECT_THAT(happened(), ElementsAre(getAd, test.failure));
+    EXPECT_THAT(loadNothing(), ElementsAre(getAd, test.failure));
   }
 }
 
 TEST_F(AdViewMediationTest, PrerollsAndUnheardInterstitialsAreNotMediated) {
   slot_->canMediate = 1;
-  answer(noAdAnswer);
   banner_->setMobileAdSubTypes(MobileAdSubTypes::vastBanner);
-  load();
-  settle();
-  EXPECT_THAT(happened(),
+  EXPECT_THAT(loadNothing(),
               ElementsAre(getAd,
                           "didFail 1008 Failed to retrieve ad from TAVO. Cannot mediate for "
                           "Preroll ads.",
@@ -149,9 +215,7 @@ TEST_F(AdViewMediationTest, PrerollsAndUnheardInterstitialsAreNotMediated) {
   banner_->setMobileAdSubTypes(MobileAdSubTypes::unknown);
   banner_->setMobileAdTypes(MobileAdTypes::interstitial);
   banner_->setPlacementType(PlacementType::interstitial);
-  load();
-  settle();
-  EXPECT_THAT(happened(),
+  EXPECT_THAT(loadNothing(),
               ElementsAre(getAd,
                           "didFail 1008 Failed to retrieve ad from TAVO. Cannot mediate as "
                           "required delegate xAdInterstitialDidLoad is not implemented.",

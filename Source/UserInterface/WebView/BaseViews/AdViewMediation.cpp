@@ -55,9 +55,20 @@ bool AdViewMediation::start(const std::string& placementId, const Size& size,
   coordinator.isMediationMandate = isMediationMandate;
   coordinator.slotConfiguration = settings;
   platformLog("Initializing Mediation Network.");
-  coordinator.loadAdWithXAdView(host_.mediatedView(), placementId, size,
-                                host_.mediationRootController());
+  const auto view = host_.mediatedView();
+  served_ = view.get();
+  coordinator.loadAdWithXAdView(view, placementId, size, host_.mediationRootController());
   return true;
+}
+
+// A view that never asked for mediation has nothing to end.
+void AdViewMediation::abandonLoad() {
+  if (served_ != nullptr) XMediation::sharedInstance().abandonLoadOf(*served_);
+}
+
+void AdViewMediation::release() {
+  if (served_ != nullptr) XMediation::sharedInstance().releaseAdOf(*served_);
+  served_ = nullptr;
 }
 
 void AdViewMediation::makeObserver() {

@@ -45,11 +45,17 @@ class AdViewMediation {
   // reach the host inside the call.
   bool start(const std::string& placementId, const Size& size, bool isMediationMandate);
 
+  // A new load has begun: what the network has not answered yet is not waited for any more.
+  void abandonLoad();
+  // The ad has left the view, and with it all interest.
+  void release();
+
  private:
   bool refuse(const char* reason);
   void makeObserver();
 
   Host& host_;
+  const MediatedView* served_ = nullptr;  // the view, once the coordinator knows it
   std::shared_ptr<const XMediationInterfaceDelegate> events_;
 };
 

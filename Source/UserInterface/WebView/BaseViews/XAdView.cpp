@@ -137,6 +137,7 @@ void XAdView::releaseMemory() {
   // What is taken off is destroyed after this turn: the caller may be one of them.
   const auto manager = std::move(adManager_);
   adManager_ = nullptr;
+  mediation_.release();
   removeAllSubviews();
   presentation_.dismissExpanded();
   if (appBrowserOpen()) {
@@ -226,6 +227,7 @@ void XAdView::adManagerDidFailWithError(const std::optional<Error>& error) {
 void XAdView::willLoad() {
   mediationAdServed_ = false;
   mediatedAdDidFailToLoad_ = false;
+  mediation_.abandonLoad();
 }
 
 std::shared_ptr<MediatedView> XAdView::mediatedView() {
@@ -242,9 +244,7 @@ bool XAdView::isRequiredDelegateImplementedByPublisher() const {
       .value_or(false);
 }
 
-ViewController* XAdView::mediationRootController() {
-  return window() != nullptr ? window()->rootViewController().get() : nullptr;
-}
+ViewController* XAdView::mediationRootController() { return getRootViewController(); }
 
 void XAdView::mediatedAdDidLoad() {
   refreshAd();

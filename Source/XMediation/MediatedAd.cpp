@@ -1,0 +1,78 @@
+#include "XMediation/MediatedAd.h"
+
+#include <exception>
+
+#include "ErrorHandler/ExtendNSLog.h"
+#include "ErrorHandler/SdkErrors.h"
+#include "Runtime/Runtime.h"
+#include "Services/RunLoop.h"
+#include "XMediation/MainThreadDelegate.h"
+
+namespace tavo {
+
+MediatedAd::MediatedAd(XMediationInterface& adapter, const std::shared_ptr<MediatedView>& adView,
+                       std::shared_ptr<CVAd> network)
+    : adapter_{adapter}, adView_{adView}, key_{adView.get()}, network_{std::move(network)} {}
+
+std::weak_ptr<CVAdDelegate> MediatedAd::delegate() {
+  if (!delegate_ && state_ != State::over) {
+    delegate_ = std::make_shared<MainThreadDelegate>(Runtime::current().platform().runLoop,
+                                                     weak_from_this());
+  }
+  return delegate_;
+}
+
+void MediatedAd::attempt(const std::function<void()>& calls) {
+  const auto held = shared_from_this();
+  try {
+    return calls();
+  } catch (const std::exception& exception) {
+    platformLog(std::string{"The ad network raised an exception: "} + exception.what());
+  } catch (...) {
+    platformLog("The ad network raised an exception.");
+  }
+  failed(makeError(SdkError::mediationImpossible, "The mediation network raised an exception."));
+}
+
+// Nothing counts any more from here on, whatever taking the ad away sets off. The network may be in
+// the middle of a call of its own: its object goes after this turn.
+void MediatedAd::end() {
+  state_ = State::over;
+  delegate_.reset();
+  takeAway();
+  if (!network_) return;
+  Runtime::current().platform().runLoop->post([network = std::move(network_)] {});
+}
+
+void MediatedAd::abandon() {
+  if (state_ != State::over) end();
+}
+
+void MediatedAd::received() {
+  const auto held = shared_from_this();
+  const auto adView = adView_.lock();
+  if (!adView || state_ != State::loading || !isInPlace()) return;
+  state_ = State::presenting;
+  attempt([this] { present(); });
+  if (state_ != State::presenting) return;
+  state_ = State::received;
+  adapter_.delegate.tell(&Table::adDidReceiveWithXAdView, adapter_, *adView);
+}
+
+void MediatedAd::failed(const Error& error) {
+  const auto held = shared_from_this();
+  const auto adView = adView_.lock();
+  if (!adView || state_ == State::received || state_ == State::over) return;
+  const Error own = error;  // the network's may go with its object
+  end();
+  adapter_.delegate.tell(&Table::adRequestFailedWithError, adapter_, own, *adView);
+}
+
+void MediatedAd::report(Table::Event Table::*event) {
+  const auto held = shared_from_this();
+  const auto adView = adView_.lock();
+  if (!adView || state_ == State::loading || state_ == State::over || !isInPlace()) return;
+  adapter_.delegate.tell(event, adapter_, *adView);
+}
+
+}  // namespace tavo
