@@ -22,7 +22,7 @@ std::string mimeTypeOf(const std::string* contentType) {
 
 // Where a "Location" header leads: an absolute URL, or a path on the same server.
 Url target(const Url& from, const std::string& location) {
-  const Url absolute = Url::fromText(location);
+  Url absolute = Url::fromText(location);
   if (!absolute.scheme().empty()) return absolute;
   const auto& text = from.text();
   const auto authority = text.find("//") + 2;
