@@ -18,12 +18,14 @@ bool isLike(const Color& left, const Color& right) {
 
 }  // namespace
 
-GtkHost::GtkHost(const std::string& campaigns)
+GtkHost::GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust)
     : application_{Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE)} {
   gtk_init();
   server_ = std::make_unique<adserver::AdServer>(campaigns);
-  runtime_ = std::make_unique<Runtime>(gtk::makePlatform(
-      {.applicationId = "tavo-test", .dataFolder = folder_.path("data"), .assumeReachable = true}));
+  Platform platform = gtk::makePlatform(
+      {.applicationId = "tavo-test", .dataFolder = folder_.path("data"), .assumeReachable = true});
+  if (adjust) adjust(platform);
+  runtime_ = std::make_unique<Runtime>(std::move(platform));
   events_ = std::make_shared<XAdViewDelegate>(
       XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { calls_.emplace_back("didLoad"); },
                       .xAdViewDidFailWithError =

@@ -19,7 +19,8 @@ namespace tavo::test {
 // A real host on a real screen: a window with one banner slot, and a sample ad server beside it.
 class GtkHost {
  public:
-  explicit GtkHost(const std::string& campaigns);
+  // `adjust` may put its own services into the platform before anything uses them.
+  explicit GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust = {});
   ~GtkHost();
 
   // Puts a new banner of 320 x 50 into the window, in place of the former one.
