@@ -11,7 +11,8 @@ namespace tavo::adplayer {
 struct PlayerEvent {
   std::chrono::milliseconds time{0};  // since the campaign was started
   std::string campaign;
-  std::string kind;  // "request", "asset", "tracking", "callback", "classified", "picture", "end"
+  std::string
+      kind;  // "ad", "asset", "tracking", "ping", "callback", "classified", "picture", "end"
   std::string text;
 };
 

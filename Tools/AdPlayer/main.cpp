@@ -6,6 +6,7 @@
 #include <fstream>
 #include <memory>
 
+#include "AdPlayer/PingReport.h"
 #include "AdPlayer/Playlist.h"
 #include "AdServer/CampaignFolder.h"
 #include "Gtk/GtkPlatform.h"
@@ -77,6 +78,7 @@ class Player {
   std::vector<CampaignEntry> campaigns_;
   tavo::adserver::AdServer server_;
   EventReport report_;
+  PingReport pings_{report_};
   PlayerWindow window_;
   std::unique_ptr<Playlist> playlist_;
 };
