@@ -19,7 +19,7 @@ constexpr std::size_t saveButton = 1;
 std::shared_ptr<XPictureManager> XPictureManager::create(
     const std::shared_ptr<const XPictureManagerDelegate>& delegate) {
   const OperationLog log{"-[XPictureManager initWithDelegate:]"};
-  const std::shared_ptr<XPictureManager> manager{new XPictureManager};
+  std::shared_ptr<XPictureManager> manager{new XPictureManager};
   manager->delegate.set(delegate);
   return manager;
 }

@@ -69,14 +69,14 @@ void GtkSystemEvents::watchBus(GBusType type) {
       type, cancellable_.get(),
       [](GObject*, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<Request> request{static_cast<Request*>(data)};
-        auto bus = GPtr<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
+        const auto bus = GPtr<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
         if (!bus || g_cancellable_is_cancelled(request->cancellable.get()) != FALSE) return;
-        request->self->gotBus(std::move(bus), request->type);
+        request->self->gotBus(bus, request->type);
       },
       new Request{this, type, cancellable_});
 }
 
-void GtkSystemEvents::gotBus(GPtr<GDBusConnection> bus, GBusType type) {
+void GtkSystemEvents::gotBus(const GPtr<GDBusConnection>& bus, GBusType type) {
   if (type == G_BUS_TYPE_SYSTEM) {
     // By default GIO ends the process with its bus; a daemon that restarts must not take the host.
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);

@@ -26,7 +26,7 @@ class GtkSystemEvents {
 
   void watchMemory();
   void watchBus(GBusType type);
-  void gotBus(GPtr<GDBusConnection> bus, GBusType type);
+  void gotBus(const GPtr<GDBusConnection>& bus, GBusType type);
   void subscribe(const GPtr<GDBusConnection>& bus, const char* interface, const char* signal,
                  GDBusSignalCallback heard);
 

@@ -16,7 +16,7 @@ namespace tavo::gtk {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::size_t outputLimit = 64U * 1024U;
+constexpr std::size_t outputLimit = std::size_t{64} * 1024;
 
 bool readable(int file, Clock::time_point until) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - Clock::now());
@@ -51,6 +51,7 @@ bool endsBy(GSubprocess* process, Clock::time_point until) {
 std::optional<std::string> runHelperProgram(const std::vector<std::string>& arguments,
                                             Seconds deadline) {
   std::vector<const char*> words;
+  words.reserve(arguments.size() + 1);
   for (const auto& argument : arguments) words.push_back(argument.c_str());
   words.push_back(nullptr);
   const auto process = GPtr<GSubprocess>::adopt(

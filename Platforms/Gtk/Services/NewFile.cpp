@@ -19,7 +19,8 @@ int createNew(const std::string& folder, const std::string& name, const std::str
               std::string& path) {
   for (int number = 1; number <= mostNames; ++number) {
     const std::string suffix = number == 1 ? "" : " (" + std::to_string(number) + ")";
-    path = folder + "/" + name + suffix + ending;
+    path = folder;
+    path.append("/").append(name).append(suffix).append(ending);
     const int file =
         open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
     if (file >= 0 || errno != EEXIST) return file;

@@ -16,7 +16,7 @@ class StatementBatch {
   void add(const std::string& statement);
   [[nodiscard]] bool empty() const { return text_.empty(); }
   // True when there is so much that no more should be added before it is evaluated.
-  [[nodiscard]] bool isFull() const { return text_.size() > 64U * 1024U; }
+  [[nodiscard]] bool isFull() const { return text_.size() > std::size_t{64} * 1024; }
   // What was added, as one script; the batch is empty then.
   [[nodiscard]] std::string take();
 
