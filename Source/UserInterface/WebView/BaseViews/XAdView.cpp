@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "AdController/AdGenerator/XWebViewAgent.h"
+#include "AdManager/XAdManager.h"
 #include "Configuration/MediationSwitch.h"
 #include "Configuration/XGlobalConfiguration.h"
 #include "ErrorHandler/ExtendNSLog.h"

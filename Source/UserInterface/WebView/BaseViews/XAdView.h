@@ -6,7 +6,6 @@
 
 #include "AdInfo/MobileAdTypes.h"
 #include "AdManager/AdManagerView.h"
-#include "AdManager/XAdManager.h"
 #include "ClickToAction/ClickActions.h"
 #include "Configuration/XAdSlotConfiguration.h"
 #include "Runtime/Observer.h"
@@ -18,6 +17,9 @@
 #include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
 namespace tavo {
+
+class XAdManager;
+struct XAdManagerDelegate;
 
 // A banner slot on the host's screen. The host makes one with `create`, sets its delegate and
 // settings, puts it into its layout and calls `loadWithDomainName`; the view asks the ad server,

@@ -1,3 +1,4 @@
+#include "AdManager/XAdManager.h"
 #include "ErrorHandler/OperationLog.h"
 #include "UserInterface/WebView/BaseViews/XAdView.h"
 
