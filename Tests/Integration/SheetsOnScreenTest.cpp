@@ -112,9 +112,8 @@ TEST_F(SheetsOnScreen, AMessageIsLookedOverAndHandedOn) {
   EXPECT_THAT(received(1),
               ElementsAre("sms:123,456%207?body=Hi%20there%2C%0Asee%20you%20%26%20%22me%22%20at%208"
                           "%3F"));
-  settle();
-  EXPECT_EQ(widgetOf<Gtk::Entry>(), nullptr);
-  EXPECT_TRUE(host().column().get_can_focus());
+  EXPECT_TRUE(host().runUntil([] { return widgetOf<Gtk::Entry>() == nullptr; }));
+  EXPECT_TRUE(host().runUntil([] { return host().column().get_can_focus(); }));
 
   compose();
   ASSERT_TRUE(pressButton(host().window(), "Cancel"));
