@@ -11,7 +11,7 @@ class Folders {
   virtual ~Folders() = default;
 
   // The folders for the user's documents, without a slash at the end, the one to write to last.
-  // They exist. Empty where the platform has no such place.
+  // They exist, unless they could not be made. Empty where the platform has no such place.
   [[nodiscard]] virtual std::vector<std::string> documentFolders() const = 0;
 };
 

@@ -8,6 +8,7 @@
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkDevice.h"
+#include "Gtk/Services/GtkFolders.h"
 #include "Gtk/Services/GtkImageDecoder.h"
 #include "Gtk/Services/GtkLog.h"
 #include "Gtk/Services/GtkPhotoAlbum.h"
@@ -26,6 +27,11 @@ namespace {
 std::string cookiePath(const GtkPlatformOptions& options) {
   return options.dataFolder.empty() ? GtkCookieStore::defaultPath(options.applicationId)
                                     : options.dataFolder + "/cookies.sqlite";
+}
+
+std::string documentFolder(const GtkPlatformOptions& options) {
+  return options.dataFolder.empty() ? GtkFolders::defaultFolder(options.applicationId)
+                                    : options.dataFolder;
 }
 
 std::string defaultsPath(const GtkPlatformOptions& options) {
@@ -72,6 +78,7 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   platform.userDefaults = std::make_shared<GtkUserDefaults>(defaultsPath(options));
   platform.bundle = std::make_shared<GtkBundle>(resourceRoots(options));
   platform.device = std::make_shared<GtkDevice>(options.applicationVersion);
+  platform.folders = std::make_shared<GtkFolders>(documentFolder(options));
   platform.images =
       std::make_shared<GtkImageDecoder>(platform.runLoop, options.limits.picturePixels);
   platform.screen = std::make_shared<GtkScreen>();

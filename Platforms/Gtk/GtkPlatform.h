@@ -8,11 +8,11 @@
 namespace tavo::gtk {
 
 struct GtkPlatformOptions {
-  // Names the folders of cookies and settings; use the application's own id.
+  // Names the folders of cookies, settings and the error log; use the application's own id.
   std::string applicationId;
   // The host's version, as its users know it.
   std::string applicationVersion = "1.0";
-  // Folder for cookies and settings; empty: the user's own for the application.
+  // Folder for all of these; empty: the user's own for the application.
   std::string dataFolder{};
   // Folder with the host's own pictures that its settings name; empty: none.
   std::string resourceFolder{};
