@@ -33,6 +33,19 @@ struct GtkAlerts::Shown {
     dialog.set_default_response(static_cast<int>(alert.cancelButton));
   }
 
+  // The surface may outlive the dialog until its next frame, and the toolkit leaves it one handler
+  // that asks the dialog for its size.
+  ~Shown() {
+    auto* const surface = gtk_native_get_surface(GTK_NATIVE(dialog.gobj()));
+    if (surface == nullptr) return;
+    g_signal_handlers_disconnect_matched(
+        surface, static_cast<GSignalMatchType>(G_SIGNAL_MATCH_ID | G_SIGNAL_MATCH_DATA),
+        g_signal_lookup("compute-size", G_OBJECT_TYPE(surface)), 0, nullptr, nullptr,
+        dialog.gobj());
+  }
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
+
   // The dialog's own buttons take an underscore for the mark of a shortcut and leave it away.
   void addButton(const Glib::ustring& title, int number) {
     dialog.add_action_widget(*Gtk::make_managed<Gtk::Button>(title), number);
