@@ -342,6 +342,26 @@ TEST_F(ClickVideoTest, WithoutAPlaceOrAUrlNothingPlays) {
   EXPECT_EQ(presenters(), "");
 }
 
+TEST_F(ClickActionsTest, WithoutAWindowNothingIsShown) {
+  view_.slot->shouldOpenClickThroughURLInAppBrowser = true;
+  const auto adrift = std::make_shared<ViewController>();  // its view is in no window
+  for (ViewController* presenter : {static_cast<ViewController*>(nullptr), adrift.get()}) {
+    view_.current = view_.root = view_.expanded = presenter;
+    for (const auto state : {MRAIDState::normal, MRAIDState::expanded, MRAIDState::loading}) {
+      view_.mraidState = state;
+      actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+      actions_->sendEmailWithUrl(Url::fromText("mailto:a@b"));
+      actions_->createCalendarEvent(eventText);
+      actions_->handlePlayVideoWithURL(Url::fromText("http://cdn.example/v.mp4"));
+      actions_->openUrlInBrowser(Url::fromText("http://click.example/"));
+      platform_.runLoop->advance(Seconds{1});
+      EXPECT_EQ(platform_.composers->lastSheet(), nullptr) << "nobody keeps it";
+      EXPECT_EQ(adrift->presentedViewController(), nullptr);
+      EXPECT_FALSE(actions_->appBrowserOpen());
+    }
+  }
+}
+
 TEST_F(ClickActionsTest, AViewThatIsGoneIsNotAskedAgain) {
   actions_->createCalendarEvent(eventText);
   actions_.reset();
