@@ -5,11 +5,14 @@
 #include <sstream>
 
 #include "Gtk/Scene/MovieSlot.h"
+#include "Scene/TapRecognizer.h"
 #include "Services/MoviePlayerFactory.h"
 #include "Services/WebViewFactory.h"
 #include "Support/GtkHost.h"
 #include "Support/HostileServer.h"
+#include "Support/StandInHandlers.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
 namespace {
@@ -18,6 +21,8 @@ using adserver::RequestKind;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using Lines = std::vector<std::string>;
+
+StandInHandlers handlers;  // pages are shown where the system has a handler for them
 
 constexpr Color yellowBar{1, 1, 0, 1};  // the second of seven in the clip
 
@@ -203,6 +208,21 @@ TEST_F(VideoOnScreenTest, PauseResumeAndSkip) {
     EXPECT_EQ(std::count(all.begin(), all.end(), event), 1) << event;
   }
   EXPECT_EQ(std::count(all.begin(), all.end(), "complete"), 0);
+}
+
+TEST_F(VideoOnScreenTest, AClickOpensThePageAboveTheVideoAndClosingItEndsTheAd) {
+  host().settings->shouldOpenClickThroughURLInAppBrowser = true;
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitFor("didLoad"));
+  recognizeTap(*player_);
+  const auto browser = [] {
+    auto* root = host().banner()->getRootViewController();
+    return dynamic_cast<XInAppBrowser*>(root->presentedViewController());
+  };
+  ASSERT_TRUE(host().runUntil([&] { return browser() != nullptr; }));
+  EXPECT_TRUE(browser()->cancelOperation());
+  EXPECT_EQ(browser(), nullptr);
+  EXPECT_TRUE(waitFor("handedBack"));
 }
 
 TEST_F(VideoOnScreenTest, WrappersCountTheVideoToo) {
