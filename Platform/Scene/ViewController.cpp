@@ -51,11 +51,14 @@ void ViewController::dismissViewController(Animated animated,
 void ViewController::takeAwayPresented(Animated animated) {
   const auto leaving = std::move(presented_);
   presented_ = nullptr;
+  if (!leaving) return;  // dismissed again from inside its own dismissal
   if (leaving->presented_) leaving->takeAwayPresented(Animated::no);
+  leaving->beingDismissed_ = true;
   leaving->viewWillDisappear(animated);
   leaving->presenting_ = nullptr;
   if (leaving->view_) leaving->view_->removeFromSuperview();
   leaving->viewDidDisappear(animated);
+  leaving->beingDismissed_ = false;
 }
 
 }  // namespace tavo

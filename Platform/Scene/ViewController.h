@@ -38,6 +38,8 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
 
   [[nodiscard]] ViewController* presentedViewController() const { return presented_.get(); }
   [[nodiscard]] ViewController* presentingViewController() const { return presenting_; }
+  // From viewWillDisappear to the end of viewDidDisappear of a dismissal.
+  [[nodiscard]] bool isBeingDismissed() const { return beingDismissed_; }
 
   // Shows `controller` above this one, filling the window, then calls `completion` within the same
   // turn. Does nothing (and calls nothing) when this controller's view is in no window, when it
@@ -61,7 +63,8 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   [[nodiscard]] virtual InterfaceOrientation preferredInterfaceOrientationForPresentation() const {
     return InterfaceOrientation::portrait;
   }
-  // The user wants to leave, by the Escape key or what stands for it; true when that is done.
+  // The user wants to leave, by the Escape key or what stands for it. True uses the key up: the
+  // controller is gone, or it may not be left yet. False leaves the key to the host.
   virtual bool cancelOperation() { return false; }
   // Told after the window has a new shape.
   virtual void didRotateFromInterfaceOrientation(InterfaceOrientation /*from*/) {}
@@ -81,6 +84,7 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   std::shared_ptr<View> view_;
   std::shared_ptr<ViewController> presented_;
   ViewController* presenting_ = nullptr;
+  bool beingDismissed_ = false;
 };
 
 }  // namespace tavo

@@ -207,6 +207,29 @@ TEST(ViewControllerTest, PresentedControllersFillTheWindowAndLeaveInOrder) {
   EXPECT_EQ(log, expected);
 }
 
+TEST(ViewControllerTest, ADismissalMayBeAskedForAgainWhileItIsUnderWay) {
+  class Impatient : public ViewController {
+   public:
+    int leaving = 0;
+
+   protected:
+    void viewWillDisappear(Animated animated) override {
+      leaving += isBeingDismissed() ? 1 : 0;
+      dismissViewController(animated);
+    }
+    void viewDidDisappear(Animated) override { leaving += isBeingDismissed() ? 1 : 0; }
+  };
+  const auto window = std::make_shared<Window>(Rect{0, 0, 320, 480});
+  const auto root = std::make_shared<ViewController>();
+  window->setRootViewController(root);
+  const auto impatient = std::make_shared<Impatient>();
+  root->presentViewController(impatient, Animated::yes);
+  impatient->dismissViewController(Animated::yes);
+  EXPECT_EQ(impatient->leaving, 2);
+  EXPECT_FALSE(impatient->isBeingDismissed());
+  EXPECT_EQ(window->topViewController(), root.get());
+}
+
 TEST(ViewControllerTest, AControllerOffTheScreenPresentsNothing) {
   std::vector<std::string> log;
   const auto lonely = std::make_shared<Recorder>("lonely", log);
