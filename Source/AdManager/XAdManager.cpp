@@ -251,6 +251,10 @@ void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
   webViewAgent_.reset();
   const Rect& frame = sceneView.frame();
   const auto banner = XMRAIDBannerView::create({0, 0, frame.width, frame.height}, bannerEvents_);
+  // An interstitial's picture is fetched before its screen is there.
+  if (view.mobileAdTypes() == MobileAdTypes::interstitial) {
+    banner->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  }
   const auto slot = view.slotConfiguration();
   banner->isScalingAllowed = slot && slot->scalingAllowed;
   if (clickThroughURL_) {

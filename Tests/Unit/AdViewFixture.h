@@ -31,6 +31,8 @@ class AdViewTest : public testing::Test {
 
   // What happened since the last call, as lines: "GET <url>", "<callback>".
   std::vector<std::string> happened();
+  // Adds a line, and lets the host do what it does inside its calls.
+  void note(const std::string& line);
 
   static constexpr const char* adUrl = "http://ads.example/x/sdk/page/@Bottom1";
 
@@ -45,8 +47,6 @@ class AdViewTest : public testing::Test {
   std::function<void(const std::string&)> onCallback_{};  // runs inside every host call
 
  private:
-  void note(const std::string& line);
-
   std::vector<std::string> lines_;
   std::shared_ptr<const XAdViewDelegate> events_;
 };

@@ -1,7 +1,5 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
-#include <array>
-
 #include "AdController/AdGenerator/XBundleManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -12,6 +10,7 @@
 #include "Services/Device.h"
 #include "Services/ImageDecoder.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
+#include "UserInterface/WebView/BaseViews/RotationScript.h"
 
 namespace tavo {
 
@@ -31,16 +30,6 @@ Image imageNamed(std::string_view name, std::string_view type) {
   const auto path = XBundleManager::bundlePathForResource(name, type);
   const auto bytes = path ? platform.bundle->contents(*path) : std::nullopt;
   return bytes ? platform.images->decodeNow(*bytes) : Image{};
-}
-
-// Pages on systems up to the fourth do not hear of rotations by themselves.
-std::string rotationScript(InterfaceOrientation orientation) {
-  constexpr std::array angles{180, 0, 180, 90, -90};
-  const auto index = static_cast<std::size_t>(orientation);
-  const int angle = index < angles.size() ? angles.at(index) : 0;
-  return "window.__defineGetter__('orientation',function(){return " + std::to_string(angle) +
-         ";});(function(){var event = document.createEvent('Events'); "
-         "event.initEvent('orientationchange',true, false); window.dispatchEvent(event);})();";
 }
 
 }  // namespace
@@ -347,18 +336,19 @@ void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProp
 void MraidPresentation::didRotate() {
   const OperationLog log{"-[XAdView XExpandedViewControllerDidRotate:]"};
   updateLayOutForNewState(state());
-  constexpr int lastDeafVersion = 4;
-  if (std::atoi(Runtime::current().platform().device->systemVersion().c_str()) > lastDeafVersion) {
-    return;
-  }
-  if (const PageRef page = webView_.lock()) {
-    page->evaluate(rotationScript(application().statusBarOrientation()));
-  }
+  const std::string script = rotationScript(application().statusBarOrientation(),
+                                            Runtime::current().platform().device->systemVersion());
+  const PageRef page = webView_.lock();
+  if (page && !script.empty()) page->evaluate(script);
 }
 
 void MraidPresentation::orientationDidChange() {
   const OperationLog log{"-[XAdView orientatioDidChange:]"};
   scheduleReport();
+}
+
+void MraidPresentation::placeDidChange() {
+  if (state() != MRAIDState::loading) scheduleReport();
 }
 
 void MraidPresentation::fullScreenChanged() {

@@ -65,6 +65,8 @@ class MraidPresentation {
   // Tells the creative about its place.
   void updateLayOutForNewState(MRAIDState state);
   void orientationDidChange();
+  // The view has a new size; the creative hears of it once the layout has settled.
+  void placeDidChange();
 
   // Puts the expand view on the whole window, and takes it away.
   void presentModalView(const std::shared_ptr<View>& view);

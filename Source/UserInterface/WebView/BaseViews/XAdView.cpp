@@ -135,12 +135,14 @@ void XAdView::didAppearOnScreen() {
 
 void XAdView::releaseMemory() {
   const OperationLog log{"-[XAdView releaseMemory]"};
+  const auto held = weak_from_this().lock();
   // What is taken off is destroyed after this turn: the caller may be one of them.
   const auto manager = std::move(adManager_);
   adManager_ = nullptr;
   mediation_.release();
   removeAllSubviews();
   presentation_.dismissExpanded();
+  if (auto* interstitial = interstitialController()) interstitial->adViewDidReleaseMemory();
   if (appBrowserOpen()) {
     const auto browser = clickActions_->appBrowser();
     browser->dismissViewController(Animated::yes);
@@ -154,6 +156,35 @@ void XAdView::willMoveToSuperview(View* newSuperview) {
   if (newSuperview != nullptr) return;
   platformLog("release memory");
   releaseMemory();
+}
+
+void XAdView::layoutSubviews() {
+  if (placementType_ == PlacementType::interstitial) presentation_.placeDidChange();
+}
+
+InterstitialController* XAdView::interstitialController() const {
+  return dynamic_cast<InterstitialController*>(nearestController());
+}
+
+bool XAdView::showsRenderer() const {
+  const auto isRenderer = [](const std::shared_ptr<View>& view) {
+    return dynamic_cast<const XWebViewAgent*>(view.get()) != nullptr ||
+           dynamic_cast<const XMRAIDBannerView*>(view.get()) != nullptr;
+  };
+  return std::any_of(subviews().begin(), subviews().end(), isRenderer);
+}
+
+void XAdView::didLockScreen() {
+  setHidden(false);
+  if (!isMraid(adSubType_)) return;
+  if (showsRenderer() && isExpandedOrResized() && appBrowserOpen()) {
+    platformLog("Closing inAppBrowser as device is locked");
+    delegate.tell(&XAdViewDelegate::xAdViewWillCloseInAppBrowser, *this);
+  }
+  if (auto* interstitial = interstitialController()) {
+    platformLog("Dismissing Interstitialview Controller");
+    interstitial->deviceDidLock();
+  }
 }
 
 void XAdView::didReceiveMemoryWarning() {

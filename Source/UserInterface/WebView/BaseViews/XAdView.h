@@ -12,6 +12,7 @@
 #include "Scene/View.h"
 #include "UserInterface/WebView/BaseViews/AdViewLoader.h"
 #include "UserInterface/WebView/BaseViews/AdViewMediation.h"
+#include "UserInterface/WebView/BaseViews/InterstitialController.h"
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 #include "UserInterface/WebView/BaseViews/XAdViewDelegate.h"
 #include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
@@ -176,6 +177,7 @@ class XAdView : public View,
 
  protected:
   void willMoveToSuperview(View* newSuperview) override;
+  void layoutSubviews() override;
 
  private:
   // The arguments of the last load, for every later one.
@@ -193,6 +195,9 @@ class XAdView : public View,
   void addVideoEvents(XAdManagerDelegate& events);
   void makeManager();
   void showBackgroundImage();
+  [[nodiscard]] bool showsRenderer() const;
+  // The controller that shows the view on the whole screen; null for a banner.
+  [[nodiscard]] InterstitialController* interstitialController() const;
 
   // What the ad manager reports.
   void adManagerDidLoad();

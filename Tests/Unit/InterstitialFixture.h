@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Unit/VastFixture.h"
+#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
+
+namespace tavo::test {
+
+// A host in memory that shows interstitials: it presents each as soon as it hears that it has
+// loaded, and every call of the interstitial is a line.
+class InterstitialTest : public VastTest {
+ protected:
+  InterstitialTest();
+
+  void makeController();
+  void loadController() { controller_->loadWithDomainName("ads.example/x", "page", "Bottom1"); }
+  // Loads an answer and forgets what has happened on the way to the screen.
+  void show(const std::string& body);
+  void showVideo(const std::string& linearAttributes = {});
+  void showPage() { show(htmlAnswer()); }
+
+  void present() { root_->presentViewController(controller_, Animated::yes); }
+  [[nodiscard]] bool isOnScreen() const { return root_->presentedViewController() != nullptr; }
+  [[nodiscard]] headless::HeadlessWebView& page() { return *platform_.webViews->last(); }
+  // The creative sends a command, a while after the one before.
+  void creative(const std::string& command);
+  void post(std::string_view name);
+  void tapCloseButton();
+  // The button where interstitials have it, as the user finds it; null when there is none.
+  [[nodiscard]] Button* buttonInCorner();
+
+  std::shared_ptr<XAdInterstitialViewController> controller_;
+  std::shared_ptr<XAdInterstitialViewControllerDelegate> hostTable_;  // set anew by makeController
+  bool presentsOnLoad_ = true;
+
+ private:
+  void fillTable();
+  void addVideoLines();
+};
+
+}  // namespace tavo::test
