@@ -23,7 +23,7 @@ WindowScene::WindowScene(Gtk::Window& window, Events events)
   }));
   // Before the page or the host hears of them.
   connections_.push_back(
-      native_.signal_close_request().connect([this] { return cancel(); }, false));
+      native_.signal_close_request().connect([this] { return cancelInsteadOfClosing(); }, false));
   const auto keys = Gtk::EventControllerKey::create();
   keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
   connections_.push_back(keys->signal_key_pressed().connect(
@@ -110,6 +110,13 @@ bool WindowScene::cancel() {
   if (!isCovered()) return false;
   const auto top = window_->topViewController()->shared_from_this();
   return top->cancelOperation();
+}
+
+// An ad that may not be left yet keeps the Escape key to itself, but not the window's own button.
+bool WindowScene::cancelInsteadOfClosing() {
+  const auto window = window_;  // the host may drop this one's inside
+  const ViewController* const before = window->topViewController();
+  return cancel() && window->topViewController() != before;
 }
 
 void WindowScene::treeChanged() {

@@ -48,6 +48,7 @@ class WindowScene : private View::Listener {
   [[nodiscard]] bool isCovered() const;
   void followCover();
   bool cancel();
+  bool cancelInsteadOfClosing();
   void installLayer();
 
   Gtk::Window& native_;

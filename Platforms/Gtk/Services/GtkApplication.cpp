@@ -84,6 +84,8 @@ void GtkApplication::updateOrientation() {
   ViewController* top = window->topViewController();
   if (top == nullptr) return;
   const auto held = top->shared_from_this();
+  // A window has the shape that its user gives it, whatever the answer; videos make ready for it.
+  (void)held->shouldAutorotate();
   held->didRotateFromInterfaceOrientation(before);
 }
 
