@@ -51,21 +51,41 @@ CampaignRun::CampaignRun(PlayerWindow& window, adserver::AdServer& server, Event
 void CampaignRun::start() {
   report_.begin(settings_.campaign);
   window_.renewSlot();
-  if (settings_.campaign.starts_with("vast")) window_.lendPlayer();
   hearServer();
-  hearHost();
-  auto& view = *window_.adView();
-  const auto slot = std::make_shared<XAdSlotConfiguration>();
-  slot->scalingAllowed = settings_.scalingAllowed;
-  slot->maintainAspectRatio = settings_.maintainAspectRatio;
-  view.setSlotConfiguration(slot);
   timer_ = Runtime::current().platform().runLoop->after(settings_.patience, [this] {
     report_.add("end", "no outcome in time");
     conclude(Outcome::nothing);
   });
   const std::string host = server_.baseUrl().substr(std::string_view{"http://"}.size());
-  view.loadWithDomainName(host + "/Halvern/ads/spoolwire_dx.ads", settings_.campaign, "Bottom1",
-                          "player=desktop", "sample=1");
+  const std::string domain = host + "/Halvern/ads/spoolwire_dx.ads";
+  if (settings_.campaign.starts_with("interstitial")) {
+    loadInterstitial(domain);
+  } else {
+    loadBanner(domain);
+  }
+}
+
+std::shared_ptr<XAdSlotConfiguration> CampaignRun::slotSettings() const {
+  auto slot = std::make_shared<XAdSlotConfiguration>();
+  slot->scalingAllowed = settings_.scalingAllowed;
+  slot->maintainAspectRatio = settings_.maintainAspectRatio;
+  return slot;
+}
+
+void CampaignRun::loadBanner(const std::string& domain) {
+  if (settings_.campaign.starts_with("vast")) window_.lendPlayer();
+  hearHost();
+  auto& view = *window_.adView();
+  view.setSlotConfiguration(slotSettings());
+  view.loadWithDomainName(domain, settings_.campaign, "Bottom1", "player=desktop", "sample=1");
+}
+
+void CampaignRun::loadInterstitial(const std::string& domain) {
+  interstitial_ = std::make_unique<InterstitialStage>(
+      window_, report_, [this](Outcome outcome) { conclude(outcome); });
+  auto& controller = interstitial_->controller();
+  controller.slotConfiguration = slotSettings();
+  controller.loadWithDomainName(domain, settings_.campaign, "Full", "player=desktop", "sample=1");
 }
 
 void CampaignRun::hearServer() {
@@ -120,7 +140,8 @@ void CampaignRun::hearHost() {
 void CampaignRun::conclude(Outcome outcome) {
   if (outcome_) return;
   outcome_ = outcome;
-  report_.add("classified", nameOf(window_.adView()->mobileAdSubTypes()));
+  report_.add("classified", nameOf(interstitial_ ? interstitial_->controller().mobileAdSubTypes()
+                                                 : window_.adView()->mobileAdSubTypes()));
   timer_ = Runtime::current().platform().runLoop->after(settings_.settling, [this] {
     if (settings_.shotsFolder.empty()) {
       end();
@@ -146,6 +167,7 @@ void CampaignRun::takePicture() {
 }
 
 void CampaignRun::end() {
+  if (interstitial_ && settings_.closesInterstitial) interstitial_->close();
   server_.record().setListener({});
   timer_ = Runtime::current().platform().runLoop->after(
       Seconds{0}, [finished = finished_, outcome = *outcome_] { finished(outcome); });

@@ -6,17 +6,17 @@
 #include <string>
 
 #include "AdPlayer/EventReport.h"
+#include "AdPlayer/InterstitialStage.h"
+#include "AdPlayer/Outcome.h"
 #include "AdPlayer/PlayerWindow.h"
 #include "AdServer/AdServer.h"
 #include "Services/RunLoop.h"
 
 namespace tavo::adplayer {
 
-// What a campaign came to.
-enum class Outcome { loaded, failed, nothing };
-
-// Plays one campaign in the window's slot: asks for it, writes down what host and server see, waits
-// until the ad is on the screen and its pings have arrived, and takes a picture.
+// Plays one campaign in the window's slot, or above the window where its name says that it is an
+// interstitial: asks for it, writes down what host and server see, waits until the ad is on the
+// screen and its pings have arrived, and takes a picture.
 class CampaignRun {
  public:
   struct Settings {
@@ -26,7 +26,8 @@ class CampaignRun {
     Seconds settling{1.5};      // after the outcome, for pings and for the page to draw itself
     bool scalingAllowed = false;
     bool maintainAspectRatio = false;
-    std::string pictureName{};  // of the file, without ending
+    bool closesInterstitial = true;  // at the end; a person wants to do it alone
+    std::string pictureName{};       // of the file, without ending
   };
 
   // `finished` is called once, never inside a call to the run.
@@ -36,6 +37,9 @@ class CampaignRun {
   void start();
 
  private:
+  [[nodiscard]] std::shared_ptr<XAdSlotConfiguration> slotSettings() const;
+  void loadBanner(const std::string& domain);
+  void loadInterstitial(const std::string& domain);
   void hearHost();
   void hearServer();
   void conclude(Outcome outcome);
@@ -48,6 +52,7 @@ class CampaignRun {
   Settings settings_;
   std::function<void(Outcome)> finished_;
   std::optional<Outcome> outcome_;
+  std::unique_ptr<InterstitialStage> interstitial_;  // for such a campaign
   Timer timer_;
   int picturesLeft_ = 40;  // attempts
   std::shared_ptr<const XAdViewDelegate> events_;

@@ -42,7 +42,7 @@ class Player {
         window_{campaigns_} {
     report_.setListener([this](const PlayerEvent& event) { window_.show(event); });
     window_.onPick = [this](const std::string& name) {
-      play({{.campaign = name, .pictureName = name}});
+      play({{.campaign = name, .closesInterstitial = false, .pictureName = name}});
     };
   }
 
