@@ -12,6 +12,7 @@
 
 #include "Scene/TapRecognizer.h"
 #include "Support/GtkHost.h"
+#include "Support/WidgetTree.h"
 #include "Values/Text.h"
 
 namespace tavo::test {
@@ -41,42 +42,9 @@ GtkHost& host() {
   return only;
 }
 
-// The words that a widget offers to readers and to the pointer; its own or those of what holds it.
-std::string nameAt(double x, double y) {
-  for (GtkWidget* widget =
-           gtk_widget_pick(GTK_WIDGET(host().window().gobj()), x, y, GTK_PICK_DEFAULT);
-       widget != nullptr; widget = gtk_widget_get_parent(widget)) {
-    if (GTK_IS_BUTTON(widget) != FALSE) {
-      const char* text = gtk_widget_get_tooltip_text(widget);
-      return text == nullptr ? "unnamed" : text;
-    }
-  }
-  return "no button";
-}
+std::string nameAt(double x, double y) { return buttonNameAt(host().window(), x, y); }
 
-// Presses the button under a point, as a click there would.
-void pressAt(double x, double y) {
-  GtkWidget* widget = gtk_widget_pick(GTK_WIDGET(host().window().gobj()), x, y, GTK_PICK_DEFAULT);
-  while (widget != nullptr && GTK_IS_BUTTON(widget) == FALSE)
-    widget = gtk_widget_get_parent(widget);
-  ASSERT_NE(widget, nullptr);
-  g_signal_emit_by_name(widget, "clicked");
-}
-
-// Sends Escape to whoever listens for keys on the window itself.
-bool pressEscape() {
-  GListModel* controllers = gtk_widget_observe_controllers(GTK_WIDGET(host().window().gobj()));
-  gboolean handled = FALSE;
-  for (guint i = 0; i < g_list_model_get_n_items(controllers) && handled == FALSE; ++i) {
-    auto* controller = static_cast<GtkEventController*>(g_list_model_get_item(controllers, i));
-    if (GTK_IS_EVENT_CONTROLLER_KEY(controller) != FALSE) {
-      g_signal_emit_by_name(controller, "key-pressed", GDK_KEY_Escape, 0U, 0, &handled);
-    }
-    g_object_unref(controller);
-  }
-  g_object_unref(controllers);
-  return handled != FALSE;
-}
+bool pressEscape() { return pressKey(host().window(), GDK_KEY_Escape); }
 
 class MraidCreativeTest : public testing::Test {
  protected:
@@ -176,7 +144,7 @@ TEST_F(MraidCreativeTest, ExpandsOverTheWindowAndReturns) {
   picture("expanded");
   const auto& button = nameAt(width() - 15, 8 + 15);
   EXPECT_EQ(button, "Close Interstitial Ad");
-  pressAt(width() - 15, 8 + 15);
+  EXPECT_TRUE(pressButtonAt(host().window(), width() - 15, 8 + 15));
   ASSERT_TRUE(becomesSized("default", 320, 50));
   picture("collapsed");
   EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
@@ -224,8 +192,8 @@ TEST_F(MraidCreativeTest, AFullScreenAdKeepsTheKeyboard) {
   ASSERT_TRUE(hostsOwn.grab_focus());
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  EXPECT_FALSE(hostsOwn.grab_focus());
-  EXPECT_FALSE(hostsOwn.has_focus());
+  EXPECT_TRUE(host().runUntil([&] { return !hostsOwn.grab_focus(); })) << "once it is drawn";
+  EXPECT_TRUE(host().runUntil([&] { return !hostsOwn.has_focus(); }));
   evaluate("mraid.close()");
   ASSERT_TRUE(becomesSized("default", 320, 50));
   EXPECT_TRUE(host().runUntil([&] { return host().window().get_focus() == &hostsOwn; }));
@@ -248,7 +216,7 @@ TEST_F(MraidCreativeTest, ResizesWithItsCloseControlAtEachPosition) {
     const double x = left + place.first;
     const double y = place.second;
     ASSERT_EQ(nameAt(x, y), "Close Resized Ad");
-    pressAt(x, y);
+    ASSERT_TRUE(pressButtonAt(host().window(), x, y));
     ASSERT_TRUE(becomesSized("default", 320, 50));
     EXPECT_EQ(heard(),
               "sizeChange 300 250\nstateChange resized\nsizeChange 320 50\nstateChange default");

@@ -89,6 +89,10 @@ bool GtkHost::waitForPixel(int x, int y, const Color& color) {
   return runUntil([&] { return isLike(pixelInSlot(x, y), color); });
 }
 
+bool GtkHost::waitForPixelInWindow(int x, int y, const Color& color) {
+  return runUntil([&] { return isLike(adplayer::Screenshot{*window_}.pixel(x, y), color); });
+}
+
 std::size_t GtkHost::recorded(adserver::RequestKind kind) {
   return server_->record().requests(kind).size();
 }

@@ -35,6 +35,8 @@ class GtkHost {
   [[nodiscard]] Color pixelInSlot(int x, int y);
   // Waits for a colour there (each component within 1/32).
   bool waitForPixel(int x, int y, const Color& color);
+  // The same by its place in the window.
+  bool waitForPixelInWindow(int x, int y, const Color& color);
 
   [[nodiscard]] std::size_t recorded(adserver::RequestKind kind);
   // Host calls so far, by their names.

@@ -30,6 +30,30 @@ inline bool pressButton(Gtk::Widget& top, const std::string& label) {
   return true;
 }
 
+// The button under a point of the window, where a person would hit it; null when there is none.
+inline GtkWidget* buttonAt(Gtk::Window& window, double x, double y) {
+  GtkWidget* widget = gtk_widget_pick(GTK_WIDGET(window.gobj()), x, y, GTK_PICK_DEFAULT);
+  while (widget != nullptr && GTK_IS_BUTTON(widget) == FALSE) {
+    widget = gtk_widget_get_parent(widget);
+  }
+  return widget;
+}
+
+// The words that it offers to readers and to the pointer.
+inline std::string buttonNameAt(Gtk::Window& window, double x, double y) {
+  GtkWidget* button = buttonAt(window, x, y);
+  if (button == nullptr) return "no button";
+  const char* text = gtk_widget_get_tooltip_text(button);
+  return text == nullptr ? "unnamed" : text;
+}
+
+// Presses it, as a click would; false when there is none.
+inline bool pressButtonAt(Gtk::Window& window, double x, double y) {
+  GtkWidget* button = buttonAt(window, x, y);
+  if (button != nullptr) g_signal_emit_by_name(button, "clicked");
+  return button != nullptr;
+}
+
 // Gives a key to the window as if nothing with the keyboard had wanted it; true when it was used.
 inline bool pressKey(Gtk::Window& window, guint key) {
   GListModel* controllers = gtk_widget_observe_controllers(GTK_WIDGET(window.gobj()));
