@@ -174,6 +174,8 @@ bool XAdView::showsRenderer() const {
   return std::any_of(subviews().begin(), subviews().end(), isRenderer);
 }
 
+// Quirk: a browser that is open above an ad which its user has opened is reported as closed, while
+// it stays where it is.
 void XAdView::didLockScreen() {
   setHidden(false);
   if (!isMraid(adSubType_)) return;
@@ -192,21 +194,6 @@ void XAdView::didReceiveMemoryWarning() {
   platformLog("Device is low on memory");
   releaseMemory();
   delegate.tell(&XAdViewDelegate::xAdViewDidDismissOnMemoryWarning, *this);
-}
-
-// Quirk: a browser that is open above an ad which its user has opened is reported as closed, while
-// it stays where it is.
-void XAdView::didLockScreen() {
-  setHidden(false);
-  if (!isMraid(adSubType_)) return;
-  const auto& shown = subviews();
-  const bool showsAd = std::any_of(shown.begin(), shown.end(), [](const auto& subview) {
-    return dynamic_cast<const XWebViewAgent*>(subview.get()) != nullptr ||
-           dynamic_cast<const XMRAIDBannerView*>(subview.get()) != nullptr;
-  });
-  if (!showsAd || !isExpandedOrResized() || !appBrowserOpen()) return;
-  platformLog("Closing inAppBrowser as device is locked");
-  delegate.tell(&XAdViewDelegate::xAdViewWillCloseInAppBrowser, *this);
 }
 
 void XAdView::showBackgroundImage() {
