@@ -189,6 +189,7 @@ void XAdInterstitialViewController::deviceDidLock() {
 // The order matters: a video is silent before anything that it plays in is taken apart.
 void XAdInterstitialViewController::releaseMemory() {
   const OperationLog log{"-[XAdInterstitialViewController releaseMemory]"};
+  const auto held = weak_from_this().lock();  // null when it goes itself
   if (const auto video = videoView()) {
     if (const auto player = firstAmong<XMPMoviePlayer>(video->subviews())) {
       if (const auto movie = player->moviePlayerController()) movie->stop();
