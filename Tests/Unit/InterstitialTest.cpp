@@ -199,6 +199,7 @@ TEST_F(InterstitialTest, TheCreativesOrientationRulesCountUntilTheNextAd) {
   EXPECT_THAT(happened(), IsEmpty());
   loadController();
   EXPECT_TRUE(controller_->shouldAutorotate());
+  settle();
 }
 
 TEST_F(InterstitialTest, ScreensInLandscapeAreAnnouncedToWhateverStandsOnThem) {
