@@ -63,9 +63,8 @@ void MediatedAd::failed(const Error& error) {
   const auto held = shared_from_this();
   const auto adView = adView_.lock();
   if (!adView || state_ == State::received || state_ == State::over) return;
-  const Error own = error;  // the network's may go with its object
   end();
-  adapter_.delegate.tell(&Table::adRequestFailedWithError, adapter_, own, *adView);
+  adapter_.delegate.tell(&Table::adRequestFailedWithError, adapter_, error, *adView);
 }
 
 void MediatedAd::report(Table::Event Table::*event) {

@@ -42,9 +42,10 @@ struct FakeAdNetwork {
   std::vector<std::string> lines;
   std::vector<Ad> ads;
   int made = 0;
-  std::string throwsIn;                        // the operation that throws
-  std::function<void(std::size_t)> onLoad;     // inside loadAd, with the number of the ad
-  std::function<void(std::size_t)> onDisplay;  // inside displayAdFromViewController
+  std::string throwsIn;                         // the operation that throws
+  std::function<void(std::size_t)> onDelegate;  // inside setDelegate, with the number of the ad
+  std::function<void(std::size_t)> onLoad;      // inside loadAd
+  std::function<void(std::size_t)> onDisplay;   // inside displayAdFromViewController
 };
 
 // What banners and interstitials share.
@@ -60,13 +61,15 @@ class FakeAd : public Class {
   void setDelegate(const std::weak_ptr<CVAdDelegate>& delegate) override {
     network_.ads.at(number_).delegate = delegate;
     note("delegate", delegate.expired() ? "none" : "set");
+    if (network_.onDelegate) network_.onDelegate(number_);
   }
   void setOpensInNativeBrowser(bool opens) override { note("nativeBrowser", opens); }
   void setAge(const std::string& age) override { note("age", age); }
   void setGender(int gender) override { note("gender", gender); }
   void setCustomKeywords(std::map<std::string, std::string> keywords) override {
     std::string text;
-    for (const auto& [key, value] : keywords) text += key + "=" + value + ";";
+    for (const auto& [key, value] : keywords)
+      text.append(key).append("=").append(value).append(";");
     note("keywords", text);
   }
   void setLocationWithLatitude(double latitude, double longitude, std::optional<Date> timestamp,

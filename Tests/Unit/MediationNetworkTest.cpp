@@ -240,6 +240,18 @@ TEST_F(MediationNetworkTest, OneOutcomeIsTold) {
   }
 }
 
+TEST_F(MediationNetworkTest, ANetworkThatFailsWhileItIsSetUpNeitherLoadsNorShows) {
+  const auto own = std::make_shared<View>();
+  slot_->addSubview(own);
+  network_.onDelegate = [this](std::size_t number) { network_.fail(number); };
+  for (const auto type : {MediationType::banner, MediationType::interstitial}) {
+    load(type);
+    EXPECT_THAT(told(), ElementsAre("failed 3 no fill"));
+    EXPECT_NE(network_.lines.back(), "loadAd");
+    EXPECT_THAT(slot_->subviews(), ElementsAre(own));
+  }
+}
+
 TEST_F(MediationNetworkTest, AnInterstitialThatCannotBeDisplayedHasFailed) {
   network_.onDisplay = [this](std::size_t number) { network_.fail(number); };
   load(MediationType::interstitial);
@@ -286,9 +298,11 @@ TEST_F(MediationNetworkTest, CallsFromAnotherThreadArriveOnTheMainOneWhileTheyIn
     load();
     const auto called = ad();
     const auto delegate = called.delegate.lock();
-    platform_.runLoop->background([&] { delegate->adDidReceiveAd(*called.object); });
-    platform_.runLoop->background([&] { delegate->adWasClicked(*called.object); });
-    EXPECT_THAT(told(), IsEmpty());
+    platform_.runLoop->background([&] {
+      delegate->adDidReceiveAd(*called.object);
+      delegate->adWasClicked(*called.object);
+      EXPECT_THAT(told(), IsEmpty()) << "not on this thread";
+    });
     if (!interests) coordinator_.releaseAdOf(*slot_);
     settle();
     EXPECT_EQ(told(), interests ? (std::vector<std::string>{"received", "clicked"})
@@ -303,11 +317,9 @@ TEST_F(MediationNetworkTest, AHostMayEndEverythingInsideACall) {
         slot_.reset();
       }});
   coordinator_.delegate.set(ending);
-  network_.onLoad = [this](std::size_t number) {
-    network_.say(number, &CVAdDelegate::adDidReceiveAd);
-    EXPECT_FALSE(ad().life.expired()) << "not while it is in a call of its own";
-  };
   load();
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  EXPECT_FALSE(ad().life.expired()) << "not while it may be in a call of its own";
   EXPECT_FALSE(slot_);
   settle();
   EXPECT_TRUE(ad().life.expired());
