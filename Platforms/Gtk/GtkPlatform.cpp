@@ -5,6 +5,7 @@
 #include "Gtk/Http/GtkNetworkMonitor.h"
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/GtkAdNetworkLibrary.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkDevice.h"
@@ -45,6 +46,11 @@ std::vector<std::string> resourceRoots(const GtkPlatformOptions& options) {
   return roots;
 }
 
+std::string adNetworkPath(const GtkPlatformOptions& options) {
+  return options.adNetworkLibrary.empty() ? GtkAdNetworkLibrary::pathOfEnvironment()
+                                          : options.adNetworkLibrary;
+}
+
 std::string eventFolder(const GtkPlatformOptions& options) {
   return options.dataFolder.empty() ? GtkCalendarAccess::defaultFolder(options.applicationId)
                                     : options.dataFolder + "/events";
@@ -68,6 +74,7 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   Platform platform;
   platform.runLoop = std::make_shared<GtkRunLoop>();
   platform.log = std::make_shared<GtkLog>();
+  platform.adNetwork = std::make_shared<GtkAdNetworkLibrary>(adNetworkPath(options), platform.log);
   const auto cookies = std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options));
   platform.cookies = cookies;
   platform.http =

@@ -18,6 +18,9 @@ struct GtkPlatformOptions {
   std::string resourceFolder{};
   // Requests are sent even when the system sees no network: for a server on this machine.
   bool assumeReachable = false;
+  // The shared library of an external ad network; empty: the one that the environment variable
+  // TAVO_AD_NETWORK names, or none. It runs inside the host, with all the host's rights.
+  std::string adNetworkLibrary{};
   // The same limits as the runtime's.
   Limits limits{};
 };

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gmodule.h>
+
+#include <memory>
+#include <string>
+
+#include "Services/AdNetworkLibrary.h"
+#include "Services/Log.h"
+
+namespace tavo::gtk {
+
+// Loads the library of an external ad network from one file. The linker's search path plays no
+// part: what is loaded is what the path says, relative to the working directory if it is not
+// absolute.
+class GtkAdNetworkLibrary : public AdNetworkLibrary {
+ public:
+  // What the environment variable TAVO_AD_NETWORK says; empty when it is not set.
+  [[nodiscard]] static std::string pathOfEnvironment();
+
+  // An empty path: no library is configured. `log` may be null.
+  GtkAdNetworkLibrary(std::string path, std::shared_ptr<Log> log)
+      : path_{std::move(path)}, log_{std::move(log)} {}
+
+  [[nodiscard]] void* find(const std::string& name) override;
+
+ private:
+  void load();
+  void note(const std::string& message) const;
+
+  std::string path_;
+  std::shared_ptr<Log> log_;
+  bool triedToLoad_ = false;
+  GModule* module_ = nullptr;  // stays for the rest of the process
+};
+
+}  // namespace tavo::gtk
