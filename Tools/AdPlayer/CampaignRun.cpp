@@ -137,11 +137,16 @@ void CampaignRun::hearHost() {
   window_.adView()->delegate.set(events_);
 }
 
+std::string CampaignRun::classification() const {
+  if (interstitial_) return nameOf(interstitial_->controller().mobileAdSubTypes());
+  const XAdView& view = *window_.adView();
+  return view.isMediationAdServed() ? "handed to another network" : nameOf(view.mobileAdSubTypes());
+}
+
 void CampaignRun::conclude(Outcome outcome) {
   if (outcome_) return;
   outcome_ = outcome;
-  report_.add("classified", nameOf(interstitial_ ? interstitial_->controller().mobileAdSubTypes()
-                                                 : window_.adView()->mobileAdSubTypes()));
+  report_.add("classified", classification());
   timer_ = Runtime::current().platform().runLoop->after(settings_.settling, [this] {
     if (settings_.shotsFolder.empty()) {
       end();

@@ -42,6 +42,7 @@ class CampaignRun {
   void loadInterstitial(const std::string& domain);
   void hearHost();
   void hearServer();
+  [[nodiscard]] std::string classification() const;
   void conclude(Outcome outcome);
   void takePicture();
   void end();

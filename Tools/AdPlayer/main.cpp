@@ -20,6 +20,7 @@ struct Options {
   std::string campaigns = TAVO_SAMPLE_CAMPAIGNS;
   std::string campaign;
   std::string shots;
+  std::string network = TAVO_SAMPLE_NETWORK;
   bool stay = false;
 };
 
@@ -90,8 +91,10 @@ int play(const Options& options) {
   std::unique_ptr<tavo::Runtime> runtime;
   std::unique_ptr<Player> player;
   application->signal_activate().connect([&] {
-    runtime = std::make_unique<tavo::Runtime>(tavo::gtk::makePlatform(
-        {.applicationId = "com.corvanetavo.adplayer", .assumeReachable = true}));
+    runtime = std::make_unique<tavo::Runtime>(
+        tavo::gtk::makePlatform({.applicationId = "com.corvanetavo.adplayer",
+                                 .assumeReachable = true,
+                                 .adNetworkLibrary = options.network}));
     player = std::make_unique<Player>(options);
     player->open(*application.get());
   });
@@ -110,6 +113,7 @@ int main(int argc, char** argv) {
       ->check(CLI::ExistingDirectory);
   app.add_option("--campaign", options.campaign, "Play this campaign only");
   app.add_option("--shots", options.shots, "Write a picture per campaign and report.txt there");
+  app.add_option("--network", options.network, "Library of the ad network for mediated ads");
   app.add_flag("--stay", options.stay, "Keep the window open after the last campaign");
   CLI11_PARSE(app, argc, argv);
   return play(options);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Values/Image.h"
+
+namespace sample {
+
+// A picture of so many pixels a side: a sun over the sea.
+[[nodiscard]] tavo::Image sunset(int side);
+
+}  // namespace sample
