@@ -18,12 +18,15 @@ bool isLike(const Color& left, const Color& right) {
 
 }  // namespace
 
-GtkHost::GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust)
+GtkHost::GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust,
+                 const std::string& adNetwork)
     : application_{Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE)} {
   gtk_init();
   server_ = std::make_unique<adserver::AdServer>(campaigns);
-  Platform platform = gtk::makePlatform(
-      {.applicationId = "tavo-test", .dataFolder = folder_.path("data"), .assumeReachable = true});
+  Platform platform = gtk::makePlatform({.applicationId = "tavo-test",
+                                         .dataFolder = folder_.path("data"),
+                                         .assumeReachable = true,
+                                         .adNetworkLibrary = adNetwork});
   if (adjust) adjust(platform);
   runtime_ = std::make_unique<Runtime>(std::move(platform));
   events_ = std::make_shared<XAdViewDelegate>(

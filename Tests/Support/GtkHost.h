@@ -19,8 +19,10 @@ namespace tavo::test {
 // A real host on a real screen: a window with one banner slot, and a sample ad server beside it.
 class GtkHost {
  public:
-  // `adjust` may put its own services into the platform before anything uses them.
-  explicit GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust = {});
+  // `adjust` may put its own services into the platform before anything uses them; `adNetwork` is
+  // the library of an external ad network, empty for none.
+  explicit GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust = {},
+                   const std::string& adNetwork = {});
   ~GtkHost();
 
   // Puts a new banner of 320 x 50 into the window, in place of the former one.
