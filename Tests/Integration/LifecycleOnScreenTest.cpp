@@ -85,8 +85,9 @@ TEST_F(LifecycleOnScreenTest, AMinimisedWindowLetsGoAndARestoredOneLoadsAnew) {
 TEST_F(LifecycleOnScreenTest, ATurnedWindowIsToldToThePage) {
   host().load("html-banner");
   ASSERT_TRUE(loaded(1));
+  // The page introduces itself, a moment after the ad was shown.
+  ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
   const auto agent = host().banner()->webViewInstance();
-  ASSERT_TRUE(agent);
   std::string size;
   const auto screenSize = [&](const std::string& wanted) {
     return host().runUntil([&] {

@@ -49,6 +49,8 @@ struct Case {
   std::string_view outline;
 };
 
+void PrintTo(const Case& shown, std::ostream* out) { *out << shown.name; }
+
 class XmlReaderTest : public ::testing::TestWithParam<Case> {};
 
 // Every document is read with every form of the scan, from memory that ends where it ends.
