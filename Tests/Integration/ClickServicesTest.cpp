@@ -328,17 +328,9 @@ TEST_F(PhotoAlbumTest, NothingIsEverOverwritten) {
   EXPECT_FALSE(fs::exists(folder_.path("elsewhere")));
 }
 
-TEST_F(PhotoAlbumTest, DrawingsBecomePixels) {
-  const std::string drawing =
-      R"(<svg xmlns="http://www.w3.org/2000/svg" width="6" height="3"><script>1</script></svg>)";
-  const gtk::GtkImageDecoder decoder{runLoop_, 25'000'000};
-  if (decoder.decodeNow(drawing).empty()) GTEST_SKIP() << "this system draws no SVG";
-  EXPECT_EQ(save(drawing), "saved");
-  const auto names = filesIn(handlers.picturesFolder());
-  ASSERT_THAT(names, SizeIs(1));
-  EXPECT_THAT(contents(fs::path{handlers.picturesFolder()} / names[0]),
-              testing::StartsWith("\x89PNG"));
-}
+// What draws itself with a program is not let in.
+constexpr std::string_view kDrawing =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" width="6" height="3"><script>1</script></svg>)";
 
 std::string hugePicture() {
   // The first bytes of a PNG of 30,000 x 30,000 pixels; the pixels would take 3.6 GB.
@@ -349,8 +341,8 @@ std::string hugePicture() {
 
 TEST_F(PhotoAlbumTest, WhatIsNoPictureIsRefused) {
   for (const std::string& bytes :
-       {std::string{}, std::string{"<html>"}, bytes_["png"].substr(0, 20), hugePicture(),
-        std::string(100'000, '\0')}) {
+       {std::string{}, std::string{"<html>"}, std::string{kDrawing}, bytes_["png"].substr(0, 20),
+        hugePicture(), std::string(100'000, '\0')}) {
     EXPECT_EQ(save(bytes), "1 There is no picture.");
   }
   EXPECT_THAT(filesIn(handlers.picturesFolder()), IsEmpty());

@@ -11,7 +11,7 @@ namespace tavo::gtk {
 
 namespace {
 
-// Formats that are not kept as they are (drawings with scripts among them) become plain pixels.
+// Formats that are not kept as they are become plain pixels.
 std::string asPng(const Image& picture) {
   const auto pixels = GPtr<GdkPixbuf>::adopt(gdk_pixbuf_new_from_data(
       picture.pixels().get(), GDK_COLORSPACE_RGB, TRUE, 8, picture.width(), picture.height(),
