@@ -1,7 +1,8 @@
-# Shared by ./run and ./check: sourced, not run.
+# Shared by the scripts that build: sourced, not run. A script that does not stand at the root says
+# in `up` how it gets there.
 
 set -eu
-cd "$(dirname "$0")"
+cd "$(dirname "$0")/${up:-.}"
 started=$(date +%s)
 
 say() { printf '\n==> %s (%s s)\n' "$*" "$(($(date +%s) - started))"; }
@@ -29,14 +30,20 @@ install_packages() {
     finish 1 "Packages could not be installed; see /tmp/tavo-packages.log, or install them yourself:$missing"
 }
 
-# build <preset> [target...]
+# build <preset> [-D<variable>=<value>] [target...]
 build() {
   preset=$1
   shift
+  setting=""
+  case "${1:-}" in -D*)
+    setting=$1
+    shift
+    ;;
+  esac
   mkdir -p build
   launcher=""
   command -v ccache >/dev/null && launcher="-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"
-  cmake --preset "$preset" $launcher >"build/$preset-configure.log" 2>&1 || {
+  cmake --preset "$preset" $launcher ${setting:+"$setting"} >"build/$preset-configure.log" 2>&1 || {
     tail -20 "build/$preset-configure.log"
     finish 1 "The build could not be configured: see build/$preset-configure.log."
   }

@@ -41,7 +41,7 @@ std::string defaultsPath(const GtkPlatformOptions& options) {
 }
 
 std::vector<std::string> resourceRoots(const GtkPlatformOptions& options) {
-  auto roots = GtkBundle::standardRoots();
+  std::vector<std::string> roots{GtkBundle::standardRoot()};
   if (!options.resourceFolder.empty()) roots.push_back(options.resourceFolder);
   return roots;
 }

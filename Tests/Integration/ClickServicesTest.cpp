@@ -13,11 +13,11 @@
 #include <map>
 #include <sstream>
 
+#include "Gtk/Modules/GtkCalendarModule.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkImageDecoder.h"
 #include "Gtk/Services/GtkPhotoAlbum.h"
 #include "Gtk/Services/NewFile.h"
-#include "Gtk/Sheets/CalendarFile.h"
 #include "Gtk/Sheets/ComposerUris.h"
 #include "Gtk/Sheets/EventSheet.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
@@ -174,7 +174,7 @@ CalendarEvent someEvent() {
 
 TEST(CalendarFile, SaysWhatTheEventSays) {
   const CalendarEvent event = someEvent();
-  const auto text = gtk::calendarFile(event, "an-id", start - 24h);
+  const auto text = gtk::GtkCalendarModule{}.file(event, "an-id", start - 24h);
   ASSERT_TRUE(text);
   auto read = readCalendar(*text);
   EXPECT_EQ(read["SUMMARY"], event.title);
@@ -197,7 +197,7 @@ TEST(CalendarFile, HoldsRemindersOfBothKindsAndRefusesBackwardEvents) {
   for (const Row& row : {Row{start - 1h, "20261121T090000Z"}, Row{Seconds{90}, "PT1M30S"},
                          Row{Seconds{0}, "PT0S"}, Row{Seconds{-100.0 * 366 * 24 * 3600}, ""}}) {
     CalendarEvent event{"t", "", "", start, start, row.alarm};
-    const auto text = gtk::calendarFile(event, "id", start);
+    const auto text = gtk::GtkCalendarModule{}.file(event, "id", start);
     ASSERT_TRUE(text);
     const auto properties = readCalendar(*text);
     const auto trigger = std::find_if(properties.begin(), properties.end(), [](const auto& entry) {
@@ -208,7 +208,16 @@ TEST(CalendarFile, HoldsRemindersOfBothKindsAndRefusesBackwardEvents) {
       EXPECT_EQ(trigger->second, row.trigger);
     }
   }
-  EXPECT_EQ(gtk::calendarFile({"t", "", "", start, start - 1s, {}}, "id", start), std::nullopt);
+  EXPECT_EQ(gtk::GtkCalendarModule{}.file({"t", "", "", start, start - 1s, {}}, "id", start),
+            std::nullopt);
+}
+
+TEST(CalendarFile, NeedsItsModuleAndSaysSo) {
+  gtk::GtkCalendarModule absent{"/no/such/folder"};
+  std::string reason;
+  EXPECT_FALSE(absent.isAvailable(reason));
+  EXPECT_THAT(reason, testing::HasSubstr("TavoGtkCalendar.so"));
+  EXPECT_EQ(absent.file(someEvent(), "an-id", start), std::nullopt);
 }
 
 TEST_F(ClickServices, EventsReachTheCalendarAsAFile) {

@@ -56,7 +56,7 @@ class WebModuleTest : public testing::Test {
   void SetUp() override { ASSERT_TRUE(gtk_init_check()); }
 
   std::unique_ptr<gtk::GtkWebModule> module(
-      const std::filesystem::path& folder = gtk::GtkWebModule::moduleFolder()) {
+      const std::filesystem::path& folder = gtk::moduleFolder()) {
     return std::make_unique<gtk::GtkWebModule>(
         gtk::GtkWebModule::Services{loop_, defaults_, log_, nullptr, {}}, folder);
   }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "Gtk/Modules/ModuleFile.h"
 #include "Runtime/Limits.h"
 #include "Services/Log.h"
 #include "Services/MoviePlayerFactory.h"
@@ -15,9 +16,6 @@ namespace tavo::gtk {
 // Makes movie players by way of the video module, which is loaded when the first one is asked for.
 // Where it cannot be loaded it hands out players whose contents finish with an error; that is
 // decided once per process.
-//
-// The module is looked for in the folder that the environment variable TAVO_MODULE_DIR names, else
-// in the one that was set when this library was built.
 class GtkVideoModule : public MoviePlayerFactory {
  public:
   struct Services {
@@ -26,8 +24,6 @@ class GtkVideoModule : public MoviePlayerFactory {
     std::function<std::string()> userAgent;  // asked for each video; empty: the framework's own
     Limits limits;
   };
-
-  [[nodiscard]] static std::filesystem::path moduleFolder();
 
   explicit GtkVideoModule(Services services, std::filesystem::path folder = moduleFolder())
       : services_{std::move(services)}, folder_{std::move(folder)} {}

@@ -1,8 +1,5 @@
 #include "Gtk/Modules/GtkWebModule.h"
 
-#include <gmodule.h>
-
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -18,7 +15,6 @@ namespace {
 constexpr std::string_view userAgentKey = "tavo.webEngine.userAgent";
 constexpr std::string_view engineKey = "tavo.webEngine.identity";
 constexpr Seconds helperProgramDeadline{5};
-constexpr auto moduleFlags = static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL);
 
 // What a request says of itself where no engine is installed: the part that all versions of the
 // engine share.
@@ -60,11 +56,6 @@ class StoreSource : public CookieSource {
 
 }  // namespace
 
-std::filesystem::path GtkWebModule::moduleFolder() {
-  const char* chosen = std::getenv("TAVO_MODULE_DIR");
-  return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_MODULE_FOLDER;
-}
-
 GtkWebModule::GtkWebModule(Services services, std::filesystem::path folder)
     : services_{std::move(services)}, folder_{std::move(folder)} {}
 
@@ -85,8 +76,8 @@ void GtkWebModule::warmUp(const void* owner) {
   if (std::exchange(mapping_, true)) return;
   services_.runLoop->background(
       [file = moduleFile(), runLoop = services_.runLoop, owner, self = std::weak_ptr{self_}] {
-        GModule* const module = g_module_open(file.c_str(), moduleFlags);
-        if (module != nullptr) g_module_make_resident(module);
+        std::string failure;  // told by the attempt that counts, on the main thread
+        static_cast<void>(moduleEntry(file, createWebViewFactoryName, failure));
         runLoop->post([self, owner] {
           const auto still = self.lock();
           if (!still || (*still)->triedToLoad_) return;
@@ -118,12 +109,12 @@ std::string GtkWebModule::userAgent() {
 
 std::string GtkWebModule::askHelperProgram() const {
   const auto answer =
-      runHelperProgram({(folder_ / TAVO_USER_AGENT_PROGRAM).string()}, helperProgramDeadline);
+      runHelperProgram({(folder_ / "tavo-web-user-agent").string()}, helperProgramDeadline);
   if (!answer) note("The web engine gave no user agent; a fixed text stands in for it.");
   return std::string{trimmed(answer.value_or(""))};
 }
 
-std::string GtkWebModule::moduleFile() const { return (folder_ / TAVO_WEB_MODULE).string(); }
+std::filesystem::path GtkWebModule::moduleFile() const { return folder_ / "TavoGtkWeb.so"; }
 
 WebViewFactory* GtkWebModule::factory() {
   if (!triedToLoad_) load();
@@ -132,16 +123,9 @@ WebViewFactory* GtkWebModule::factory() {
 
 void GtkWebModule::load() {
   triedToLoad_ = true;
-  const std::string file = moduleFile();
-  GModule* module = g_module_open(file.c_str(), moduleFlags);
-  if (module == nullptr) return note("No HTML ads: " + std::string{g_module_error()});
-  // The engine leaves threads and type registrations behind that no unloading can take back.
-  g_module_make_resident(module);
-
-  gpointer entry = nullptr;
-  if (g_module_symbol(module, createWebViewFactoryName, &entry) == FALSE || entry == nullptr) {
-    return note("No HTML ads: " + file + " is not the web module of this library.");
-  }
+  std::string failure;
+  void* const entry = moduleEntry(moduleFile(), createWebViewFactoryName, failure);
+  if (entry == nullptr) return note("No HTML ads: " + failure);
   const auto cookies =
       services_.cookies ? std::make_shared<StoreSource>(services_.cookies) : nullptr;
   const WebModuleServices services{services_.runLoop, services_.log, cookies,

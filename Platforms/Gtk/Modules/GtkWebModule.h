@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Modules/ModuleFile.h"
 #include "Runtime/Limits.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
@@ -18,9 +19,6 @@ namespace tavo::gtk {
 // Makes web views by way of the web module, which is loaded when the first one is asked for: a host
 // that only ever shows pictures never maps the engine. Where the module cannot be loaded or the
 // engine cannot run, it hands out web views whose loads fail; that is decided once per process.
-//
-// The module and its helper program are looked for in the folder that the environment variable
-// TAVO_MODULE_DIR names, else in the one that was set when this library was built.
 class GtkWebModule : public WebViewFactory {
  public:
   struct Services {
@@ -30,9 +28,6 @@ class GtkWebModule : public WebViewFactory {
     std::shared_ptr<GtkCookieStore> cookies;  // null: pages keep theirs to themselves
     std::function<Limits()> limits;  // asked when the module is loaded; empty: the defaults
   };
-
-  // The folder of the module and its helper program.
-  [[nodiscard]] static std::filesystem::path moduleFolder();
 
   explicit GtkWebModule(Services services, std::filesystem::path folder = moduleFolder());
   ~GtkWebModule() override;
@@ -55,7 +50,7 @@ class GtkWebModule : public WebViewFactory {
   // The module's factory, or null when there is none to be had.
   [[nodiscard]] WebViewFactory* factory();
   void load();
-  [[nodiscard]] std::string moduleFile() const;
+  [[nodiscard]] std::filesystem::path moduleFile() const;
   void note(const std::string& message) const;
   [[nodiscard]] std::string askHelperProgram() const;
 

@@ -4,9 +4,9 @@
 
 namespace tavo::gtk {
 
-std::vector<std::string> GtkBundle::standardRoots() {
-  if (const char* const folder = g_getenv("TAVO_RESOURCE_DIR")) return {folder};
-  return {TAVO_INSTALLED_RESOURCES, TAVO_SOURCE_RESOURCES};
+std::string GtkBundle::standardRoot() {
+  const char* const chosen = g_getenv("TAVO_RESOURCE_DIR");
+  return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_RESOURCE_FOLDER;
 }
 
 std::optional<std::string> GtkBundle::pathForResource(std::string_view bundle,

@@ -14,9 +14,9 @@ class GtkBundle : public Bundle {
   // Looks into `roots` in their order.
   explicit GtkBundle(std::vector<std::string> roots) : roots_{std::move(roots)} {}
 
-  // The folder named by the environment variable TAVO_RESOURCE_DIR alone; without it the installed
-  // resources, then those beside the sources that the library was built from.
-  [[nodiscard]] static std::vector<std::string> standardRoots();
+  // The library's own: the folder that the environment variable TAVO_RESOURCE_DIR names, else the
+  // one that was set when this library was built.
+  [[nodiscard]] static std::string standardRoot();
 
   [[nodiscard]] std::optional<std::string> pathForResource(std::string_view bundle,
                                                            std::string_view name,

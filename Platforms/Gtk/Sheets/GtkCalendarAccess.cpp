@@ -4,7 +4,6 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Services/NewFile.h"
-#include "Gtk/Sheets/CalendarFile.h"
 
 namespace tavo::gtk {
 
@@ -45,9 +44,10 @@ std::optional<Error> GtkCalendarAccess::saveNow(const CalendarEvent& event) {
   const auto application = Gio::AppInfo::get_default_for_type("text/calendar", false);
   if (!application) return failure("There is no calendar application.");
   const GText identifier{g_uuid_string_random()};
-  const auto text = calendarFile(event, identifier.get(), runLoop_->today());
-  if (!text) return failure("The event ends before it starts.");
   std::string reason;
+  if (!module_.isAvailable(reason)) return failure("Events cannot be written: " + reason);
+  const auto text = module_.file(event, identifier.get(), runLoop_->today());
+  if (!text) return failure("The event ends before it starts.");
   const auto path =
       writeNewFile(folder_, std::string{"event-"} + identifier.get(), ".ics", *text, reason);
   if (!path) return failure("The event could not be written: " + reason);

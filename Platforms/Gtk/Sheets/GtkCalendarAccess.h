@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "Gtk/Modules/GtkCalendarModule.h"
 #include "Services/CalendarAccess.h"
 #include "Services/RunLoop.h"
 
@@ -35,6 +36,7 @@ class GtkCalendarAccess : public CalendarAccess {
 
   std::shared_ptr<RunLoop> runLoop_;
   std::string folder_;
+  GtkCalendarModule module_;
 };
 
 }  // namespace tavo::gtk

@@ -1,4 +1,4 @@
-#include "Gtk/Sheets/CalendarFile.h"
+#include "Gtk/Calendar/CalendarFile.h"
 
 #include <libical/ical.h>
 
