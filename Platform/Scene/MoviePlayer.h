@@ -84,7 +84,8 @@ class MoviePlayer : public View {
   virtual void stop() = 0;
   [[nodiscard]] virtual MoviePlaybackState playbackState() const = 0;
 
-  // Seconds. Setting the time of a content that is not prepared makes it start there.
+  // Seconds. Setting the time of a content that is not prepared makes it start there. A server that
+  // cannot send from the middle sends from the start.
   [[nodiscard]] virtual double currentPlaybackTime() const = 0;
   virtual void setCurrentPlaybackTime(double seconds) = 0;
   [[nodiscard]] virtual double duration() const = 0;  // 0 until it is known

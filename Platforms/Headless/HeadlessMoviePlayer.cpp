@@ -1,6 +1,7 @@
 #include "Headless/HeadlessMoviePlayer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tavo::headless {
 
@@ -15,7 +16,7 @@ HeadlessMoviePlayer::HeadlessMoviePlayer(Rect frame, std::shared_ptr<RunLoop> ru
 void HeadlessMoviePlayer::reset() {
   next_.invalidate();
   ++content_;
-  preparing_ = prepared_ = playsWhenPrepared_ = false;
+  preparing_ = prepared_ = playsWhenPrepared_ = ended_ = false;
   position_ = 0;
 }
 
@@ -26,28 +27,26 @@ void HeadlessMoviePlayer::setContentUrl(const Url& url) {
 }
 
 void HeadlessMoviePlayer::prepareToPlay() {
-  if (preparing_ || prepared_) return;
+  if (preparing_ || prepared_ || contentUrl_.empty()) return;
   preparing_ = true;
   playsWhenPrepared_ = playsWhenPrepared_ || shouldAutoplay;
   const auto known = movies_->find(contentUrl_.text());
   if (!contentUrl_.isHttp() || known == movies_->end()) {
-    finish(MovieFinishReason::playbackError, makeError(MovieError::notPlayable, "No video."));
-    return;
+    return failed(MovieError::notPlayable, "No video.");
   }
   movie_ = known->second;
   if (movie_.arrives) {
     next_ = runLoop_->after(movie_.arrival, [this] { arrived(); });
   } else {
-    next_ = runLoop_->after(limits_.firstFrameTimeout, [this] {
-      finish(MovieFinishReason::playbackError, makeError(MovieError::timedOut, "No picture."));
-    });
+    next_ = runLoop_->after(limits_.firstFrameTimeout,
+                            [this] { failed(MovieError::timedOut, "No picture."); });
   }
 }
 
 void HeadlessMoviePlayer::arrived() {
   const auto held = shared_from_this();
   preparing_ = false;
-  if (!movie_.hasVideo) return dataEnded();
+  if (!movie_.hasVideo) return failed(MovieError::notPlayable, "No video.");
   prepared_ = true;
   tellDurationAvailable();
   if (prepared_ && playsWhenPrepared_) play();
@@ -60,12 +59,14 @@ void HeadlessMoviePlayer::play() {
     return;
   }
   if (state_ == MoviePlaybackState::playing) return;
+  if (std::exchange(ended_, false)) position_ = 0;
   since_ = runLoop_->now();
   setState(MoviePlaybackState::playing);
   scheduleEnd();
 }
 
 void HeadlessMoviePlayer::pause() {
+  playsWhenPrepared_ = false;
   if (state_ != MoviePlaybackState::playing) return;
   position_ = currentPlaybackTime();
   next_.invalidate();
@@ -86,22 +87,28 @@ double HeadlessMoviePlayer::currentPlaybackTime() const {
 void HeadlessMoviePlayer::setCurrentPlaybackTime(double seconds) {
   position_ = prepared_ ? std::clamp(seconds, 0.0, movie_.duration) : std::max(seconds, 0.0);
   since_ = runLoop_->now();
+  ended_ = false;
   if (state_ == MoviePlaybackState::playing) scheduleEnd();
 }
 
 double HeadlessMoviePlayer::duration() const { return prepared_ ? movie_.duration : 0; }
 
 void HeadlessMoviePlayer::seek(double seconds) {
-  const auto before = state_;
+  if (!isDragged()) beforeDrag_ = state_;
   const bool back = seconds < currentPlaybackTime();
   setState(back ? MoviePlaybackState::seekingBackward : MoviePlaybackState::seekingForward);
   setCurrentPlaybackTime(seconds);
-  runLoop_->post([weak = weak_from_this(), before] {
+  later([weak = weak_from_this(), drag = ++drag_] {
     const auto self = std::static_pointer_cast<HeadlessMoviePlayer>(weak.lock());
-    if (!self) return;
-    self->setState(before);
-    if (before == MoviePlaybackState::playing) self->scheduleEnd();
+    if (!self || self->drag_ != drag || !self->isDragged()) return;
+    self->setState(self->beforeDrag_);
+    if (self->beforeDrag_ == MoviePlaybackState::playing) self->scheduleEnd();
   });
+}
+
+bool HeadlessMoviePlayer::isDragged() const {
+  return state_ == MoviePlaybackState::seekingForward ||
+         state_ == MoviePlaybackState::seekingBackward;
 }
 
 void HeadlessMoviePlayer::setState(MoviePlaybackState state) {
@@ -117,9 +124,8 @@ void HeadlessMoviePlayer::scheduleEnd() {
   const double end = std::min(movie_.duration, movie_.cutAt);
   if (movie_.stallAt < end) {
     const Seconds rest{std::max(movie_.stallAt - position_, 0.0)};
-    next_ = runLoop_->after(rest + limits_.stallTimeout, [this] {
-      finish(MovieFinishReason::playbackError, makeError(MovieError::timedOut, "Stalled."));
-    });
+    next_ = runLoop_->after(rest + limits_.stallTimeout,
+                            [this] { failed(MovieError::timedOut, "Stalled."); });
     return;
   }
   next_ = runLoop_->after(Seconds{std::max(end - position_, 0.0)}, [this] { dataEnded(); });
@@ -127,21 +133,21 @@ void HeadlessMoviePlayer::scheduleEnd() {
 
 void HeadlessMoviePlayer::dataEnded() {
   const PlayedContent played{movie_.hasVideo, movie_.duration, currentPlaybackTime()};
-  if (playedThrough(played)) {
-    finish(MovieFinishReason::playbackEnded, std::nullopt);
-  } else {
-    finish(MovieFinishReason::playbackError, makeError(MovieError::incomplete, "Cut short."));
-  }
+  if (!playedThrough(played)) return failed(MovieError::incomplete, "Cut short.");
+  ended_ = true;
+  position_ = movie_.duration;
+  setState(MoviePlaybackState::paused);
+  finish(MovieFinishReason::playbackEnded, std::nullopt);
+}
+
+void HeadlessMoviePlayer::failed(MovieError code, std::string_view why) {
+  const Error error = makeError(code, why);
+  reset();
+  setState(MoviePlaybackState::stopped);
+  finish(MovieFinishReason::playbackError, error);
 }
 
 void HeadlessMoviePlayer::finish(MovieFinishReason reason, std::optional<Error> error) {
-  position_ = currentPlaybackTime();
-  preparing_ = false;
-  if (reason == MovieFinishReason::playbackEnded) {
-    setState(MoviePlaybackState::paused);
-  } else {
-    setState(MoviePlaybackState::stopped);
-  }
   later([weak = weak_from_this(), content = content_, reason, error = std::move(error)] {
     const auto self = std::static_pointer_cast<HeadlessMoviePlayer>(weak.lock());
     if (self && self->content_ == content) self->tellFinish(reason, error);

@@ -51,9 +51,11 @@ class HeadlessMoviePlayer : public MoviePlayer {
  private:
   void reset();
   void arrived();
+  [[nodiscard]] bool isDragged() const;
   void setState(MoviePlaybackState state);
   void scheduleEnd();
   void dataEnded();
+  void failed(MovieError code, std::string_view why);
   void finish(MovieFinishReason reason, std::optional<Error> error);
 
   std::shared_ptr<RunLoop> runLoop_;
@@ -64,10 +66,13 @@ class HeadlessMoviePlayer : public MoviePlayer {
   bool preparing_ = false;
   bool prepared_ = false;
   bool playsWhenPrepared_ = false;
+  bool ended_ = false;
   MoviePlaybackState state_ = MoviePlaybackState::stopped;
+  MoviePlaybackState beforeDrag_ = MoviePlaybackState::stopped;
   double position_ = 0;  // at `since_`
   Seconds since_{0};
   Timer next_;       // the arrival, the end or the stall that comes next
+  int drag_ = 0;     // counts moves of a dragged position: the last one ends the state of seeking
   int content_ = 0;  // counts contents, so that a late report of a replaced one is dropped
 };
 

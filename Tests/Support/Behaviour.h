@@ -31,6 +31,12 @@ struct CloseInBody {
   std::uint64_t promisedBytes = 4096;
 };
 
+// Promises more body than it sends, then stays silent.
+struct StallInBody {
+  std::string body;
+  std::uint64_t promisedBytes = 0;
+};
+
 // Reads the request and stays silent.
 struct NeverAnswer {};
 
@@ -75,7 +81,8 @@ struct Garbage {
   std::string bytes = "\x16\x03\x01 this has never been a status line\r\n\r\n";
 };
 
-using Behaviour = std::variant<PlainAnswer, CloseBeforeAnswer, CloseInBody, NeverAnswer, Drip,
-                               HugeBody, GzipBomb, Redirect, RedirectLoop, HugeHeader, Garbage>;
+using Behaviour =
+    std::variant<PlainAnswer, CloseBeforeAnswer, CloseInBody, StallInBody, NeverAnswer, Drip,
+                 HugeBody, GzipBomb, Redirect, RedirectLoop, HugeHeader, Garbage>;
 
 }  // namespace tavo::test

@@ -106,6 +106,12 @@ void HostileConnection::perform(const CloseInBody& close, std::string_view) {
         close.body);
 }
 
+void HostileConnection::perform(const StallInBody& stall, std::string_view request) {
+  if (write(headOf(200, lengthLine(stall.promisedBytes)) + stall.body)) {
+    perform(NeverAnswer{}, request);
+  }
+}
+
 void HostileConnection::perform(const NeverAnswer&, std::string_view) {
   while (pause(std::chrono::hours{1})) {
   }

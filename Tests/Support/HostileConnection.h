@@ -31,6 +31,7 @@ class HostileConnection {
   void perform(const PlainAnswer& answer, std::string_view request);
   void perform(const CloseBeforeAnswer& close, std::string_view request);
   void perform(const CloseInBody& close, std::string_view request);
+  void perform(const StallInBody& stall, std::string_view request);
   void perform(const NeverAnswer& silence, std::string_view request);
   void perform(const Drip& drip, std::string_view request);
   void perform(const HugeBody& huge, std::string_view request);

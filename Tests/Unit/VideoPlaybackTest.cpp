@@ -132,7 +132,7 @@ TEST_F(VideoPlaybackTest, VideosThatCannotBePlayedEndInAnErrorAndTheHostGoesOn) 
     Lines told;
   };
   const Case cases[] = {
-      {"a picture", {.hasVideo = false}, 1, {"didFail 4 Cut short.", handedBack}},
+      {"a picture", {.hasVideo = false}, 1, {"didFail 2 No video.", handedBack}},
       {"a silent server", {.arrives = false}, 8.1, {"didFail 3 No picture.", handedBack}},
       {"a cut file",
        {.cutAt = 5},

@@ -107,7 +107,8 @@ void FrameSink::show() {
     const std::scoped_lock lock{mutex_};
     texture = std::exchange(newest_, nullptr);
   }
-  if (texture != nullptr && shown_) shown_(texture);
+  const auto shown = shown_;  // whoever is shown the picture may end the playback
+  if (texture != nullptr && shown) shown(texture);
   g_clear_object(&texture);
 }
 

@@ -42,6 +42,8 @@ void GtkMoviePlayer::reset() {
   ++content_;
   stage_ = Stage::idle;
   wantsToPlay_ = hasPicture_ = ended_ = false;
+  canSeek_ = true;
+  seeking_.reset();
   duration_ = start_ = lastPosition_ = 0;
 }
 
@@ -75,14 +77,9 @@ Playback::Events GtkMoviePlayer::events() {
   return {.picture = [this](GdkTexture* picture) { showPicture(picture); },
           .state = [this](GstPlayState state) { engineState(state); },
           .moved = [this] { moved(); },
+          .sought = [this] { sought(); },
           .ended = [this] { ended(); },
-          .failed =
-              [this](const std::string& why) {
-                if (engine_->services().log) engine_->services().log->write("Video: " + why);
-                const bool begun = stage_ == Stage::prepared;
-                failed(begun ? MovieError::incomplete : MovieError::notPlayable,
-                       begun ? "The video broke off." : "The video cannot be played.");
-              }};
+          .failed = [this](const std::string& why) { brokeOff(why); }};
 }
 
 void GtkMoviePlayer::showPicture(GdkTexture* picture) {
@@ -99,7 +96,7 @@ void GtkMoviePlayer::prepared() {
   watchdog_.invalidate();
   stage_ = Stage::prepared;
   duration_ = length;
-  if (start_ > 0) playback_->seek(start_);
+  if (start_ > 0) seek(start_);
   controls_.showPosition(start_, duration_);
   const auto held = shared_from_this();
   const int content = content_;
@@ -108,6 +105,7 @@ void GtkMoviePlayer::prepared() {
 }
 
 void GtkMoviePlayer::engineState(GstPlayState state) {
+  const auto held = shared_from_this();
   prepared();
   if (stage_ == Stage::preparing && state == GST_PLAY_STATE_PAUSED) {
     // All is there that will be; what has no length now is a picture or a broadcast.
@@ -126,13 +124,27 @@ void GtkMoviePlayer::play() {
   wantsToPlay_ = true;
   if (stage_ == Stage::idle) return prepareToPlay();
   if (stage_ != Stage::prepared) return;
-  if (std::exchange(ended_, false)) {
-    lastPosition_ = 0;
-    playback_->seek(0);
-  }
-  watch(engine_->services().limits.stallTimeout, "The video stands still.");
+  if (std::exchange(ended_, false)) return beginAgain();
+  watchForStall();
   lastSeen_ = engine_->services().runLoop->now();
   playback_->play();
+}
+
+// From the first byte: not every server can be asked for less.
+void GtkMoviePlayer::beginAgain() {
+  retire(std::move(playback_));
+  seeking_.reset();
+  lastPosition_ = 0;
+  lastSeen_ = engine_->services().runLoop->now();
+  playback_ = std::make_unique<Playback>(*engine_, contentUrl_.text(), events());
+  if (!wantsToPlay_) return playback_->pause();
+  watchForStall();
+  playback_->play();
+}
+
+// A playback may be in the middle of a call to this.
+void GtkMoviePlayer::retire(std::unique_ptr<Playback> playback) {
+  later([retired = std::shared_ptr<Playback>{std::move(playback)}] { /* gone with the task */ });
 }
 
 void GtkMoviePlayer::pause() {
@@ -150,9 +162,9 @@ void GtkMoviePlayer::stop() {
 
 double GtkMoviePlayer::currentPlaybackTime() const {
   if (stage_ != Stage::prepared) return start_;
-  if (ended_ || !playback_) return lastPosition_;
-  // While a seek is under way the framework has no position to tell.
-  return std::max(playback_->position(), 0.0);
+  // While a seek is under way the framework tells no position, or the old one.
+  if (ended_ || !playback_ || seeking_) return seeking_.value_or(lastPosition_);
+  return playback_->position();
 }
 
 void GtkMoviePlayer::setCurrentPlaybackTime(double seconds) {
@@ -160,34 +172,54 @@ void GtkMoviePlayer::setCurrentPlaybackTime(double seconds) {
     start_ = std::max(seconds, 0.0);
     return;
   }
+  seek(std::clamp(seconds, 0.0, duration_));
+}
+
+void GtkMoviePlayer::seek(double seconds) {
+  if (!canSeek_) return;
   ended_ = false;
-  lastPosition_ = std::clamp(seconds, 0.0, duration_);
+  lastPosition_ = seconds;
+  seeking_ = seconds;
+  playback_->seek(seconds);
+  if (wantsToPlay_) watchForStall();
+}
+
+void GtkMoviePlayer::sought() {
+  seeking_.reset();
+  if (stage_ != Stage::prepared || ended_) return;
+  lastPosition_ = playback_->position();
   lastSeen_ = engine_->services().runLoop->now();
-  playback_->seek(lastPosition_);
+  controls_.showPosition(lastPosition_, duration_);
 }
 
 // A person drags the position: the state of seeking is passed through.
 void GtkMoviePlayer::seekByHand(double seconds) {
   if (stage_ != Stage::prepared) return;
-  const MoviePlaybackState before = state_;
+  if (!isDragged()) beforeDrag_ = state_;
   setState(seconds < currentPlaybackTime() ? MoviePlaybackState::seekingBackward
                                            : MoviePlaybackState::seekingForward);
   setCurrentPlaybackTime(seconds);
-  later([weak = weak_from_this(), content = content_, before] {
+  later([weak = weak_from_this(), drag = ++drag_] {
     const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
-    if (self && self->content_ == content) self->setState(before);
+    if (self && self->drag_ == drag && self->isDragged()) self->setState(self->beforeDrag_);
   });
 }
 
+bool GtkMoviePlayer::isDragged() const {
+  return state_ == MoviePlaybackState::seekingForward ||
+         state_ == MoviePlaybackState::seekingBackward;
+}
+
 void GtkMoviePlayer::moved() {
+  const auto held = shared_from_this();
   prepared();
-  if (stage_ != Stage::prepared || ended_) return;
+  if (stage_ != Stage::prepared || ended_ || seeking_) return;
   const double position = playback_->position();
   controls_.showPosition(position, duration_);
   if (position == lastPosition_) return;
   lastPosition_ = playedTo(position);
   lastSeen_ = engine_->services().runLoop->now();
-  if (wantsToPlay_) watch(engine_->services().limits.stallTimeout, "The video stands still.");
+  if (wantsToPlay_) watchForStall();
 }
 
 // At the end of its data the framework claims to stand at the end of the video, whatever it has
@@ -215,8 +247,20 @@ void GtkMoviePlayer::ended() {
   finish(MovieFinishReason::playbackEnded, std::nullopt);
 }
 
+void GtkMoviePlayer::brokeOff(const std::string& why) {
+  if (engine_->services().log) engine_->services().log->write("Video: " + why);
+  if (seeking_) {
+    // The server cannot start in the middle, and has stopped sending what it sent.
+    canSeek_ = false;
+    return beginAgain();
+  }
+  const bool begun = stage_ == Stage::prepared;
+  failed(begun ? MovieError::incomplete : MovieError::notPlayable,
+         begun ? "The video broke off." : "The video cannot be played.");
+}
+
 void GtkMoviePlayer::failed(MovieError code, const std::string& why) {
-  finished_ = std::move(playback_);  // this may be one of its calls
+  retire(std::move(playback_));
   const Error error = makeError(code, why);
   reset();
   setState(MoviePlaybackState::stopped);
@@ -226,9 +270,7 @@ void GtkMoviePlayer::failed(MovieError code, const std::string& why) {
 void GtkMoviePlayer::finish(MovieFinishReason reason, std::optional<Error> error) {
   later([weak = weak_from_this(), content = content_, reason, error = std::move(error)] {
     const auto self = std::static_pointer_cast<GtkMoviePlayer>(weak.lock());
-    if (!self) return;
-    self->finished_.reset();
-    if (self->content_ == content) self->tellFinish(reason, error);
+    if (self && self->content_ == content) self->tellFinish(reason, error);
   });
 }
 
@@ -245,6 +287,10 @@ void GtkMoviePlayer::setState(MoviePlaybackState state) {
 void GtkMoviePlayer::watch(Seconds patience, const char* complaint) {
   watchdog_ = engine_->services().runLoop->after(
       patience, [this, complaint] { failed(MovieError::timedOut, complaint); });
+}
+
+void GtkMoviePlayer::watchForStall() {
+  watch(engine_->services().limits.stallTimeout, "The video stands still.");
 }
 
 void GtkMoviePlayer::controlStyleChanged() {

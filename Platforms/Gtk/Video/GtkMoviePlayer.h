@@ -51,18 +51,24 @@ class GtkMoviePlayer : public MoviePlayer, public NativeView {
   void engineState(GstPlayState state);
   void prepared();
   void moved();
+  void sought();
   void ended();
+  void brokeOff(const std::string& why);
   void failed(MovieError code, const std::string& why);
   void finish(MovieFinishReason reason, std::optional<Error> error);
   void setState(MoviePlaybackState state);
   void watch(Seconds patience, const char* complaint);
+  void watchForStall();
+  void beginAgain();
+  void retire(std::unique_ptr<Playback> playback);
+  void seek(double seconds);
   void seekByHand(double seconds);
+  [[nodiscard]] bool isDragged() const;
   [[nodiscard]] double playedTo(double position) const;
 
   std::shared_ptr<MediaEngine> engine_;
   std::unique_ptr<Playback> playback_;
-  std::unique_ptr<Playback> finished_;  // kept until the turn in which it ended is over
-  GPtr<GtkWidget> overlay_;             // outlives what listens to its children
+  GPtr<GtkWidget> overlay_;  // outlives what listens to its children
   GtkWidget* picture_;
   PlayerControls controls_;
   TapWatcher taps_;
@@ -73,11 +79,15 @@ class GtkMoviePlayer : public MoviePlayer, public NativeView {
   bool wantsToPlay_ = false;
   bool hasPicture_ = false;
   bool ended_ = false;
+  bool canSeek_ = true;            // until its server has refused
+  std::optional<double> seeking_;  // where to, while that is under way
+  MoviePlaybackState beforeDrag_ = MoviePlaybackState::stopped;
   double duration_ = 0;
   double start_ = 0;         // where a content that is not prepared will start
   double lastPosition_ = 0;  // where it last was,
   Seconds lastSeen_{0};      // and when that was
   Timer watchdog_;
+  int drag_ = 0;     // counts moves of a dragged position: the last one ends the state of seeking
   int content_ = 0;  // counts contents, so that a late report of a replaced one is dropped
 };
 

@@ -33,7 +33,9 @@ void configure(GstPlay* play, const MediaEngine& engine) {
   gst_play_set_config(play, settings);
   GstElement* pipeline = gst_play_get_pipeline(play);
   chooseAudioSink(pipeline, engine.hasSoundDevice());
-  allowHttpOnly(pipeline, services.limits.stallTimeout);
+  // The player's own watch knows what it waited for, so it speaks first.
+  const Limits& limits = services.limits;
+  allowHttpOnly(pipeline, std::max(limits.firstFrameTimeout, limits.stallTimeout) + Seconds{2});
   gst_object_unref(pipeline);
 }
 
@@ -96,9 +98,12 @@ void Playback::hear(GstMessage* message) {
     }
     case GST_PLAY_MESSAGE_DURATION_CHANGED:
     case GST_PLAY_MESSAGE_MEDIA_INFO_UPDATED:
-    case GST_PLAY_MESSAGE_POSITION_UPDATED:
-    case GST_PLAY_MESSAGE_SEEK_DONE: {
+    case GST_PLAY_MESSAGE_POSITION_UPDATED: {
       const auto told = events_.moved;
+      return told();
+    }
+    case GST_PLAY_MESSAGE_SEEK_DONE: {
+      const auto told = events_.sought;
       return told();
     }
     case GST_PLAY_MESSAGE_END_OF_STREAM: {

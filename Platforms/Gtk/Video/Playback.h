@@ -18,8 +18,9 @@ class Playback {
   struct Events {
     std::function<void(GdkTexture*)> picture{};
     std::function<void(GstPlayState)> state{};
-    std::function<void()> moved{};  // half a second of playing, the end of a seek, a new fact
-    std::function<void()> ended{};  // the data is over
+    std::function<void()> moved{};   // half a second of playing, a new fact
+    std::function<void()> sought{};  // a seek is over
+    std::function<void()> ended{};   // the data is over
     std::function<void(const std::string& why)> failed{};
   };
 

@@ -1,0 +1,150 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "Gtk/Modules/GtkVideoModule.h"
+#include "Gtk/Scene/NativeView.h"
+#include "Gtk/Services/GtkLog.h"
+#include "Gtk/Services/GtkRunLoop.h"
+#include "Headless/HeadlessMoviePlayerFactory.h"
+#include "Headless/HeadlessRunLoop.h"
+#include "Support/AdServerThread.h"
+#include "Support/HostileServer.h"
+
+namespace tavo::test {
+
+// The contents that both platforms are given. Each that plays lasts `movieSeconds`.
+enum class Movie {
+  whole,
+  withoutRanges,  // from a server that cannot start in the middle
+  missing,
+  picture,       // sent as a video
+  unknownCodec,  // for which there is no decoder
+  silent,        // the server takes the request and says nothing
+  cut,           // half of it, with an honest length
+  stalls,        // half of it, then silence
+  localFile,
+};
+
+constexpr double movieSeconds = 4;
+
+// Short, so that what waits for them is soon over.
+inline Limits movieLimits() {
+  Limits limits;
+  limits.firstFrameTimeout = Seconds{3};
+  limits.stallTimeout = Seconds{3};
+  return limits;
+}
+
+class HeadlessMovieRig {
+ public:
+  HeadlessMovieRig() {
+    auto& movies = *factory_.movies;
+    movies[url(Movie::whole).text()] = {.duration = movieSeconds};
+    movies[url(Movie::withoutRanges).text()] = {.duration = movieSeconds};
+    movies[url(Movie::picture).text()] = {.hasVideo = false};
+    movies[url(Movie::unknownCodec).text()] = {.hasVideo = false};
+    movies[url(Movie::silent).text()] = {.arrives = false};
+    movies[url(Movie::cut).text()] = {.duration = movieSeconds, .cutAt = movieSeconds / 2};
+    movies[url(Movie::stalls).text()] = {.duration = movieSeconds, .stallAt = movieSeconds / 2};
+  }
+  MoviePlayerFactory& factory() { return factory_; }
+  [[nodiscard]] static Url url(Movie movie) {
+    if (movie == Movie::localFile) return Url::parse("file:///clip.mp4");
+    return Url::parse("http://cdn.example/" + std::to_string(static_cast<int>(movie)));
+  }
+  void runUntil(const std::function<bool()>& done) {
+    for (int step = 0; step < 1000 && !done(); ++step) loop_->advance(Seconds{0.1});
+  }
+  // A person drags the position.
+  static void drag(MoviePlayer& player, double seconds) {
+    static_cast<headless::HeadlessMoviePlayer&>(player).seek(seconds);
+  }
+
+ private:
+  std::shared_ptr<headless::HeadlessRunLoop> loop_ = std::make_shared<headless::HeadlessRunLoop>();
+  headless::HeadlessMoviePlayerFactory factory_{loop_, movieLimits()};
+};
+
+// One engine for all tests of the process, as in a host.
+class GtkMovieRig {
+ public:
+  MoviePlayerFactory& factory() { return engine().module; }
+  [[nodiscard]] static Url url(Movie movie) {
+    if (movie == Movie::localFile) return Url::parse(std::string{"file://"} + clipPath());
+    if (movie == Movie::whole)
+      return Url::parse(engine().server.url("/assets/vast-preroll/clip.mp4"));
+    return Url::parse(engine().hostile.url(path(movie)));
+  }
+  void runUntil(const std::function<bool()>& done) {
+    bool late = false;
+    const Timer deadline = engine().loop->after(Seconds{30}, [&] { late = true; });
+    const Timer look = engine().loop->every(Seconds{0.02}, [] {});
+    while (!late && !done()) g_main_context_iteration(nullptr, TRUE);
+  }
+  static void drag(MoviePlayer& player, double seconds) {
+    GtkWidget* scale = scaleBelow(dynamic_cast<gtk::NativeView&>(player).widget());
+    ASSERT_NE(scale, nullptr);
+    gboolean handled = FALSE;
+    g_signal_emit_by_name(scale, "change-value", GTK_SCROLL_JUMP, seconds, &handled);
+  }
+
+ private:
+  struct Engine {
+    Engine() {
+      const std::string clip = bytesOf(clipPath());
+      const auto sent = [](const std::string& body) {
+        return PlainAnswer{.body = body, .contentType = "video/mp4"};
+      };
+      const std::string half = clip.substr(0, clip.size() / 2);
+      std::string unknown = clip;
+      unknown.replace(unknown.find("avc1"), 4, "zzzz");
+      hostile.on(path(Movie::withoutRanges), sent(clip));
+      hostile.on(path(Movie::picture),
+                 sent(bytesOf(std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png")));
+      hostile.on(path(Movie::unknownCodec), sent(unknown));
+      hostile.on(path(Movie::silent), NeverAnswer{});
+      hostile.on(path(Movie::cut), sent(half));
+      hostile.on(path(Movie::stalls), StallInBody{.body = half, .promisedBytes = clip.size()});
+    }
+
+    HostileServer hostile;
+    AdServerThread server{TAVO_CAMPAIGNS};
+    std::shared_ptr<gtk::GtkRunLoop> loop = std::make_shared<gtk::GtkRunLoop>();
+    gtk::GtkVideoModule module{{.runLoop = loop,
+                                .log = std::make_shared<gtk::GtkLog>(),
+                                .userAgent = [] { return std::string{"Test/1"}; },
+                                .limits = movieLimits()}};
+  };
+
+  static Engine& engine() {
+    static const bool toolkit = gtk_init_check() != FALSE;
+    EXPECT_TRUE(toolkit);
+    static auto& engine = *new Engine;
+    return engine;
+  }
+  static std::string clipPath() { return std::string{TAVO_CAMPAIGNS} + "/vast-preroll/clip.mp4"; }
+  static std::string path(Movie movie) {
+    return "/" + std::to_string(static_cast<int>(movie)) + ".mp4";
+  }
+  static std::string bytesOf(const std::string& file) {
+    std::ifstream in{file, std::ios::binary};
+    return {std::istreambuf_iterator<char>{in}, {}};
+  }
+  static GtkWidget* scaleBelow(GtkWidget* top) {
+    for (GtkWidget* child = gtk_widget_get_first_child(top); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+      if (GTK_IS_SCALE(child)) return child;
+      if (GtkWidget* deeper = scaleBelow(child)) return deeper;
+    }
+    return nullptr;
+  }
+};
+
+}  // namespace tavo::test
