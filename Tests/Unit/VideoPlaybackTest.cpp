@@ -291,6 +291,26 @@ TEST_F(VideoPlaybackTest, AnInterstitialThatIsOverIsDismissedOnce) {
   EXPECT_THAT(played(), ElementsAre("interstitialDismissedOnMemoryWarning"));
 }
 
+TEST_F(VideoPlaybackTest, AnInterstitialLeavesFullScreenWhenItGoes) {
+  for (const bool dropped : {false, true}) {
+    makeInterstitial();
+    play();
+    advance(1);
+    movie().setFullscreen(true);
+    ASSERT_EQ(window_->subviews().back().get(), &movie());
+    if (dropped) {
+      banner_->removeFromSuperview();
+      banner_.reset();
+    } else {
+      post(notifications::didReceiveMemoryWarning);
+    }
+    settle();
+    for (const auto& view : window_->subviews()) {
+      EXPECT_EQ(dynamic_cast<MoviePlayer*>(view.get()), nullptr) << dropped;
+    }
+  }
+}
+
 TEST_F(VideoPlaybackTest, DroppingTheSlotGivesTheHostItsContentBackWithoutAWord) {
   makePreroll();
   play();

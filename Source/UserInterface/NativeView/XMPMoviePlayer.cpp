@@ -181,8 +181,7 @@ void XMPMoviePlayer::dismiss(Cause cause) {
   deregisterNotifications();
   clearVideo();
   if (isInterstitial()) {
-    if (movie_) movie_->stop();
-    movie_.reset();
+    dropOwnMovie();
     delegate.tell(cause == Cause::user ? &XMoviePlayerDelegate::dismissVideo
                                        : &XMoviePlayerDelegate::dismissVideoOnMemoryWarning);
   } else if (!lockWatch_.isDeviceLocked() && !lockWatch_.isHibernationDone()) {
@@ -206,13 +205,21 @@ void XMPMoviePlayer::clearVideo() {
   tap_.reset();
 }
 
+// In full screen the video stands in the window, which would keep it.
+void XMPMoviePlayer::dropOwnMovie() {
+  if (!movie_) return;
+  movie_->stop();
+  movie_->setFullscreen(false);
+  movie_.reset();
+}
+
 void XMPMoviePlayer::releaseMemory() {
   const OperationLog log{"-[XMPMoviePlayer releaseMemory]"};
   killTimer();
   lockWatch_.clear();
   deregisterNotifications();
   clearVideo();
-  if (isInterstitial() && movie_) movie_->stop();
+  if (isInterstitial()) dropOwnMovie();
   restoreHostContent();
   movie_.reset();
 }

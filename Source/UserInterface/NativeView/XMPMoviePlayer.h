@@ -107,6 +107,7 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   void handBack(Cause cause);
   void dismiss(Cause cause);
   void clearVideo();
+  void dropOwnMovie();
   void addTap();
   void showCountdown(const std::string& text);
   void showControl();
