@@ -7,23 +7,34 @@ namespace tavo::gtk {
 
 namespace {
 
-// The scene gives a button its place and its picture; nothing of a theme may add to them.
-void addBareStyle(Gtk::Widget& widget) {
-  static const auto style = [] {
+// The scene gives a button its place and its picture; nothing of a theme may add to them. A title
+// in a style of its own stands on a video of any colour, so it gets an edge that sets it off.
+constexpr const char* styleText =
+    "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
+    " border-radius: 0; box-shadow: none; background: none; }"
+    "label.tavo-light { text-shadow: 0 0 2px black, 0 0 3px black; }"
+    "label.tavo-dark { text-shadow: 0 0 2px white, 0 0 3px white; }";
+
+void addStyle(Gtk::Widget& widget) {
+  static const auto shared = [] {
     auto provider = Gtk::CssProvider::create();
-    provider->load_from_data(
-        "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
-        " border-radius: 0; box-shadow: none; background: none; }");
+    provider->load_from_data(styleText);
     return provider;
   }();
-  widget.get_style_context()->add_provider(style, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-  widget.add_css_class("tavo-bare");
+  widget.get_style_context()->add_provider(shared, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+bool isLight(const Color& color) {
+  constexpr float half = 0.5F;
+  return 0.3F * color.red + 0.6F * color.green + 0.1F * color.blue > half;
 }
 
 }  // namespace
 
 ButtonWidget::ButtonWidget(const std::shared_ptr<tavo::Button>& button) : button_{button} {
-  addBareStyle(*this);
+  addStyle(*this);
+  addStyle(title_);
+  add_css_class("tavo-bare");
   picture_.set_can_shrink(true);
   signal_clicked().connect([this] { pressed(); });
   sync();
@@ -62,6 +73,7 @@ void ButtonWidget::showTitle(const tavo::Button& button) {
       Pango::Attribute::create_attr_size_absolute(static_cast<int>(style.fontSize * Pango::SCALE));
   attributes.insert(size);
   title_.set_attributes(attributes);
+  title_.set_css_classes({isLight(style.color) ? "tavo-light" : "tavo-dark"});
   title_.set_text(button.title());
   title_.set_xalign(style.alignment == TextAlignment::left     ? 0.0F
                     : style.alignment == TextAlignment::center ? 0.5F
