@@ -37,8 +37,8 @@ constexpr double movieSeconds = 4;
 // Short, so that what waits for them is soon over.
 inline Limits movieLimits() {
   Limits limits;
-  limits.firstFrameTimeout = Seconds{3};
-  limits.stallTimeout = Seconds{3};
+  limits.firstFrameTimeout = Seconds{5};
+  limits.stallTimeout = Seconds{5};
   return limits;
 }
 

@@ -71,6 +71,11 @@ struct Redirect {
 // Sends the client in circles through addresses that are new each time ("?hop=1", "?hop=2" ...).
 struct RedirectLoop {};
 
+// Documents that name the next one: "${next}" in each becomes an address that is new each time.
+struct EndlessChain {
+  std::string document;
+};
+
 // A good answer behind one header line of this size.
 struct HugeHeader {
   std::size_t bytes = 1'000'000;
@@ -83,6 +88,6 @@ struct Garbage {
 
 using Behaviour =
     std::variant<PlainAnswer, CloseBeforeAnswer, CloseInBody, StallInBody, NeverAnswer, Drip,
-                 HugeBody, GzipBomb, Redirect, RedirectLoop, HugeHeader, Garbage>;
+                 HugeBody, GzipBomb, Redirect, RedirectLoop, EndlessChain, HugeHeader, Garbage>;
 
 }  // namespace tavo::test

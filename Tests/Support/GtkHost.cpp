@@ -19,16 +19,17 @@ bool isLike(const Color& left, const Color& right) {
 }  // namespace
 
 GtkHost::GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust,
-                 const std::string& adNetwork)
+                 const std::string& adNetwork, const Limits& limits)
     : application_{Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE)} {
   gtk_init();
   server_ = std::make_unique<adserver::AdServer>(campaigns);
   Platform platform = gtk::makePlatform({.applicationId = "tavo-test",
                                          .dataFolder = folder_.path("data"),
                                          .assumeReachable = true,
-                                         .adNetworkLibrary = adNetwork});
+                                         .adNetworkLibrary = adNetwork,
+                                         .limits = limits});
   if (adjust) adjust(platform);
-  runtime_ = std::make_unique<Runtime>(std::move(platform));
+  runtime_ = std::make_unique<Runtime>(std::move(platform), limits);
   events_ = std::make_shared<XAdViewDelegate>(
       XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { calls_.emplace_back("didLoad"); },
                       .xAdViewDidFailWithError =

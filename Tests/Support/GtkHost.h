@@ -22,7 +22,7 @@ class GtkHost {
   // `adjust` may put its own services into the platform before anything uses them; `adNetwork` is
   // the library of an external ad network, empty for none.
   explicit GtkHost(const std::string& campaigns, const std::function<void(Platform&)>& adjust = {},
-                   const std::string& adNetwork = {});
+                   const std::string& adNetwork = {}, const Limits& limits = {});
   ~GtkHost();
 
   // Puts a new banner of 320 x 50 into the window, in place of the former one.

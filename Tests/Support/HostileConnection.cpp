@@ -35,6 +35,18 @@ unsigned hopOf(std::string_view target) {
   return hop;
 }
 
+// The path of the request under an address that is new each time.
+std::string nextOf(std::string_view request) {
+  return pathOf(request) + "?hop=" + std::to_string(hopOf(targetOf(request)) + 1);
+}
+
+// What the request calls the server.
+std::string hostOf(std::string_view request) {
+  constexpr std::string_view name = "\r\nHost: ";
+  const auto start = std::min(request.find(name), request.size() - name.size()) + name.size();
+  return std::string{request.substr(start, request.find("\r\n", start) - start)};
+}
+
 // Compresses blanks, up to a megabyte at a time, into one gzip stream.
 class BlankCompressor {
  public:
@@ -152,8 +164,15 @@ void HostileConnection::perform(const Redirect& redirect, std::string_view) {
 }
 
 void HostileConnection::perform(const RedirectLoop&, std::string_view request) {
-  const auto hop = std::to_string(hopOf(targetOf(request)) + 1);
-  perform(Redirect{.location = pathOf(request) + "?hop=" + hop}, request);
+  perform(Redirect{.location = nextOf(request)}, request);
+}
+
+void HostileConnection::perform(const EndlessChain& chain, std::string_view request) {
+  constexpr std::string_view marker = "${next}";
+  std::string document = chain.document;
+  document.replace(document.find(marker), marker.size(),
+                   "http://" + hostOf(request) + nextOf(request));
+  perform(PlainAnswer{.body = document, .contentType = "text/xml"}, request);
 }
 
 void HostileConnection::perform(const HugeHeader& huge, std::string_view request) {

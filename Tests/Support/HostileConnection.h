@@ -38,6 +38,7 @@ class HostileConnection {
   void perform(const GzipBomb& bomb, std::string_view request);
   void perform(const Redirect& redirect, std::string_view request);
   void perform(const RedirectLoop& loop, std::string_view request);
+  void perform(const EndlessChain& chain, std::string_view request);
   void perform(const HugeHeader& huge, std::string_view request);
   void perform(const Garbage& garbage, std::string_view request);
 
