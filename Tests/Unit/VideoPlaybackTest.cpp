@@ -181,16 +181,23 @@ TEST_F(VideoPlaybackTest, AHostThatPlaysAlreadyIsLeftAlone) {
 }
 
 TEST_F(VideoPlaybackTest, AnAdWithoutAWayOutGetsOneAfterFifteenSeconds) {
-  makePreroll();
-  play({.linearAttributes = "skipOffset='-5%'"});
-  advance(14.9);
-  ASSERT_TRUE(buttonOn(*host_));
-  EXPECT_EQ(buttonOn(*host_)->title(), "");
-  EXPECT_FALSE(buttonOn(*host_)->isUserInteractionEnabled());
-  advance(0.3);
-  EXPECT_TRUE(buttonOn(*host_)->isUserInteractionEnabled());
-  buttonOn(*host_)->press();
-  EXPECT_THAT(played(), Contains("didSkip"));
+  for (const bool preroll : {true, false}) {
+    // Before the start, and long after the end.
+    for (const std::string offset : {"-5%", "00:01:00"}) {
+      SCOPED_TRACE(offset + (preroll ? " preroll" : " interstitial"));
+      preroll ? makePreroll() : makeInterstitial();
+      play({.linearAttributes = "skipOffset='" + offset + "'"});
+      advance(14.9);
+      View& video = preroll ? *host_ : *banner_->subviews().front();
+      ASSERT_TRUE(buttonOn(video));
+      EXPECT_FALSE(buttonOn(video)->isUserInteractionEnabled());
+      advance(0.3);
+      ASSERT_TRUE(buttonOn(video)->isUserInteractionEnabled());
+      buttonOn(video)->press();
+      settle();
+      EXPECT_THAT(played(), Contains(preroll ? "didSkip" : "interstitialDismissed"));
+    }
+  }
 }
 
 TEST_F(VideoPlaybackTest, ALongCountdownIsNotCutShort) {

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "Scene/MoviePlayer.h"
 #include "UserInterface/NativeView/CountdownPlacement.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/SkipPoint.h"
@@ -122,6 +125,30 @@ TEST(CountdownPlacementTest, SixPlacesAndTheRest) {
     EXPECT_EQ(countdownPlacement(position, video, button, other), places[position]) << position;
   }
   EXPECT_EQ(skipButtonFrame(video), (Rect{272, 0, 44, 44}));
+}
+
+TEST(PlayedThroughTest, OnlyAVideoThatWasShownToItsEnd) {
+  struct Case {
+    const char* name;
+    PlayedContent content;
+    bool through;
+  };
+  const Case cases[] = {
+      {"to the end", {true, 30, 30}, true},
+      {"all but the last second", {true, 30, 29}, true},
+      {"a little less", {true, 30, 28.9}, false},
+      {"three quarters of a short one", {true, 2, 1.5}, true},
+      {"half of it", {true, 2, 1}, false},
+      {"nothing of it", {true, 30, 0}, false},
+      {"beyond what its header says", {true, 30, 31}, true},
+      {"a sound", {false, 30, 30}, false},
+      {"of no length", {true, 0, 0}, false},
+      {"of a length that is no number", {true, std::nan(""), 30}, false},
+      {"shown until no number", {true, 30, std::nan("")}, false},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(playedThrough(test.content), test.through) << test.name;
+  }
 }
 
 XMediaFile file(const char* type, const char* width, const char* url) {
