@@ -88,7 +88,8 @@ void AdSlot::enterWindow() {
       dynamic_cast<GtkApplication*>(Runtime::current().platform().application.get());
   if (window == nullptr || application == nullptr) return;
   application->sceneOf(*window)->addSlot(container_);
-  if (adView_->superview() != container_.get()) container_->addSubview(adView_);
+  // It may stand elsewhere in the window for a while: a video in full screen.
+  if (adView_->superview() == nullptr) container_->addSubview(adView_);
   // The widget is told of a new size but not of a new place: look once a frame.
   if (const auto clock = get_frame_clock()) {
     frameClock_ = clock->signal_paint().connect([this] { updatePlace(); });

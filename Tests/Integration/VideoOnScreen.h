@@ -176,11 +176,15 @@ class VideoOnScreen : public testing::Test {
       double x = 0;
       double y = 0;
       if (!slot_->translate_coordinates(host().window(), 68, 60, x, y)) return false;
-      const Color pixel =
-          adplayer::Screenshot{host().window()}.pixel(static_cast<int>(x), static_cast<int>(y));
-      return std::abs(pixel.red - yellowBar.red) < 0.1F &&
-             std::abs(pixel.green - yellowBar.green) < 0.1F && pixel.blue < 0.15F;
+      return isYellowAt(x, y);
     });
+  }
+  // By the place in the window.
+  static bool isYellowAt(double x, double y) {
+    const Color pixel =
+        adplayer::Screenshot{host().window()}.pixel(static_cast<int>(x), static_cast<int>(y));
+    return std::abs(pixel.red - yellowBar.red) < 0.1F &&
+           std::abs(pixel.green - yellowBar.green) < 0.1F && pixel.blue < 0.15F;
   }
 
   std::shared_ptr<MoviePlayer> player_;

@@ -2,8 +2,10 @@
 
 #include "Integration/VideoOnScreen.h"
 #include "Scene/TapRecognizer.h"
+#include "Scene/Window.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostileServer.h"
+#include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
@@ -149,6 +151,32 @@ TEST_F(VideoOnScreenTest, OnlyTheWebIsPlayed) {
     EXPECT_TRUE(host().runUntil([&] { return listener->failed; })) << url;
     EXPECT_FALSE(listener->played) << url;
   }
+}
+
+TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitForControl(*player_));
+  player_->pause();
+  ASSERT_TRUE(waitFor("didPause"));
+  const auto pressFullScreen = [] {
+    const auto buttons = widgetsBelow<Gtk::Button>(host().window(), [](Gtk::Button& button) {
+      return button.get_icon_name() == "view-fullscreen-symbolic" && button.get_mapped();
+    });
+    ASSERT_EQ(buttons.size(), 1U);
+    g_signal_emit_by_name(buttons.front()->gobj(), "clicked");
+  };
+  pressFullScreen();
+  EXPECT_TRUE(waitForPing("fullscreen"));
+  EXPECT_EQ(player_->frame(), player_->window()->bounds());
+  EXPECT_TRUE(host().runUntil([] {
+    const double width = host().window().get_width();
+    return isYellowAt(width * 1.5 / 7, host().window().get_height() / 2.0);
+  })) << "in the middle of the window";
+  keepPicture("full-screen");
+  pressFullScreen();
+  EXPECT_TRUE(waitForPing("exitFullscreen"));
+  EXPECT_EQ(player_->frame(), (Rect{0, 0, 320, 180}));
+  EXPECT_TRUE(waitForPicture());
 }
 
 TEST_F(VideoOnScreenTest, TheCountdownStandsInSixPlaces) {
