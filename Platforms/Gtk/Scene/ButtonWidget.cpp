@@ -12,8 +12,10 @@ namespace {
 constexpr const char* styleText =
     "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
     " border-radius: 0; box-shadow: none; background: none; }"
-    "label.tavo-light { text-shadow: 0 0 2px black, 0 0 3px black; }"
-    "label.tavo-dark { text-shadow: 0 0 2px white, 0 0 3px white; }";
+    "label.tavo-light { text-shadow: 1px 1px black, -1px -1px black, 1px -1px black, -1px 1px "
+    "black; }"
+    "label.tavo-dark { text-shadow: 1px 1px white, -1px -1px white, 1px -1px white, -1px 1px "
+    "white; }";
 
 void addStyle(Gtk::Widget& widget) {
   static const auto shared = [] {

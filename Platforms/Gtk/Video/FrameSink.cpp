@@ -33,8 +33,9 @@ GdkTexture* textureOf(GstSample* sample) {
   const void* pixels = GST_VIDEO_FRAME_PLANE_DATA(frame.get(), 0);
   GBytes* bytes = g_bytes_new_with_free_func(pixels, stride * static_cast<gsize>(height),
                                              unmapFrame, frame.release());
-  GdkTexture* texture =
-      gdk_memory_texture_new(width, height, GDK_MEMORY_B8G8R8A8_PREMULTIPLIED, bytes, stride);
+  // A video hides all that lies behind it, so its colours are the same with alpha in them or not;
+  // the toolkit is much quicker with those that are not.
+  GdkTexture* texture = gdk_memory_texture_new(width, height, GDK_MEMORY_B8G8R8A8, bytes, stride);
   g_bytes_unref(bytes);
   return texture;
 }

@@ -14,7 +14,7 @@ GtkMoviePlayer::GtkMoviePlayer(const Rect& frame, std::shared_ptr<MediaEngine> e
     : MoviePlayer{frame},
       engine_{std::move(engine)},
       overlay_{GPtr<GtkWidget>::sink(gtk_overlay_new())},
-      picture_{gtk_picture_new()},
+      picture_{gtk_picture_new_for_paintable(frame_.paintable())},
       controls_{
           {.playOrPause = [this] { state_ == MoviePlaybackState::playing ? pause() : play(); },
            .seek = [this](double seconds) { seekByHand(seconds); },
@@ -29,7 +29,7 @@ GtkMoviePlayer::GtkMoviePlayer(const Rect& frame, std::shared_ptr<MediaEngine> e
 GtkMoviePlayer::~GtkMoviePlayer() {
   watchdog_.invalidate();
   playback_.reset();
-  gtk_picture_set_paintable(GTK_PICTURE(picture_), nullptr);
+  frame_.show(nullptr);
 }
 
 void GtkMoviePlayer::later(std::function<void()> task) {
@@ -50,7 +50,7 @@ void GtkMoviePlayer::reset() {
 void GtkMoviePlayer::setContentUrl(const Url& url) {
   reset();
   contentUrl_ = url;
-  gtk_picture_set_paintable(GTK_PICTURE(picture_), nullptr);
+  frame_.show(nullptr);
   setState(MoviePlaybackState::stopped);
 }
 
@@ -83,7 +83,7 @@ Playback::Events GtkMoviePlayer::events() {
 }
 
 void GtkMoviePlayer::showPicture(GdkTexture* picture) {
-  gtk_picture_set_paintable(GTK_PICTURE(picture_), GDK_PAINTABLE(picture));
+  frame_.show(picture);
   hasPicture_ = true;
   prepared();
 }

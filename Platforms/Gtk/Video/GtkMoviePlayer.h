@@ -6,6 +6,7 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Scene/NativeView.h"
+#include "Gtk/Video/FramePaintable.h"
 #include "Gtk/Video/MediaEngine.h"
 #include "Gtk/Video/Playback.h"
 #include "Gtk/Video/PlayerControls.h"
@@ -69,6 +70,7 @@ class GtkMoviePlayer : public MoviePlayer, public NativeView {
   std::shared_ptr<MediaEngine> engine_;
   std::unique_ptr<Playback> playback_;
   GPtr<GtkWidget> overlay_;  // outlives what listens to its children
+  FramePaintable frame_;
   GtkWidget* picture_;
   PlayerControls controls_;
   TapWatcher taps_;
