@@ -40,7 +40,8 @@ struct Limits {
 
   // Web pages.
   std::size_t webProcessMegabytes = 512;
-  Seconds webProcessPing{3};  // an evaluation unanswered for so long
+  Seconds webProcessPing{3};   // an evaluation unanswered for so long
+  Seconds webProcessWatch{5};  // between two looks at a page that is asked nothing else
   int webProcessReloadsPerMinute = 3;
   Seconds pageTimeout{60};  // a page that never finishes
   int pageRefreshes = 5;    // reloads that a page asks for itself

@@ -141,6 +141,7 @@ gtk::GtkWebModule& factory() {
                                    .limits = [] {
                                      Limits limits;
                                      limits.webProcessPing = Seconds{1.5};
+                                     limits.webProcessWatch = Seconds{0.5};
                                      limits.pageTimeout = Seconds{6};
                                      return limits;
                                    }}};
@@ -424,6 +425,15 @@ TEST_F(WebKitViewTest, EndsAScriptThatLoops) {
     EXPECT_EQ(page.evaluate("document.body.textContent"), "again");
     EXPECT_THAT(page.client->events,
                 ElementsAre("start", "finish", "gone 1101", "start", "finish"));
+  }
+}
+
+TEST_F(WebKitViewTest, EndsAScriptThatLoopsWhenNobodyAsks) {
+  for (const char* script : {"for (;;);", "setTimeout(() => { for (;;); }, 50)"}) {
+    Page page{{.ownProcess = true}};
+    page.view->loadHtml("<html><body><script>" + std::string{script} + "</script></body></html>",
+                        noBase);
+    EXPECT_TRUE(runUntil([&] { return page.client->count("gone 1101") == 1; })) << script;
   }
 }
 

@@ -87,6 +87,10 @@ void EvaluationQueue::evaluate(const std::string& script, World world, Completio
   if (batch_.isFull()) flush();
 }
 
+void EvaluationQueue::ping() {
+  if (watch_->processRuns && watch_->outstanding == 0) run("0", World::page, {});
+}
+
 void EvaluationQueue::flush() {
   if (!batch_.empty()) run(batch_.take(), World::page, {});
 }

@@ -34,6 +34,9 @@ class EvaluationQueue {
   // or this queue; "" where there is no result.
   void evaluate(const std::string& script, World world, Completion completion);
 
+  // Asks for a sign of life, unless there is something that the page has to answer anyway.
+  void ping();
+
   // Evaluates now what has been gathered: before the page is replaced.
   void flush();
 

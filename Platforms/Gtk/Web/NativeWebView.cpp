@@ -82,10 +82,14 @@ void NativeWebView::take(PageOwner& owner) {
   policy_.setJudge(&owner);
   webkit_user_content_manager_register_script_message_handler(content_.get(), commandChannel,
                                                               nullptr);
+  // Nobody asks a page anything once it is there, and its timers may still begin to loop.
+  heartbeat_ = engine_->services().runLoop->every(engine_->services().limits.webProcessWatch,
+                                                  [this] { evaluations_.ping(); });
 }
 
 void NativeWebView::release() {
   evaluations_.flush();
+  heartbeat_.invalidate();
   owner_ = nullptr;
   policy_.setJudge(nullptr);
   dropWaiting();

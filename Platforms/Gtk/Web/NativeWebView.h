@@ -113,6 +113,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   bool blankBegins_ = false;  // the engine has asked about it
   bool dead_ = false;
   Timer blankDeadline_;
+  Timer heartbeat_;
   std::vector<Waiting> waiting_;
   SignalConnections connections_;
   TapWatcher taps_;
