@@ -66,7 +66,7 @@ class RecordingAdView : public View, public WebViewAgentHost {
   void updateCurrentPositionOfWebView(const PageRef&) override {
     note("updateCurrentPositionOfWebView");
   }
-  void webViewIsLost(const PageRef&) override { note("webViewIsLost"); }
+  void webViewLeavesScreen(const PageRef&) override { note("webViewLeavesScreen"); }
 
   PlacementType placement = PlacementType::inlined;
   std::function<void()> onCall{};
@@ -272,7 +272,7 @@ TEST_F(MraidDispatchTest, WithoutItsViewAnAgentOnlyNamesUnknownCommands) {
 TEST_F(MraidDispatchTest, TheDeathOfTheProcessIsOneFailure) {
   finishLoad();
   page_->terminateProcess();
-  EXPECT_THAT(lines_, ElementsAre("webViewIsLost", "fail The page's process has ended."));
+  EXPECT_THAT(lines_, ElementsAre("webViewLeavesScreen", "fail The page's process has ended."));
 }
 
 TEST_F(MraidDispatchTest, AFloodEndsAtTheBurstAndGoesOnAtTheRate) {

@@ -41,8 +41,9 @@ class WebViewAgentHost : public ClickThroughHost, public ClickActionsHost {
   virtual void setOrientationPropertiesWith(const XMRAIDOrientationProperties& /*properties*/,
                                             const PageRef& /*webView*/) {}
   virtual void updateCurrentPositionOfWebView(const PageRef& /*webView*/) {}
-  // The process behind the page is gone, and with it what the page had opened.
-  virtual void webViewIsLost(const PageRef& /*webView*/) {}
+  // The page has no right to what it covers of the screen: its process is gone, or it has only just
+  // loaded.
+  virtual void webViewLeavesScreen(const PageRef& /*webView*/) {}
 };
 
 }  // namespace tavo

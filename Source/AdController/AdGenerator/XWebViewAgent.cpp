@@ -202,6 +202,10 @@ void XWebViewAgent::finishedDocument(const std::string& markup) {
   // A document that sends itself elsewhere is not the creative yet: the next finished load is.
   if (isMetaRefreshExist_ || !isHTMLRequest_) return;
   isHTMLRequest_ = false;
+  // A page can send commands while it is still loading, and be on the screen before anybody was
+  // asked whether it may.
+  const auto adView = xadViewInstance_.lock();
+  if (adView && webView_->superview() != nullptr) adView->webViewLeavesScreen(webView_);
   reportRendered();
 }
 
@@ -233,7 +237,7 @@ void XWebViewAgent::webViewProcessDidTerminate(WebView& webView, const Error& er
   ++finishedLoads_;
   isHTMLRequest_ = false;
   const auto adView = xadViewInstance_.lock();
-  if (adView) adView->webViewIsLost(webView_);
+  if (adView) adView->webViewLeavesScreen(webView_);
   webView.removeFromSuperview();
   delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
 }

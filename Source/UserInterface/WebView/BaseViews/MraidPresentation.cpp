@@ -363,10 +363,11 @@ void MraidPresentation::scheduleReport() {
   });
 }
 
-// The creative is not told: it is gone. The state is reset for the next ad to be loaded.
-void MraidPresentation::webViewIsLost(const PageRef& webView) {
+// The creative is not told: it is gone, or about to be told its first state. The state is reset for
+// the next ad to be loaded.
+void MraidPresentation::webViewLeavesScreen(const PageRef& webView) {
   if (webView_.lock() != webView) return;
-  const bool wasExpanded = state() == MRAIDState::expanded;
+  const bool wasExpanded = flags_.adExpanded;
   dismissExpanded();
   undoResize();
   flags_.adExpanded = false;

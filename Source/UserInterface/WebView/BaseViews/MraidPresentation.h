@@ -81,7 +81,7 @@ class MraidPresentation {
   [[nodiscard]] const std::shared_ptr<Button>& resizeCloseControl();
 
   // The page's process is gone: everything that it had opened is closed.
-  void webViewIsLost(const PageRef& webView);
+  void webViewLeavesScreen(const PageRef& webView);
   // Takes the expanded ad from the screen without telling anybody.
   void dismissExpanded();
   // Drops everything.
