@@ -4,16 +4,8 @@
 // With TAVO_SHOTS set to a folder, pictures of each state are left there.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-#include "Scene/TapRecognizer.h"
-#include "Support/GtkHost.h"
-#include "Support/WidgetTree.h"
-#include "Values/Text.h"
+#include "Support/CreativeScreenTest.h"
 
 namespace tavo::test {
 namespace {
@@ -22,100 +14,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// A campaign for each creative of the tests' own.
-std::string campaignsOfCreatives(const TemporaryFolder& folder) {
-  for (const auto& creative :
-       std::filesystem::directory_iterator{std::string{TAVO_TEST_DATA} + "/creatives"}) {
-    const auto campaign = std::filesystem::path{folder.path(creative.path().stem())};
-    std::filesystem::create_directories(campaign);
-    std::filesystem::copy_file(creative.path(), campaign / "creative.html");
-    std::ofstream{campaign / "campaign.json"} << R"({"title": "Creative"})";
-    std::ofstream{campaign / "answer.json"}
-        << R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})";
-  }
-  return folder.path("");
-}
-
-GtkHost& host() {
-  static const TemporaryFolder folder;
-  static GtkHost only{campaignsOfCreatives(folder)};
-  return only;
-}
-
-std::string nameAt(double x, double y) { return buttonNameAt(host().window(), x, y); }
-
-bool pressEscape() { return pressKey(host().window(), GDK_KEY_Escape); }
-
-class MraidCreativeTest : public testing::Test {
- protected:
-  MraidCreativeTest() {
-    host().runUntil([] { return width() > 0; });
-    host().makeBanner();
-    *host().settings = {};
-    callsBefore_ = host().calls().size();
-  }
-
-  void show(const std::string& creative) {
-    host().load(creative);
-    ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
-    ASSERT_TRUE(
-        host().runUntil([this] { return !calls().empty() && calls().back() == "didLoad"; }));
-    ASSERT_TRUE(becomes("mraid.getState() !== 'loading'", "true"));
-  }
-
-  static std::string evaluate(const std::string& script) {
-    const auto page = host().banner()->webViewInstance();
-    if (!page) return "no page";
-    std::optional<std::string> answer;
-    page->evaluate(script, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(host().runUntil([&] { return answer.has_value(); })) << script;
-    return answer.value_or("no answer");
-  }
-
-  // The script's result becomes `expected`, now or later.
-  static bool becomes(const std::string& script, const std::string& expected) {
-    std::string last;
-    const bool done = host().runUntil([&] { return (last = evaluate(script)) == expected; });
-    EXPECT_EQ(last, expected) << script;
-    return done;
-  }
-
-  // A person taps the page, and its script does something about it.
-  static void tapAndDo(const std::string& script) {
-    recognizeTap(*host().banner()->webViewInstance());
-    evaluate(script);
-  }
-
-  static bool becomesSized(const std::string& state, int width, int height) {
-    return becomes("mraid.getState() + ' ' + innerWidth + 'x' + innerHeight",
-                   state + " " + std::to_string(width) + "x" + std::to_string(height));
-  }
-
-  // What the page heard since the last call.
-  static std::string heard() { return evaluate("heard.splice(0).join('\\n')"); }
-
-  [[nodiscard]] std::vector<std::string> calls() const {
-    return {host().calls().begin() + static_cast<std::ptrdiff_t>(callsBefore_),
-            host().calls().end()};
-  }
-
-  static void picture(const std::string& name) {
-    const char* folder = std::getenv("TAVO_SHOTS");
-    if (folder == nullptr) return;
-    // What the page last drew may still be on its way to the window.
-    int frames = 0;
-    host().window().add_tick_callback(
-        [frames = &frames](const Glib::RefPtr<Gdk::FrameClock>&) { return ++*frames < 20; });
-    EXPECT_TRUE(host().runUntil([&] { return frames >= 20; }));
-    const std::string path = std::string{folder} + "/" + name + ".png";
-    EXPECT_TRUE(adplayer::Screenshot{host().window()}.save(path));
-  }
-
-  static int width() { return host().window().get_width(); }
-  static int height() { return host().window().get_height(); }
-
-  std::size_t callsBefore_ = 0;
-};
+class MraidCreativeTest : public CreativeScreenTest {};
 
 TEST_F(MraidCreativeTest, EveryAnswerIsTrueWhenTheCreativeFirstAsks) {
   show("getters");
