@@ -15,7 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 

@@ -1,0 +1,92 @@
+// Native views that are used again: nothing of the former page is left in them.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Gtk/Scene/NativeView.h"
+#include "Support/WebPage.h"
+
+namespace tavo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class WebRecyclingTest : public WebPageTest {};
+
+TEST_F(WebRecyclingTest, RecyclingDropsEverythingOfTheAnswerBefore) {
+  HostileServer server;
+  server.on("/one", html("one"));
+  const int owner = 0;
+  GtkWidget* widget = nullptr;
+  {
+    Page first{{.owner = &owner}};
+    first.view->addDocumentStartScript("window.injected = 1");
+    first.load("<html><body></body></html>", urlOf(server, "/"));
+    first.evaluate("location.href = '/one'");
+    ASSERT_TRUE(runUntil([&] { return first.client->count("finish") == 2; }));
+    EXPECT_EQ(first.evaluate("injected"), "1");
+    first.evaluate(
+        "name = 'secret'; history.pushState({}, '', '/two'); kept = 5;"
+        "setInterval(() => location.href = 'mraid://late', 1)");
+    widget = dynamic_cast<gtk::NativeView&>(*first.view).widget();
+  }
+  Page second{{.owner = &owner}};
+  ASSERT_EQ(dynamic_cast<gtk::NativeView&>(*second.view).widget(), widget);
+  EXPECT_FALSE(dynamic_cast<gtk::NativeView&>(*second.view).isReadyToShow());
+  second.load("<html><body>second</body></html>");
+  EXPECT_TRUE(dynamic_cast<gtk::NativeView&>(*second.view).isReadyToShow());
+  EXPECT_EQ(
+      second.evaluate("[typeof injected, typeof kept, name, document.body.textContent].join()"),
+      "undefined,undefined,,second");
+  EXPECT_FALSE(second.view->canGoBack());
+  second.evaluate("history.go(-1); history.go(-2); history.back()");
+  EXPECT_EQ(second.evaluate("document.body.textContent"), "second");
+  EXPECT_THAT(second.client->commands, IsEmpty());
+  EXPECT_THAT(second.client->events, ElementsAre("start", "finish"));
+}
+
+// Also in the first view of the process, and in one that another owner's pages were in.
+TEST_F(WebRecyclingTest, HistoryBeginsWithTheOwnersFirstPage) {
+  HostileServer server;
+  for (const char* name : {"one", "two"}) server.on(std::string{"/"} + name, html(name));
+  const int owner = 0;
+  for (int use = 0; use < 3; ++use) {
+    SCOPED_TRACE(use);
+    Page page{{.owner = &owner, .ownProcess = true}};
+    const auto shows = [&](const char* text) {
+      return runUntil([&] { return page.evaluate("document.body.textContent") == text; });
+    };
+    page.view->loadUrl(urlOf(server, "/one"));
+    ASSERT_TRUE(runUntil([&] { return page.client->count("finish") == 1; }));
+    EXPECT_FALSE(page.view->canGoBack());
+    page.evaluate("location.href = '/two'");
+    ASSERT_TRUE(runUntil([&] { return page.client->count("finish") == 2; }));
+    EXPECT_TRUE(page.view->canGoBack());
+    page.view->goBack();
+    ASSERT_TRUE(shows("one"));
+    EXPECT_FALSE(page.view->canGoBack());
+    EXPECT_TRUE(page.view->canGoForward());
+    page.view->goBack();
+    page.evaluate("history.back(); setTimeout(() => window.asked = 1)");
+    ASSERT_TRUE(runUntil([&] { return page.evaluate("window.asked") == "1"; }));
+    page.evaluate("'The question about the step back is answered.'");
+    EXPECT_TRUE(shows("one"));
+    page.view->goForward();
+    EXPECT_TRUE(shows("two"));
+    EXPECT_THAT(page.client->events, Not(testing::Contains(HasSubstr("fail"))));
+  }
+}
+
+TEST_F(WebRecyclingTest, AViewIsNotSharedWhileItIsInUse) {
+  const int owner = 0;
+  Page first{{.owner = &owner}};
+  Page second{{.owner = &owner}};
+  EXPECT_NE(dynamic_cast<gtk::NativeView&>(*first.view).widget(),
+            dynamic_cast<gtk::NativeView&>(*second.view).widget());
+}
+
+}  // namespace
+}  // namespace tavo::test

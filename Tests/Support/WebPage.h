@@ -1,0 +1,163 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/GtkRunLoop.h"
+#include "Scene/WebView.h"
+#include "Support/HostileServer.h"
+#include "Support/TemporaryFolder.h"
+
+// Pages of the web module on the real engine, without the library above it.
+namespace tavo::test {
+
+inline const Url noBase;
+
+// Turns the host's loop until `done`, or for far longer than anything here takes.
+inline bool runUntil(const std::function<bool()>& done) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+  // Wakes the loop so that the deadline is looked at.
+  const guint waker = g_timeout_add(
+      50, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  while (!done() && std::chrono::steady_clock::now() < deadline) {
+    g_main_context_iteration(nullptr, TRUE);
+  }
+  g_source_remove(waker);
+  return done();
+}
+
+class Defaults : public UserDefaults {
+ public:
+  [[nodiscard]] std::optional<std::string> value(std::string_view key) const override {
+    const auto found = values.find(key);
+    return found == values.end() ? std::nullopt : std::optional{found->second};
+  }
+  void setValue(std::string_view key, std::optional<std::string> value) override {
+    values.erase(std::string{key});
+    if (value) values.emplace(key, *value);
+  }
+  void synchronize() override {}
+
+  std::map<std::string, std::string, std::less<>> values;
+};
+
+class Messages : public Log {
+ public:
+  void write(std::string_view message) override { texts.emplace_back(message); }
+  std::vector<std::string> texts;
+};
+
+// Writes down what it hears, one line each.
+class Recorder : public WebViewClient {
+ public:
+  bool webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) override {
+    navigations.push_back(navigation);
+    if (navigation.url.scheme() == "mraid") commands.push_back(navigation.url.text());
+    return navigation.url.scheme() != "mraid" && (!allows || allows(navigation));
+  }
+  void webViewDidStartLoad(WebView& /*webView*/) override { events.emplace_back("start"); }
+  void webViewDidFinishLoad(WebView& /*webView*/) override { events.emplace_back("finish"); }
+  void webViewDidFailLoad(WebView& /*webView*/, const Error& error) override {
+    events.push_back("fail " + error.domain + ' ' + std::to_string(error.code));
+  }
+  void webViewProcessDidTerminate(WebView& /*webView*/, const Error& error) override {
+    events.push_back("gone " + std::to_string(error.code));
+  }
+
+  [[nodiscard]] long count(const std::string& event) const {
+    return std::count(events.begin(), events.end(), event);
+  }
+
+  std::function<bool(const Navigation&)> allows;
+  std::vector<std::string> events;
+  std::vector<std::string> commands;
+  std::vector<Navigation> navigations;
+};
+
+inline PlainAnswer html(const std::string& text) {
+  return {.body = "<html><body>" + text + "</body></html>", .contentType = "text/html"};
+}
+
+inline Url urlOf(const HostileServer& server, const std::string& path) {
+  return Url::parse(server.url(path));
+}
+
+// The paths that were asked for, in order.
+inline std::vector<std::string> paths(const HostileServer& server) {
+  std::vector<std::string> paths;
+  for (const auto& request : server.requests()) {
+    const auto start = request.find(' ') + 1;
+    paths.push_back(request.substr(start, request.find(' ', start) - start));
+  }
+  return paths;
+}
+
+inline const std::shared_ptr<gtk::GtkRunLoop>& loop() {
+  static const auto loop = std::make_shared<gtk::GtkRunLoop>();
+  return loop;
+}
+
+inline const std::shared_ptr<gtk::GtkCookieStore>& cookies() {
+  static const TemporaryFolder folder;
+  static const auto store =
+      std::make_shared<gtk::GtkCookieStore>(loop(), folder.path("cookies.sqlite"));
+  return store;
+}
+
+// One factory for all tests of this process, as in a host.
+inline gtk::GtkWebModule& factory() {
+  static gtk::GtkWebModule module{{.runLoop = loop(),
+                                   .userDefaults = std::make_shared<Defaults>(),
+                                   .log = std::make_shared<Messages>(),
+                                   .cookies = cookies(),
+                                   .limits = [] {
+                                     Limits limits;
+                                     limits.webProcessPing = Seconds{1.5};
+                                     limits.webProcessWatch = Seconds{0.5};
+                                     limits.pageTimeout = Seconds{6};
+                                     return limits;
+                                   }}};
+  return module;
+}
+
+// A web view and its client.
+struct Page {
+  explicit Page(const WebViewOptions& options = {}, Rect frame = {0, 0, 320, 50})
+      : view{factory().create(frame, options)} {
+    view->setClient(client);
+  }
+
+  void load(const std::string& html, const Url& base = noBase) {
+    const auto before = client->count("finish");
+    view->loadHtml(html, base);
+    ASSERT_TRUE(runUntil([&] { return client->count("finish") > before; }));
+  }
+
+  std::string evaluate(const std::string& script) {
+    std::optional<std::string> answer;
+    view->evaluate(script, [&](const std::string& result) { answer = result; });
+    EXPECT_TRUE(runUntil([&] { return answer.has_value(); }));
+    return answer.value_or("no answer");
+  }
+
+  std::shared_ptr<Recorder> client = std::make_shared<Recorder>();
+  std::shared_ptr<WebView> view;
+};
+
+class WebPageTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { ASSERT_TRUE(gtk_init_check()); }
+};
+
+}  // namespace tavo::test
