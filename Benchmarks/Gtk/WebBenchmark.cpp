@@ -1,0 +1,104 @@
+// What HTML ads cost a host as a whole: memory, the first ad, stalls of its loop, statements to a
+// page. Measures in processes of its own: it starts itself with the name of what to measure.
+#include <glib.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Ratio.h"
+#include "StateChanges.h"
+#include "WebMeasurements.h"
+
+namespace tavo::benchmark {
+namespace {
+
+struct Measurement {
+  const char* name;
+  std::function<double()> measure;
+};
+
+const std::vector<Measurement>& measurements() {
+  static const std::vector<Measurement> all{
+      {"memory-of-3-slots", [] { return memoryOfSlots(3); }},
+      {"memory-of-3-views", [] { return memoryOfBareViews(3); }},
+      {"memory-of-10-slots", [] { return memoryOfSlots(10); }},
+      {"memory-of-10-views", [] { return memoryOfBareViews(10); }},
+      {"growth", growthOverRefreshes},
+      {"first-ad", [] { return firstAd(Slot::hasShownHtml); }},
+      {"first-ad-of-unknown-slot", [] { return firstAd(Slot::unknown); }},
+      {"first-view", firstBareView},
+      {"stall", longestStall},
+      {"state-changes-together", [] { return stateChanges(Evaluation::together); }},
+      {"state-changes-one-by-one", [] { return stateChanges(Evaluation::oneByOne); }},
+  };
+  return all;
+}
+
+// In a process of its own.
+double measured(const std::string& name) {
+  char* output = nullptr;
+  std::string argument = name;
+  std::string program = "/proc/self/exe";
+  char* arguments[] = {program.data(), argument.data(), nullptr};
+  double number = 0;
+  if (g_spawn_sync(nullptr, arguments, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr, nullptr,
+                   &output, nullptr, nullptr, nullptr) != FALSE) {
+    number = std::strtod(output, nullptr);
+  }
+  g_free(output);
+  return number;
+}
+
+void compare(const char* what, const std::string& ours, const std::string& bare, const char* unit,
+             double bound, int rounds) {
+  std::vector<double> ourNumbers;
+  std::vector<double> bareNumbers;
+  for (int round = 0; round < rounds; ++round) {
+    ourNumbers.push_back(measured(ours));
+    bareNumbers.push_back(measured(bare));
+  }
+  printRatio(what, ourNumbers, bareNumbers, unit, bound);
+  std::fflush(stdout);
+}
+
+void check(const char* what, const std::string& name, const char* unit, double bound) {
+  const double number = measured(name);
+  std::printf("%-48s %9.2f %9s %-3s %7s %7.2f  %s\n", what, number, "", unit, "", bound,
+              number > 0 && number <= bound ? "met" : "MISSED");
+  std::fflush(stdout);
+}
+
+void compareAll() {
+  std::printf("%-48s %9s %9s %-3s %7s %7s\n", "", "ours", "bare", "", "ratio", "bound");
+  compare("memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB", 0.80, 3);
+  compare("memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB", 0.55, 3);
+  check("memory after 150 refreshes, by that after 30", "growth", "", 1.05);
+  compare("first ad, known slot, answer to finished", "first-ad", "first-view", "ms", 0.15, 7);
+  compare("first ad, new slot, answer to finished", "first-ad-of-unknown-slot", "first-view", "ms",
+          1.0, 7);
+  compare("state changes together, by one by one", "state-changes-together",
+          "state-changes-one-by-one", "us", 0.25, 5);
+  check("longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
+}
+
+}  // namespace
+}  // namespace tavo::benchmark
+
+int main(int argc, char** argv) {
+  using namespace tavo::benchmark;
+  if (argc < 2) {
+    compareAll();
+    return 0;
+  }
+  for (const auto& [name, measure] : measurements()) {
+    if (std::string{argv[1]} == name) {
+      std::printf("%f\n", measure());
+      return 0;
+    }
+  }
+  return 2;
+}

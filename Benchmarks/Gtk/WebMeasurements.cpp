@@ -1,0 +1,201 @@
+#include "WebMeasurements.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <iterator>
+#include <optional>
+
+#include "AdManager/HtmlSlots.h"
+#include "BareBanner.h"
+#include "Memory.h"
+#include "Scene/TapRecognizer.h"
+#include "Support/GtkHost.h"
+
+namespace tavo::benchmark {
+namespace {
+
+using test::GtkHost;
+using Clock = std::chrono::steady_clock;
+
+constexpr int answerDelay = 250;  // milliseconds; the campaign says it too
+
+double millisecondsBetween(Clock::time_point start, Clock::time_point end) {
+  return std::chrono::duration<double, std::milli>{end - start}.count();
+}
+
+bool turnUntil(const std::function<bool()>& done) {
+  const auto deadline = Clock::now() + std::chrono::seconds{60};
+  const guint waker = g_timeout_add(
+      1000, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  while (!done() && Clock::now() < deadline) g_main_context_iteration(nullptr, TRUE);
+  g_source_remove(waker);
+  return done();
+}
+
+void turnFor(std::chrono::milliseconds time) {
+  const auto end = Clock::now() + time;
+  turnUntil([&] { return Clock::now() >= end; });
+}
+
+std::size_t frames(adserver::AdServer& server) {
+  return server.record().requests(adserver::RequestKind::Tracking).size();
+}
+
+// A host without the library, beside the same server.
+struct BareHost {
+  BareHost() {
+    gtk_init();
+    std::ifstream file{std::string{TAVO_BENCHMARK_CAMPAIGNS} + "/frame-banner/creative.html"};
+    creative.assign(std::istreambuf_iterator<char>{file}, {});
+    const std::string_view placeholder{"${server}"};
+    creative.replace(creative.find(placeholder), placeholder.size(), server.baseUrl());
+    window.set_default_size(360, 640);
+    window.set_child(column);
+    window.present();
+  }
+  [[nodiscard]] std::unique_ptr<BareBanner> makeBanner() {
+    return std::make_unique<BareBanner>(column, creative, server.baseUrl() + "/");
+  }
+
+  Glib::RefPtr<Gtk::Application> application =
+      Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE);
+  adserver::AdServer server{TAVO_BENCHMARK_CAMPAIGNS};
+  Gtk::Window window;
+  Gtk::Box column{Gtk::Orientation::VERTICAL};
+  std::string creative;
+};
+
+void loadAndWait(GtkHost& host, const std::string& campaign) {
+  const auto loads = [&] {
+    return std::count(host.calls().begin(), host.calls().end(), "didLoad");
+  };
+  const auto before = loads();
+  host.load(campaign);
+  turnUntil([&] { return loads() > before; });
+}
+
+// Notes how long the loop works between two waits.
+class StallWatch {
+ public:
+  StallWatch() {
+    longest = 0;
+    began = {};
+    g_main_context_set_poll_func(nullptr, pollAndNote);
+  }
+  ~StallWatch() { g_main_context_set_poll_func(nullptr, nullptr); }
+  StallWatch(const StallWatch&) = delete;
+  StallWatch& operator=(const StallWatch&) = delete;
+
+  [[nodiscard]] static double longestStall() { return longest; }
+
+ private:
+  static gint pollAndNote(GPollFD* descriptors, guint count, gint timeout) {
+    if (began) longest = std::max(longest, millisecondsBetween(*began, Clock::now()));
+    const gint result = g_poll(descriptors, count, timeout);
+    began = Clock::now();
+    return result;
+  }
+
+  static inline double longest = 0;
+  static inline std::optional<Clock::time_point> began;
+};
+
+void expandAndClose(GtkHost& host) {
+  const auto page = host.banner()->webViewInstance();
+  if (!page) return;
+  const auto called = [&](const char* name) {
+    return std::count(host.calls().begin(), host.calls().end(), name);
+  };
+  for (const auto& [script, call] :
+       {std::pair{"mraid.expand()", "didExpand"}, std::pair{"mraid.close()", "didCollapse"}}) {
+    const auto before = called(call);
+    recognizeTap(*page);
+    page->evaluate(script, [](const std::string&) {});
+    turnUntil([&, name = call] { return called(name) > before; });
+    turnFor(std::chrono::milliseconds{50});
+  }
+}
+
+}  // namespace
+
+double memoryOfSlots(int slots) {
+  GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
+  struct Shown {
+    std::shared_ptr<XAdView> banner = XAdView::create({0, 0, 320, 50});
+    std::unique_ptr<gtk::AdSlot> widget = std::make_unique<gtk::AdSlot>(banner);
+  };
+  const std::string domain =
+      host.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
+  std::vector<Shown> all(static_cast<std::size_t>(slots));
+  for (auto& slot : all) {
+    slot.banner->setSlotConfiguration(host.settings);
+    host.column().append(*slot.widget);
+    slot.banner->loadWithDomainName(domain, "frame-banner", "Bottom1");
+  }
+  // Each page sends its impression and its second frame.
+  turnUntil([&] { return frames(host.server()) >= 2 * all.size(); });
+  turnFor(std::chrono::seconds{2});
+  const double megabytes = familyMegabytes();
+  for (auto& slot : all) host.column().remove(*slot.widget);
+  return megabytes;
+}
+
+double memoryOfBareViews(int views) {
+  BareHost host;
+  std::vector<std::unique_ptr<BareBanner>> all;
+  for (int view = 0; view < views; ++view) all.push_back(host.makeBanner());
+  turnUntil([&] { return frames(host.server) >= all.size(); });
+  turnFor(std::chrono::seconds{2});
+  return familyMegabytes();
+}
+
+double growthOverRefreshes() {
+  GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
+  double settled = 0;
+  for (int refresh = 1; refresh <= 150; ++refresh) {
+    loadAndWait(host, "frame-banner");
+    turnUntil([&] { return frames(host.server()) >= 2 * static_cast<std::size_t>(refresh); });
+    if (refresh == 30) settled = familyMegabytes();
+  }
+  return familyMegabytes() / settled;
+}
+
+double firstAd(Slot slot) {
+  GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
+  turnFor(std::chrono::milliseconds{500});
+  if (slot == Slot::hasShownHtml) {
+    const std::string domain =
+        host.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
+    HtmlSlots::add(HtmlSlots::nameOf(domain, "late-banner", "Bottom1"));
+  }
+  loadAndWait(host, "late-banner");
+  const auto end = g_get_monotonic_time();
+  const auto asked = host.server().record().requests(adserver::RequestKind::Ad).at(0);
+  return static_cast<double>(end - asked.monotonicTime) / 1000 - answerDelay;
+}
+
+double firstBareView() {
+  BareHost host;
+  turnFor(std::chrono::milliseconds{500});
+  const auto start = Clock::now();
+  const auto banner = host.makeBanner();
+  turnUntil([&] { return banner->isLoaded(); });
+  return millisecondsBetween(start, Clock::now());
+}
+
+double longestStall() {
+  GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
+  loadAndWait(host, "frame-banner");
+  turnFor(std::chrono::milliseconds{500});
+  const StallWatch watch;
+  for (int load = 0; load < 60; ++load) {
+    loadAndWait(host, "frame-banner");
+    turnFor(std::chrono::milliseconds{20});
+  }
+  turnUntil([&] { return host.banner()->webViewInstance() != nullptr; });
+  for (int expansion = 0; expansion < 20; ++expansion) expandAndClose(host);
+  return StallWatch::longestStall();
+}
+
+}  // namespace tavo::benchmark

@@ -1,0 +1,26 @@
+#pragma once
+
+namespace tavo::benchmark {
+
+// What is measured in a process of its own, because it is about the whole of a process or about its
+// first page. Each returns one number.
+
+// Megabytes of the host and all that it has started, with so many HTML slots on the screen; shared
+// pages count in parts.
+[[nodiscard]] double memoryOfSlots(int slots);
+[[nodiscard]] double memoryOfBareViews(int views);
+
+// How much that grows from the 30th refresh of a slot to the 150th, as a factor.
+[[nodiscard]] double growthOverRefreshes();
+
+// Milliseconds from the answer to the finished page, for the first ad of a process. The answer
+// takes a quarter of a second.
+enum class Slot { unknown, hasShownHtml };
+[[nodiscard]] double firstAd(Slot slot);
+[[nodiscard]] double firstBareView();
+
+// The longest time, in milliseconds, for which the host's loop did not come round while ads were
+// loaded and expanded, the first one left out.
+[[nodiscard]] double longestStall();
+
+}  // namespace tavo::benchmark
