@@ -5,7 +5,7 @@
 namespace tavo::gtk {
 namespace {
 
-constexpr std::size_t pagesPerProcess = 5;  // so many go down when one of them does
+constexpr std::size_t pagesPerProcess = 10;  // so many go down when one of them does
 constexpr std::size_t longestIdleList = 6;
 constexpr std::ptrdiff_t idlePerOwner = 2;
 constexpr Seconds longestIdle{600};
