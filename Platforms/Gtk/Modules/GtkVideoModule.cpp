@@ -1,5 +1,7 @@
 #include "Gtk/Modules/GtkVideoModule.h"
 
+#include <utility>
+
 #include "Gtk/Modules/UnavailableMoviePlayer.h"
 #include "Gtk/Video/VideoModule.h"
 
@@ -10,8 +12,24 @@ std::shared_ptr<MoviePlayer> GtkVideoModule::create(const Rect& frame) {
   return std::make_shared<UnavailableMoviePlayer>(frame, services_.runLoop);
 }
 
+// Mapping the framework's libraries may take longer than a frame, so a thread does it. Whoever
+// needs a player sooner loads the module itself and ends the wait.
 void GtkVideoModule::warmUp() {
-  if (auto* made = factory()) made->warmUp();
+  if (triedToLoad_) {
+    if (factory_) factory_->warmUp();
+    return;
+  }
+  if (std::exchange(mapping_, true)) return;
+  services_.runLoop->background(
+      [file = moduleFile(), runLoop = services_.runLoop, self = std::weak_ptr{self_}] {
+        std::string failure;  // told by the attempt that counts, on the main thread
+        static_cast<void>(moduleEntry(file, createMoviePlayerFactoryName, failure));
+        runLoop->post([self] {
+          const auto still = self.lock();
+          if (!still) return;
+          if (auto* made = (*still)->factory()) made->warmUp();
+        });
+      });
 }
 
 MoviePlayerFactory* GtkVideoModule::factory() {
@@ -22,8 +40,7 @@ MoviePlayerFactory* GtkVideoModule::factory() {
 void GtkVideoModule::load() {
   triedToLoad_ = true;
   std::string failure;
-  void* const entry =
-      moduleEntry(folder_ / "TavoGtkVideo.so", createMoviePlayerFactoryName, failure);
+  void* const entry = moduleEntry(moduleFile(), createMoviePlayerFactoryName, failure);
   if (entry == nullptr) return note("No video ads: " + failure);
   const VideoModuleServices services{services_.runLoop, services_.log, services_.userAgent,
                                      services_.limits};

@@ -27,6 +27,8 @@ class GtkVideoModule : public MoviePlayerFactory {
 
   explicit GtkVideoModule(Services services, std::filesystem::path folder = moduleFolder())
       : services_{std::move(services)}, folder_{std::move(folder)} {}
+  GtkVideoModule(const GtkVideoModule&) = delete;
+  GtkVideoModule& operator=(const GtkVideoModule&) = delete;
 
   [[nodiscard]] std::shared_ptr<MoviePlayer> create(const Rect& frame) override;
   void warmUp() override;
@@ -37,10 +39,13 @@ class GtkVideoModule : public MoviePlayerFactory {
   // The module's factory, or null when there is none to be had.
   [[nodiscard]] MoviePlayerFactory* factory();
   void load();
+  [[nodiscard]] std::filesystem::path moduleFile() const { return folder_ / "TavoGtkVideo.so"; }
   void note(const std::string& message) const;
 
   Services services_;
   std::filesystem::path folder_;
+  std::shared_ptr<GtkVideoModule*> self_ = std::make_shared<GtkVideoModule*>(this);
+  bool mapping_ = false;
   bool triedToLoad_ = false;
   std::unique_ptr<MoviePlayerFactory> factory_;
 };
