@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "Gtk/Scene/NativeView.h"
@@ -62,6 +63,24 @@ TEST_F(WebProcessTest, ADeadProcessIsToldOnceAndTouchesNoOtherPage) {
   EXPECT_EQ(other.evaluate("document.body.textContent"), "other");
   EXPECT_THAT(other.client->events, ElementsAre("start", "finish"));
   EXPECT_THAT(page.client->events, ElementsAre("start", "finish", "gone 1101"));
+}
+
+TEST_F(WebProcessTest, APageThatHangsWhenItsSlotGoesTakesNoLaterSlotAlong) {
+  const int owner = 0;
+  {
+    Page hanging{{.owner = &owner}};
+    hanging.load("<html><body></body></html>");
+    hanging.view->evaluate("for (;;);", [](const std::string&) {});
+  }
+  const auto during = webProcesses();
+  Page later;
+  later.load("<html><body>later</body></html>");
+  ASSERT_TRUE(runUntil([&] {
+    const auto left = webProcesses();
+    return !std::includes(left.begin(), left.end(), during.begin(), during.end());
+  })) << "the one that hangs is ended";
+  EXPECT_EQ(later.evaluate("document.body.textContent"), "later");
+  EXPECT_THAT(later.client->events, ElementsAre("start", "finish"));
 }
 
 TEST_F(WebProcessTest, APageThatKeepsDyingIsNotStartedForEver) {

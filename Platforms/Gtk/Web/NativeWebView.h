@@ -72,6 +72,9 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   [[nodiscard]] bool isLoading() const { return !waiting_.empty() || loads_.isLoading(); }
   // The web process has ended and no load has started another one.
   [[nodiscard]] bool isDead() const { return dead_; }
+  // A page whose owner is done has not answered everything yet. Its process may be about to be
+  // ended, with every page that shares it.
+  [[nodiscard]] bool isClogged() const { return blanking_ && evaluations_.outstanding() > 0; }
 
  private:
   NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related);

@@ -28,7 +28,7 @@ std::shared_ptr<NativeWebView> WebViewPool::acquire(const WebViewOptions& option
 std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& options) {
   if (options.owner == nullptr) return nullptr;
   const auto found = std::find_if(idle_.begin(), idle_.end(), [&](const Idle& idle) {
-    return same(idle.options, options) && !idle.view->isDead() &&
+    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged() &&
            gtk_widget_get_parent(idle.view->widget()) == nullptr;
   });
   if (found == idle_.end()) return nullptr;
@@ -43,7 +43,7 @@ std::shared_ptr<NativeWebView> WebViewPool::make(const WebViewOptions& options) 
   return view;
 }
 
-// The newest process with room; null, and a new entry, when there is none.
+// A process with room that is up to its work; null, and a new entry, when there is none.
 const NativeWebView* WebViewPool::processToShare() {
   for (auto& pages : processes_) {
     std::erase_if(pages, [](const auto& page) {
@@ -52,8 +52,10 @@ const NativeWebView* WebViewPool::processToShare() {
     });
   }
   std::erase_if(processes_, [](const auto& pages) { return pages.empty(); });
-  const auto roomy = std::find_if(processes_.begin(), processes_.end(),
-                                  [](const auto& pages) { return pages.size() < pagesPerProcess; });
+  const auto isClogged = [](const auto& page) { return page.lock()->isClogged(); };
+  const auto roomy = std::find_if(processes_.begin(), processes_.end(), [&](const auto& pages) {
+    return pages.size() < pagesPerProcess && std::none_of(pages.begin(), pages.end(), isClogged);
+  });
   if (roomy == processes_.end()) {
     processes_.emplace_back();
     return nullptr;
