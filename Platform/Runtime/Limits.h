@@ -40,7 +40,7 @@ struct Limits {
 
   // Web pages.
   std::size_t webProcessMegabytes = 512;
-  Seconds webProcessPing{3};   // an evaluation unanswered for so long
+  Seconds webProcessPing{3};   // an evaluation unanswered for so long, and nothing else sent
   Seconds webProcessWatch{5};  // between two looks at a page that is asked nothing else
   int webProcessReloadsPerMinute = 3;
   Seconds pageTimeout{60};  // a page that never finishes

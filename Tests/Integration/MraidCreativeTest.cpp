@@ -173,7 +173,7 @@ TEST_F(MraidCreativeTest, AnExpandedAdWhoseScriptLoopsIsTakenAway) {
   show("ad");
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  host().banner()->webViewInstance()->evaluate("for (;;) {}", [](const std::string&) {});
+  page()->evaluate("for (;;) {}", [](const std::string&) {});
   EXPECT_TRUE(host().runUntil([this] { return calls().back() == "didFail 1101"; }));
   EXPECT_THAT(calls(),
               ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse", "didFail 1101"));

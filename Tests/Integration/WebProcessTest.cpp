@@ -48,6 +48,25 @@ TEST_F(WebProcessTest, EndsAScriptThatLoopsWhenNobodyAsks) {
   }
 }
 
+// Longer than an evaluation is waited for, but something arrives all the while.
+TEST_F(WebProcessTest, APageAtWorkHasMoreTimeButNotForEver) {
+  const std::string sends = R"js((milliseconds) => {
+    const pause = (end) => { while (Date.now() < end); };
+    for (const end = Date.now() + milliseconds; Date.now() < end; pause(Date.now() + 50)) {
+      const frame = document.createElement('iframe');
+      frame.src = 'mraid://Command';
+      document.body.appendChild(frame);
+      frame.remove();
+    }
+    return 'done';
+  })js";
+  Page page{{.ownProcess = true}};
+  page.load("<html><body></body></html>");
+  EXPECT_EQ(page.evaluate("(" + sends + ")(4000)"), "done");
+  page.view->evaluate("(" + sends + ")(1e9)", [](const std::string&) {});
+  EXPECT_TRUE(runUntil([&] { return page.client->count("gone 1101") == 1; }));
+}
+
 TEST_F(WebProcessTest, ADeadProcessIsToldOnceAndTouchesNoOtherPage) {
   Page other{{.ownProcess = true}};
   other.load("<html><body>other</body></html>");

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,12 @@ class CreativeScreenTest : public testing::Test {
     ASSERT_TRUE(becomes("mraid.getState() !== 'loading'", "true"));
   }
 
+  // Ends the test, and not the program, where there is none.
+  static std::shared_ptr<WebView> page() {
+    auto page = host().banner()->webViewInstance();
+    return page ? page : throw std::runtime_error{"The slot has no page."};
+  }
+
   static std::string evaluate(const std::string& script) {
     const auto page = host().banner()->webViewInstance();
     if (!page) return "no page";
@@ -76,7 +83,7 @@ class CreativeScreenTest : public testing::Test {
 
   // A person taps the page, and its script does something about it.
   static void tapAndDo(const std::string& script) {
-    recognizeTap(*host().banner()->webViewInstance());
+    recognizeTap(*page());
     evaluate(script);
   }
 

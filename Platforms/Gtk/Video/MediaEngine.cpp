@@ -55,9 +55,12 @@ bool setUp() {
 void MediaEngine::start() {
   if (state_ != State::idle) return;
   state_ = State::starting;
-  services_.runLoop->background([weak = weak_from_this(), runLoop = services_.runLoop] {
+  // Whoever lets go of the loop waits for its workers, and none of them can: they hold it weakly.
+  services_.runLoop->background([weak = weak_from_this(), loop = std::weak_ptr{services_.runLoop}] {
     const bool usable = setUp();
     const bool sound = usable && findsSoundDevice();
+    const auto runLoop = loop.lock();
+    if (!runLoop) return;
     runLoop->post([weak, usable, sound] {
       if (const auto self = weak.lock()) self->started(usable, sound);
     });

@@ -7,6 +7,8 @@ namespace tavo::gtk {
 namespace {
 
 constexpr const char* isolatedWorld = "tavo";
+// So often an evaluation is waited for when the page keeps sending things meanwhile.
+constexpr double mostPatience = 5;
 // After the patience has run out, answers that have arrived while the host itself was busy get this
 // long to be read.
 constexpr Seconds lastChance{0.25};
@@ -29,10 +31,16 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
   std::function<void()> unanswered;
   int outstanding = 0;
   bool processRuns = false;
+  Seconds since{};  // the oldest evaluation that is out is waited for
   Timer timer;
 
   // From now on, for the oldest evaluation that is out.
   void restart() {
+    since = runLoop->now();
+    renew();
+  }
+
+  void renew() {
     timer.invalidate();
     if (outstanding == 0 || !processRuns || !unanswered) return;
     timer = runLoop->after(patience, [this] {
@@ -61,6 +69,10 @@ EvaluationQueue::EvaluationQueue(WebKitWebView* view, std::shared_ptr<RunLoop> r
 EvaluationQueue::~EvaluationQueue() {
   watch_->unanswered = nullptr;
   watch_->timer.invalidate();
+}
+
+void EvaluationQueue::noteSignOfLife() {
+  if (watch_->runLoop->now() - watch_->since < mostPatience * watch_->patience) watch_->renew();
 }
 
 int EvaluationQueue::outstanding() const { return watch_->outstanding; }

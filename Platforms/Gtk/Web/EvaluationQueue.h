@@ -34,6 +34,10 @@ class EvaluationQueue {
   // or this queue; "" where there is no result.
   void evaluate(const std::string& script, World world, Completion completion);
 
+  // The page has sent something: it is at work, if not at the evaluations. That renews the
+  // patience, a few times over for each evaluation.
+  void noteSignOfLife();
+
   // Asks for a sign of life, unless there is something that the page has to answer anyway.
   void ping();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "Gtk/Web/PageErrors.h"
@@ -129,6 +130,7 @@ void NativeWebView::becomeClean() {
       webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(webKit())));
   blanking_ = false;
   blankBegins_ = false;
+  requests_ = 0;
   blankDeadline_.invalidate();
   webkit_settings_set_enable_javascript(settings(), TRUE);
   for (const auto& waiting : std::exchange(waiting_, {})) waiting.run();
@@ -239,6 +241,7 @@ void NativeWebView::stayInHistory() {
 gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
                                        WebKitPolicyDecisionType type, NativeWebView* self) {
   const auto held = self->shared_from_this();
+  self->noteSignOfLife();
   if (self->blanking_ && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
     self->blankBegins_ = self->policy_.allowBlankPage(decision);
   } else {
@@ -297,6 +300,7 @@ void NativeWebView::onProcessTerminated(WebKitWebView* /*view*/,
 void NativeWebView::onMessage(WebKitUserContentManager* /*manager*/, JSCValue* message,
                               NativeWebView* self) {
   const auto held = self->shared_from_this();
+  self->noteSignOfLife();
   if (self->owner_ != nullptr && !self->blanking_) self->takeMessage(message);
 }
 
@@ -309,6 +313,16 @@ void NativeWebView::takeMessage(JSCValue* message) {
   const char* document = webkit_web_view_get_uri(webKit());
   owner_->pageShouldStart(
       {command, Url::fromText(document == nullptr ? blankPage : document), NavigationType::other});
+}
+
+bool NativeWebView::isClogged() const {
+  return requests_ > engine_->services().limits.commandBurst ||
+         (blanking_ && evaluations_.outstanding() > 0);
+}
+
+void NativeWebView::noteSignOfLife() {
+  requests_ = std::min(requests_, std::numeric_limits<int>::max() - 1) + 1;
+  evaluations_.noteSignOfLife();
 }
 
 void NativeWebView::noteTap() {

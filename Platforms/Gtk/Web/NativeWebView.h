@@ -72,9 +72,9 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   [[nodiscard]] bool isLoading() const { return !waiting_.empty() || loads_.isLoading(); }
   // The web process has ended and no load has started another one.
   [[nodiscard]] bool isDead() const { return dead_; }
-  // A page whose owner is done has not answered everything yet. Its process may be about to be
-  // ended, with every page that shares it.
-  [[nodiscard]] bool isClogged() const { return blanking_ && evaluations_.outstanding() > 0; }
+  // The page has flooded its process with requests, or its owner is done and it has not answered
+  // everything yet. The process may be about to be ended, with every page that shares it.
+  [[nodiscard]] bool isClogged() const;
 
  private:
   NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related);
@@ -102,6 +102,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
                                   NativeWebView* self);
   static void onMessage(WebKitUserContentManager*, JSCValue* message, NativeWebView* self);
   void noteTap();
+  void noteSignOfLife();
 
   std::shared_ptr<WebEngine> engine_;
   GPtr<WebKitUserContentManager> content_;
@@ -115,6 +116,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   bool blanking_ = false;     // the blank page was asked for and has not come yet
   bool blankBegins_ = false;  // the engine has asked about it
   bool dead_ = false;
+  int requests_ = 0;  // of the page, since it was clean
   Timer blankDeadline_;
   Timer heartbeat_;
   std::vector<Waiting> waiting_;
