@@ -50,12 +50,6 @@ class ClickVideoOnScreen : public testing::Test {
              pixel.blue < 0.15F;
     });
   }
-  static void keepPicture(const std::string& name) {
-    const char* folder = g_getenv("TAVO_TEST_PICTURES");
-    if (folder == nullptr) return;
-    EXPECT_TRUE(
-        adplayer::Screenshot{host().window()}.save(std::string{folder} + "/" + name + ".png"));
-  }
 
  private:
   static inline std::unique_ptr<GtkHost> shared_;
@@ -65,7 +59,7 @@ TEST_F(ClickVideoOnScreen, PlaysOverTheWindowAndGoesAtItsEnd) {
   play("vast-preroll/clip.mp4");
   ASSERT_TRUE(waitForPosition(1));
   EXPECT_TRUE(waitForPicture());
-  keepPicture("click-video");
+  host().keepPicture("click-video");
   const std::weak_ptr<MovieViewController> movie = shown();
   EXPECT_TRUE(host().runUntil([&] { return movie.expired(); }));
 }

@@ -264,10 +264,12 @@ TEST_P(HostileCreativesTable, HarmsNobody) {
 }
 
 const Creative creatives[] = {
-    {"AlertLoops", R"(for (var i = 0; i < 2000; i += 1) {
-                        alert('a'); if (confirm('b') || prompt('c') !== null) broken = true;
-                      }
-                      ping('done');)"},
+    {.name = "AlertLoops",
+     .script = R"(for (var i = 0; i < 2000; i += 1) {
+                    alert('a'); if (confirm('b') || prompt('c') !== null) broken = true;
+                  }
+                  ping('done');)",
+     .mayDie = true},
     {.name = "FloodOfFrames",
      .script = R"(var left = 10000;
                          (function some() {

@@ -1,6 +1,6 @@
 // Interstitials above a real window of a host: what a person sees, and every way back to the host.
 //
-// With TAVO_SHOTS set to a folder, pictures of each state are left there.
+// With TAVO_TEST_PICTURES set to a folder, pictures of each state are left there.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -146,15 +146,6 @@ class InterstitialOnScreenTest : public testing::Test {
     return host().runUntil([&] { return evaluate(script) == expected; });
   }
 
-  // For a person to look at, where the environment names a folder.
-  static void keepPicture(const std::string& name) {
-    const char* folder = std::getenv("TAVO_SHOTS");
-    if (folder == nullptr) return;
-    EXPECT_TRUE(host().runUntil([&] {
-      return adplayer::Screenshot{host().window()}.save(std::string{folder} + "/" + name + ".png");
-    }));
-  }
-
   Gtk::Box& column_ = host().column();  // first: it sets the toolkit up
   Gtk::Box green_;
   Gtk::Button button_{"Host"};
@@ -169,7 +160,7 @@ TEST_F(InterstitialOnScreenTest, APageCoversTheHostUntilItsButtonIsPressed) {
   ASSERT_TRUE(show("interstitial-html"));
   EXPECT_TRUE(showsPixel(10, 10, page));
   EXPECT_TRUE(showsPixel(width() - 10, height() - 10, page)) << "over the host's button, too";
-  keepPicture("page");
+  host().keepPicture("page");
   EXPECT_EQ(nameInCorner(), closeName);
   EXPECT_FALSE(button_.grab_focus()) << "the keyboard stays with the ad";
   EXPECT_FALSE(button_.has_focus());
@@ -208,7 +199,7 @@ TEST_F(InterstitialOnScreenTest, ACreativeWithItsOwnControlHearsOfEveryShapeOfTh
     EXPECT_TRUE(showsPixel(newWidth - 25, 10, ownControl));
     EXPECT_TRUE(showsPixel(newWidth - 10, newHeight - 10, mraidPage));
     EXPECT_TRUE(waitForCorner(closeName));
-    keepPicture("own-control-" + std::to_string(newWidth));
+    host().keepPicture("own-control-" + std::to_string(newWidth));
   }
   ASSERT_TRUE(pressCorner());
   EXPECT_TRUE(showsHost());
@@ -220,12 +211,12 @@ TEST_F(InterstitialOnScreenTest, APictureStandsInTheMiddleOfEveryShapeAndLeavesB
   settings_->maintainAspectRatio = true;
   ASSERT_TRUE(show("interstitial-redirect"));
   EXPECT_TRUE(showsPixel(340, 620, posterCorner));
-  keepPicture("picture");
+  host().keepPicture("picture");
   reshape(640, 360);
   EXPECT_TRUE(showsPixel(300, 30, poster)) << "as high as the window, with black beside it";
   EXPECT_TRUE(showsPixel(10, 180, colors::black));
   EXPECT_TRUE(waitForCorner(closeName));
-  keepPicture("picture-landscape");
+  host().keepPicture("picture-landscape");
   EXPECT_TRUE(pressEscape());
   EXPECT_TRUE(showsHost());
   EXPECT_THAT(told_, ElementsAre("didLoad", "dismissed"));
@@ -243,14 +234,14 @@ TEST_F(InterstitialOnScreenTest, AVideoIsLeftByNothingBeforeItMayBeAndThenByAll)
     reshape(640, 360);
     EXPECT_TRUE(showsYellowBar());
     EXPECT_EQ(told_, Lines{"didLoad"});
-    keepPicture("video-countdown");
+    host().keepPicture("video-countdown");
     movie().play();
     ASSERT_TRUE(host().runUntil([] {
       GtkWidget* button = buttonAt(host().window(), width() - 25, 20);
       return button != nullptr && gtk_widget_get_sensitive(button) != FALSE &&
              buttonNameAt(host().window(), width() - 25, 20) == "Close";
     }));
-    keepPicture("video-close");
+    host().keepPicture("video-close");
     EXPECT_TRUE(byKey ? pressEscape() : pressButtonAt(host().window(), width() - 25, 20));
     EXPECT_TRUE(showsHost());
     EXPECT_THAT(told_, ElementsAre("didLoad", "dismissed"));
@@ -302,7 +293,7 @@ TEST_F(InterstitialOnScreenTest, LowMemoryAndLostPagesEndTheAd) {
   controller_->xadView()->webViewInstance()->evaluate("for (;;) {}", [](const std::string&) {});
   EXPECT_TRUE(host().runUntil([this] { return told_.back() == "didFail 1101"; }));
   EXPECT_TRUE(wasOnScreenAtFailure_) << "and for a second more";
-  keepPicture("lost");
+  host().keepPicture("lost");
   EXPECT_TRUE(showsHost());
   EXPECT_THAT(told_, ElementsAre("didLoad", "didFail 1101"));
 }
@@ -315,7 +306,7 @@ TEST_F(InterstitialOnScreenTest, AScreenThatWaitsForAnAdInVainLeavesByItself) {
     load(campaign);
     ASSERT_TRUE(controller_->activityindicator());
     EXPECT_TRUE(showsPixel(10, 10, colors::black));
-    keepPicture("waiting");
+    host().keepPicture("waiting");
     EXPECT_TRUE(showsHost());
     EXPECT_THAT(told_, ElementsAre("didFail 1002"));
   }
@@ -332,7 +323,7 @@ TEST_F(InterstitialOnScreenTest, TheBrowserAboveTheAdClosesFirst) {
   evaluate("mraid.open('" + host().server().baseUrl() + "/clicked/interstitial-mraid')");
   ASSERT_TRUE(
       host().runUntil([this] { return controller_->presentedViewController() != nullptr; }));
-  keepPicture("browser");
+  host().keepPicture("browser");
   EXPECT_TRUE(pressEscape());
   EXPECT_TRUE(showsPixel(width() - 25, 10, ownControl));
   EXPECT_THAT(told_, ElementsAre("didLoad", "browserOpens", "browserCloses"));

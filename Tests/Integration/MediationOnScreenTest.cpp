@@ -17,12 +17,6 @@ using testing::IsEmpty;
 
 constexpr Color sun{1.0F, 193.0F / 255, 7.0F / 255, 1};
 
-void keepPicture(Gtk::Widget& widget, const std::string& name) {
-  const char* folder = g_getenv("TAVO_TEST_PICTURES");
-  if (folder == nullptr) return;
-  EXPECT_TRUE(adplayer::Screenshot{widget}.save(std::string{folder} + "/" + name + ".png"));
-}
-
 std::string text(const std::optional<Error>& error) {
   return error ? std::to_string(error->code) + " " + error->description : "none";
 }
@@ -104,7 +98,7 @@ TEST(MediationOnScreenTest, ABannerOfTheLibraryIsDrawnAndOpensItsPage) {
   host.gtk().load("mediated-banner");
   ASSERT_TRUE(host.waitFor("didLoad"));
   EXPECT_TRUE(host.gtk().waitForPixel(25, 25, sun));
-  keepPicture(host.window(), "mediated-banner");
+  host.gtk().keepPicture("mediated-banner");
   EXPECT_EQ(host.gtk().recorded(adserver::RequestKind::Tracking), 0U)
       << "the network counts its own impressions";
 
@@ -112,7 +106,7 @@ TEST(MediationOnScreenTest, ABannerOfTheLibraryIsDrawnAndOpensItsPage) {
   EXPECT_THAT(host.told, ElementsAre("didLoad", "didClick", "willOpenBrowser"));
   ASSERT_NE(host.root().presentedViewController(), nullptr);
   EXPECT_TRUE(host.waitForWindowPixel(180, 300, sun));
-  keepPicture(host.window(), "mediated-banner-page");
+  host.gtk().keepPicture("mediated-banner-page");
   EXPECT_TRUE(pressClose(host.window()));
   EXPECT_EQ(host.root().presentedViewController(), nullptr);
   EXPECT_TRUE(host.gtk().waitForPixel(25, 25, sun)) << "still there";
@@ -134,7 +128,7 @@ TEST(MediationOnScreenTest, AnInterstitialOfTheLibraryCoversTheWindowUntilItIsCl
     ASSERT_NE(host.root().presentedViewController(), nullptr);
     EXPECT_TRUE(host.waitForWindowPixel(180, 300, sun));
     EXPECT_FALSE(host.gtk().column().get_can_focus()) << "the keyboard stays with the ad";
-    keepPicture(host.window(), "mediated-interstitial");
+    host.gtk().keepPicture("mediated-interstitial");
     EXPECT_TRUE(leave());
     EXPECT_EQ(host.root().presentedViewController(), nullptr);
     EXPECT_TRUE(host.gtk().runUntil([&] { return host.gtk().column().get_can_focus(); }));

@@ -1,7 +1,7 @@
 // Creatives in the real engine, in a real window, through the whole SDK: what they ask for happens
 // on the screen, and what they are told is the truth.
 //
-// With TAVO_SHOTS set to a folder, pictures of each state are left there.
+// With TAVO_TEST_PICTURES set to a folder, pictures of each state are left there.
 
 #include <gmock/gmock.h>
 
@@ -36,16 +36,16 @@ TEST_F(MraidCreativeTest, EveryAnswerIsTrueWhenTheCreativeFirstAsks) {
 
 TEST_F(MraidCreativeTest, ExpandsOverTheWindowAndReturns) {
   show("ad");
-  picture("default");
+  host().keepPicture("default");
   heard();
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  picture("expanded");
+  host().keepPicture("expanded");
   const auto& button = nameAt(width() - 15, 8 + 15);
   EXPECT_EQ(button, "Close Interstitial Ad");
   EXPECT_TRUE(pressButtonAt(host().window(), width() - 15, 8 + 15));
   ASSERT_TRUE(becomesSized("default", 320, 50));
-  picture("collapsed");
+  host().keepPicture("collapsed");
   EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
   const std::string size = std::to_string(width()) + " " + std::to_string(height());
   EXPECT_EQ(heard(), "stateChange expanded\nsizeChange " + size +
@@ -73,7 +73,7 @@ TEST_F(MraidCreativeTest, EscapeAndTheWindowsCloseButtonLeadOutOfTheAd) {
     tapAndDo("mraid.useCustomClose(true); mraid.expand()");
     ASSERT_TRUE(becomesSized("expanded", width(), height()));
     EXPECT_EQ(nameAt(width() - 15, 8 + 15), "Close Interstitial Ad") << "unseen but there";
-    if (byWindow) picture("expanded-custom-close");
+    if (byWindow) host().keepPicture("expanded-custom-close");
     if (byWindow) {
       host().window().close();
     } else {
@@ -111,7 +111,7 @@ TEST_F(MraidCreativeTest, ResizesWithItsCloseControlAtEachPosition) {
     heard();
     evaluate("resizeTo(300, 250, 0, 0, '" + std::string{position} + "')");
     ASSERT_TRUE(becomesSized("resized", 300, 250));
-    picture(std::string{"resized-"} + position);
+    host().keepPicture(std::string{"resized-"} + position);
     const double x = left + place.first;
     const double y = place.second;
     ASSERT_EQ(nameAt(x, y), "Close Resized Ad");
@@ -161,14 +161,6 @@ TEST_F(MraidCreativeTest, AllCommandsInOneTurnEndInTheDefaultState) {
   EXPECT_TRUE(host().window().get_mapped());
 }
 
-TEST_F(MraidCreativeTest, AFloodLeavesTheHostAtWork) {
-  show("flood");
-  int ticks = 0;
-  const Timer pulse = Runtime::current().platform().runLoop->every(Seconds{0.01}, [&] { ++ticks; });
-  EXPECT_TRUE(host().runUntil([&] { return ticks >= 100; }));
-  EXPECT_EQ(evaluate("mraid.getState()"), "default");
-}
-
 TEST_F(MraidCreativeTest, AnExpandedAdWhoseScriptLoopsIsTakenAway) {
   show("ad");
   tapAndDo("mraid.expand()");
@@ -190,6 +182,15 @@ TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {
   host().makeBanner();
   EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
   EXPECT_FALSE(pressEscape());
+}
+
+// Last: its process has work left when it goes.
+TEST_F(MraidCreativeTest, AFloodLeavesTheHostAtWork) {
+  show("flood");
+  int ticks = 0;
+  const Timer pulse = Runtime::current().platform().runLoop->every(Seconds{0.01}, [&] { ++ticks; });
+  EXPECT_TRUE(host().runUntil([&] { return ticks >= 100; }));
+  EXPECT_EQ(evaluate("mraid.getState()"), "default");
 }
 
 }  // namespace

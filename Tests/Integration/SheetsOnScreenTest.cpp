@@ -27,12 +27,6 @@ using testing::HasSubstr;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
-void keepPicture(Gtk::Widget& widget, const std::string& name) {
-  const char* folder = g_getenv("TAVO_TEST_PICTURES");
-  if (folder == nullptr) return;
-  EXPECT_TRUE(adplayer::Screenshot{widget}.save(std::string{folder} + "/" + name + ".png"));
-}
-
 class SheetsOnScreen : public testing::Test {
  protected:
   static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(TAVO_CAMPAIGNS); }
@@ -106,7 +100,7 @@ TEST_F(SheetsOnScreen, AMessageIsLookedOverAndHandedOn) {
   ASSERT_NE(widgetOf<Gtk::Entry>(), nullptr);
   EXPECT_EQ(widgetOf<Gtk::Entry>()->get_text(), "123, 456 7");
   EXPECT_FALSE(host().column().get_can_focus()) << "the keyboard stays in the sheet";
-  keepPicture(host().window(), "message");
+  host().keepPicture("message");
   ASSERT_TRUE(pressButton(host().window(), "Send"));
   EXPECT_EQ(result, MessageComposeResult::sent);
   EXPECT_THAT(received(1),
@@ -133,7 +127,7 @@ TEST_F(SheetsOnScreen, AMailIsLookedOverChangedAndHandedOn) {
         result = what;
         root_->dismissViewController(Animated::yes);
       }));
-  keepPicture(host().window(), "mail");
+  host().keepPicture("mail");
   ASSERT_NE(widgetOf<Gtk::TextView>(), nullptr);
   widgetOf<Gtk::TextView>()->get_buffer()->set_text("Changed");
   ASSERT_TRUE(pressButton(host().window(), "Send"));
@@ -158,7 +152,7 @@ TEST_F(SheetsOnScreen, AnEventIsLookedOverAndReported) {
         }));
   };
   edit();
-  keepPicture(host().window(), "event");
+  host().keepPicture("event");
   ASSERT_NE(widgetOf<Gtk::Entry>(3), nullptr);
   widgetOf<Gtk::Entry>(0)->set_text("Another title");
   widgetOf<Gtk::Entry>(3)->set_text("no time");
@@ -211,7 +205,7 @@ TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
     EXPECT_EQ(widgetsBelow<Gtk::Label>(*alertWindow(), isTitle).size(), 1U) << title;
   }
   host().runUntil([] { return adplayer::Screenshot{*alertWindow()}.isValid(); });
-  keepPicture(*alertWindow(), "consent");
+  host().keepPicture(*alertWindow(), "consent");
   ASSERT_TRUE(pressButton(*alertWindow(), "No_Title"));
   host().runUntil([&] { return codes.size() == 1; });
   ask();
@@ -252,7 +246,7 @@ TEST_F(SheetsOnScreen, ABannersClickOpensTheBrowserAtEitherEdge) {
     EXPECT_TRUE(host().runUntil([&] { return isGreen(pixel(height / 2)); }));
     EXPECT_EQ(isGreen(pixel(8)), position == 1);
     EXPECT_EQ(isGreen(pixel(height - 8)), position == 0);
-    keepPicture(host().window(), position == 0 ? "browser-top" : "browser-bottom");
+    host().keepPicture(position == 0 ? "browser-top" : "browser-bottom");
     EXPECT_TRUE(pressKey(host().window(), GDK_KEY_Escape));
     EXPECT_FALSE(host().banner()->appBrowserOpen());
     settle();
@@ -272,7 +266,7 @@ TEST_F(SheetsOnScreen, TheStoreIsAPageThatCanBeLeft) {
     return adplayer::Screenshot{host().window()}.pixel(180, 300).green > 0.4F &&
            adplayer::Screenshot{host().window()}.pixel(180, 300).red < 0.3F;
   }));
-  keepPicture(host().window(), "store");
+  host().keepPicture("store");
   EXPECT_TRUE(pressButton(host().window(), "Done"));
   EXPECT_EQ(finished, 1);
 }

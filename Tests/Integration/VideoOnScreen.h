@@ -163,14 +163,6 @@ class VideoOnScreen : public testing::Test {
       return button != nullptr && button->isUserInteractionEnabled();
     });
   }
-  // For a person to look at, where the environment names a folder.
-  static void keepPicture(const std::string& name) {
-    const char* folder = std::getenv("TAVO_SHOTS");
-    if (folder == nullptr) return;
-    EXPECT_TRUE(host().runUntil([&] {
-      return adplayer::Screenshot{host().window()}.save(std::string{folder} + "/" + name + ".png");
-    }));
-  }
   bool waitForPicture() {
     return host().runUntil([this] {
       double x = 0;

@@ -23,7 +23,7 @@ TEST_F(VideoOnScreenTest, APrerollPlaysAndTheServerHearsEachMilestoneOnceAndInOr
   host().load("vast-preroll");
   ASSERT_TRUE(waitFor("didLoad"));
   host().runUntil([this] { return player_->currentPlaybackTime() > 1; });
-  keepPicture("playing");
+  host().keepPicture("playing");
   EXPECT_TRUE(waitForPicture());
   ASSERT_TRUE(waitFor("handedBack"));
   EXPECT_TRUE(waitForPing("complete"));
@@ -48,7 +48,7 @@ TEST_F(VideoOnScreenTest, PauseResumeAndSkip) {
   ASSERT_TRUE(waitFor("didResume"));
   ASSERT_TRUE(waitForControl(*player_));
   EXPECT_GE(player_->currentPlaybackTime(), 2);
-  keepPicture("skip-button");
+  host().keepPicture("skip-button");
   buttonOn(*player_)->press();
   EXPECT_TRUE(waitForPing("skip"));
   EXPECT_EQ(told_.back(), "didSkip");
@@ -172,7 +172,7 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
     const double width = host().window().get_width();
     return isYellowAt(width * 1.5 / 7, host().window().get_height() / 2.0);
   })) << "in the middle of the window";
-  keepPicture("full-screen");
+  host().keepPicture("full-screen");
   pressFullScreen();
   EXPECT_TRUE(waitForPing("exitFullscreen"));
   EXPECT_EQ(player_->frame(), (Rect{0, 0, 320, 180}));
@@ -190,7 +190,7 @@ TEST_F(VideoOnScreenTest, TheCountdownStandsInSixPlaces) {
     const Button* button = buttonOn(*player_);
     ASSERT_NE(button, nullptr);
     EXPECT_THAT(button->title(), HasSubstr("00:0"));
-    keepPicture("countdown-" + std::to_string(position));
+    host().keepPicture("countdown-" + std::to_string(position));
   }
 }
 
@@ -204,9 +204,9 @@ TEST_F(VideoOnScreenTest, ClosingTheInterstitialCountsAsASkip) {
   ASSERT_TRUE(waitFor("didLoad"));
   ASSERT_EQ(banner->subviews().size(), 1U);
   const View& video = *banner->subviews().front();
-  keepPicture("interstitial-countdown");
+  host().keepPicture("interstitial-countdown");
   ASSERT_TRUE(waitForControl(video));
-  keepPicture("interstitial-close");
+  host().keepPicture("interstitial-close");
   buttonOn(video)->press();
   EXPECT_TRUE(waitForPing("skip"));
   EXPECT_EQ(told_.back(), "dismissed");

@@ -100,18 +100,6 @@ class CreativeScreenTest : public testing::Test {
             host().calls().end()};
   }
 
-  static void picture(const std::string& name) {
-    const char* folder = std::getenv("TAVO_SHOTS");
-    if (folder == nullptr) return;
-    // What the page last drew may still be on its way to the window.
-    int frames = 0;
-    host().window().add_tick_callback(
-        [frames = &frames](const Glib::RefPtr<Gdk::FrameClock>&) { return ++*frames < 20; });
-    EXPECT_TRUE(host().runUntil([&] { return frames >= 20; }));
-    const std::string path = std::string{folder} + "/" + name + ".png";
-    EXPECT_TRUE(adplayer::Screenshot{host().window()}.save(path));
-  }
-
   static int width() { return host().window().get_width(); }
   static int height() { return host().window().get_height(); }
 

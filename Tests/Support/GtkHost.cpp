@@ -1,5 +1,7 @@
 #include "Support/GtkHost.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cmath>
 
@@ -79,6 +81,22 @@ bool GtkHost::runUntil(const std::function<bool()>& done) const {
     g_main_context_iteration(nullptr, TRUE);
   }
   return done();
+}
+
+void GtkHost::keepPicture(const std::string& name) { keepPicture(*window_, name); }
+
+void GtkHost::keepPicture(Gtk::Widget& widget, const std::string& name) {
+  const char* folder = g_getenv("TAVO_TEST_PICTURES");
+  if (folder == nullptr) return;
+  constexpr int framesToWait = 20;
+  int frames = 0;
+  const guint ticks =
+      widget.add_tick_callback([&](const auto&) { return ++frames < framesToWait; });
+  EXPECT_TRUE(runUntil([&] {
+    return frames >= framesToWait &&
+           adplayer::Screenshot{widget}.save(std::string{folder} + "/" + name + ".png");
+  }));
+  if (frames < framesToWait) widget.remove_tick_callback(ticks);
 }
 
 Color GtkHost::pixelInSlot(int x, int y) {

@@ -33,6 +33,11 @@ class GtkHost {
   // done.
   bool runUntil(const std::function<bool()>& done) const;
 
+  // For a person to look at: leaves a picture of the window, or of `widget`, in the folder that
+  // TAVO_TEST_PICTURES names, once what was drawn last has had time to get there.
+  void keepPicture(const std::string& name);
+  void keepPicture(Gtk::Widget& widget, const std::string& name);
+
   // The colour of a pixel of the window, by its place in the slot.
   [[nodiscard]] Color pixelInSlot(int x, int y);
   // Waits for a colour there (each component within 1/32).
