@@ -163,7 +163,9 @@ class XAdView : public View,
   void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
                                     const PageRef& webView) override;
   void updateCurrentPositionOfWebView(const PageRef& webView) override;
-  void webViewLeavesScreen(const PageRef& webView) override { presentation_.webViewLeavesScreen(webView); }
+  void webViewLeavesScreen(const PageRef& webView) override {
+    presentation_.webViewLeavesScreen(webView);
+  }
 
   // View
   void didAppearOnScreen() override;
