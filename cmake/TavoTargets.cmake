@@ -32,11 +32,24 @@ else()
   set(TAVO_RESOURCE_FOLDER "${PROJECT_SOURCE_DIR}/Resources")
 endif()
 
+# tavo_bundle_folders(<target>): a build in bundles (CMAKE_UNITY_BUILD) makes one of each folder.
+function(tavo_bundle_folders name)
+  get_target_property(sources ${name} SOURCES)
+  foreach(source ${sources})
+    cmake_path(ABSOLUTE_PATH source NORMALIZE OUTPUT_VARIABLE place)
+    cmake_path(GET place PARENT_PATH folder)
+    string(MAKE_C_IDENTIFIER "${folder}" bundle)
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${bundle})
+  endforeach()
+  set_target_properties(${name} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()
+
 # tavo_add_box(<name> <include root> <link libraries...>): a static library of every .cpp below the
 # calling folder, whose headers are reached from <include root>.
 function(tavo_add_box name include_root)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   add_library(${name} STATIC ${sources})
+  tavo_bundle_folders(${name})
   target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${include_root}>")
   target_link_libraries(${name} PUBLIC ${ARGN} PRIVATE $<BUILD_INTERFACE:TavoCompileOptions>)
   target_compile_features(${name} PUBLIC cxx_std_20)
@@ -46,6 +59,7 @@ endfunction()
 # with the platform's code linked in and hidden: the host need not export anything for it.
 function(tavo_add_module name)
   add_library(${name} MODULE ${ARGN})
+  tavo_bundle_folders(${name})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Platforms")
   target_link_libraries(${name} PRIVATE TavoPlatform TavoCompileOptions)
   target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)

@@ -28,4 +28,8 @@ void NotificationCenter::post(const Notification& notification) {
   }
 }
 
+void NotificationCenter::post(std::string_view name) {
+  post({.name = std::string{name}, .userInfo = {}});
+}
+
 }  // namespace tavo

@@ -38,6 +38,8 @@ class NotificationCenter {
 
   [[nodiscard]] Subscription subscribe(std::string_view name, Handler handler);
   void post(const Notification& notification);
+  // Posts a name and nothing more.
+  void post(std::string_view name);
 
  private:
   std::map<std::string, std::vector<std::weak_ptr<const Handler>>, std::less<>> handlers_;

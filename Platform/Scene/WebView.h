@@ -29,6 +29,9 @@ struct Navigation {
   NavigationType type = NavigationType::other;
 };
 
+// The address of the empty page.
+inline constexpr const char* blankPage = "about:blank";
+
 // Codes of load failures that a web view's owner may want to tell apart; their domain is
 // "WebKitErrorDomain" unless they come from the transport.
 inline constexpr int cannotShowUrlError = 101;

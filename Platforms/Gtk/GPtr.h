@@ -65,6 +65,7 @@ template <typename Value, auto Give>
 using GOwned = std::unique_ptr<Value, GiveBack<Give>>;
 using GText = GOwned<char, &g_free>;
 using GBytesPtr = GOwned<GBytes, &g_bytes_unref>;
+using GDateTimePtr = GOwned<GDateTime, &g_date_time_unref>;
 using GSourcePtr = GOwned<GSource, &g_source_unref>;
 using GUriPtr = GOwned<GUri, &g_uri_unref>;
 

@@ -22,7 +22,7 @@ void HeadlessWebView::startLoad() {
 void HeadlessWebView::loadHtml(const std::string& html, const Url& baseUrl) {
   html_ = html;
   baseUrl_ = baseUrl;
-  url_ = baseUrl.empty() ? Url::parse("about:blank") : baseUrl;
+  url_ = baseUrl.empty() ? Url::parse(blankPage) : baseUrl;
   setResult("document.documentElement.outerHTML", html);
   startLoad();
 }

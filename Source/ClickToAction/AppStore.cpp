@@ -14,7 +14,7 @@ namespace tavo {
 namespace {
 
 // The digits that `text` starts with as a number; 0 without any, the largest number for too many.
-std::int64_t leadingNumber(std::string_view text) {
+std::int64_t leadingDigits(std::string_view text) {
   const auto digits = text.substr(0, std::min(text.find_first_not_of("0123456789"), text.size()));
   std::int64_t number = 0;
   const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
@@ -50,7 +50,7 @@ std::optional<std::int64_t> applicationIdentifier(const Url& url) {
   for (auto slash = text.find('/'); slash != std::string_view::npos;
        slash = text.find('/', slash + 1)) {
     if (equalsIgnoringCase(text.substr(slash, marker.size()), marker)) {
-      return leadingNumber(text.substr(slash + marker.size()));
+      return leadingDigits(text.substr(slash + marker.size()));
     }
   }
   return std::nullopt;
@@ -77,7 +77,7 @@ Url productPage(std::int64_t identifier) {
 
 bool hasStoreSheet(std::string_view systemVersion) {
   constexpr std::int64_t firstVersion = 6;
-  return leadingNumber(systemVersion) >= firstVersion;
+  return leadingDigits(systemVersion) >= firstVersion;
 }
 
 }  // namespace tavo

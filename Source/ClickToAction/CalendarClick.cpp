@@ -1,11 +1,10 @@
 #include "ClickToAction/CalendarClick.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 #include "Extensions/CalendarDate.h"
 #include "Extensions/ScriptObject.h"
+#include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -33,15 +32,6 @@ const Value* valueOf(const ClickToActionParameters& parameters, std::string_view
 std::string textOf(const ClickToActionParameters& parameters, std::string_view key) {
   const auto* text = valueOf<std::string>(parameters, key);
   return text == nullptr ? std::string{} : *text;
-}
-
-// The number that `text` starts with; 0 for none, not-a-number and one out of range.
-double leadingNumber(std::string_view text) {
-  text = trimmed(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double number = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-  return read.ec == std::errc{} && std::isfinite(number) ? number : 0;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tavo {
 
@@ -10,5 +11,14 @@ namespace tavo {
 
 // The same digits, always plain: "0.00001".
 [[nodiscard]] std::string plainNumberText(double value);
+
+// The number that `text` begins with, after blanks: "12px" is 12, "px" is 0.
+[[nodiscard]] double leadingNumber(std::string_view text);
+
+// The same without a fraction, within the range of an int.
+[[nodiscard]] int leadingWholeNumber(std::string_view text);
+
+// `value` without its fraction, within the range of an int; 0 for what is no number.
+[[nodiscard]] int integerPart(double value);
 
 }  // namespace tavo

@@ -10,8 +10,6 @@ namespace {
 using std::chrono::duration_cast;
 using std::chrono::seconds;
 
-using GDateTimePtr = GOwned<GDateTime, &g_date_time_unref>;
-
 std::string textOf(const char* text) { return text == nullptr ? std::string{} : text; }
 
 // Years that a clock in nanoseconds does not reach stand for its ends.

@@ -33,7 +33,6 @@ GPtr<SoupCookieJar> openJar(const std::string& path) {
 void boundLife(SoupCookie* cookie) {
   GDateTime* const expires = soup_cookie_get_expires(cookie);
   if (expires == nullptr) return;
-  using GDateTimePtr = GOwned<GDateTime, &g_date_time_unref>;
   const GDateTimePtr now{g_date_time_new_now_utc()};
   const GDateTimePtr latest{
       g_date_time_add_hours(now.get(), static_cast<int>(HttpCookieJar::longestLife.count()))};

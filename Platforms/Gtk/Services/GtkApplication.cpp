@@ -14,10 +14,6 @@ namespace {
 // The system starts no program with a longer argument (128 KB); the rest is room for what a handler
 // adds to it.
 constexpr std::size_t longestArgument = 120'000;
-
-void post(std::string_view name) {
-  Runtime::current().notifications().post({.name = std::string{name}, .userInfo = {}});
-}
 }  // namespace
 
 GtkApplication::GtkApplication() = default;
@@ -80,7 +76,7 @@ void GtkApplication::updateOrientation() {
                                               : InterfaceOrientation::portrait;
   if (now == orientation_) return;
   const auto before = std::exchange(orientation_, now);
-  post(notifications::deviceOrientationDidChange);
+  Runtime::current().notifications().post(notifications::deviceOrientationDidChange);
   ViewController* top = window->topViewController();
   if (top == nullptr) return;
   const auto held = top->shared_from_this();
@@ -96,10 +92,10 @@ void GtkApplication::updateVisibility() {
     seen_ = true;
     if (!background_) return;
     background_ = false;
-    post(notifications::willEnterForeground);
+    Runtime::current().notifications().post(notifications::willEnterForeground);
   } else if (seen_ && !background_) {
     background_ = true;
-    post(notifications::didEnterBackground);
+    Runtime::current().notifications().post(notifications::didEnterBackground);
   }
 }
 

@@ -11,14 +11,10 @@ namespace tavo::gtk {
 
 namespace {
 
-void post(std::string_view name) {
-  Runtime::current().notifications().post({.name = std::string{name}, .userInfo = {}});
-}
-
 // logind: "Lock" is sent to the session that is to be locked.
 void heardLock(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
                gpointer) {
-  post(notifications::screenLocked);
+  Runtime::current().notifications().post(notifications::screenLocked);
 }
 
 // Screen savers: true when the screen is covered.
@@ -27,7 +23,7 @@ void heardActiveChanged(GDBusConnection*, const char*, const char*, const char*,
   gboolean active = FALSE;
   if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)")) == FALSE) return;
   g_variant_get(parameters, "(b)", &active);
-  if (active != FALSE) post(notifications::screenLocked);
+  if (active != FALSE) Runtime::current().notifications().post(notifications::screenLocked);
 }
 
 }  // namespace
@@ -51,7 +47,7 @@ void GtkSystemEvents::watchMemory() {
   const auto heard = +[](GMemoryMonitor*, GMemoryMonitorWarningLevel level, gpointer) {
     // Below this the system only asks for thrift; content on the screen stays.
     if (level >= G_MEMORY_MONITOR_WARNING_LEVEL_MEDIUM) {
-      post(notifications::didReceiveMemoryWarning);
+      Runtime::current().notifications().post(notifications::didReceiveMemoryWarning);
     }
   };
   lowMemoryHandler_ =

@@ -2,16 +2,12 @@
 
 #include <utility>
 
+#include "Gtk/Services/ReadyTimeSource.h"
+
 namespace tavo::gtk {
 
 namespace {
 using WeakQueue = std::weak_ptr<GtkTaskQueue>;
-
-gboolean dispatch(GSource* /*source*/, GSourceFunc callback, gpointer data) {
-  return callback(data);
-}
-
-GSourceFuncs queueFunctions{nullptr, nullptr, &dispatch, nullptr, nullptr, nullptr};
 
 constexpr gint64 readyNow = 0;
 constexpr gint64 neverReady = -1;
@@ -28,7 +24,7 @@ std::shared_ptr<GtkTaskQueue> GtkTaskQueue::create() {
   return queue;
 }
 
-GtkTaskQueue::GtkTaskQueue() : source_{g_source_new(&queueFunctions, sizeof(GSource))} {}
+GtkTaskQueue::GtkTaskQueue() : source_{newReadyTimeSource()} {}
 
 GtkTaskQueue::~GtkTaskQueue() { g_source_destroy(source_.get()); }
 

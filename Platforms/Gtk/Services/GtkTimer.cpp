@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Gtk/Services/ReadyTimeSource.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -45,16 +47,10 @@ gboolean fire(gpointer data) {
   return G_SOURCE_REMOVE;
 }
 
-gboolean dispatch(GSource* /*source*/, GSourceFunc callback, gpointer data) {
-  return callback(data);
-}
-
-GSourceFuncs timerFunctions{nullptr, nullptr, &dispatch, nullptr, nullptr, nullptr};
-
 }  // namespace
 
 GtkTimer::GtkTimer(Kind kind, Seconds interval, std::function<void()> task)
-    : source_{g_source_new(&timerFunctions, sizeof(GSource))} {
+    : source_{newReadyTimeSource()} {
   const gint64 length = microseconds(interval);
   auto beat = std::make_unique<Beat>(Beat{source_.get(), kind == Kind::repeating, length,
                                           g_get_monotonic_time() + length, std::move(task)});

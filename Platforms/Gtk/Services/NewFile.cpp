@@ -30,7 +30,7 @@ int createNew(const std::string& folder, const std::string& name, const std::str
 
 bool writeAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
-    const auto written = write(file, bytes.data(), bytes.size());
+    const auto written = ::write(file, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));

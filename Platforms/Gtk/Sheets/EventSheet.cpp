@@ -9,7 +9,7 @@ namespace tavo::gtk {
 
 namespace {
 
-constexpr std::size_t longestLine = 500;
+constexpr std::size_t longestField = 500;
 constexpr std::size_t longestNotes = 5'000;
 constexpr const char* momentPattern = "%Y-%m-%d %H:%M";
 
@@ -81,7 +81,7 @@ std::shared_ptr<ViewController> makeEventSheet(
   };
   auto* form = Gtk::make_managed<SheetForm>("New Event");
   const auto entry = [form](const char* label, const std::string& text) -> Gtk::Entry& {
-    return form->addEntry(label, presentable(text, Lines::one, longestLine));
+    return form->addEntry(label, presentable(text, Lines::one, longestField));
   };
   const EventFields fields{
       .title = entry("Title", event.title),

@@ -33,7 +33,7 @@ void GtkWebView::loadHtml(const std::string& html, const Url& baseUrl) {
 }
 
 void GtkWebView::load(const Url& url, CachePolicy policy) {
-  if (!url.isHttp() && url.text() != "about:blank") {
+  if (!url.isHttp() && url.text() != blankPage) {
     return failLater(cannotShowError("Only http, https and about:blank can be loaded."));
   }
   if (beginLoad()) native_->loadUrl(url, policy);
@@ -127,7 +127,7 @@ void GtkWebView::layoutSubviews() {
 bool GtkWebView::pageShouldStart(const Navigation& navigation) {
   const bool isMainFrame = navigation.mainDocumentUrl == navigation.url;
   if (isMainFrame && navigation.type == NavigationType::backForward && !canGoBack() &&
-      navigation.url.text() == "about:blank") {
+      navigation.url.text() == blankPage) {
     native_->stayInHistory();
     return false;
   }

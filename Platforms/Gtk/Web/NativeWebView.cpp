@@ -16,7 +16,6 @@ namespace {
 // The channel for pages whose content policy forbids the frames that carry commands.
 constexpr const char* commandChannel = "mraid";
 constexpr std::size_t longestCommand = std::size_t{4} << 20U;
-constexpr const char* blankPage = "about:blank";
 
 GPtr<WebKitWebView> makeView(const WebEngine& engine, WebKitUserContentManager* content,
                              WebKitWebView* related) {

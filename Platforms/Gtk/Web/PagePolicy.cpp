@@ -10,8 +10,6 @@
 namespace tavo::gtk {
 namespace {
 
-constexpr std::string_view blankPage = "about:blank";
-
 NavigationType typeOf(WebKitNavigationAction* action) {
   switch (webkit_navigation_action_get_navigation_type(action)) {
     case WEBKIT_NAVIGATION_TYPE_LINK_CLICKED:
@@ -128,7 +126,7 @@ bool PagePolicy::allowBlankPage(WebKitPolicyDecision* navigation) {
   auto* action = webkit_navigation_policy_decision_get_navigation_action(
       WEBKIT_NAVIGATION_POLICY_DECISION(navigation));
   const char* text = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-  const bool isBlank = text != nullptr && text == blankPage;
+  const bool isBlank = text != nullptr && std::string_view{text} == blankPage;
   if (isBlank) {
     webkit_policy_decision_use(navigation);
   } else {

@@ -18,8 +18,7 @@ NavigationDecision decideNavigation(const Navigation& navigation, const Navigati
     return NavigationDecision::allow;
   }
   const bool scriptedAfterTap = navigation.type == NavigationType::other && facts.userTapped &&
-                                url != "about:blank" &&
-                                navigation.url == navigation.mainDocumentUrl;
+                                url != blankPage && navigation.url == navigation.mainDocumentUrl;
   if (!scriptedAfterTap) return NavigationDecision::allow;
   return facts.metaRefreshExists ? NavigationDecision::followRefresh
                                  : NavigationDecision::openAsClick;

@@ -7,7 +7,7 @@ namespace tavo {
 std::shared_ptr<ActivityIndicator> ActivityIndicator::create(const std::shared_ptr<View>& view) {
   const OperationLog log{"-[ActivityIndicator initWithView:]"};
   if (!view) return nullptr;
-  const std::shared_ptr<ActivityIndicator> indicator{new ActivityIndicator{view->bounds()}};
+  std::shared_ptr<ActivityIndicator> indicator{new ActivityIndicator{view->bounds()}};
   indicator->parentView_ = view;
   indicator->wheel_->setColor(colors::darkGray);
   indicator->placeWheel(*view);

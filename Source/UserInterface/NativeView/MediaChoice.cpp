@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "UserInterface/NativeView/VideoTime.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 

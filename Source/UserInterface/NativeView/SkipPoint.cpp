@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "UserInterface/NativeView/VideoTime.h"
+#include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 
-#include "Values/Text.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 
@@ -26,29 +23,7 @@ std::string_view piece(std::string_view text, char separator, int index) {
   return text.substr(0, text.find(separator));
 }
 
-bool beginsNumber(std::string_view text) {
-  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
-  return !text.empty() && (text.front() == '.' || (text.front() >= '0' && text.front() <= '9'));
-}
-
 }  // namespace
-
-double leadingNumber(std::string_view text) {
-  text = trimmed(text);
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  if (!beginsNumber(text)) return 0;  // also the words for infinity, which a reader would take
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  return result.ec == std::errc{} && std::isfinite(value) ? value : 0;
-}
-
-int integerPart(double value) {
-  constexpr double lowest = std::numeric_limits<int>::min();
-  constexpr double highest = std::numeric_limits<int>::max();
-  return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, lowest, highest));
-}
-
-int leadingWholeNumber(std::string_view text) { return integerPart(leadingNumber(text)); }
 
 double secondsWithString(std::string_view text) {
   constexpr double fractionDivisor = 100;

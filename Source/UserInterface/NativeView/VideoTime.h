@@ -8,15 +8,6 @@ namespace tavo {
 // Times of video ads as documents write them and as a countdown shows them. Text that is no number
 // counts as zero; nothing here fails.
 
-// The number that `text` begins with, after blanks: "12px" is 12, "px" is 0.
-[[nodiscard]] double leadingNumber(std::string_view text);
-
-// The same without a fraction, within the range of an int.
-[[nodiscard]] int leadingWholeNumber(std::string_view text);
-
-// `value` without its fraction, within the range of an int; 0 for what is no number.
-[[nodiscard]] int integerPart(double value);
-
 // Seconds of "hours:minutes:seconds", with an optional fraction after a point. Quirk: the digits
 // of the fraction are divided by 100, however many there are, so "00:00:05.500" is 10 seconds;
 // campaigns have been set up with times that come out right this way.

@@ -7,7 +7,7 @@
 #include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "Services/MoviePlayerFactory.h"
-#include "UserInterface/NativeView/VideoTime.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 

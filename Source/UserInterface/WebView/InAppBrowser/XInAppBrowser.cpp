@@ -43,7 +43,7 @@ class BrowserView : public View {
 std::shared_ptr<XInAppBrowser> XInAppBrowser::create(
     const std::shared_ptr<const XInAppBrowserDelegate>& delegate) {
   const OperationLog log{"-[XInAppBrowser initWithDelegate:]"};
-  const std::shared_ptr<XInAppBrowser> browser{new XInAppBrowser};
+  std::shared_ptr<XInAppBrowser> browser{new XInAppBrowser};
   browser->delegate.set(delegate);
   return browser;
 }
@@ -166,7 +166,7 @@ std::vector<std::shared_ptr<Button>> XInAppBrowser::createToolbarItems() {
 }
 
 std::shared_ptr<Button> XInAppBrowser::makeButton(BrowserButton number) {
-  const auto button = std::make_shared<Button>();
+  auto button = std::make_shared<Button>();
   const auto images = hostImages(*browserConfig, number);
   Image image = images.empty() ? Image{} : namedImage(images.front()[1]);
   if (image.empty()) {
