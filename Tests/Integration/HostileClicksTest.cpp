@@ -355,13 +355,7 @@ TEST_F(HostileClicks, AnAlertMayGoBeforeItsFirstFrame) {
   alerts->show({.title = "", .message = "?", .buttons = {"No", "Yes"}, .cancelButton = 0},
                [&](std::size_t button) { answered = button; });
   ASSERT_TRUE(forEachWindow([](auto& window) { return pressButton(window, "Yes"); }));
-  int frames = 0;
-  const guint ticks = host().window().add_tick_callback([&](const auto&) {
-    ++frames;
-    return true;
-  });
-  host().runUntil([&] { return frames >= 4; });
-  host().window().remove_tick_callback(ticks);
+  host().waitForFrames();
   EXPECT_EQ(answered, 1U);
   EXPECT_THAT(complaints.texts, IsEmpty());
 }

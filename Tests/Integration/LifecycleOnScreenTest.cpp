@@ -33,17 +33,11 @@ class LifecycleOnScreenTest : public testing::Test {
     host().makeBanner();
     host().server().record().clear();
     *host().settings = {};
-    callsBefore_ = host().calls().size();
-  }
-
-  [[nodiscard]] std::vector<std::string> calls() const {
-    return {host().calls().begin() + static_cast<std::ptrdiff_t>(callsBefore_),
-            host().calls().end()};
   }
 
   [[nodiscard]] bool loaded(std::size_t times) const {
     return host().runUntil([&] {
-      const auto all = calls();
+      const auto& all = host().calls();
       return std::count(all.begin(), all.end(), "didLoad") == static_cast<std::ptrdiff_t>(times);
     });
   }
@@ -54,8 +48,6 @@ class LifecycleOnScreenTest : public testing::Test {
       return (host().window().get_width() > host().window().get_height()) == (width > height);
     });
   }
-
-  std::size_t callsBefore_ = 0;
 };
 
 TEST_F(LifecycleOnScreenTest, AMinimisedWindowLetsGoAndARestoredOneLoadsAnew) {
@@ -63,7 +55,6 @@ TEST_F(LifecycleOnScreenTest, AMinimisedWindowLetsGoAndARestoredOneLoadsAnew) {
     SCOPED_TRACE(campaign);
     host().makeBanner();
     host().server().record().clear();
-    callsBefore_ = host().calls().size();
     host().settings->bannerRefreshInterval = 600;
     host().load(campaign);
     ASSERT_TRUE(loaded(1));

@@ -154,7 +154,7 @@ TEST_F(MraidActionsTest, AnAdInTwoPartsIsRefused) {
   tapAndDo("mraid.expand('http://127.0.0.1:9/second.html')");
   EXPECT_THAT(heard(), testing::EndsWith(" expand"));
   EXPECT_EQ(evaluate("mraid.getState()"), "default");
-  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad"));
+  EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad"));
 }
 
 TEST_F(MraidActionsTest, CustomCloseIsRememberedAndHidesOnlyThePicture) {
@@ -192,7 +192,7 @@ TEST_F(MraidActionsTest, OrientationPropertiesKeepAnExpandedAdOnTheScreen) {
   }
   evaluate("mraid.close()");
   ASSERT_TRUE(becomesSized("default", 320, 50));
-  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
+  EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
 }
 
 TEST_F(MraidActionsTest, HearsWhetherItCanBeSeenWhenItAsks) {

@@ -46,7 +46,7 @@ TEST_F(MraidCreativeTest, ExpandsOverTheWindowAndReturns) {
   EXPECT_TRUE(pressButtonAt(host().window(), width() - 15, 8 + 15));
   ASSERT_TRUE(becomesSized("default", 320, 50));
   host().keepPicture("collapsed");
-  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
+  EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
   const std::string size = std::to_string(width()) + " " + std::to_string(height());
   EXPECT_EQ(heard(), "stateChange expanded\nsizeChange " + size +
                          "\nstateChange default\nsizeChange 320 50");
@@ -61,8 +61,8 @@ TEST_F(MraidCreativeTest, TheCreativeClosesItselfAndExpandsAgain) {
     evaluate("document.getElementById('close').click()");
     ASSERT_TRUE(becomesSized("default", 320, 50));
   }
-  EXPECT_THAT(calls(), Contains("didExpand").Times(3));
-  EXPECT_THAT(calls(), Contains("didCollapse").Times(3));
+  EXPECT_THAT(host().calls(), Contains("didExpand").Times(3));
+  EXPECT_THAT(host().calls(), Contains("didCollapse").Times(3));
 }
 
 TEST_F(MraidCreativeTest, EscapeAndTheWindowsCloseButtonLeadOutOfTheAd) {
@@ -120,7 +120,7 @@ TEST_F(MraidCreativeTest, ResizesWithItsCloseControlAtEachPosition) {
     EXPECT_EQ(heard(),
               "sizeChange 300 250\nstateChange resized\nsizeChange 320 50\nstateChange default");
   }
-  EXPECT_THAT(calls(), ElementsAre("shouldDisplay?", "didLoad"));
+  EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad"));
 }
 
 TEST_F(MraidCreativeTest, AResizeThatReachesFarOffTheScreenHurtsNobody) {
@@ -166,13 +166,13 @@ TEST_F(MraidCreativeTest, AnExpandedAdWhoseScriptLoopsIsTakenAway) {
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
   page()->evaluate("for (;;) {}", [](const std::string&) {});
-  EXPECT_TRUE(host().runUntil([this] { return calls().back() == "didFail 1101"; }));
-  EXPECT_THAT(calls(),
+  EXPECT_TRUE(host().runUntil([] { return host().calls().back() == "didFail 1101"; }));
+  EXPECT_THAT(host().calls(),
               ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse", "didFail 1101"));
   EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
   EXPECT_FALSE(pressEscape());
   host().load("ad");
-  EXPECT_TRUE(host().runUntil([this] { return calls().back() == "didLoad"; }));
+  EXPECT_TRUE(host().runUntil([] { return host().calls().back() == "didLoad"; }));
 }
 
 TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {

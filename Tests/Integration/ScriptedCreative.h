@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include <chrono>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -19,20 +18,9 @@
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Runtime/Runtime.h"
+#include "Support/HostLoop.h"
 
 namespace tavo::test {
-
-// Turns the host's loop until `done`, or for far longer than anything here takes.
-inline bool runUntil(const std::function<bool()>& done) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{60};
-  const guint waker = g_timeout_add(
-      50, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-  while (!done() && std::chrono::steady_clock::now() < deadline) {
-    g_main_context_iteration(nullptr, TRUE);
-  }
-  g_source_remove(waker);
-  return done();
-}
 
 inline std::string contentsOf(const std::string& path) {
   const std::ifstream file{path};

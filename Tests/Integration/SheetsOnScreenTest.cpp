@@ -55,17 +55,7 @@ class SheetsOnScreen : public testing::Test {
   void present(const std::shared_ptr<ViewController>& sheet) const {
     root_->presentViewController(sheet, Animated::yes);
     host().runUntil([] { return widgetOf<Gtk::Button>() != nullptr; });
-    waitForFrames();
-  }
-  // Until what is there now has been laid out and drawn.
-  static void waitForFrames() {
-    int frames = 0;
-    const guint ticks = host().window().add_tick_callback([&](const auto&) {
-      ++frames;
-      return true;
-    });
-    host().runUntil([&] { return frames >= 4; });
-    host().window().remove_tick_callback(ticks);
+    host().waitForFrames();
   }
   template <typename Widget>
   [[nodiscard]] static Widget* widgetOf(std::size_t number = 0) {

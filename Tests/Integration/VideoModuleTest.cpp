@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "Gtk/Modules/GtkVideoModule.h"
+#include "Headless/HeadlessServices.h"
 #include "Support/GtkLoopTest.h"
 
 namespace tavo::test {
@@ -16,12 +17,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-class Messages : public Log {
- public:
-  void write(std::string_view message) override { texts.emplace_back(message); }
-  std::vector<std::string> texts;
-};
 
 class Recorder : public MoviePlayerClient {
  public:
@@ -55,7 +50,7 @@ class VideoModuleTest : public GtkLoopTest {
         folder);
   }
 
-  std::shared_ptr<Messages> log_ = std::make_shared<Messages>();
+  std::shared_ptr<headless::HeadlessLog> log_ = std::make_shared<headless::HeadlessLog>();
 };
 
 TEST_F(VideoModuleTest, TheModuleIsNotMappedBeforeTheFirstVideo) {
@@ -92,7 +87,7 @@ TEST_F(VideoModuleTest, WithoutAModuleEveryContentFinishesAsUnavailable) {
     settle();
     EXPECT_THAT(client->events, ElementsAre("error 1"));
   }
-  EXPECT_THAT(log_->texts, ElementsAre(HasSubstr("No video ads"), HasSubstr("No video ads")));
+  EXPECT_THAT(log_->messages(), ElementsAre(HasSubstr("No video ads"), HasSubstr("No video ads")));
 }
 
 }  // namespace

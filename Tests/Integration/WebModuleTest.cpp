@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "Gtk/Modules/GtkWebModule.h"
-#include "Gtk/Services/GtkRunLoop.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Gtk/Services/HelperProgram.h"
-#include "Support/TemporaryFolder.h"
+#include "Headless/HeadlessServices.h"
+#include "Support/GtkLoopTest.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -26,12 +26,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
-
-class Messages : public Log {
- public:
-  void write(std::string_view message) override { texts.emplace_back(message); }
-  std::vector<std::string> texts;
-};
 
 class Recorder : public WebViewClient {
  public:
@@ -51,19 +45,14 @@ bool engineIsMapped() {
   return text.find("libwebkitgtk") != std::string::npos;
 }
 
-class WebModuleTest : public testing::Test {
+class WebModuleTest : public GtkLoopTest {
  protected:
   void SetUp() override { ASSERT_TRUE(gtk_init_check()); }
 
   std::unique_ptr<gtk::GtkWebModule> module(
       const std::filesystem::path& folder = gtk::moduleFolder()) {
     return std::make_unique<gtk::GtkWebModule>(
-        gtk::GtkWebModule::Services{loop_, defaults_, log_, nullptr, {}}, folder);
-  }
-  void runUntil(const std::function<bool()>& done) {
-    bool late = false;
-    const Timer deadline = loop_->after(Seconds{30}, [&] { late = true; });
-    while (!late && !done()) g_main_context_iteration(nullptr, TRUE);
+        gtk::GtkWebModule::Services{runLoop_, defaults_, log_, nullptr, {}}, folder);
   }
   // A program in the test's folder that stands in for the one that asks the engine.
   void installHelper(const std::string& script) {
@@ -72,11 +61,9 @@ class WebModuleTest : public testing::Test {
     std::filesystem::permissions(file, std::filesystem::perms::owner_all);
   }
 
-  test::TemporaryFolder folder_;
-  std::shared_ptr<gtk::GtkRunLoop> loop_ = std::make_shared<gtk::GtkRunLoop>();
   std::shared_ptr<gtk::GtkUserDefaults> defaults_ =
       std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
-  std::shared_ptr<Messages> log_ = std::make_shared<Messages>();
+  std::shared_ptr<headless::HeadlessLog> log_ = std::make_shared<headless::HeadlessLog>();
 };
 
 TEST_F(WebModuleTest, TheEngineIsNotMappedBeforeTheFirstPage) {
@@ -113,7 +100,7 @@ TEST_F(WebModuleTest, AFixedUserAgentStandsInForAnEngineThatGivesNone) {
     EXPECT_THAT(module(folder_.path(""))->userAgent(), HasSubstr("AppleWebKit/")) << script;
     EXPECT_FALSE(defaults_->value("tavo.webEngine.userAgent").has_value()) << script;
   }
-  EXPECT_THAT(log_->texts, SizeIs(3));
+  EXPECT_THAT(log_->messages(), SizeIs(3));
 }
 
 TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
@@ -132,15 +119,15 @@ TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
     runUntil([&] { return !results.empty(); });
     EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102", "WebKitErrorDomain 1102"));
     EXPECT_THAT(results, ElementsAre(""));
-    const std::size_t notes = log_->texts.size();
+    const std::size_t notes = log_->messages().size();
     factory->warmUp(this);
     EXPECT_FALSE(factory->isLoaded());
     const auto unused = module(folder_.path(""));
     unused->warmUp(this);
-    runUntil([&] { return log_->texts.size() > notes; });
+    runUntil([&] { return log_->messages().size() > notes; });
     EXPECT_FALSE(unused->isLoaded()) << "it tried beside the loop, and said so";
   }
-  EXPECT_THAT(log_->texts, SizeIs(4));
+  EXPECT_THAT(log_->messages(), SizeIs(4));
 }
 
 TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
@@ -165,4 +152,4 @@ TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

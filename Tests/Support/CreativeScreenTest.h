@@ -47,14 +47,13 @@ class CreativeScreenTest : public testing::Test {
     host().runUntil([] { return width() > 0; });
     host().makeBanner();
     *host().settings = {};
-    callsBefore_ = host().calls().size();
   }
 
   void show(const std::string& creative) {
     host().load(creative);
     ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
-    ASSERT_TRUE(
-        host().runUntil([this] { return !calls().empty() && calls().back() == "didLoad"; }));
+    ASSERT_TRUE(host().runUntil(
+        [] { return !host().calls().empty() && host().calls().back() == "didLoad"; }));
     ASSERT_TRUE(becomes("mraid.getState() !== 'loading'", "true"));
   }
 
@@ -95,15 +94,8 @@ class CreativeScreenTest : public testing::Test {
   // What the page heard since the last call.
   static std::string heard() { return evaluate("heard.splice(0).join('\\n')"); }
 
-  [[nodiscard]] std::vector<std::string> calls() const {
-    return {host().calls().begin() + static_cast<std::ptrdiff_t>(callsBefore_),
-            host().calls().end()};
-  }
-
   static int width() { return host().window().get_width(); }
   static int height() { return host().window().get_height(); }
-
-  std::size_t callsBefore_ = 0;
 };
 
 }  // namespace tavo::test

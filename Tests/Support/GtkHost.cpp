@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cmath>
 
 #include "Gtk/GtkPlatform.h"
+#include "Support/HostLoop.h"
 
 namespace tavo::test {
 
@@ -66,6 +66,7 @@ void GtkHost::makeBanner() {
   banner_->delegate.set(events_);
   slot_ = std::make_unique<gtk::AdSlot>(banner_);
   column_.append(*slot_);
+  calls_.clear();
 }
 
 void GtkHost::load(const std::string& campaign) {
@@ -73,14 +74,14 @@ void GtkHost::load(const std::string& campaign) {
   banner_->loadWithDomainName(host + "/ads", campaign, "Bottom1");
 }
 
-bool GtkHost::runUntil(const std::function<bool()>& done) const {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{60};
-  const Timer waker =
-      Runtime::current().platform().runLoop->every(Seconds{0.02}, [] { /* only to look again */ });
-  while (!done() && std::chrono::steady_clock::now() < deadline) {
-    g_main_context_iteration(nullptr, TRUE);
-  }
-  return done();
+bool GtkHost::runUntil(const std::function<bool()>& done) const { return test::runUntil(done); }
+
+bool GtkHost::waitForFrames(Gtk::Widget& widget, int count) const {
+  int frames = 0;
+  const guint ticks = widget.add_tick_callback([&](const auto&) { return ++frames < count; });
+  const bool drawn = runUntil([&] { return frames >= count; });
+  if (!drawn) widget.remove_tick_callback(ticks);
+  return drawn;
 }
 
 void GtkHost::keepPicture(const std::string& name) { keepPicture(*window_, name); }
@@ -89,14 +90,9 @@ void GtkHost::keepPicture(Gtk::Widget& widget, const std::string& name) {
   const char* folder = g_getenv("TAVO_TEST_PICTURES");
   if (folder == nullptr) return;
   constexpr int framesToWait = 20;
-  int frames = 0;
-  const guint ticks =
-      widget.add_tick_callback([&](const auto&) { return ++frames < framesToWait; });
-  EXPECT_TRUE(runUntil([&] {
-    return frames >= framesToWait &&
-           adplayer::Screenshot{widget}.save(std::string{folder} + "/" + name + ".png");
-  }));
-  if (frames < framesToWait) widget.remove_tick_callback(ticks);
+  EXPECT_TRUE(waitForFrames(widget, framesToWait));
+  const std::string file = std::string{folder} + "/" + name + ".png";
+  EXPECT_TRUE(runUntil([&] { return adplayer::Screenshot{widget}.save(file); }));
 }
 
 Color GtkHost::pixelInSlot(int x, int y) {

@@ -25,13 +25,18 @@ class GtkHost {
                    const std::string& adNetwork = {}, const Limits& limits = {});
   ~GtkHost();
 
-  // Puts a new banner of 320 x 50 into the window, in place of the former one.
+  // Puts a new banner of 320 x 50 into the window, in place of the former one, and forgets the host
+  // calls of that.
   void makeBanner();
   void load(const std::string& campaign);
 
   // Turns the loop until `done`, or for far longer than anything here takes; returns whether it is
   // done.
   bool runUntil(const std::function<bool()>& done) const;
+
+  // Until `widget`, or the window, was drawn `count` times more.
+  bool waitForFrames(Gtk::Widget& widget, int count = 4) const;
+  bool waitForFrames() const { return waitForFrames(*window_); }
 
   // For a person to look at: leaves a picture of the window, or of `widget`, in the folder that
   // TAVO_TEST_PICTURES names, once what was drawn last has had time to get there.

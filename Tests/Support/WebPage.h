@@ -4,7 +4,6 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -15,7 +14,9 @@
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkRunLoop.h"
+#include "Headless/HeadlessServices.h"
 #include "Scene/WebView.h"
+#include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/TemporaryFolder.h"
 
@@ -23,19 +24,6 @@
 namespace tavo::test {
 
 inline const Url noBase;
-
-// Turns the host's loop until `done`, or for far longer than anything here takes.
-inline bool runUntil(const std::function<bool()>& done) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
-  // Wakes the loop so that the deadline is looked at.
-  const guint waker = g_timeout_add(
-      50, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-  while (!done() && std::chrono::steady_clock::now() < deadline) {
-    g_main_context_iteration(nullptr, TRUE);
-  }
-  g_source_remove(waker);
-  return done();
-}
 
 class Defaults : public UserDefaults {
  public:
@@ -50,12 +38,6 @@ class Defaults : public UserDefaults {
   void synchronize() override {}
 
   std::map<std::string, std::string, std::less<>> values;
-};
-
-class Messages : public Log {
- public:
-  void write(std::string_view message) override { texts.emplace_back(message); }
-  std::vector<std::string> texts;
 };
 
 // Writes down what it hears, one line each.
@@ -119,7 +101,7 @@ inline const std::shared_ptr<gtk::GtkCookieStore>& cookies() {
 inline gtk::GtkWebModule& factory() {
   static gtk::GtkWebModule module{{.runLoop = loop(),
                                    .userDefaults = std::make_shared<Defaults>(),
-                                   .log = std::make_shared<Messages>(),
+                                   .log = std::make_shared<headless::HeadlessLog>(),
                                    .cookies = cookies(),
                                    .limits = [] {
                                      Limits limits;

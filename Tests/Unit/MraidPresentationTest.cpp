@@ -23,8 +23,8 @@ class MraidPresentationTest : public AdViewTest {
     platform_.bundle->files["/bundle/closebutton30png.png"] = "image 30x30";
   }
 
-  // Shows an HTML ad whose script has said "init", and forgets what has happened so far.
-  void show(const Rect& frame = footOfScreen) {
+  // Shows an HTML ad whose script has said nothing yet.
+  void showBeforeInit(const Rect& frame) {
     makeBanner(frame);
     answer(htmlAnswer());
     load();
@@ -32,6 +32,11 @@ class MraidPresentationTest : public AdViewTest {
     page_ = platform_.webViews->last();
     recordsScripts_ = true;
     happened();
+  }
+
+  // Shows an HTML ad whose script has said "init", and forgets what has happened so far.
+  void show(const Rect& frame = footOfScreen) {
+    showBeforeInit(frame);
     creative("init");
     happened();
   }
@@ -227,13 +232,7 @@ TEST_F(MraidPresentationTest, RefusedResizesChangeNothing) {
 }
 
 TEST_F(MraidPresentationTest, BeforeInitOnlyAnExpansionIsFollowed) {
-  makeBanner(footOfScreen);
-  answer(htmlAnswer());
-  load();
-  settle();
-  page_ = platform_.webViews->last();
-  recordsScripts_ = true;
-  happened();
+  showBeforeInit(footOfScreen);
   setResizeProperties();
   EXPECT_THAT(
       afterCommand("resize"),

@@ -12,27 +12,18 @@ std::shared_ptr<MoviePlayer> GtkVideoModule::create(const Rect& frame) {
   return std::make_shared<UnavailableMoviePlayer>(frame, services_.runLoop);
 }
 
-// Mapping the framework's libraries may take longer than a frame, so a thread does it. Whoever
-// needs a player sooner loads the module itself and ends the wait. The thread holds the loop
-// weakly: whoever lets go of it last waits for the threads.
+// Whoever needs a player sooner loads the module itself and ends the wait.
 void GtkVideoModule::warmUp() {
   if (triedToLoad_) {
     if (factory_) factory_->warmUp();
     return;
   }
   if (std::exchange(mapping_, true)) return;
-  services_.runLoop->background(
-      [file = moduleFile(), loop = std::weak_ptr{services_.runLoop}, self = std::weak_ptr{self_}] {
-        std::string failure;  // told by the attempt that counts, on the main thread
-        static_cast<void>(moduleEntry(file, createMoviePlayerFactoryName, failure));
-        const auto runLoop = loop.lock();
-        if (!runLoop) return;
-        runLoop->post([self] {
-          const auto still = self.lock();
-          if (!still) return;
-          if (auto* made = (*still)->factory()) made->warmUp();
-        });
-      });
+  openInBackground(moduleFile(), services_.runLoop, [self = std::weak_ptr{self_}] {
+    const auto still = self.lock();
+    if (!still) return;
+    if (auto* made = (*still)->factory()) made->warmUp();
+  });
 }
 
 MoviePlayerFactory* GtkVideoModule::factory() {

@@ -66,26 +66,18 @@ std::shared_ptr<WebView> GtkWebModule::create(const Rect& frame, const WebViewOp
   return std::make_shared<UnavailableWebView>(frame, services_.runLoop);
 }
 
-// Mapping a hundred libraries takes longer than a frame, so a thread does it; only the first view
-// is then made on this one. Whoever needs a view sooner loads the module itself and ends the wait.
-// The thread holds the loop weakly: whoever lets go of it last waits for the threads.
+// Only the first view is then made on this thread. Whoever needs a view sooner loads the module
+// itself and ends the wait.
 void GtkWebModule::warmUp(const void* owner) {
   if (triedToLoad_) {
     if (factory_) factory_->warmUp(owner);
     return;
   }
   if (std::exchange(mapping_, true)) return;
-  services_.runLoop->background([file = moduleFile(), loop = std::weak_ptr{services_.runLoop},
-                                 owner, self = std::weak_ptr{self_}] {
-    std::string failure;  // told by the attempt that counts, on the main thread
-    static_cast<void>(moduleEntry(file, createWebViewFactoryName, failure));
-    const auto runLoop = loop.lock();
-    if (!runLoop) return;
-    runLoop->post([self, owner] {
-      const auto still = self.lock();
-      if (!still || (*still)->triedToLoad_) return;
-      if (auto* made = (*still)->factory()) made->warmUp(owner);
-    });
+  openInBackground(moduleFile(), services_.runLoop, [self = std::weak_ptr{self_}, owner] {
+    const auto still = self.lock();
+    if (!still || (*still)->triedToLoad_) return;
+    if (auto* made = (*still)->factory()) made->warmUp(owner);
   });
 }
 

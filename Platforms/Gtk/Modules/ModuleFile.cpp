@@ -3,6 +3,7 @@
 #include <gmodule.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace tavo::gtk {
 
@@ -11,20 +12,40 @@ std::filesystem::path moduleFolder() {
   return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_MODULE_FOLDER;
 }
 
-void* moduleEntry(const std::filesystem::path& file, const char* entry, std::string& failure) {
-  GModule* const module = g_module_open(
-      file.c_str(), static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL));
-  if (module == nullptr) {
+OpenModule::OpenModule(const std::filesystem::path& file, std::string& failure)
+    : module_{g_module_open(file.c_str(),
+                            static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL))} {
+  if (module_ == nullptr) {
     failure = g_module_error();
-    return nullptr;
+  } else {
+    g_module_make_resident(static_cast<GModule*>(module_));
   }
-  g_module_make_resident(module);
+}
+
+void* OpenModule::find(const std::string& name) const {
   gpointer address = nullptr;
-  if (g_module_symbol(module, entry, &address) == FALSE || address == nullptr) {
-    failure = file.string() + " is no module of this library.";
-    return nullptr;
+  if (module_ != nullptr) {
+    g_module_symbol(static_cast<GModule*>(module_), name.c_str(), &address);
   }
   return address;
+}
+
+void* moduleEntry(const std::filesystem::path& file, const char* entry, std::string& failure) {
+  const OpenModule module{file, failure};
+  void* const address = module.find(entry);
+  if (module && address == nullptr) failure = file.string() + " is no module of this library.";
+  return address;
+}
+
+// Mapping a hundred libraries takes longer than a frame, which is why a thread does it. It holds
+// the loop weakly: whoever lets go of the loop last waits for its threads.
+void openInBackground(const std::filesystem::path& file, const std::shared_ptr<RunLoop>& runLoop,
+                      std::function<void()> opened) {
+  runLoop->background([file, loop = std::weak_ptr{runLoop}, opened = std::move(opened)] {
+    std::string failure;  // told by the attempt that counts, on the main thread
+    const OpenModule module{file, failure};
+    if (const auto still = loop.lock()) still->post(opened);
+  });
 }
 
 }  // namespace tavo::gtk

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "Gtk/Web/PageErrors.h"
@@ -315,12 +314,12 @@ void NativeWebView::takeMessage(JSCValue* message) {
 }
 
 bool NativeWebView::isClogged() const {
-  return requests_ > engine_->services().limits.commandBurst ||
+  return std::cmp_greater(requests_, engine_->services().limits.commandBurst) ||
          (blanking_ && evaluations_.outstanding() > 0);
 }
 
 void NativeWebView::noteSignOfLife() {
-  requests_ = std::min(requests_, std::numeric_limits<int>::max() - 1) + 1;
+  ++requests_;
   evaluations_.noteSignOfLife();
 }
 

@@ -116,7 +116,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   bool blanking_ = false;     // the blank page was asked for and has not come yet
   bool blankBegins_ = false;  // the engine has asked about it
   bool dead_ = false;
-  int requests_ = 0;  // of the page, since it was clean
+  std::uint64_t requests_ = 0;  // of the page, since it was clean
   Timer blankDeadline_;
   Timer heartbeat_;
   std::vector<Waiting> waiting_;

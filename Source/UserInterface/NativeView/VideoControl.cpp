@@ -1,6 +1,6 @@
 #include "UserInterface/NativeView/VideoControl.h"
 
-#include "UserInterface/CloseButton/ClosePicture.h"
+#include "UserInterface/Pictures/Pictures.h"
 
 namespace tavo {
 

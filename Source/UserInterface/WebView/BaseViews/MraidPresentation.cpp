@@ -1,14 +1,11 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
-#include "AdController/AdGenerator/XBundleManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Runtime.h"
 #include "Scene/Window.h"
-#include "Services/Bundle.h"
-#include "Services/Device.h"
-#include "Services/ImageDecoder.h"
+#include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 
@@ -25,26 +22,7 @@ Application& application() { return *Runtime::current().platform().application; 
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
 Size screenSize() { return XDeviceScreenBounds().size(); }
 
-Image imageNamed(std::string_view name, std::string_view type) {
-  auto& platform = Runtime::current().platform();
-  const auto path = XBundleManager::bundlePathForResource(name, type);
-  const auto bytes = path ? platform.bundle->contents(*path) : std::nullopt;
-  return bytes ? platform.images->decodeNow(*bytes) : Image{};
-}
-
 }  // namespace
-
-// The full screen's size is the window's, which the user may change.
-class MraidPresentation::FullScreenView : public View {
- public:
-  using View::View;
-  std::function<void()> onLayout{};
-
- private:
-  void layoutSubviews() override {
-    if (onLayout) onLayout();
-  }
-};
 
 MraidPresentation::MraidPresentation(Host& host)
     : host_{host},
@@ -74,13 +52,13 @@ const std::shared_ptr<XExpandedViewController>& MraidPresentation::expandedViewC
   return expandedViewController_;
 }
 
-const std::shared_ptr<View>& MraidPresentation::expandView() {
+// Its size is the window's, which the user may change.
+const std::shared_ptr<LayoutView>& MraidPresentation::expandView() {
   if (expandView_) return expandView_;
-  auto view = std::make_shared<FullScreenView>(XDeviceScreenBounds());
-  view->setAutoresizingMask(flexibleAll);
-  view->setBackgroundColor(colors::black);
-  view->onLayout = [this] { fullScreenChanged(); };
-  expandView_ = std::move(view);
+  expandView_ = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  expandView_->setAutoresizingMask(flexibleAll);
+  expandView_->setBackgroundColor(colors::black);
+  expandView_->onLayout = [this] { fullScreenChanged(); };
   return expandView_;
 }
 
@@ -227,7 +205,7 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   const OperationLog log{"-[XAdView setCustomCloseButton:]"};
   const auto& button = closeButton();
   button->setBackgroundColor(colors::clear);
-  button->setImage(isCustomClose ? Image{} : imageNamed("closebutton30png", "png"));
+  button->setImage(isCustomClose ? Image{} : closePicture());
   platformLog(isCustomClose ? "SDK will not provide the close button"
                             : "SDK will provide the close button");
   button->sizeToFit();
@@ -242,8 +220,8 @@ void MraidPresentation::setCloseButtonImageWithImageNamed(std::string_view name)
   const OperationLog log{"-[XAdView setCloseButtonImageWithImageNamed:]"};
   const auto dot = name.rfind('.');
   closeButton()->setImage(dot == std::string_view::npos
-                              ? imageNamed(name, "png")
-                              : imageNamed(name.substr(0, dot), name.substr(dot + 1)));
+                              ? bundlePicture(name, "png")
+                              : bundlePicture(name.substr(0, dot), name.substr(dot + 1)));
   closeButton()->sizeToFit();
 }
 
@@ -336,10 +314,7 @@ void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProp
 void MraidPresentation::didRotate() {
   const OperationLog log{"-[XAdView XExpandedViewControllerDidRotate:]"};
   updateLayOutForNewState(state());
-  const std::string script = rotationScript(application().statusBarOrientation(),
-                                            Runtime::current().platform().device->systemVersion());
-  const PageRef page = webView_.lock();
-  if (page && !script.empty()) page->evaluate(script);
+  tellRotation(webView_.lock(), application().statusBarOrientation());
 }
 
 void MraidPresentation::orientationDidChange() {
@@ -395,7 +370,7 @@ void MraidPresentation::release() {
   emitter_.reset();
   if (closeButton_) closeButton_->setAction({});
   if (resizeCloseControl_) resizeCloseControl_->setAction({});
-  if (expandView_) static_cast<FullScreenView&>(*expandView_).onLayout = {};
+  if (expandView_) expandView_->onLayout = {};
   resizeCloseControl_.reset();
   resizeView_.reset();
   expandedViewController_.reset();

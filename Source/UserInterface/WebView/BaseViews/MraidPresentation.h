@@ -7,6 +7,7 @@
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Scene/Button.h"
 #include "Services/RunLoop.h"
+#include "UserInterface/WebView/BaseViews/LayoutView.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
@@ -75,12 +76,13 @@ class MraidPresentation {
 
   // Working views, made when absent.
   [[nodiscard]] const std::shared_ptr<XExpandedViewController>& expandedViewController();
-  [[nodiscard]] const std::shared_ptr<View>& expandView();
+  [[nodiscard]] const std::shared_ptr<LayoutView>& expandView();
   [[nodiscard]] const std::shared_ptr<Button>& closeButton();
   [[nodiscard]] const std::shared_ptr<View>& resizeView();
   [[nodiscard]] const std::shared_ptr<Button>& resizeCloseControl();
 
-  // The page's process is gone: everything that it had opened is closed.
+  // The page is going, with its process or for the next ad: everything that it had opened is
+  // closed.
   void webViewLeavesScreen(const PageRef& webView);
   // Takes the expanded ad from the screen without telling anybody.
   void dismissExpanded();
@@ -88,8 +90,6 @@ class MraidPresentation {
   void release();
 
  private:
-  class FullScreenView;
-
   struct Flags {
     bool adExpanded = false;
     bool statusBarHidden = false;  // before the expanded ad was presented
@@ -111,7 +111,7 @@ class MraidPresentation {
   std::weak_ptr<WebView> webView_;
   std::shared_ptr<const XExpandedViewControllerDelegate> controllerEvents_;
   std::shared_ptr<XExpandedViewController> expandedViewController_;
-  std::shared_ptr<View> expandView_;
+  std::shared_ptr<LayoutView> expandView_;
   std::shared_ptr<View> resizeView_;
   std::shared_ptr<Button> closeButton_;
   std::shared_ptr<Button> resizeCloseControl_;

@@ -3,6 +3,9 @@
 #include <array>
 #include <cstdlib>
 
+#include "Runtime/Runtime.h"
+#include "Services/Device.h"
+
 namespace tavo {
 
 std::string rotationScript(InterfaceOrientation orientation, const std::string& systemVersion) {
@@ -14,6 +17,12 @@ std::string rotationScript(InterfaceOrientation orientation, const std::string& 
   return "window.__defineGetter__('orientation',function(){return " + std::to_string(angle) +
          ";});(function(){var event = document.createEvent('Events'); "
          "event.initEvent('orientationchange',true, false); window.dispatchEvent(event);})();";
+}
+
+void tellRotation(const std::shared_ptr<WebView>& page, InterfaceOrientation orientation) {
+  const auto script =
+      rotationScript(orientation, Runtime::current().platform().device->systemVersion());
+  if (page && !script.empty()) page->evaluate(script);
 }
 
 }  // namespace tavo

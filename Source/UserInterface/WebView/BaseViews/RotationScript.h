@@ -1,7 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "Scene/WebView.h"
 #include "Services/Application.h"
 
 namespace tavo {
@@ -10,5 +12,8 @@ namespace tavo {
 // itself; none where it does, which is on systems after the fourth.
 [[nodiscard]] std::string rotationScript(InterfaceOrientation orientation,
                                          const std::string& systemVersion);
+
+// Tells `page`, which may be null, on this system.
+void tellRotation(const std::shared_ptr<WebView>& page, InterfaceOrientation orientation);
 
 }  // namespace tavo

@@ -3,23 +3,10 @@
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Runtime.h"
-#include "Services/Device.h"
-#include "UserInterface/CloseButton/ClosePicture.h"
+#include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 
 namespace tavo {
-
-// The ad follows every size of the screen exactly, whatever size it had before.
-class XAdInterstitialViewController::ScreenView : public View {
- public:
-  using View::View;
-  std::function<void()> onLayout{};
-
- private:
-  void layoutSubviews() override {
-    if (onLayout) onLayout();
-  }
-};
 
 std::shared_ptr<XAdInterstitialViewController> XAdInterstitialViewController::create() {
   std::shared_ptr<XAdInterstitialViewController> controller{new XAdInterstitialViewController};
@@ -28,7 +15,7 @@ std::shared_ptr<XAdInterstitialViewController> XAdInterstitialViewController::cr
 }
 
 XAdInterstitialViewController::~XAdInterstitialViewController() {
-  if (isViewLoaded()) static_cast<ScreenView&>(*view()).onLayout = {};
+  if (screen_) screen_->onLayout = {};
   XAdInterstitialViewController::releaseMemory();
 }
 
@@ -37,12 +24,13 @@ std::string XAdInterstitialViewController::corvaneTAVOSDKVersion() {
   return XAdView::corvaneTAVOSDKVersion();
 }
 
-// Black, so that nothing of the host's content shines through and no touch reaches it.
+// Black, so that nothing of the host's content shines through and no touch reaches it. The ad
+// follows every size of the screen exactly, whatever size it had before.
 std::shared_ptr<View> XAdInterstitialViewController::loadView() {
-  const auto screen = std::make_shared<ScreenView>(XDeviceScreenBounds());
-  screen->setBackgroundColor(colors::black);
-  screen->onLayout = [this] { fitAdView(); };
-  return screen;
+  screen_ = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  screen_->setBackgroundColor(colors::black);
+  screen_->onLayout = [this] { fitAdView(); };
+  return screen_;
 }
 
 void XAdInterstitialViewController::viewDidLoad() {
@@ -263,13 +251,13 @@ void XAdInterstitialViewController::didRotateFromInterfaceOrientation(
     InterfaceOrientation /*from*/) {
   const OperationLog log{"-[XAdInterstitialViewController didRotateFromInterfaceOrientation:]"};
   if (!xadView_) return;
-  if (const auto emitter = xadView_->eventEmitter()) {
-    xadView_->updateLayOutForNewState(emitter->state());
-  }
-  const std::string script = rotationScript(XDeviceInterfaceOrientation(),
-                                            Runtime::current().platform().device->systemVersion());
-  const auto page = xadView_->webViewInstance();
-  if (page && !script.empty()) page->evaluate(script);
+  reportLayout();
+  tellRotation(xadView_->webViewInstance(), XDeviceInterfaceOrientation());
+}
+
+void XAdInterstitialViewController::reportLayout() const {
+  const auto emitter = xadView_ ? xadView_->eventEmitter() : nullptr;
+  if (emitter) xadView_->updateLayOutForNewState(emitter->state());
 }
 
 void XAdInterstitialViewController::forceRotateToInterfaceOrientation() {
@@ -280,10 +268,7 @@ void XAdInterstitialViewController::forceRotateToInterfaceOrientation() {
     presenter->dismissViewController(
         Animated::no, [presenter, self] { presenter->presentViewController(self, Animated::no); });
   }
-  if (!xadView_) return;
-  if (const auto emitter = xadView_->eventEmitter()) {
-    xadView_->updateLayOutForNewState(emitter->state());
-  }
+  reportLayout();
 }
 
 }  // namespace tavo

@@ -9,6 +9,7 @@
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 #include "UserInterface/WebView/BaseViews/InterstitialController.h"
 #include "UserInterface/WebView/BaseViews/InterstitialOrientation.h"
+#include "UserInterface/WebView/BaseViews/LayoutView.h"
 #include "UserInterface/WebView/BaseViews/XAdInterstitialViewControllerDelegate.h"
 #include "UserInterface/WebView/BaseViews/XAdView.h"
 
@@ -131,7 +132,6 @@ class XAdInterstitialViewController : public ViewController, public Interstitial
   void viewDidDisappear(Animated animated) override;
 
  private:
-  class ScreenView;
   using Told = XAdInterstitialViewControllerDelegate;
 
   XAdInterstitialViewController() = default;
@@ -143,6 +143,7 @@ class XAdInterstitialViewController : public ViewController, public Interstitial
   void forgetLastAd();
   void fitAdView() const;
   void postOrientation() const;
+  void reportLayout() const;
   void showIndicator();
   [[nodiscard]] CloseButtonFacts closeButtonFacts() const;
   enum class ButtonLook { picture, invisible };
@@ -157,6 +158,7 @@ class XAdInterstitialViewController : public ViewController, public Interstitial
   void dismissLater(Seconds delay);
   void dismissViewControllerWithError();
 
+  std::shared_ptr<LayoutView> screen_;
   std::shared_ptr<XAdView> xadView_;
   std::shared_ptr<ActivityIndicator> activityindicator_;
   std::shared_ptr<Button> closeButton_;

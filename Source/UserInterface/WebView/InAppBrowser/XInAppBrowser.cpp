@@ -10,7 +10,7 @@
 #include "Services/Composers.h"
 #include "Services/Device.h"
 #include "Services/WebViewFactory.h"
-#include "UserInterface/WebView/InAppBrowser/NamedImage.h"
+#include "UserInterface/Pictures/Pictures.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -120,7 +120,7 @@ void XInAppBrowser::applyAppearance() {
   toolbar_->setBarStyle(browserConfig->barStyle);
   if (browserConfig->toolbarBGColor) toolbar_->setBackgroundColor(browserConfig->toolbarBGColor);
   if (browserConfig->toolbarBGImageName) {
-    toolbar_->setBackgroundPattern(namedImage(*browserConfig->toolbarBGImageName));
+    toolbar_->setBackgroundPattern(namedPicture(*browserConfig->toolbarBGImageName));
   }
 }
 
@@ -168,10 +168,11 @@ std::vector<std::shared_ptr<Button>> XInAppBrowser::createToolbarItems() {
 std::shared_ptr<Button> XInAppBrowser::makeButton(BrowserButton number) {
   auto button = std::make_shared<Button>();
   const auto images = hostImages(*browserConfig, number);
-  Image image = images.empty() ? Image{} : namedImage(images.front()[1]);
+  Image image = images.empty() ? Image{} : namedPicture(images.front()[1]);
   if (image.empty()) {
     const bool onDark = toolbar_ && toolbar_->isDark();
-    image = tinted(namedImage(builtInImageName(number)), onDark ? colors::white : colors::darkGray);
+    image =
+        tinted(namedPicture(builtInImageName(number)), onDark ? colors::white : colors::darkGray);
   }
   button->setImage(std::move(image));
   button->setAccessibilityLabel(std::string{buttonLabel(number)});

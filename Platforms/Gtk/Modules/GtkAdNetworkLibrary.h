@@ -1,10 +1,9 @@
 #pragma once
 
-#include <gmodule.h>
-
 #include <memory>
 #include <string>
 
+#include "Gtk/Modules/ModuleFile.h"
 #include "Services/AdNetworkLibrary.h"
 #include "Services/Log.h"
 
@@ -31,7 +30,7 @@ class GtkAdNetworkLibrary : public AdNetworkLibrary {
   std::string path_;
   std::shared_ptr<Log> log_;
   bool triedToLoad_ = false;
-  GModule* module_ = nullptr;  // stays for the rest of the process
+  OpenModule module_;
 };
 
 }  // namespace tavo::gtk

@@ -1,4 +1,4 @@
-#include "Gtk/Services/GtkAdNetworkLibrary.h"
+#include "Gtk/Modules/GtkAdNetworkLibrary.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -13,11 +13,9 @@ std::string GtkAdNetworkLibrary::pathOfEnvironment() {
 
 void* GtkAdNetworkLibrary::find(const std::string& name) {
   if (!triedToLoad_ && !path_.empty()) load();
-  if (module_ == nullptr) return nullptr;
-  gpointer address = nullptr;
-  if (g_module_symbol(module_, name.c_str(), &address) == FALSE || address == nullptr) {
+  void* const address = module_.find(name);
+  if (module_ && address == nullptr) {
     note("The ad network's library " + path_ + " exports no " + name + ".");
-    return nullptr;
   }
   return address;
 }
@@ -29,11 +27,9 @@ void GtkAdNetworkLibrary::load() {
   if (failure || !std::filesystem::is_regular_file(file, failure)) {
     return note("There is no ad network's library " + path_ + ".");
   }
-  module_ = g_module_open(file.c_str(),
-                          static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL));
-  if (module_ == nullptr) return note("No ad network: " + std::string{g_module_error()});
-  // Its ads may outlive everybody's interest in them, and so may its threads.
-  g_module_make_resident(module_);
+  std::string reason;
+  module_ = OpenModule{file, reason};
+  if (!module_) note("No ad network: " + reason);
 }
 
 void GtkAdNetworkLibrary::note(const std::string& message) const {

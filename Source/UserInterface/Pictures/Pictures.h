@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+#include "Values/Image.h"
+
+namespace tavo {
+
+// Pictures from files that come with the library or with the host. An empty picture stands for a
+// file that is missing or that is none. Main thread only.
+
+// The library's own resource `name`.`type`.
+[[nodiscard]] Image bundlePicture(std::string_view name, std::string_view type);
+
+// The picture on the library's close buttons.
+[[nodiscard]] Image closePicture();
+
+// The picture with this name among the resources of the host and of the library: "name" stands for
+// "name.png", and a name with its ending for itself.
+[[nodiscard]] Image namedPicture(std::string_view name);
+
+}  // namespace tavo

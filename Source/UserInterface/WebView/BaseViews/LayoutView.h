@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+#include "Scene/View.h"
+
+namespace tavo {
+
+// A view that tells its owner when its subviews are to be placed anew.
+class LayoutView : public View {
+ public:
+  using View::View;
+
+  // Emptied by an owner that goes first.
+  std::function<void()> onLayout{};
+
+ private:
+  void layoutSubviews() override {
+    if (onLayout) onLayout();
+  }
+};
+
+}  // namespace tavo
