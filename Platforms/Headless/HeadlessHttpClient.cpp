@@ -48,6 +48,13 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
 
   void cancel() override { fail(TransportError::cancelled, "Cancelled."); }
 
+  // The client goes, and what is under way with it.
+  void abandon() {
+    wait_.invalidate();
+    deadline_.invalidate();
+    completion_ = nullptr;
+  }
+
  private:
   void hop(const Url& url) {
     if (!url.isHttp()) return fail(TransportError::unsupportedUrl, "Not an http URL.");
@@ -58,14 +65,14 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     auto answer = client_.nextAnswer(url.text());
     if (!answer) return fail(TransportError::cannotConnect, "Could not connect to the server.");
     if (answer->neverAnswers) {
-      wait_ = client_.runLoop_->after(request_.idleTimeout, [self = shared_from_this()] {
-        self->fail(TransportError::timedOut, "Timed out.");
+      wait_ = client_.runLoop_->after(request_.idleTimeout, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->fail(TransportError::timedOut, "Timed out.");
       });
       return;
     }
     wait_ = client_.runLoop_->after(answer->delay,
-                                    [self = shared_from_this(), url, answer = std::move(*answer)] {
-                                      self->arrived(url, answer);
+                                    [weak = weak_from_this(), url, answer = std::move(*answer)] {
+                                      if (const auto self = weak.lock()) self->arrived(url, answer);
                                     });
   }
 
@@ -121,6 +128,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     } else {
       client_.runLoop_->post(std::move(deliver));
     }
+    client_.flights_.erase(shared_from_this());
   }
 
   HeadlessHttpClient& client_;
@@ -135,9 +143,14 @@ HeadlessHttpClient::HeadlessHttpClient(std::shared_ptr<RunLoop> runLoop,
                                        std::shared_ptr<CookieStore> cookies, int redirectLimit)
     : runLoop_{std::move(runLoop)}, cookies_{std::move(cookies)}, redirectLimit_{redirectLimit} {}
 
+HeadlessHttpClient::~HeadlessHttpClient() {
+  for (const auto& flight : flights_) flight->abandon();
+}
+
 std::shared_ptr<HttpClient::Exchange> HeadlessHttpClient::send(HttpRequest request,
                                                                HttpCompletion completion) {
   auto flight = std::make_shared<Flight>(*this, std::move(request), std::move(completion));
+  flights_.insert(flight);
   flight->start();
   return flight;
 }

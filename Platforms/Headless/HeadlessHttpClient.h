@@ -3,8 +3,8 @@
 #include <deque>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,6 +30,7 @@ class HeadlessHttpClient : public HttpClient {
  public:
   HeadlessHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
                      int redirectLimit);
+  ~HeadlessHttpClient() override;
 
   std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override;
 
@@ -55,7 +56,7 @@ class HeadlessHttpClient : public HttpClient {
   int redirectLimit_;
   std::map<std::string, std::deque<ScriptedAnswer>> script_;
   std::vector<HttpRequest> requests_;
-  std::mutex mutex_;
+  std::set<std::shared_ptr<Flight>> flights_;  // under way
 };
 
 }  // namespace tavo::headless
