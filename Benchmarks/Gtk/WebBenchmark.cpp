@@ -1,5 +1,6 @@
 // What HTML ads cost a host as a whole: memory, the first ad, stalls of its loop, statements to a
-// page. Measures in processes of its own: it starts itself with the name of what to measure.
+// page, the user agent. Measures in processes of its own: it starts itself with the name of what to
+// measure.
 #include <glib.h>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 
 #include "Ratio.h"
 #include "StateChanges.h"
+#include "UserAgents.h"
 #include "WebMeasurements.h"
 
 namespace tavo::benchmark {
@@ -34,6 +36,9 @@ const std::vector<Measurement>& measurements() {
       {"stall", longestStall},
       {"state-changes-together", [] { return stateChanges(Evaluation::together); }},
       {"state-changes-one-by-one", [] { return stateChanges(Evaluation::oneByOne); }},
+      {"user-agent", [] { return userAgentTime(Engine::known); }},
+      {"user-agent-of-unknown-engine", [] { return userAgentTime(Engine::unknown); }},
+      {"user-agent-of-view", userAgentTimeOfView},
   };
   return all;
 }
@@ -82,6 +87,10 @@ void compareAll() {
           1.0, 7);
   compare("state changes together, by one by one", "state-changes-together",
           "state-changes-one-by-one", "us", 0.25, 5);
+  compare("user agent of the engine as remembered", "user-agent", "user-agent-of-view", "ms", 0.1,
+          7);
+  compare("user agent of a new engine", "user-agent-of-unknown-engine", "user-agent-of-view", "ms",
+          0.1, 7);
   check("longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
 }
 

@@ -1,0 +1,58 @@
+#include "UserAgents.h"
+
+#include <gtk/gtk.h>
+#include <webkit/webkit.h>
+
+#include <chrono>
+
+#include "Gtk/GtkPlatform.h"
+#include "Services/WebViewFactory.h"
+#include "Support/HostLoop.h"
+#include "Support/TemporaryFolder.h"
+
+namespace tavo::benchmark {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>{Clock::now() - start}.count();
+}
+
+double timeInFolder(const std::string& folder) {
+  const Platform platform =
+      gtk::makePlatform({.applicationId = "com.example.benchmark", .dataFolder = folder});
+  const auto start = Clock::now();
+  return platform.webViews->userAgent().empty() ? 0 : millisecondsSince(start);
+}
+
+void noteAnswer(GObject* view, GAsyncResult* result, gpointer answered) {
+  JSCValue* value =
+      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, nullptr);
+  *static_cast<bool*>(answered) = value != nullptr;
+  g_clear_object(&value);
+}
+
+}  // namespace
+
+double userAgentTime(Engine engine) {
+  gtk_init();
+  const test::TemporaryFolder folder;
+  const double first = timeInFolder(folder.path(""));
+  return engine == Engine::unknown ? first : timeInFolder(folder.path(""));
+}
+
+double userAgentTimeOfView() {
+  gtk_init();
+  const auto start = Clock::now();
+  auto* const view = WEBKIT_WEB_VIEW(g_object_ref_sink(webkit_web_view_new()));
+  bool answered = false;
+  webkit_web_view_evaluate_javascript(view, "navigator.userAgent", -1, nullptr, nullptr, nullptr,
+                                      noteAnswer, &answered);
+  const bool inTime = test::runUntil([&] { return answered; });
+  const double time = millisecondsSince(start);
+  g_object_unref(view);
+  return inTime ? time : 0;
+}
+
+}  // namespace tavo::benchmark

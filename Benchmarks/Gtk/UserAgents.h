@@ -1,0 +1,12 @@
+#pragma once
+
+namespace tavo::benchmark {
+
+// Milliseconds to the web engine's user agent, in a process that has shown no page: as the library
+// finds it when it knows the installed engine already and when it does not, and as a web view says
+// it that was made for nothing else.
+enum class Engine { known, unknown };
+[[nodiscard]] double userAgentTime(Engine engine);
+[[nodiscard]] double userAgentTimeOfView();
+
+}  // namespace tavo::benchmark
