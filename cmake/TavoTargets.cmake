@@ -58,7 +58,9 @@ endfunction()
 # tavo_add_module(<name> <sources...>): a part of the GTK platform that is loaded on its first use,
 # with the platform's code linked in and hidden: the host need not export anything for it.
 function(tavo_add_module name)
-  add_library(${name} MODULE ${ARGN})
+  add_library(${name} MODULE
+    ${ARGN} "${PROJECT_SOURCE_DIR}/Platforms/Gtk/ModuleSide/ModuleVersion.cpp")
+  target_compile_definitions(${name} PRIVATE TAVO_MODULE_VERSION="${PROJECT_VERSION}")
   tavo_bundle_folders(${name})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Platforms")
   target_link_libraries(${name} PRIVATE TavoPlatform TavoCompileOptions)

@@ -130,6 +130,14 @@ TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
   EXPECT_THAT(log_->messages(), SizeIs(4));
 }
 
+TEST_F(WebModuleTest, AModuleOfAnotherVersionIsNotUsed) {
+  std::filesystem::copy_file(TAVO_OLD_MODULE, folder_.path("TavoGtkWeb.so"));
+  const auto updated = module(folder_.path(""));
+  EXPECT_NE(updated->create({0, 0, 320, 50}, {}), nullptr);
+  EXPECT_FALSE(updated->isLoaded());
+  EXPECT_THAT(log_->messages(), ElementsAre(HasSubstr("version 0.9.0")));
+}
+
 TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
   struct Case {
     std::vector<std::string> arguments;

@@ -3,6 +3,7 @@
 #include <gmodule.h>
 
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
 namespace tavo::gtk {
@@ -32,8 +33,20 @@ void* OpenModule::find(const std::string& name) const {
 
 void* moduleEntry(const std::filesystem::path& file, const char* entry, std::string& failure) {
   const OpenModule module{file, failure};
+  if (!module) return nullptr;
+  using Version = const char* (*)();
+  const auto version = reinterpret_cast<Version>(module.find("tavo_module_version"));
   void* const address = module.find(entry);
-  if (module && address == nullptr) failure = file.string() + " is no module of this library.";
+  if (version == nullptr || address == nullptr) {
+    failure = file.string() + " is no module of this library.";
+    return nullptr;
+  }
+  if (std::string_view{version()} != TAVO_MODULE_VERSION) {
+    failure = file.string() + " belongs to version " + version() +
+              " of this library, and the program to version " TAVO_MODULE_VERSION
+              ": start the program anew.";
+    return nullptr;
+  }
   return address;
 }
 

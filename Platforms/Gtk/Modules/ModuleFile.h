@@ -30,7 +30,8 @@ class OpenModule {
 };
 
 // Opens the library's own module `file` and returns the function that it exports as `entry`, or
-// null, with the reason in `failure`. Any thread.
+// null, with the reason in `failure`; a module of another version of the library is none. Any
+// thread.
 [[nodiscard]] void* moduleEntry(const std::filesystem::path& file, const char* entry,
                                 std::string& failure);
 
