@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "BareBanner.h"
+#include "Elapsed.h"
 #include "Gtk/Scene/Textures.h"
 #include "Ratio.h"
 #include "Services/HttpClient.h"
@@ -20,14 +21,9 @@ namespace {
 
 using adserver::RequestKind;
 using test::GtkHost;
-using Clock = std::chrono::steady_clock;
 
 constexpr int htmlRounds = 20;
 constexpr int pictureRounds = 200;
-
-double millisecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>{Clock::now() - start}.count();
-}
 
 // The host's loop, looked at after each of its turns. It sleeps between them, as a host's does: the
 // engine's processes need the processor.

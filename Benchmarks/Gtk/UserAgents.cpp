@@ -3,8 +3,7 @@
 #include <gtk/gtk.h>
 #include <webkit/webkit.h>
 
-#include <chrono>
-
+#include "Elapsed.h"
 #include "Gtk/GtkPlatform.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostLoop.h"
@@ -12,12 +11,6 @@
 
 namespace tavo::benchmark {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double millisecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>{Clock::now() - start}.count();
-}
 
 double timeInFolder(const std::string& folder) {
   const Platform platform =

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "BareVideo.h"
+#include "Elapsed.h"
 #include "LoopWatch.h"
 #include "Ratio.h"
 #include "VideoHost.h"
@@ -28,13 +29,13 @@ double bareOnce(VideoHost& host, std::chrono::milliseconds playsFor = 0ms) {
   const auto start = Clock::now();
   const BareVideo video{host.column(), host.clipUrl()};
   host.turnUntil([&] { return video.isPrepared() || video.error() != nullptr; });
-  const std::chrono::duration<double, std::milli> time = Clock::now() - start;
+  const double time = millisecondsSince(start);
   if (video.error() != nullptr) {
     std::printf("no media file: %s\n", video.error()->message);
     std::exit(1);
   }
   host.turnFor(playsFor);
-  return time.count();
+  return time;
 }
 
 double oursOnce(VideoHost& host) {

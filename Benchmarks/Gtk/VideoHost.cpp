@@ -8,10 +8,6 @@ namespace tavo::benchmark {
 
 namespace {
 
-double milliseconds(Clock::duration time) {
-  return std::chrono::duration<double, std::milli>{time}.count();
-}
-
 // Notes when an ad server's answer is there.
 class NotingHttpClient : public HttpClient {
  public:
@@ -50,7 +46,7 @@ class NotingRunLoop : public RunLoop {
       const auto start = Clock::now();
       auto& noted = *times;  // the host's; a tick may end its own timer, and this with it
       tick();
-      noted.ticks.push_back(milliseconds(Clock::now() - start));
+      noted.ticks.push_back(millisecondsSince(start));
     });
   }
   void background(std::function<void()> task) override { loop_->background(std::move(task)); }
@@ -98,7 +94,7 @@ double VideoHost::playInterstitial() {
 double VideoHost::sinceAnswer(const std::function<bool()>& done) {
   host_.load("vast-preroll");
   turnUntil(done);
-  return milliseconds(Clock::now() - times_->answers.back());
+  return millisecondsSince(times_->answers.back());
 }
 
 void VideoHost::turnUntil(const std::function<bool()>& done) {

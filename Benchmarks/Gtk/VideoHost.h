@@ -5,12 +5,11 @@
 #include <memory>
 #include <vector>
 
+#include "Elapsed.h"
 #include "Gtk/Scene/MovieSlot.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {
-
-using Clock = std::chrono::steady_clock;
 
 // What the library does on its way from an ad server's answer to a playing video.
 struct VideoTimes {

@@ -8,6 +8,7 @@
 
 #include "AdManager/HtmlSlots.h"
 #include "BareBanner.h"
+#include "Elapsed.h"
 #include "Memory.h"
 #include "Scene/TapRecognizer.h"
 #include "Support/GtkHost.h"
@@ -16,13 +17,8 @@ namespace tavo::benchmark {
 namespace {
 
 using test::GtkHost;
-using Clock = std::chrono::steady_clock;
 
 constexpr int answerDelay = 250;  // milliseconds; the campaign says it too
-
-double millisecondsBetween(Clock::time_point start, Clock::time_point end) {
-  return std::chrono::duration<double, std::milli>{end - start}.count();
-}
 
 bool turnUntil(const std::function<bool()>& done) {
   const auto deadline = Clock::now() + std::chrono::seconds{60};
@@ -91,7 +87,7 @@ class StallWatch {
 
  private:
   static gint pollAndNote(GPollFD* descriptors, guint count, gint timeout) {
-    if (began) longest = std::max(longest, millisecondsBetween(*began, Clock::now()));
+    if (began) longest = std::max(longest, millisecondsSince(*began));
     const gint result = g_poll(descriptors, count, timeout);
     began = Clock::now();
     return result;
@@ -181,7 +177,7 @@ double firstBareView() {
   const auto start = Clock::now();
   const auto banner = host.makeBanner();
   turnUntil([&] { return banner->isLoaded(); });
-  return millisecondsBetween(start, Clock::now());
+  return millisecondsSince(start);
 }
 
 double longestStall() {

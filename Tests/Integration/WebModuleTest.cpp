@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -53,6 +54,9 @@ class WebModuleTest : public GtkLoopTest {
       const std::filesystem::path& folder = gtk::moduleFolder()) {
     return std::make_unique<gtk::GtkWebModule>(
         gtk::GtkWebModule::Services{runLoop_, defaults_, log_, nullptr, {}}, folder);
+  }
+  static bool runUntil(const std::function<bool()>& done) {
+    return test::runUntil(done, std::chrono::seconds{30});
   }
   // A program in the test's folder that stands in for the one that asks the engine.
   void installHelper(const std::string& script) {

@@ -2,12 +2,9 @@
 
 #include <glib.h>
 
-#include <chrono>
-
 namespace tavo::test {
 
-bool runUntil(const std::function<bool()>& done) {
-  constexpr std::chrono::seconds patience{60};
+bool runUntil(const std::function<bool()>& done, std::chrono::seconds patience) {
   constexpr guint lookAgain = 20;  // milliseconds
   const auto deadline = std::chrono::steady_clock::now() + patience;
   const guint waker = g_timeout_add(

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,6 +25,7 @@
 namespace tavo::test {
 
 inline const Url noBase;
+constexpr std::chrono::seconds pagePatience{30};
 
 class Defaults : public UserDefaults {
  public:
@@ -123,13 +125,13 @@ struct Page {
   void load(const std::string& html, const Url& base = noBase) {
     const auto before = client->count("finish");
     view->loadHtml(html, base);
-    ASSERT_TRUE(runUntil([&] { return client->count("finish") > before; }));
+    ASSERT_TRUE(runUntil([&] { return client->count("finish") > before; }, pagePatience));
   }
 
   std::string evaluate(const std::string& script) {
     std::optional<std::string> answer;
     view->evaluate(script, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(runUntil([&] { return answer.has_value(); }));
+    EXPECT_TRUE(runUntil([&] { return answer.has_value(); }, pagePatience));
     return answer.value_or("no answer");
   }
 
@@ -140,6 +142,9 @@ struct Page {
 class WebPageTest : public testing::Test {
  protected:
   static void SetUpTestSuite() { ASSERT_TRUE(gtk_init_check()); }
+  static bool runUntil(const std::function<bool()>& done) {
+    return test::runUntil(done, pagePatience);
+  }
 };
 
 }  // namespace tavo::test

@@ -6,8 +6,8 @@
 
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Scene/Button.h"
+#include "Scene/LayoutView.h"
 #include "Services/RunLoop.h"
-#include "UserInterface/WebView/BaseViews/LayoutView.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
+#include "Scene/LayoutView.h"
 #include "UserInterface/ActivityIndicator/ActivityIndicator.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 #include "UserInterface/WebView/BaseViews/InterstitialController.h"
 #include "UserInterface/WebView/BaseViews/InterstitialOrientation.h"
-#include "UserInterface/WebView/BaseViews/LayoutView.h"
 #include "UserInterface/WebView/BaseViews/XAdInterstitialViewControllerDelegate.h"
 #include "UserInterface/WebView/BaseViews/XAdView.h"
 

@@ -6,6 +6,7 @@
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Runtime.h"
+#include "Scene/LayoutView.h"
 #include "Services/Application.h"
 #include "Services/Composers.h"
 #include "Services/Device.h"
@@ -24,19 +25,6 @@ constexpr Color progressColor{0.20F, 0.52F, 0.90F, 1};
 constexpr float disabledAlpha = 0.35F;
 constexpr Seconds storeSheetDelay{0.5};
 constexpr std::size_t longestTitle = 500;  // bytes; more than anybody listens to
-
-// Tells when its subviews have followed a new size: the masks alone move a toolbar at the top.
-class BrowserView : public View {
- public:
-  BrowserView(const Rect& frame, std::function<void()> laidOut)
-      : View{frame}, laidOut_{std::move(laidOut)} {}
-
- protected:
-  void layoutSubviews() override { laidOut_(); }
-
- private:
-  std::function<void()> laidOut_;
-};
 
 }  // namespace
 
@@ -80,11 +68,13 @@ std::vector<XBrowserConfiguration::ToolbarDetail> XInAppBrowser::hasPublisherSet
 }
 
 std::shared_ptr<View> XInAppBrowser::loadView() {
-  // The masks below need a size to start from.
-  return std::make_shared<BrowserView>(XDeviceScreenBounds(), [weak = weak_from_this()] {
+  // The masks below need a size to start from; they alone move a toolbar at the top.
+  auto view = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  view->onLayout = [weak = weak_from_this()] {
     const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
     if (self) self->didRotateFromInterfaceOrientation(InterfaceOrientation::unknown);
-  });
+  };
+  return view;
 }
 
 void XInAppBrowser::viewDidLoad() {

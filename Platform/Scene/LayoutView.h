@@ -6,7 +6,7 @@
 
 namespace tavo {
 
-// A view that tells its owner when its subviews are to be placed anew.
+// A view that tells its owner when its subviews have followed a new size.
 class LayoutView : public View {
  public:
   using View::View;
