@@ -9,9 +9,11 @@
 #include <string_view>
 #include <vector>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
 #include "External/TBXML/XTBXML.h"
-#include "Runtime/Runtime.h"
+#include "Headless/HeadlessPlatform.h"
 
 namespace {
 
@@ -81,7 +83,7 @@ void readWithEveryScan(std::string_view document) {
 
 // The document is also what its own wrappers lead to.
 void loadChain(const std::string& document) {
-  tavo::Runtime runtime{tavo::Platform{}};
+  tavo::Runtime runtime{tavo::headless::HeadlessPlatform{}.platform()};
   int completions = 0;
   double now = 0;
   tavo::loadVASTChain(

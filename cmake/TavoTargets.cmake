@@ -38,6 +38,7 @@ function(tavo_bundle_folders name)
   foreach(source ${sources})
     cmake_path(ABSOLUTE_PATH source NORMALIZE OUTPUT_VARIABLE place)
     cmake_path(GET place PARENT_PATH folder)
+    cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "${PROJECT_SOURCE_DIR}")
     string(MAKE_C_IDENTIFIER "${folder}" bundle)
     set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${bundle})
   endforeach()
@@ -52,6 +53,29 @@ function(tavo_add_box name include_root)
   tavo_bundle_folders(${name})
   target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${include_root}>")
   target_link_libraries(${name} PUBLIC ${ARGN} PRIVATE $<BUILD_INTERFACE:TavoCompileOptions>)
+  target_compile_features(${name} PUBLIC cxx_std_20)
+endfunction()
+
+# tavo_add_floor(<name> BELOW <target> FOLDERS <folder>... [USES <library>...]): a static library of
+# some folders (with all below them) beside the calling list file. Their headers are reached by their own paths, and only
+# from this floor and those above it: a floor shows its folders in a place of its own, so an include
+# that points up finds nothing.
+function(tavo_add_floor name)
+  cmake_parse_arguments(floor "" "BELOW" "FOLDERS;USES" ${ARGN})
+  set(shown "${CMAKE_CURRENT_BINARY_DIR}/${name}")
+  set(sources "")
+  foreach(folder ${floor_FOLDERS})
+    file(GLOB_RECURSE found CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+    list(APPEND sources ${found})
+    cmake_path(GET folder PARENT_PATH above)
+    file(MAKE_DIRECTORY "${shown}/${above}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}/${folder}" "${shown}/${folder}" SYMBOLIC)
+  endforeach()
+  add_library(${name} STATIC ${sources})
+  tavo_bundle_folders(${name})
+  target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${shown}>")
+  target_link_libraries(${name}
+    PUBLIC ${floor_BELOW} PRIVATE ${floor_USES} $<BUILD_INTERFACE:TavoCompileOptions>)
   target_compile_features(${name} PUBLIC cxx_std_20)
 endfunction()
 

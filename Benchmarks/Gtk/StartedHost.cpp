@@ -1,9 +1,10 @@
 // A host that links the whole library and has shown no HTML ad.
-#include "Gtk/AdSlot.h"
-#include "Gtk/GtkPlatform.h"
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "StartedProgram.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 int main(int argc, char** /*argv*/) {
   tavo::benchmark::reportStart();

@@ -3,8 +3,9 @@
 #include <gtk/gtk.h>
 #include <webkit/webkit.h>
 
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "Elapsed.h"
-#include "Gtk/GtkPlatform.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostLoop.h"
 #include "Support/TemporaryFolder.h"

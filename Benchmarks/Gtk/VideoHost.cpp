@@ -1,7 +1,8 @@
 #include "VideoHost.h"
 
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Services/HttpClient.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo::benchmark {

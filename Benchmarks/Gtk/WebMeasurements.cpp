@@ -6,11 +6,12 @@
 #include <iterator>
 #include <optional>
 
+#include <tavo/TapRecognizer.h>
+
 #include "AdManager/HtmlSlots.h"
 #include "BareBanner.h"
 #include "Elapsed.h"
 #include "Memory.h"
-#include "Scene/TapRecognizer.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {

@@ -7,16 +7,17 @@
 #include <cstdio>
 #include <string>
 
+#include <tavo/Runtime.h>
+#include <tavo/ViewController.h>
+#include <tavo/XAdView.h>
+#include <tavo/XURLBuilder.h>
+
 #include "AdController/ResponseParser/XJSONResponseParser.h"
 #include "AdInfo/XAdInfo.h"
 #include "AdManager/AdVerdict.h"
 #include "Headless/HeadlessPlatform.h"
-#include "OnlineRequest/XURLBuilder.h"
-#include "Runtime/Runtime.h"
-#include "Scene/ViewController.h"
 #include "Scene/Window.h"
 #include "Services/Log.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo::benchmark {
 namespace {
@@ -39,10 +40,14 @@ class NoLog : public Log {
   void write(std::string_view /*message*/) override {}
 };
 
+Platform withoutLog(Platform platform) {
+  platform.log = std::make_shared<NoLog>();
+  return platform;
+}
+
 class Host {
  public:
   Host() {
-    runtime_.platform().log = std::make_shared<NoLog>();
     window_->setRootViewController(root_);
     platform_.application->allWindows = {window_};
     platform_.http->answerWith(pictureUrl, "image/png", "image 640x100");
@@ -89,7 +94,7 @@ class Host {
   void forget() { platform_.http->clearRequests(); }
 
   headless::HeadlessPlatform platform_;
-  Runtime runtime_{platform_.platform()};
+  Runtime runtime_{withoutLog(platform_.platform())};
   std::shared_ptr<Window> window_ = std::make_shared<Window>(Rect{0, 0, 320, 480});
   std::shared_ptr<ViewController> root_ = std::make_shared<ViewController>();
   std::shared_ptr<XAdSlotConfiguration> settings_ = std::make_shared<XAdSlotConfiguration>();

@@ -4,9 +4,11 @@
 #include <array>
 #include <string>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/XJSONResponseParser.h"
 #include "AdInfo/XAdInfo.h"
-#include "Runtime/Runtime.h"
+#include "Headless/HeadlessPlatform.h"
 
 namespace {
 
@@ -44,7 +46,7 @@ void simdjsonParseAndCopy(benchmark::State& state) {
 }
 
 void answerToAdInfo(benchmark::State& state) {
-  const tavo::Runtime runtime{{}};
+  const tavo::Runtime runtime{tavo::headless::HeadlessPlatform{}.platform()};
   const std::string body = answer();
   for ([[maybe_unused]] auto _ : state) {
     const auto document = tavo::XJSONResponseParser::parseJSONResponseWithData(body);

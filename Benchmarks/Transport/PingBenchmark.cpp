@@ -9,14 +9,15 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+#include <tavo/TrackingLedger.h>
+
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Http/GtkHttpClient.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
-#include "OnlineRequest/TrackingLedger.h"
 #include "OnlineRequest/XTrackingRequest.h"
 #include "PingServer.h"
-#include "Runtime/Runtime.h"
 #include "Utilities/XUserAgent.h"
 
 namespace tavo::benchmarks {
@@ -134,13 +135,13 @@ Cost ours(const PingServer& server, const std::vector<std::string>& urls, int co
   limits.queuedPings = urls.size();
   limits.pingConnectionsPerHost = std::max(connections, limits.pingConnectionsPerHost);
   limits.pingConnections = std::max(connections, limits.pingConnections);
-  Platform platform = headless::HeadlessPlatform{}.platform();
+  Platform platform = headless::HeadlessPlatform{limits}.platform();
   const auto runLoop = std::make_shared<gtk::GtkRunLoop>();
   platform.runLoop = runLoop;
   platform.cookies = std::make_shared<gtk::GtkCookieStore>(runLoop, ":memory:");
   platform.http = std::make_shared<gtk::GtkHttpClient>(runLoop, platform.cookies, limits);
   platform.log = std::make_shared<NoLog>();
-  Runtime runtime{platform, limits};
+  Runtime runtime{platform};
   static_cast<void>(XUserAgent::sharedProvider().userAgent());
 
   const auto& totals = TrackingLedger::sharedInstance().totals();

@@ -1,8 +1,10 @@
 #include <benchmark/benchmark.h>
 #include <glib.h>
 
-#include "OnlineRequest/XURLBuilder.h"
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+#include <tavo/XURLBuilder.h>
+
+#include "Headless/HeadlessPlatform.h"
 
 namespace {
 
@@ -82,7 +84,7 @@ void measureGlib(benchmark::State& state, const char* queryString) {
 }
 
 void measureBuilder(benchmark::State& state, const char* queryString) {
-  const tavo::Runtime runtime{{}};
+  const tavo::Runtime runtime{tavo::headless::HeadlessPlatform{}.platform()};
   if (!makeTheSame(queryString)) return state.SkipWithError("the two ways differ");
   for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(withBuilder(queryString));
 }

@@ -6,10 +6,12 @@
 #include <iostream>
 #include <memory>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "Documents.h"
+#include "Headless/HeadlessPlatform.h"
 #include "Readers.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::benchmarks {
 namespace {
@@ -85,7 +87,7 @@ void registerAll(const Document& document) {
 }  // namespace tavo::benchmarks
 
 int main(int argc, char** argv) {
-  const tavo::Runtime runtime{tavo::Platform{}};
+  const tavo::Runtime runtime{tavo::headless::HeadlessPlatform{}.platform()};
   for (const auto& document : tavo::benchmarks::documents()) {
     tavo::benchmarks::registerAll(document);
   }

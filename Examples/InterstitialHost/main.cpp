@@ -1,10 +1,10 @@
 // A host with an interstitial: a button asks for it, and the host goes on when it is gone.
 #include <gtkmm.h>
 
-#include "Gtk/AdWindow.h"
-#include "Gtk/GtkPlatform.h"
-#include "Runtime/Runtime.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
+#include <tavo/Runtime.h>
+#include <tavo/XAdInterstitialViewController.h>
+#include <tavo/gtk/AdWindow.h>
+#include <tavo/gtk/GtkPlatform.h>
 
 using Interstitial = tavo::XAdInterstitialViewController;
 

@@ -1,10 +1,10 @@
 // The smallest host: a window with one banner at its bottom.
 #include <gtkmm.h>
 
-#include "Gtk/AdSlot.h"
-#include "Gtk/GtkPlatform.h"
-#include "Runtime/Runtime.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
+#include <tavo/Runtime.h>
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+#include <tavo/gtk/GtkPlatform.h>
 
 int main(int argc, char** argv) {
   const std::string server = argc > 1 ? argv[1] : "127.0.0.1:8080";

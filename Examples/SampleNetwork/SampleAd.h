@@ -5,8 +5,9 @@
 #include <optional>
 #include <string>
 
+#include <tavo/CVAd.h>
+
 #include "SampleAnswer.h"
-#include "XMediation/AdNetwork/CVAd.h"
 
 namespace sample {
 

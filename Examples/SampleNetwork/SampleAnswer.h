@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Values/Error.h"
+#include <tavo/Error.h>
 
 namespace sample {
 

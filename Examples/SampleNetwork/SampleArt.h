@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Values/Image.h"
+#include <tavo/Image.h>
 
 namespace sample {
 

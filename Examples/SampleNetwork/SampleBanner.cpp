@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include <tavo/ImageView.h>
+#include <tavo/Label.h>
+
 #include "SampleArt.h"
 #include "SamplePage.h"
-#include "Scene/ImageView.h"
-#include "Scene/Label.h"
 
 namespace sample {
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <tavo/CVBannerAdView.h>
+
 #include "SampleAd.h"
-#include "XMediation/AdNetwork/CVBannerAdView.h"
 
 namespace sample {
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <tavo/CVInterstitialAd.h>
+
 #include "SampleAd.h"
-#include "XMediation/AdNetwork/CVInterstitialAd.h"
 
 namespace sample {
 

@@ -1,8 +1,9 @@
 // A small ad network as a library: what an external network has to build. It shares the headers of
 // the SDK and nothing else with the host; the host names its file at run time.
+#include <tavo/AdNetworkExports.h>
+
 #include "SampleBanner.h"
 #include "SampleInterstitial.h"
-#include "XMediation/AdNetwork/AdNetworkExports.h"
 
 namespace {
 

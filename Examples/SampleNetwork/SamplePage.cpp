@@ -1,9 +1,10 @@
 #include "SamplePage.h"
 
+#include <tavo/Button.h>
+#include <tavo/ImageView.h>
+#include <tavo/Label.h>
+
 #include "SampleArt.h"
-#include "Scene/Button.h"
-#include "Scene/ImageView.h"
-#include "Scene/Label.h"
 
 namespace sample {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "Scene/ViewController.h"
+#include <tavo/ViewController.h>
 
 namespace sample {
 

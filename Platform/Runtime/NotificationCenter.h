@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Runtime/NotificationCenter.h"
+
 namespace tavo {
 
 // One posting: its name, the object that it is about (an identity, never dereferenced by the

@@ -1,4 +1,4 @@
-#include "Scene/Button.h"
+#include <tavo/Button.h>
 
 namespace tavo {
 

@@ -1,6 +1,6 @@
-#include "Scene/ImageView.h"
-
 #include <algorithm>
+
+#include <tavo/ImageView.h>
 
 namespace tavo {
 

@@ -1,4 +1,4 @@
-#include "Scene/Label.h"
+#include <tavo/Label.h>
 
 namespace tavo {
 

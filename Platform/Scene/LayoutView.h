@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "Scene/View.h"
+#include <tavo/View.h>
 
 namespace tavo {
 

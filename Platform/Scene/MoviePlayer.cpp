@@ -1,7 +1,7 @@
-#include "Scene/MoviePlayer.h"
-
 #include <algorithm>
 #include <utility>
+
+#include <tavo/MoviePlayer.h>
 
 #include "Scene/Window.h"
 

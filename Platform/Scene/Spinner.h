@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Scene/View.h"
+#include <tavo/View.h>
 
 namespace tavo {
 

@@ -1,10 +1,9 @@
-#include "Scene/TapRecognizer.h"
-
 #include <memory>
 #include <vector>
 
-#include "Scene/Button.h"
-#include "Scene/View.h"
+#include <tavo/Button.h>
+#include <tavo/TapRecognizer.h>
+#include <tavo/View.h>
 
 namespace tavo {
 

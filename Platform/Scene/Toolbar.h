@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "Scene/Button.h"
-#include "Scene/View.h"
+#include <tavo/Button.h>
+#include <tavo/View.h>
 
 namespace tavo {
 

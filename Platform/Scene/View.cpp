@@ -1,6 +1,6 @@
-#include "Scene/View.h"
-
 #include <algorithm>
+
+#include <tavo/View.h>
 
 #include "Scene/Window.h"
 

@@ -1,4 +1,4 @@
-#include "Scene/ViewController.h"
+#include <tavo/ViewController.h>
 
 #include "Scene/Window.h"
 

@@ -1,6 +1,6 @@
 #include "Scene/Window.h"
 
-#include "Scene/ViewController.h"
+#include <tavo/ViewController.h>
 
 namespace tavo {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Scene/View.h"
+#include <tavo/View.h>
 
 namespace tavo {
 

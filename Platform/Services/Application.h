@@ -6,30 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include "Values/Geometry.h"
-#include "Values/Url.h"
+#include <tavo/Geometry.h>
+#include <tavo/InterfaceOrientation.h>
+#include <tavo/Url.h>
 
 namespace tavo {
 
 class Window;
-
-enum class InterfaceOrientation {
-  unknown = 0,
-  portrait = 1,
-  portraitUpsideDown = 2,
-  landscapeRight = 3,
-  landscapeLeft = 4,
-};
-
-[[nodiscard]] constexpr bool isPortrait(InterfaceOrientation orientation) {
-  return orientation == InterfaceOrientation::portrait ||
-         orientation == InterfaceOrientation::portraitUpsideDown;
-}
-
-[[nodiscard]] constexpr bool isLandscape(InterfaceOrientation orientation) {
-  return orientation == InterfaceOrientation::landscapeRight ||
-         orientation == InterfaceOrientation::landscapeLeft;
-}
 
 // Posted by the platform through the runtime's notification centre, on the main thread.
 namespace notifications {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Values/Image.h"
+#include <tavo/Image.h>
 
 namespace tavo {
 

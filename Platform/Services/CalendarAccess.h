@@ -3,8 +3,9 @@
 #include <functional>
 #include <optional>
 
+#include <tavo/Error.h>
+
 #include "Values/CalendarEvent.h"
-#include "Values/Error.h"
 
 namespace tavo {
 

@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Scene/ViewController.h"
+#include <tavo/Url.h>
+#include <tavo/ViewController.h>
+
 #include "Values/CalendarEvent.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

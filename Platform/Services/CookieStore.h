@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Date.h>
+#include <tavo/Url.h>
+
 #include "Services/HttpClient.h"
-#include "Values/Date.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "Values/Date.h"
-#include "Values/Error.h"
-#include "Values/Url.h"
+#include <tavo/Date.h>
+#include <tavo/Error.h>
+#include <tavo/Url.h>
 
 namespace tavo {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "Values/Image.h"
+#include <tavo/Image.h>
 
 namespace tavo {
 

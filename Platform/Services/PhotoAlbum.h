@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "Values/Error.h"
-#include "Values/Image.h"
+#include <tavo/Error.h>
+#include <tavo/Image.h>
 
 namespace tavo {
 

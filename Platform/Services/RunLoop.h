@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo {
 

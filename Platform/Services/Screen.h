@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
 
 namespace tavo {
 

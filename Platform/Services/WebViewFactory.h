@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "Scene/WebView.h"
+#include <tavo/WebView.h>
 
 namespace tavo {
 

@@ -1,6 +1,6 @@
-#include "Values/Geometry.h"
-
 #include <algorithm>
+
+#include <tavo/Geometry.h>
 
 namespace tavo {
 

@@ -1,7 +1,7 @@
-#include "Values/Image.h"
-
 #include <cmath>
 #include <utility>
+
+#include <tavo/Image.h>
 
 namespace tavo {
 

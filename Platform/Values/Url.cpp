@@ -1,7 +1,7 @@
-#include "Values/Url.h"
-
 #include <algorithm>
 #include <array>
+
+#include <tavo/Url.h>
 
 #include "Values/Text.h"
 

@@ -1,11 +1,11 @@
-#include "Gtk/AdSlot.h"
-
 #include <algorithm>
 #include <cmath>
 
+#include <tavo/Runtime.h>
+#include <tavo/gtk/AdSlot.h>
+
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Services/GtkApplication.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::gtk {
 

@@ -1,7 +1,7 @@
-#include "Gtk/AdWindow.h"
+#include <tavo/Runtime.h>
+#include <tavo/gtk/AdWindow.h>
 
 #include "Gtk/Services/GtkApplication.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::gtk {
 

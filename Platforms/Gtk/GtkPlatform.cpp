@@ -1,4 +1,4 @@
-#include "Gtk/GtkPlatform.h"
+#include <tavo/gtk/GtkPlatform.h>
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Http/GtkHttpClient.h"
@@ -71,7 +71,7 @@ void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
 }  // namespace
 
 Platform makePlatform(const GtkPlatformOptions& options) {
-  Platform platform;
+  Platform platform{.limits = options.limits};
   platform.runLoop = std::make_shared<GtkRunLoop>();
   platform.log = std::make_shared<GtkLog>();
   platform.adNetwork = std::make_shared<GtkAdNetworkLibrary>(adNetworkPath(options), platform.log);
@@ -90,12 +90,12 @@ Platform makePlatform(const GtkPlatformOptions& options) {
       std::make_shared<GtkImageDecoder>(platform.runLoop, options.limits.picturePixels);
   platform.screen = std::make_shared<GtkScreen>();
   platform.telephony = std::make_shared<GtkTelephony>();
-  platform.webViews = std::make_shared<GtkWebModule>(
-      GtkWebModule::Services{.runLoop = platform.runLoop,
-                             .userDefaults = platform.userDefaults,
-                             .log = platform.log,
-                             .cookies = cookies,
-                             .limits = [limits = options.limits] { return limits; }});
+  platform.webViews =
+      std::make_shared<GtkWebModule>(GtkWebModule::Services{.runLoop = platform.runLoop,
+                                                            .userDefaults = platform.userDefaults,
+                                                            .log = platform.log,
+                                                            .cookies = cookies,
+                                                            .limits = options.limits});
   addUserServices(platform, options);
   platform.moviePlayers = std::make_shared<GtkVideoModule>(GtkVideoModule::Services{
       .runLoop = platform.runLoop,

@@ -149,6 +149,7 @@ HeadlessHttpClient::~HeadlessHttpClient() {
 
 std::shared_ptr<HttpClient::Exchange> HeadlessHttpClient::send(HttpRequest request,
                                                                HttpCompletion completion) {
+  if (onSend) onSend(request);
   auto flight = std::make_shared<Flight>(*this, std::move(request), std::move(completion));
   flights_.insert(flight);
   flight->start();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -39,6 +40,9 @@ class HeadlessHttpClient : public HttpClient {
   // Takes every answer for `url` out of the script.
   void forget(const std::string& url) { script_.erase(url); }
   void answerWith(const std::string& url, std::string contentType, std::string body);
+
+  // Hears each request as it is handed over.
+  std::function<void(const HttpRequest&)> onSend{};
 
   // Every hop that was sent, with the headers as they left.
   [[nodiscard]] const std::vector<HttpRequest>& requests() const { return requests_; }

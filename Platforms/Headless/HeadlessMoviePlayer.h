@@ -5,8 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "Runtime/Limits.h"
-#include "Scene/MoviePlayer.h"
+#include <tavo/Limits.h>
+#include <tavo/MoviePlayer.h>
+
 #include "Services/RunLoop.h"
 
 namespace tavo::headless {

@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Headless/HeadlessMoviePlayer.h"
-#include "Services/MoviePlayerFactory.h"
 
 namespace tavo::headless {
 

@@ -2,8 +2,9 @@
 
 namespace tavo::headless {
 
-HeadlessPlatform::HeadlessPlatform(const Limits& limits)
-    : runLoop{std::make_shared<HeadlessRunLoop>()},
+HeadlessPlatform::HeadlessPlatform(const Limits& bounds)
+    : limits{bounds},
+      runLoop{std::make_shared<HeadlessRunLoop>()},
       log{std::make_shared<HeadlessLog>()},
       cookies{std::make_shared<HeadlessCookieStore>()},
       http{std::make_shared<HeadlessHttpClient>(runLoop, cookies, limits.httpRedirects)},
@@ -20,12 +21,15 @@ HeadlessPlatform::HeadlessPlatform(const Limits& limits)
       composers{std::make_shared<HeadlessComposers>()},
       photoAlbum{std::make_shared<HeadlessPhotoAlbum>(runLoop)},
       moviePlayers{std::make_shared<HeadlessMoviePlayerFactory>(runLoop, limits)},
-      adNetwork{std::make_shared<HeadlessAdNetworkLibrary>()} {
+      adNetwork{std::make_shared<HeadlessAdNetworkLibrary>()},
+      folders{std::make_shared<HeadlessFolders>()},
+      telephony{std::make_shared<HeadlessTelephony>()} {
   bundle->files["/bundle/CorvaneTAVOSDKMRAID.bundle/XMraid.js"] = "/* mraid */";
 }
 
 Platform HeadlessPlatform::platform() const {
-  return {.adNetwork = adNetwork,
+  return {.limits = limits,
+          .adNetwork = adNetwork,
           .alerts = alerts,
           .application = application,
           .bundle = bundle,
@@ -33,6 +37,7 @@ Platform HeadlessPlatform::platform() const {
           .composers = composers,
           .cookies = cookies,
           .device = device,
+          .folders = folders,
           .http = http,
           .images = images,
           .log = log,
@@ -41,6 +46,7 @@ Platform HeadlessPlatform::platform() const {
           .photoAlbum = photoAlbum,
           .runLoop = runLoop,
           .screen = screen,
+          .telephony = telephony,
           .userDefaults = userDefaults,
           .webViews = webViews};
 }

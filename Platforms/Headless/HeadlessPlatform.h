@@ -2,6 +2,9 @@
 
 #include <memory>
 
+#include <tavo/Limits.h>
+#include <tavo/Platform.h>
+
 #include "Headless/HeadlessAdNetworkLibrary.h"
 #include "Headless/HeadlessComposers.h"
 #include "Headless/HeadlessCookieStore.h"
@@ -12,18 +15,17 @@
 #include "Headless/HeadlessServices.h"
 #include "Headless/HeadlessUserStores.h"
 #include "Headless/HeadlessWebViewFactory.h"
-#include "Runtime/Limits.h"
-#include "Runtime/Platform.h"
 
 namespace tavo::headless {
 
 // The whole platform in memory, every part within reach of a test.
 struct HeadlessPlatform {
-  explicit HeadlessPlatform(const Limits& limits = {});
+  explicit HeadlessPlatform(const Limits& bounds = {});
 
   // The same parts, as the SDK sees them.
   [[nodiscard]] Platform platform() const;
 
+  Limits limits;
   std::shared_ptr<HeadlessRunLoop> runLoop;
   std::shared_ptr<HeadlessLog> log;
   std::shared_ptr<HeadlessCookieStore> cookies;
@@ -42,6 +44,8 @@ struct HeadlessPlatform {
   std::shared_ptr<HeadlessPhotoAlbum> photoAlbum;
   std::shared_ptr<HeadlessMoviePlayerFactory> moviePlayers;
   std::shared_ptr<HeadlessAdNetworkLibrary> adNetwork;
+  std::shared_ptr<HeadlessFolders> folders;
+  std::shared_ptr<HeadlessTelephony> telephony;
 };
 
 }  // namespace tavo::headless

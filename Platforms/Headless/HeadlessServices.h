@@ -14,6 +14,7 @@
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
 #include "Services/Screen.h"
+#include "Services/Telephony.h"
 #include "Services/UserDefaults.h"
 
 namespace tavo::headless {
@@ -80,6 +81,13 @@ class HeadlessImageDecoder : public ImageDecoder {
 
  private:
   std::shared_ptr<RunLoop> runLoop_;
+};
+
+// A device whose carrier nobody knows, until a test says so.
+class HeadlessTelephony : public Telephony {
+ public:
+  [[nodiscard]] std::optional<Carrier> subscriberCarrier() const override { return carrier; }
+  std::optional<Carrier> carrier;
 };
 
 class HeadlessApplication : public Application {

@@ -10,6 +10,7 @@
 
 #include "Services/Alerts.h"
 #include "Services/CalendarAccess.h"
+#include "Services/Folders.h"
 #include "Services/PhotoAlbum.h"
 #include "Services/RunLoop.h"
 
@@ -66,6 +67,12 @@ class HeadlessPhotoAlbum : public PhotoAlbum {
 
  private:
   std::shared_ptr<RunLoop> runLoop_;
+};
+
+class HeadlessFolders : public Folders {
+ public:
+  [[nodiscard]] std::vector<std::string> documentFolders() const override { return folders; }
+  std::vector<std::string> folders;
 };
 
 }  // namespace tavo::headless

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Scene/WebView.h"
+#include <tavo/WebView.h>
+
 #include "Services/RunLoop.h"
 
 namespace tavo::headless {

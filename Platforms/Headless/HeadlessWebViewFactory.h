@@ -20,10 +20,11 @@ class HeadlessWebViewFactory : public WebViewFactory {
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
   void warmUp(const void* /*owner*/) override { ++warmUps; }
-  [[nodiscard]] std::string userAgent() override { return "Headless/1.0"; }
+  [[nodiscard]] std::string userAgent() override { return agent; }
 
   // The newest web view that is still alive, or null.
   [[nodiscard]] std::shared_ptr<HeadlessWebView> last() const { return last_.lock(); }
+  std::string agent = "Headless/1.0";
   int created = 0;
   int warmUps = 0;
   // For the views made from now on.

@@ -5,9 +5,10 @@
 #include <string_view>
 #include <variant>
 
-#include "AdInfo/MobileAdTypes.h"
+#include <tavo/Geometry.h>
+#include <tavo/MobileAdTypes.h>
+
 #include "AdInfo/XAdInfo.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <deque>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
 #include "Services/UserDefaults.h"
 
 namespace tavo {

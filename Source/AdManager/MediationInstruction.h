@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
 
 namespace tavo {
 

@@ -1,10 +1,11 @@
 #include "AdManager/VastRoad.h"
 
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Tracker/XAdTracker.h"
 #include "Utilities/XUserAgent.h"
 

@@ -2,12 +2,16 @@
 
 #include <utility>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
+#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
 
-VastRootQueue& VastRootQueue::shared() { return Runtime::current().shared<VastRootQueue>(); }
+VastRootQueue& VastRootQueue::shared() {
+  return Runtime::current().environment()->shared<VastRootQueue>();
+}
 
 void VastRootQueue::enter(Load load) {
   if (state_->taken) {

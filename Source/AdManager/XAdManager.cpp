@@ -1,11 +1,12 @@
 #include "AdManager/XAdManager.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+#include <tavo/XURLBuilder.h>
+
 #include "AdManager/HtmlSlots.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "OnlineRequest/XURLBuilder.h"
-#include "Runtime/Runtime.h"
 #include "Services/WebViewFactory.h"
 #include "Tracker/XAdTracker.h"
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Observer.h>
+
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "AdInfo/XAdInfo.h"
 #include "AdManager/AdManagerView.h"
@@ -11,7 +13,6 @@
 #include "AdManager/VastRoad.h"
 #include "AdManager/XAdManagerDelegate.h"
 #include "Communicator/XServerCommunicator.h"
-#include "Runtime/Observer.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 
 namespace tavo {

@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 
-#include "Scene/MoviePlayer.h"
-#include "Scene/WebView.h"
-#include "Values/Error.h"
-#include "Values/Geometry.h"
-#include "Values/Url.h"
+#include <tavo/Error.h>
+#include <tavo/Geometry.h>
+#include <tavo/MoviePlayer.h>
+#include <tavo/Url.h>
+#include <tavo/WebView.h>
 
 namespace tavo {
 

@@ -4,8 +4,10 @@
 #include <charconv>
 #include <limits>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/Device.h"
 #include "Values/Text.h"
 
@@ -25,7 +27,7 @@ std::int64_t leadingDigits(std::string_view text) {
 }  // namespace
 
 AppStoreConfiguration& AppStoreConfiguration::sharedInstance() {
-  return Runtime::current().shared<AppStoreConfiguration>();
+  return Runtime::current().environment()->shared<AppStoreConfiguration>();
 }
 
 bool isAppStoreHost(const Url& url) {

@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Url.h>
+
 #include "Services/HttpClient.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

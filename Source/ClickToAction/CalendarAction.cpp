@@ -1,9 +1,10 @@
 #include "ClickToAction/CalendarAction.h"
 
+#include <tavo/Runtime.h>
+
 #include "ClickToAction/CalendarClick.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/CalendarAccess.h"
 #include "Services/RunLoop.h"
 

@@ -4,8 +4,9 @@
 #include <optional>
 #include <string>
 
+#include <tavo/ClickToAction.h>
+
 #include "ClickToAction/ClickActionsView.h"
-#include "ClickToAction/ClickToAction.h"
 #include "Services/Composers.h"
 
 namespace tavo {

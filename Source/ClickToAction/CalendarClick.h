@@ -3,9 +3,10 @@
 #include <optional>
 #include <string>
 
-#include "ClickToAction/ClickToAction.h"
+#include <tavo/ClickToAction.h>
+#include <tavo/Date.h>
+
 #include "Values/CalendarEvent.h"
-#include "Values/Date.h"
 
 namespace tavo {
 

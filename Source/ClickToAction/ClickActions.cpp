@@ -1,9 +1,10 @@
 #include "ClickToAction/ClickActions.h"
 
+#include <tavo/Runtime.h>
+
 #include "ClickToAction/ClickUrls.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "UserInterface/NativeView/MovieViewController.h"
 #include "Values/Text.h"

@@ -3,11 +3,12 @@
 #include <memory>
 #include <string>
 
+#include <tavo/ClickToAction.h>
+#include <tavo/Url.h>
+
 #include "ClickToAction/CalendarAction.h"
 #include "ClickToAction/ClickActionsView.h"
-#include "ClickToAction/ClickToAction.h"
 #include "ClickToAction/WebClickThrough.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Values/Url.h"
+#include <tavo/Url.h>
 
 namespace tavo {
 

@@ -3,12 +3,12 @@
 #include <memory>
 #include <string_view>
 
-#include "AdController/AdGenerator/MRAIDState.h"
-#include "AdController/AdGenerator/PlacementType.h"
-#include "AdInfo/MobileAdTypes.h"
-#include "ClickToAction/ClickToAction.h"
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Scene/ViewController.h"
+#include <tavo/ClickToAction.h>
+#include <tavo/MRAIDState.h>
+#include <tavo/MobileAdTypes.h>
+#include <tavo/PlacementType.h>
+#include <tavo/ViewController.h>
+#include <tavo/XAdSlotConfiguration.h>
 
 namespace tavo {
 

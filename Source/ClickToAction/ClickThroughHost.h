@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Values/Url.h"
+#include <tavo/Url.h>
+#include <tavo/XAdSlotConfiguration.h>
 
 namespace tavo {
 

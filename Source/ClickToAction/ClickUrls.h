@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Url.h>
+
 #include "Services/Composers.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -1,9 +1,10 @@
 #include "ClickToAction/WebClickThrough.h"
 
+#include <tavo/Runtime.h>
+
 #include "ClickToAction/AppStore.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "Services/Composers.h"
 #include "Services/Device.h"

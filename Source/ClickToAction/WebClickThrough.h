@@ -3,11 +3,12 @@
 #include <cstdint>
 #include <memory>
 
+#include <tavo/Url.h>
+
 #include "ClickToAction/ClickActionsView.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -1,9 +1,10 @@
 #include "ClickToAction/XPictureManager.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
 #include "Services/Alerts.h"
 #include "Services/Application.h"
 #include "Services/ImageDecoder.h"

@@ -6,10 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "Runtime/Observer.h"
+#include <tavo/Error.h>
+#include <tavo/Observer.h>
+#include <tavo/Url.h>
+
 #include "Services/HttpClient.h"
-#include "Values/Error.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

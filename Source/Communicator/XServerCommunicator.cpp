@@ -3,12 +3,13 @@
 #include <chrono>
 #include <future>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/XJSONResponseParser.h"
 #include "Communicator/Cookie/XCookieManager.h"
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Alerts.h"
 #include "Services/RunLoop.h"
 #include "Utilities/XUserAgent.h"

@@ -6,9 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Observer.h>
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "AdInfo/XAdInfo.h"
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Runtime/Observer.h"
 #include "Services/HttpClient.h"
 
 namespace tavo {

@@ -1,4 +1,4 @@
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/XAdSlotConfiguration.h>
 
 #include "ErrorHandler/OperationLog.h"
 

@@ -1,4 +1,4 @@
-#include "Configuration/XBrowserConfiguration.h"
+#include <tavo/XBrowserConfiguration.h>
 
 #include "ErrorHandler/OperationLog.h"
 

@@ -1,11 +1,12 @@
-#include "Configuration/XGlobalConfiguration.h"
+#include <tavo/Runtime.h>
+#include <tavo/XGlobalConfiguration.h>
 
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
 XGlobalConfiguration& XGlobalConfiguration::sharedInstance() {
-  return Runtime::current().shared<XGlobalConfiguration>();
+  return Runtime::current().environment()->shared<XGlobalConfiguration>();
 }
 
 }  // namespace tavo

@@ -1,4 +1,4 @@
-#include "Configuration/XMediationConfiguration.h"
+#include <tavo/XMediationConfiguration.h>
 
 #include "ErrorHandler/OperationLog.h"
 

@@ -2,8 +2,10 @@
 
 #include <cstdio>
 
-#include "ErrorHandler/DebugLogSwitch.h"
-#include "Runtime/Runtime.h"
+#include <tavo/DebugLogSwitch.h>
+#include <tavo/Runtime.h>
+
+#include "Runtime/Environment.h"
 #include "Services/Log.h"
 
 namespace tavo {
@@ -19,6 +21,10 @@ void ExtendNSLog(const char* file, int line, std::string_view functionName, std:
                static_cast<int>(functionName.size()), functionName.data(), message.c_str());
 }
 
-void platformLog(std::string_view message) { Runtime::current().platform().log->write(message); }
+void platformLog(std::string_view message) {
+  if (const auto environment = Runtime::currentEnvironment()) {
+    environment->platform().log->write(message);
+  }
+}
 
 }  // namespace tavo

@@ -1,13 +1,16 @@
-#include "ErrorHandler/FatalFailure.h"
-
 #include <cstdlib>
 
+#include <tavo/FatalFailure.h>
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
-FatalFailure& FatalFailure::sharedInstance() { return Runtime::current().shared<FatalFailure>(); }
+FatalFailure& FatalFailure::sharedInstance() {
+  return Runtime::current().environment()->shared<FatalFailure>();
+}
 
 void FatalFailure::raise(const std::string& reason) const {
   platformLog(reason);

@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Date.h>
+
 #include "ErrorHandler/SqliteDatabase.h"
-#include "Values/Date.h"
 
 namespace tavo {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "ErrorHandler/DebugLogSwitch.h"
+#include <tavo/DebugLogSwitch.h>
 
 namespace tavo {
 

@@ -1,8 +1,9 @@
 #include "ErrorHandler/XDatabase.h"
 
-#include "ErrorHandler/FatalFailure.h"
+#include <tavo/FatalFailure.h>
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Folders.h"
 
 namespace tavo {
@@ -48,7 +49,7 @@ std::shared_ptr<SqliteDatabase> XDatabase::persistentStoreCoordinator() {
 std::string XDatabase::applicationDocumentsDirectory() const {
   const OperationLog log{"-[XDatabase applicationDocumentsDirectory]"};
   const auto& folders = Runtime::current().platform().folders;
-  const auto documents = folders ? folders->documentFolders() : std::vector<std::string>{};
+  const auto documents = folders->documentFolders();
   return documents.empty() ? std::string{} : documents.back();
 }
 

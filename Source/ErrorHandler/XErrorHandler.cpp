@@ -1,8 +1,8 @@
-#include "ErrorHandler/XErrorHandler.h"
+#include <tavo/Runtime.h>
+#include <tavo/XErrorHandler.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/XDatabase.h"
-#include "Runtime/Runtime.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {

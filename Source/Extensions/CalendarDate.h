@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo {
 

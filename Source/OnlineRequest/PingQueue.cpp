@@ -4,7 +4,8 @@
 #include <mutex>
 #include <shared_mutex>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
 #include "Services/RunLoop.h"
 
 namespace tavo {

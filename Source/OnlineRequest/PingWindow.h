@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo {
 

@@ -1,12 +1,13 @@
-#include "OnlineRequest/TrackingLedger.h"
+#include <tavo/Runtime.h>
+#include <tavo/TrackingLedger.h>
 
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
 
 TrackingLedger& TrackingLedger::sharedInstance() {
-  return Runtime::current().shared<TrackingLedger>();
+  return Runtime::current().environment()->shared<TrackingLedger>();
 }
 
 std::uint64_t TrackingLedger::enter(const Url& url, const std::string& context) {

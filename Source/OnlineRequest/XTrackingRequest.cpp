@@ -1,12 +1,14 @@
 #include "OnlineRequest/XTrackingRequest.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/TrackingLedger.h>
+
 #include "Communicator/Cookie/XCookieManager.h"
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "OnlineRequest/PingQueue.h"
-#include "OnlineRequest/TrackingLedger.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Utilities/XUserAgent.h"
 #include "Values/Text.h"
 
@@ -83,7 +85,7 @@ void XTrackingRequest::sendAsynchronousRequest(
     log.debug("\n\nUnable to track as URL is not found");
     return;
   }
-  const bool taken = Runtime::current().shared<PingQueue>().add(
+  const bool taken = Runtime::current().environment()->shared<PingQueue>().add(
       {.url = url,
        .prepare =
            [url, slotConfiguration, number] {

@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Values/Url.h"
+#include <tavo/Url.h>
+#include <tavo/XAdSlotConfiguration.h>
 
 namespace tavo {
 

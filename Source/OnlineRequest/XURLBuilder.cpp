@@ -1,12 +1,13 @@
-#include "OnlineRequest/XURLBuilder.h"
-
 #include <algorithm>
+
+#include <tavo/Runtime.h>
+#include <tavo/XDeviceInformation.h>
+#include <tavo/XURLBuilder.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "OnlineRequest/QueryMerge.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "RequestEnrichment/XDeviceInformation.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -59,7 +60,9 @@ std::optional<std::string> carrierValue(std::string_view key) {
 
 }  // namespace
 
-XURLBuilder& XURLBuilder::sharedInstance() { return Runtime::current().shared<XURLBuilder>(); }
+XURLBuilder& XURLBuilder::sharedInstance() {
+  return Runtime::current().environment()->shared<XURLBuilder>();
+}
 
 Url XURLBuilder::URLWithDomainName(std::string_view domainName, std::string_view dataFormat,
                                    std::string_view pageName, std::string_view adPosition,

@@ -2,8 +2,9 @@
 
 #include <utility>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Scene/Window.h"
 #include "Services/Screen.h"
 

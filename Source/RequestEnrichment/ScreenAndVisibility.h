@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/Geometry.h>
+
 #include "Services/Application.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

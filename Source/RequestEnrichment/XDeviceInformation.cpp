@@ -1,14 +1,16 @@
-#include "RequestEnrichment/XDeviceInformation.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <ctime>
 
+#include <tavo/Runtime.h>
+#include <tavo/XDeviceInformation.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/Device.h"
 #include "Services/RunLoop.h"
+#include "Services/Telephony.h"
 #include "Services/UserDefaults.h"
 #include "Utilities/NumberText.h"
 #include "Values/Text.h"
@@ -71,7 +73,10 @@ std::shared_ptr<XDeviceInformation> XDeviceInformation::create() {
 
 XDeviceInformation::CarrierInfo XDeviceInformation::sharedCarrierInfo() {
   const OperationLog log{"+[XDeviceInformation sharedCarrierInfo]"};
-  return Runtime::current().shared<SharedDeviceInformation>().information->carrierInfo();
+  return Runtime::current()
+      .environment()
+      ->shared<SharedDeviceInformation>()
+      .information->carrierInfo();
 }
 
 std::string XDeviceInformation::deviceCurrentLanguage() const {
@@ -131,7 +136,6 @@ void XDeviceInformation::initializeCarrierInfo() {
   const OperationLog log{"-[XDeviceInformation initializeCarrierInfo]"};
   auto& platform = Runtime::current().platform();
   carrierInfo_ = fromLines(platform.userDefaults->value(carrierInfoKey).value_or(""));
-  if (!platform.telephony) return;
   // The loop runs the task or drops it, and ends after it: the task needs no share in the loop, and
   // must not have one, since what waits in the loop would then keep it for ever.
   platform.runLoop->background(

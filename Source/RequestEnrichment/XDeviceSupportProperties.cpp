@@ -1,7 +1,8 @@
 #include "RequestEnrichment/XDeviceSupportProperties.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "Services/CalendarAccess.h"
 

@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Values/Url.h"
+#include <tavo/Url.h>
+#include <tavo/XAdSlotConfiguration.h>
 
 namespace tavo {
 

@@ -3,14 +3,18 @@
 #include <future>
 #include <memory>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo {
 
-XUserAgent& XUserAgent::sharedProvider() { return Runtime::current().shared<XUserAgent>(); }
+XUserAgent& XUserAgent::sharedProvider() {
+  return Runtime::current().environment()->shared<XUserAgent>();
+}
 
 std::string XUserAgent::userAgent() {
   const OperationLog log{"-[XUserAgent userAgent]"};

@@ -3,8 +3,9 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/CVAdDelegate.h>
+
 #include "Services/RunLoop.h"
-#include "XMediation/AdNetwork/CVAdDelegate.h"
 #include "XMediation/MediatedAd.h"
 
 namespace tavo {

@@ -2,9 +2,10 @@
 
 #include <exception>
 
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
 #include "Services/RunLoop.h"
 #include "XMediation/MainThreadDelegate.h"
 

@@ -3,7 +3,8 @@
 #include <functional>
 #include <memory>
 
-#include "XMediation/AdNetwork/CVAd.h"
+#include <tavo/CVAd.h>
+
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {

@@ -1,6 +1,6 @@
 #include "XMediation/NetworkAdapter.h"
 
-#include "ErrorHandler/SdkErrors.h"
+#include <tavo/SdkErrors.h>
 
 namespace tavo {
 

@@ -1,17 +1,21 @@
 #include "XMediation/XMediation.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+#include <tavo/XGlobalConfiguration.h>
+
 #include "Configuration/MediationSwitch.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Values/Text.h"
 #include "XMediation/XMediationBanner.h"
 #include "XMediation/XMediationInterstitial.h"
 
 namespace tavo {
 
-XMediation& XMediation::sharedInstance() { return Runtime::current().shared<XMediation>(); }
+XMediation& XMediation::sharedInstance() {
+  return Runtime::current().environment()->shared<XMediation>();
+}
 
 XMediation::XMediation() { makeRelay(); }
 

@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {

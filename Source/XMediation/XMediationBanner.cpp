@@ -2,11 +2,13 @@
 
 #include <stdexcept>
 
+#include <tavo/AdNetworkClasses.h>
+#include <tavo/CVBannerAdView.h>
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
-#include "XMediation/AdNetwork/AdNetworkClasses.h"
-#include "XMediation/AdNetwork/CVBannerAdView.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
@@ -51,7 +53,7 @@ Point mediatedBannerCenter(const Rect& adViewFrame) {
 }
 
 XMediationBanner& XMediationBanner::sharedInstance() {
-  return Runtime::current().shared<XMediationBanner>();
+  return Runtime::current().environment()->shared<XMediationBanner>();
 }
 
 void XMediationBanner::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,

@@ -7,11 +7,12 @@
 #include <optional>
 #include <string>
 
-#include "Runtime/Observer.h"
-#include "Scene/ViewController.h"
-#include "Values/Error.h"
-#include "Values/Geometry.h"
-#include "Values/Location.h"
+#include <tavo/Error.h>
+#include <tavo/Geometry.h>
+#include <tavo/Location.h>
+#include <tavo/Observer.h>
+#include <tavo/ViewController.h>
+
 #include "XMediation/MediatedView.h"
 
 namespace tavo {

@@ -1,11 +1,13 @@
 #include "XMediation/XMediationInterstitial.h"
 
+#include <tavo/AdNetworkClasses.h>
+#include <tavo/CVInterstitialAd.h>
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
-#include "XMediation/AdNetwork/AdNetworkClasses.h"
-#include "XMediation/AdNetwork/CVInterstitialAd.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
@@ -37,7 +39,7 @@ class MediatedInterstitial : public MediatedAd {
 }  // namespace
 
 XMediationInterstitial& XMediationInterstitial::sharedInstance() {
-  return Runtime::current().shared<XMediationInterstitial>();
+  return Runtime::current().environment()->shared<XMediationInterstitial>();
 }
 
 void XMediationInterstitial::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,

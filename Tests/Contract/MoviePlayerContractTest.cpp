@@ -6,8 +6,9 @@
 #include <functional>
 #include <vector>
 
+#include <tavo/MoviePlayer.h>
+
 #include "Contract/MoviePlayerRig.h"
-#include "Scene/MoviePlayer.h"
 #include "Scene/Window.h"
 
 namespace tavo::test {

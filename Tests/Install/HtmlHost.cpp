@@ -1,10 +1,10 @@
 // Shows one HTML banner of the server that is named, and ends: with 0 when it was on the screen.
 #include <gtkmm.h>
 
-#include "Gtk/AdSlot.h"
-#include "Gtk/GtkPlatform.h"
-#include "Runtime/Runtime.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
+#include <tavo/Runtime.h>
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+#include <tavo/gtk/GtkPlatform.h>
 
 int main(int, char** argv) {
   const std::string server = argv[1];

@@ -8,10 +8,11 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Limits.h>
+
 #include "Gtk/GPtr.h"
 #include "Gtk/Scene/Textures.h"
 #include "Gtk/Services/GtkImageDecoder.h"
-#include "Runtime/Limits.h"
 #include "Support/GtkLoopTest.h"
 
 namespace tavo::test {

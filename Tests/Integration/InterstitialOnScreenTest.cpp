@@ -7,11 +7,13 @@
 
 #include <cstdlib>
 
-#include "Gtk/AdWindow.h"
+#include <tavo/XAdInterstitialViewController.h>
+#include <tavo/gtk/AdWindow.h>
+
+#include "Runtime/NotificationCenter.h"
 #include "Support/GtkHost.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
 
 namespace tavo::test {
 namespace {

@@ -7,8 +7,9 @@
 #include <fstream>
 #include <sstream>
 
+#include <tavo/XErrorHandler.h>
+
 #include "ClickToAction/XPictureManager.h"
-#include "ErrorHandler/XErrorHandler.h"
 #include "Gtk/Services/GtkFolders.h"
 #include "Gtk/Services/HelperProgram.h"
 #include "Services/Folders.h"

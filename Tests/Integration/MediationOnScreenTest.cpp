@@ -67,7 +67,7 @@ class MediatedHost {
     });
   }
 
-  static Platform& platform() { return Runtime::current().platform(); }
+  static const Platform& platform() { return Runtime::current().platform(); }
   [[nodiscard]] Gtk::Window& window() { return host_.window(); }
   [[nodiscard]] GtkHost& gtk() { return host_; }
   [[nodiscard]] XAdView& banner() { return *host_.banner(); }

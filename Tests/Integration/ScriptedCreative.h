@@ -12,12 +12,13 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/MraidCommandText.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
 #include "Support/HostLoop.h"
 
 namespace tavo::test {

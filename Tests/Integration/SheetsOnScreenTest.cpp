@@ -5,8 +5,9 @@
 
 #include <map>
 
+#include <tavo/XGlobalConfiguration.h>
+
 #include "ClickToAction/XPictureManager.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Services/Alerts.h"
@@ -44,7 +45,7 @@ class SheetsOnScreen : public testing::Test {
     settle();
   }
 
-  static Platform& platform() { return Runtime::current().platform(); }
+  static const Platform& platform() { return Runtime::current().platform(); }
   static void settle() {
     bool settled = false;
     platform().runLoop->post([&] { settled = true; });

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <tavo/Runtime.h>
+
 #include "Gtk/Services/GtkSystemEvents.h"
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 #include "Support/GtkLoopTest.h"
 #include "Support/PrivateBus.h"

@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tavo/Runtime.h>
+#include <tavo/XDeviceInformation.h>
+
 #include "Gtk/Services/GtkTelephony.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Headless/HeadlessPlatform.h"
-#include "RequestEnrichment/XDeviceInformation.h"
-#include "Runtime/Runtime.h"
 #include "Support/FakeModemManager.h"
 #include "Support/GtkLoopTest.h"
 
@@ -111,8 +112,10 @@ TEST_F(TelephonyTest, TheNextLaunchKnowsTheNetworkAtOnce) {
   headless::HeadlessPlatform parts;
   Platform platform = parts.platform();
   platform.runLoop = runLoop_;
+  const auto nobody = platform.telephony;
   for (const bool knownAtOnce : {false, true}) {
-    platform.telephony = knownAtOnce ? nullptr : std::make_shared<gtk::GtkTelephony>();
+    platform.telephony =
+        knownAtOnce ? nobody : std::shared_ptr<Telephony>{std::make_shared<gtk::GtkTelephony>()};
     platform.userDefaults = std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
     const Runtime runtime{platform};
     const auto information = XDeviceInformation::create();

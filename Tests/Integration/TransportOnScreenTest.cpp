@@ -7,11 +7,13 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Gtk/GtkPlatform.h"
+#include <tavo/TrackingLedger.h>
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "Gtk/Http/GtkNetworkMonitor.h"
 #include "Gtk/Services/GtkRunLoop.h"
-#include "OnlineRequest/TrackingLedger.h"
 #include "OnlineRequest/XTrackingRequest.h"
+#include "Runtime/NotificationCenter.h"
 #include "Support/AdServerThread.h"
 #include "Support/FakeNetwork.h"
 #include "Support/GtkHost.h"

@@ -6,8 +6,9 @@
 #include <fstream>
 #include <sstream>
 
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Gtk/Scene/MovieSlot.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Support/GtkHost.h"
 #include "Support/StandInHandlers.h"
 

@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <tavo/TapRecognizer.h>
+
 #include "Integration/VideoOnScreen.h"
-#include "Scene/TapRecognizer.h"
 #include "Scene/Window.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostileServer.h"

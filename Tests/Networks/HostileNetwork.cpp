@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "XMediation/AdNetwork/AdNetworkExports.h"
-#include "XMediation/AdNetwork/CVBannerAdView.h"
+#include <tavo/AdNetworkExports.h>
+#include <tavo/CVBannerAdView.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A network library built with headers of another version. What it offers must never be made.
 #include <cstdlib>
 
-#include "XMediation/AdNetwork/AdNetworkExports.h"
+#include <tavo/AdNetworkExports.h>
 
 namespace {
 

@@ -10,7 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "Scene/TapRecognizer.h"
+#include <tavo/TapRecognizer.h>
+
 #include "Support/GtkHost.h"
 #include "Support/WidgetTree.h"
 

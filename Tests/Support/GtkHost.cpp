@@ -4,7 +4,8 @@
 
 #include <cmath>
 
-#include "Gtk/GtkPlatform.h"
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "Support/HostLoop.h"
 
 namespace tavo::test {
@@ -31,7 +32,7 @@ GtkHost::GtkHost(const std::string& campaigns, const std::function<void(Platform
                                          .adNetworkLibrary = adNetwork,
                                          .limits = limits});
   if (adjust) adjust(platform);
-  runtime_ = std::make_unique<Runtime>(std::move(platform), limits);
+  runtime_ = std::make_unique<Runtime>(std::move(platform));
   events_ = std::make_shared<XAdViewDelegate>(
       XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { calls_.emplace_back("didLoad"); },
                       .xAdViewDidFailWithError =

@@ -7,12 +7,13 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+
 #include "AdPlayer/Screenshot.h"
 #include "AdServer/AdServer.h"
-#include "Gtk/AdSlot.h"
-#include "Runtime/Runtime.h"
 #include "Support/TemporaryFolder.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo::test {
 

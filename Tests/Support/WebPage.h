@@ -12,11 +12,12 @@
 #include <string>
 #include <vector>
 
+#include <tavo/WebView.h>
+
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessServices.h"
-#include "Scene/WebView.h"
 #include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/TemporaryFolder.h"
@@ -111,7 +112,7 @@ inline gtk::GtkWebModule& factory() {
                                      limits.webProcessWatch = Seconds{0.5};
                                      limits.pageTimeout = Seconds{6};
                                      return limits;
-                                   }}};
+                                   }()}};
   return module;
 }
 

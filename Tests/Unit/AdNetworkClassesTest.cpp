@@ -2,8 +2,9 @@
 
 #include <stdexcept>
 
+#include <tavo/AdNetworkClasses.h>
+
 #include "Unit/FakeAdNetwork.h"
-#include "XMediation/AdNetwork/AdNetworkClasses.h"
 
 namespace tavo::test {
 namespace {

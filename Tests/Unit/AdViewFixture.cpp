@@ -4,35 +4,16 @@ namespace tavo::test {
 
 namespace {
 
-// Passes requests on to the script and tells of each.
-class ListeningHttpClient : public HttpClient {
- public:
-  ListeningHttpClient(std::shared_ptr<HttpClient> inner,
-                      std::function<void(const HttpRequest&)> heard)
-      : inner_{std::move(inner)}, heard_{std::move(heard)} {}
-
-  std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override {
-    heard_(request);
-    return inner_->send(std::move(request), std::move(completion));
-  }
-
- private:
-  std::shared_ptr<HttpClient> inner_;
-  std::function<void(const HttpRequest&)> heard_;
-};
-
 std::string text(const std::optional<Error>& error) {
   return error ? std::to_string(error->code) + " " + error->description : "none";
 }
 
 }  // namespace
 
-AdViewTest::AdViewTest(const Limits& limits)
-    : platform_{limits}, runtime_{platform_.platform(), limits} {
-  runtime_.platform().http =
-      std::make_shared<ListeningHttpClient>(platform_.http, [this](const HttpRequest& request) {
-        lines_.push_back(request.method + " " + request.url.text());
-      });
+AdViewTest::AdViewTest(const Limits& limits) : platform_{limits}, runtime_{platform_.platform()} {
+  platform_.http->onSend = [this](const HttpRequest& request) {
+    lines_.push_back(request.method + " " + request.url.text());
+  };
   window_->setRootViewController(root_);
   platform_.application->allWindows = {window_};
   platform_.http->answerWith("http://cdn.example/a.png", "image/png", "image 640x100");

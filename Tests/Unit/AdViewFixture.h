@@ -6,11 +6,12 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+#include <tavo/ViewController.h>
+#include <tavo/XAdView.h>
+
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
-#include "Scene/ViewController.h"
 #include "Scene/Window.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo::test {
 

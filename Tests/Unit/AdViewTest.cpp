@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/XAdView.h>
+
+#include "Runtime/NotificationCenter.h"
 #include "Unit/AdViewFixture.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 
 namespace tavo::test {

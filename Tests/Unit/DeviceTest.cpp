@@ -3,9 +3,10 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "OnlineRequest/XURLBuilder.h"
+#include <tavo/XDeviceInformation.h>
+#include <tavo/XURLBuilder.h>
+
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "RequestEnrichment/XDeviceInformation.h"
 #include "RequestEnrichment/XDeviceSupportProperties.h"
 #include "Scene/Window.h"
 #include "Unit/TransportFixture.h"
@@ -13,20 +14,14 @@
 namespace tavo {
 namespace {
 
-class FakeTelephony : public Telephony {
- public:
-  [[nodiscard]] std::optional<Carrier> subscriberCarrier() const override { return carrier; }
-  std::optional<Carrier> carrier = Carrier{};
-};
-
 class Device : public test::TransportTest {
  protected:
   Device() {
-    runtime_.platform().telephony = telephony_;
+    telephony_->carrier = Carrier{};
     platform_.application->allWindows.push_back(window_);
   }
 
-  std::shared_ptr<FakeTelephony> telephony_ = std::make_shared<FakeTelephony>();
+  std::shared_ptr<headless::HeadlessTelephony> telephony_ = platform_.telephony;
   std::shared_ptr<headless::HeadlessCalendarAccess> calendar_ = platform_.calendarAccess;
   std::shared_ptr<Window> window_ = std::make_shared<Window>(Rect{0, 0, 320, 480});
 };

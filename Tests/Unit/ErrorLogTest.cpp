@@ -6,12 +6,13 @@
 #include <fstream>
 #include <thread>
 
-#include "Configuration/XGlobalConfiguration.h"
+#include <tavo/FatalFailure.h>
+#include <tavo/XErrorHandler.h>
+#include <tavo/XGlobalConfiguration.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "ErrorHandler/FatalFailure.h"
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/XDatabase.h"
-#include "ErrorHandler/XErrorHandler.h"
 #include "Services/Folders.h"
 #include "Unit/TransportFixture.h"
 
@@ -21,19 +22,12 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class FakeFolders : public Folders {
- public:
-  [[nodiscard]] std::vector<std::string> documentFolders() const override { return folders; }
-  std::vector<std::string> folders;
-};
-
 class ErrorLog : public test::TransportTest {
  protected:
   ErrorLog() {
     std::string name = testing::TempDir() + "tavo-error-log-XXXXXX";
     folder_ = mkdtemp(name.data());
     folders_->folders = {"/nowhere", folder_};
-    runtime_.platform().folders = folders_;
     FatalFailure::sharedInstance().handler = [this](const std::string& reason) {
       failures_.push_back(reason);
     };
@@ -60,7 +54,7 @@ class ErrorLog : public test::TransportTest {
 
   std::string folder_;
   std::vector<std::string> failures_;
-  std::shared_ptr<FakeFolders> folders_ = std::make_shared<FakeFolders>();
+  std::shared_ptr<headless::HeadlessFolders> folders_ = platform_.folders;
 };
 
 TEST_F(ErrorLog, KeepsEntriesInOneTableWithThreeColumns) {
@@ -132,7 +126,6 @@ using ErrorLogDeathTest = ErrorLog;
 TEST_F(ErrorLogDeathTest, EndsTheProcessByDefault) {
   FatalFailure::sharedInstance().handler = nullptr;
   folders_->folders.clear();
-  runtime_.platform().folders = nullptr;
   EXPECT_EXIT(FatalFailure::sharedInstance().raise("reason"), testing::KilledBySignal(SIGABRT), "");
 }
 

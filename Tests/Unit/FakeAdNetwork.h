@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
+#include <tavo/AdNetworkClasses.h>
+#include <tavo/CVBannerAdView.h>
+#include <tavo/CVInterstitialAd.h>
+#include <tavo/Runtime.h>
+
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
-#include "XMediation/AdNetwork/AdNetworkClasses.h"
-#include "XMediation/AdNetwork/CVBannerAdView.h"
-#include "XMediation/AdNetwork/CVInterstitialAd.h"
 
 namespace tavo::test {
 

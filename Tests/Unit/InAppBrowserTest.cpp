@@ -2,8 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <tavo/XGlobalConfiguration.h>
+
 #include "ClickToAction/AppStore.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "Scene/Window.h"
 #include "Unit/TransportFixture.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"

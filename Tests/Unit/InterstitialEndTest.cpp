@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/SdkErrors.h>
+
 #include "AdManager/XAdManager.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Unit/InterstitialFixture.h"
 
 namespace tavo::test {

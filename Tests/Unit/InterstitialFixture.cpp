@@ -1,6 +1,8 @@
 #include "Unit/InterstitialFixture.h"
 
-#include "Scene/TapRecognizer.h"
+#include <tavo/TapRecognizer.h>
+
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo::test {
 

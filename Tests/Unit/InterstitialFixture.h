@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include <tavo/XAdInterstitialViewController.h>
+
 #include "Unit/VastFixture.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
 
 namespace tavo::test {
 

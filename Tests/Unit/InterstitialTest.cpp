@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Runtime/NotificationCenter.h"
 #include "Unit/InterstitialFixture.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 #include "XMediation/XMediation.h"

@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Configuration/XGlobalConfiguration.h"
+#include <tavo/XGlobalConfiguration.h>
+
 #include "Unit/FakeAdNetwork.h"
 #include "XMediation/XMediation.h"
 #include "XMediation/XMediationBanner.h"

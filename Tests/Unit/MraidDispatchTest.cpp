@@ -4,12 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/CommandBudget.h"
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "AdController/AdGenerator/MraidStatement.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::test {
 namespace {
@@ -83,7 +84,8 @@ class RecordingAdView : public View, public WebViewAgentHost {
 
 class MraidDispatchTest : public testing::Test {
  protected:
-  explicit MraidDispatchTest(const Limits& limits = {}) : runtime_{platform_.platform(), limits} {
+  explicit MraidDispatchTest(const Limits& limits = {})
+      : platform_{limits}, runtime_{platform_.platform()} {
     platform_.webViews->onScript = [this](const std::string& script) { lines_.push_back(script); };
     agent_ = XWebViewAgent::create({0, 0, 320, 50}, nullptr, events_);
     page_ = platform_.webViews->last();

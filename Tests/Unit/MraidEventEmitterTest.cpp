@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+#include <tavo/XGlobalConfiguration.h>
+
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo {
 namespace {

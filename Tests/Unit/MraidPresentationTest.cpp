@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Scene/Button.h"
-#include "Scene/TapRecognizer.h"
+#include <tavo/Button.h>
+#include <tavo/TapRecognizer.h>
+
+#include "Runtime/NotificationCenter.h"
 #include "Unit/AdViewFixture.h"
 #include "UserInterface/ActivityIndicator/ActivityIndicator.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"

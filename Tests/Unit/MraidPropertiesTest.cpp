@@ -4,11 +4,12 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo {
 namespace {

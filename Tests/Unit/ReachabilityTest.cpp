@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "Communicator/Network/XNetworkManager.h"
+#include "Runtime/NotificationCenter.h"
 #include "Unit/TransportFixture.h"
 
 namespace tavo {

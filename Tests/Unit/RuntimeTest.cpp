@@ -2,9 +2,13 @@
 
 #include <thread>
 
+#include <tavo/Observer.h>
+#include <tavo/Runtime.h>
+
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Observer.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
+#include "Runtime/NotificationCenter.h"
+#include "Runtime/Relay.h"
 
 namespace tavo {
 namespace {
@@ -72,18 +76,79 @@ TEST(RuntimeTest, SharedInstancesAreMadeOncePerRuntime) {
   {
     std::vector<std::jthread> threads;
     for (int i = 0; i < 8; ++i) {
-      threads.emplace_back([] { (void)Runtime::current().shared<Shared>(); });
+      threads.emplace_back([] { (void)Runtime::current().environment()->shared<Shared>(); });
     }
   }
   EXPECT_EQ(Shared::made, 1);
-  first = &outer.shared<Shared>();
+  first = &outer.environment()->shared<Shared>();
   {
     const Runtime inner{platform.platform()};
     EXPECT_EQ(&Runtime::current(), &inner);
-    EXPECT_NE(&Runtime::current().shared<Shared>(), first);
+    EXPECT_NE(&Runtime::current().environment()->shared<Shared>(), first);
   }
   EXPECT_EQ(&Runtime::current(), &outer);
-  EXPECT_EQ(&Runtime::current().shared<Shared>(), first);
+  EXPECT_EQ(&Runtime::current().environment()->shared<Shared>(), first);
+}
+
+TEST(RuntimeTest, TheyEndInAnyOrderAndWhatWasMadeLivesOnWithItsHolder) {
+  const headless::HeadlessPlatform platform;
+  auto outer = std::make_unique<Runtime>(platform.platform());
+  auto inner = std::make_unique<Runtime>(platform.platform());
+  const auto held = outer->environment();
+  Shared* const instance = &held->shared<Shared>();
+  outer.reset();
+  EXPECT_EQ(&Runtime::current(), inner.get());
+  inner.reset();
+  EXPECT_EQ(Runtime::currentEnvironment(), nullptr);
+  EXPECT_EQ(&held->shared<Shared>(), instance);
+}
+
+TEST(RuntimeDeathTest, AMissingServiceIsNamedAtOnce) {
+  Platform platform = headless::HeadlessPlatform{}.platform();
+  platform.telephony = nullptr;
+  EXPECT_DEATH(const Runtime runtime{platform}, "no service \"telephony\"");
+}
+
+struct Part : std::enable_shared_from_this<Part> {
+  struct Told {
+    std::function<void(Part&, int)> heard{};
+    std::function<bool(Part&)> allowed{};
+  };
+  struct Events {
+    std::function<void(std::string)> began{};
+    std::function<void(std::string, int)> counted{};
+    std::function<bool(std::string)> mayGo{};
+  };
+  void begin() { began = true; }
+
+  std::shared_ptr<const Events> wire() {
+    const Relay relay{*this};
+    return std::make_shared<Events>(Events{.began = relay.call(&Part::begin),
+                                           .counted = relay.pass(&Told::heard),
+                                           .mayGo = relay.pass(&Told::allowed, true)});
+  }
+
+  Observer<Told> delegate;
+  bool began = false;
+};
+
+TEST(RelayTest, EntriesLeaveOutTheReporterAndAnswerForWhoIsGone) {
+  auto part = std::make_shared<Part>();
+  const auto events = part->wire();
+  int sum = 0;
+  const auto host = std::make_shared<Part::Told>(Part::Told{.heard = [&](Part& told, int value) {
+    EXPECT_TRUE(told.began);
+    part.reset();  // held for the length of the call
+    sum += value + (told.began ? 1 : 0);
+  }});
+  part->delegate.set(host);
+  events->began("reporter");
+  EXPECT_TRUE(events->mayGo("reporter")) << "nobody answers";
+  events->counted("reporter", 41);
+  events->counted("reporter", 41);  // the part is gone
+  events->began("reporter");
+  EXPECT_TRUE(events->mayGo("reporter"));
+  EXPECT_EQ(sum, 42);
 }
 
 }  // namespace

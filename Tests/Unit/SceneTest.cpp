@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "Scene/Button.h"
-#include "Scene/ImageView.h"
-#include "Scene/TapRecognizer.h"
-#include "Scene/ViewController.h"
+#include <tavo/Button.h>
+#include <tavo/ImageView.h>
+#include <tavo/TapRecognizer.h>
+#include <tavo/ViewController.h>
+
 #include "Scene/Window.h"
 
 namespace tavo {

@@ -2,12 +2,13 @@
 
 #include <thread>
 
+#include <tavo/XAdSlotConfiguration.h>
+#include <tavo/XGlobalConfiguration.h>
+#include <tavo/XMediationConfiguration.h>
+#include <tavo/XPrefetchConfiguration.h>
+#include <tavo/XUserConfiguration.h>
+
 #include "Configuration/MediationSwitch.h"
-#include "Configuration/XAdSlotConfiguration.h"
-#include "Configuration/XGlobalConfiguration.h"
-#include "Configuration/XMediationConfiguration.h"
-#include "Configuration/XPrefetchConfiguration.h"
-#include "Configuration/XUserConfiguration.h"
 #include "Unit/TransportFixture.h"
 
 namespace tavo {

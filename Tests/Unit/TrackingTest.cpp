@@ -2,10 +2,12 @@
 
 #include <cmath>
 
+#include <tavo/TrackingLedger.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "OnlineRequest/PingQueue.h"
-#include "OnlineRequest/TrackingLedger.h"
 #include "OnlineRequest/XTrackingRequest.h"
+#include "Runtime/Environment.h"
 #include "Tracker/XAdTracker.h"
 #include "Unit/TransportFixture.h"
 
@@ -46,7 +48,7 @@ class Tracking : public test::TransportTest {
     return most;
   }
 
-  PingQueue& queue() { return runtime_.shared<PingQueue>(); }
+  PingQueue& queue() { return runtime_.environment()->shared<PingQueue>(); }
 };
 
 TEST_F(Tracking, SendsAPlainRequestAndStoresTheCookies) {

@@ -4,8 +4,9 @@
 
 #include <memory>
 
+#include <tavo/Runtime.h>
+
 #include "Headless/HeadlessPlatform.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::test {
 
@@ -13,7 +14,7 @@ namespace tavo::test {
 class TransportTest : public testing::Test {
  protected:
   explicit TransportTest(const Limits& limits = {})
-      : platform_{limits}, runtime_{platform_.platform(), limits} {}
+      : platform_{limits}, runtime_{platform_.platform()} {}
 
   headless::HeadlessPlatform platform_;
   const std::shared_ptr<headless::HeadlessAlerts> alerts_ = platform_.alerts;

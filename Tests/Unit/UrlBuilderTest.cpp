@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "OnlineRequest/XURLBuilder.h"
+#include <tavo/XURLBuilder.h>
+
 #include "Unit/TransportFixture.h"
 
 namespace tavo {

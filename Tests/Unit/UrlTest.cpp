@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Values/Url.h"
+#include <tavo/Url.h>
 
 namespace tavo {
 namespace {

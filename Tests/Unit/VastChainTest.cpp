@@ -4,8 +4,10 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
-#include "Runtime/Runtime.h"
+#include "Headless/HeadlessPlatform.h"
 
 namespace tavo::test {
 namespace {
@@ -39,7 +41,7 @@ class VastChainTest : public ::testing::Test {
     };
   }
 
-  Runtime runtime_{Platform{}};
+  Runtime runtime_{headless::HeadlessPlatform{}.platform()};
   std::shared_ptr<XVASTXMLParser> parser_ = std::make_shared<XVASTXMLParser>();
   std::map<std::string, std::string> web_;
   Seconds now_{100};

@@ -3,15 +3,17 @@
 #include <string>
 #include <thread>
 
+#include <tavo/Runtime.h>
+
+#include "Headless/HeadlessPlatform.h"
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::test {
 namespace {
 
 class VastModelTest : public ::testing::Test {
  protected:
-  Runtime runtime_{Platform{}};
+  Runtime runtime_{headless::HeadlessPlatform{}.platform()};
 };
 
 TEST_F(VastModelTest, eventNamesHaveFixedNumbers) {

@@ -5,8 +5,10 @@
 #include <iterator>
 #include <string>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
-#include "Runtime/Runtime.h"
+#include "Headless/HeadlessPlatform.h"
 #include "VastPrinter.h"
 
 namespace tavo::test {
@@ -46,7 +48,7 @@ class VastParserTest : public ::testing::Test {
     return root->inlineAd->creativesArray->at(0);
   }
 
-  Runtime runtime_{Platform{}};
+  Runtime runtime_{headless::HeadlessPlatform{}.platform()};
   std::shared_ptr<XVASTXMLParser> parser_ = std::make_shared<XVASTXMLParser>();
 };
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Communicator/Network/XNetworkManager.h"
+#include "Runtime/NotificationCenter.h"
 #include "Unit/VastFixture.h"
 #include "UserInterface/NativeView/XMPMoviePlayer.h"
 

@@ -3,7 +3,8 @@
 
 #include <cmath>
 
-#include "Scene/MoviePlayer.h"
+#include <tavo/MoviePlayer.h>
+
 #include "UserInterface/NativeView/CountdownPlacement.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/SkipPoint.h"

@@ -1,7 +1,8 @@
 #include "AdPlayer/CampaignRun.h"
 
+#include <tavo/Runtime.h>
+
 #include "AdPlayer/Screenshot.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::adplayer {
 

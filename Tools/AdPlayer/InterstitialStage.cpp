@@ -1,6 +1,6 @@
 #include "AdPlayer/InterstitialStage.h"
 
-#include "Gtk/AdWindow.h"
+#include <tavo/gtk/AdWindow.h>
 
 namespace tavo::adplayer {
 

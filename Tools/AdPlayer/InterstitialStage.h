@@ -6,9 +6,10 @@
 #include <memory>
 #include <string>
 
+#include <tavo/XAdInterstitialViewController.h>
+
 #include "AdPlayer/EventReport.h"
 #include "AdPlayer/Outcome.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
 
 namespace tavo::adplayer {
 

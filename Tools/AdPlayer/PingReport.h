@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/TrackingLedger.h>
+
 #include "AdPlayer/EventReport.h"
-#include "OnlineRequest/TrackingLedger.h"
 
 namespace tavo::adplayer {
 

@@ -1,7 +1,7 @@
 #include "AdPlayer/PlayerWindow.h"
 
-#include "Runtime/Runtime.h"
-#include "Services/MoviePlayerFactory.h"
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/Runtime.h>
 
 namespace tavo::adplayer {
 

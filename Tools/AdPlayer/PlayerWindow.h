@@ -7,10 +7,11 @@
 #include <string>
 #include <vector>
 
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+
 #include "AdPlayer/EventReport.h"
-#include "Gtk/AdSlot.h"
 #include "Gtk/Scene/MovieSlot.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo::adplayer {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Values/Color.h"
+#include <tavo/Color.h>
 
 namespace tavo::adplayer {
 

@@ -6,11 +6,12 @@
 #include <fstream>
 #include <memory>
 
+#include <tavo/Runtime.h>
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "AdPlayer/PingReport.h"
 #include "AdPlayer/Playlist.h"
 #include "AdServer/CampaignFolder.h"
-#include "Gtk/GtkPlatform.h"
-#include "Runtime/Runtime.h"
 
 namespace {
 

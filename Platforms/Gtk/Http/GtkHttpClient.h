@@ -2,7 +2,8 @@
 
 #include <memory>
 
-#include "Runtime/Limits.h"
+#include <tavo/Limits.h>
+
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"

@@ -2,7 +2,7 @@
 
 #include <glib.h>
 
-#include "Values/Error.h"
+#include <tavo/Error.h>
 
 namespace tavo::gtk {
 

@@ -2,8 +2,9 @@
 
 #include <string_view>
 
+#include <tavo/Url.h>
+
 #include "Gtk/GPtr.h"
-#include "Values/Url.h"
 
 namespace tavo::gtk {
 

@@ -5,10 +5,11 @@
 #include <memory>
 #include <string>
 
+#include <tavo/Limits.h>
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Gtk/Modules/ModuleFile.h"
-#include "Runtime/Limits.h"
 #include "Services/Log.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Services/RunLoop.h"
 
 namespace tavo::gtk {

@@ -123,8 +123,7 @@ void GtkWebModule::load() {
   if (entry == nullptr) return note("No HTML ads: " + failure);
   const auto cookies =
       services_.cookies ? std::make_shared<StoreSource>(services_.cookies) : nullptr;
-  const WebModuleServices services{services_.runLoop, services_.log, cookies,
-                                   services_.limits ? services_.limits() : Limits{}};
+  const WebModuleServices services{services_.runLoop, services_.log, cookies, services_.limits};
   factory_.reset(reinterpret_cast<CreateWebViewFactory>(entry)(services));
 }
 

@@ -6,9 +6,10 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Limits.h>
+
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/ModuleFile.h"
-#include "Runtime/Limits.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
 #include "Services/UserDefaults.h"
@@ -26,7 +27,7 @@ class GtkWebModule : public WebViewFactory {
     std::shared_ptr<UserDefaults> userDefaults;
     std::shared_ptr<Log> log;                 // may be null
     std::shared_ptr<GtkCookieStore> cookies;  // null: pages keep theirs to themselves
-    std::function<Limits()> limits;  // asked when the module is loaded; empty: the defaults
+    Limits limits{};
   };
 
   explicit GtkWebModule(Services services, std::filesystem::path folder = moduleFolder());

@@ -2,7 +2,8 @@
 
 #include <memory>
 
-#include "Scene/MoviePlayer.h"
+#include <tavo/MoviePlayer.h>
+
 #include "Services/RunLoop.h"
 
 namespace tavo::gtk {

@@ -2,7 +2,8 @@
 
 #include <memory>
 
-#include "Scene/WebView.h"
+#include <tavo/WebView.h>
+
 #include "Services/RunLoop.h"
 
 namespace tavo::gtk {

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Scene/Button.h"
+#include <tavo/Button.h>
 
 namespace tavo::gtk {
 

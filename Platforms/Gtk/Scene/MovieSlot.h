@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Gtk/AdSlot.h"
-#include "Scene/MoviePlayer.h"
+#include <tavo/MoviePlayer.h>
+#include <tavo/gtk/AdSlot.h>
 
 namespace tavo::gtk {
 

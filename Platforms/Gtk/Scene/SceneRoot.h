@@ -5,8 +5,9 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/View.h>
+
 #include "Gtk/Scene/ViewWidget.h"
-#include "Scene/View.h"
 
 namespace tavo::gtk {
 

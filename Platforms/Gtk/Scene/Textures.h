@@ -2,7 +2,7 @@
 
 #include <gdkmm/texture.h>
 
-#include "Values/Image.h"
+#include <tavo/Image.h>
 
 namespace tavo::gtk {
 

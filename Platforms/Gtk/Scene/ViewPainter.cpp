@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include <tavo/Runtime.h>
+
 #include "Gtk/Scene/Textures.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo::gtk {
 

@@ -2,9 +2,9 @@
 
 #include <gtkmm.h>
 
-#include "Scene/ImageView.h"
-#include "Scene/Label.h"
-#include "Scene/View.h"
+#include <tavo/ImageView.h>
+#include <tavo/Label.h>
+#include <tavo/View.h>
 
 namespace tavo::gtk {
 

@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include <tavo/Button.h>
+#include <tavo/ImageView.h>
+#include <tavo/Runtime.h>
+
 #include "Gtk/Scene/ButtonWidget.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Scene/SpinnerWidget.h"
 #include "Gtk/Scene/ViewPainter.h"
-#include "Runtime/Runtime.h"
-#include "Scene/Button.h"
-#include "Scene/ImageView.h"
 
 namespace tavo::gtk {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "Scene/View.h"
+#include <tavo/View.h>
 
 namespace tavo::gtk {
 

@@ -5,9 +5,10 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/ViewController.h>
+
 #include "Gtk/Scene/FocusTrap.h"
 #include "Gtk/Scene/SceneRoot.h"
-#include "Scene/ViewController.h"
 #include "Scene/Window.h"
 
 namespace tavo::gtk {

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
 

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
 #include "Scene/Window.h"
 #include "Services/Application.h"
 

@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 
 namespace tavo::gtk {

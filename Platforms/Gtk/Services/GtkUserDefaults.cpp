@@ -5,8 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/Url.h>
+
 #include "Gtk/GPtr.h"
-#include "Values/Url.h"
 
 namespace tavo::gtk {
 

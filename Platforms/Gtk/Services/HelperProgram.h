@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo::gtk {
 

@@ -2,8 +2,9 @@
 
 #include <string>
 
+#include <tavo/Url.h>
+
 #include "Services/Composers.h"
-#include "Values/Url.h"
 
 namespace tavo::gtk {
 

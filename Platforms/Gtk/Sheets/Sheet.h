@@ -6,8 +6,9 @@
 #include <memory>
 #include <string>
 
+#include <tavo/ViewController.h>
+
 #include "Gtk/GPtr.h"
-#include "Scene/ViewController.h"
 
 namespace tavo::gtk {
 

@@ -3,9 +3,10 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/ViewController.h>
+#include <tavo/WebView.h>
+
 #include "Scene/Toolbar.h"
-#include "Scene/ViewController.h"
-#include "Scene/WebView.h"
 #include "Services/Composers.h"
 #include "Services/WebViewFactory.h"
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include <tavo/MoviePlayer.h>
+
 #include "Gtk/GPtr.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Video/FramePaintable.h"
@@ -11,7 +13,6 @@
 #include "Gtk/Video/Playback.h"
 #include "Gtk/Video/PlayerControls.h"
 #include "Gtk/Web/TapWatcher.h"
-#include "Scene/MoviePlayer.h"
 
 namespace tavo::gtk {
 

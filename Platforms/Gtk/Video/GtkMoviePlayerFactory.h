@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Gtk/Video/MediaEngine.h"
-#include "Services/MoviePlayerFactory.h"
 
 namespace tavo::gtk {
 

@@ -2,7 +2,7 @@
 
 #include <gst/gst.h>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo::gtk {
 

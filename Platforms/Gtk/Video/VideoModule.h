@@ -4,9 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "Runtime/Limits.h"
+#include <tavo/Limits.h>
+#include <tavo/MoviePlayerFactory.h>
+
 #include "Services/Log.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Services/RunLoop.h"
 
 namespace tavo::gtk {

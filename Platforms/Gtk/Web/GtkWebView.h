@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
+#include <tavo/WebView.h>
+
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Web/NativeWebView.h"
 #include "Gtk/Web/WebViewPool.h"
-#include "Scene/WebView.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo::gtk {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Geometry.h>
+
 #include "Gtk/GPtr.h"
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/LoadTracker.h"
@@ -14,7 +16,6 @@
 #include "Gtk/Web/SignalConnections.h"
 #include "Gtk/Web/TapWatcher.h"
 #include "Gtk/Web/WebEngine.h"
-#include "Values/Geometry.h"
 
 namespace tavo::gtk {
 

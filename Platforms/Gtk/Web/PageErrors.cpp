@@ -3,7 +3,7 @@
 #include <gio/gio.h>
 #include <webkit/webkit.h>
 
-#include "Scene/WebView.h"
+#include <tavo/WebView.h>
 
 namespace tavo::gtk {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Values/Error.h"
+#include <tavo/Error.h>
 
 namespace tavo::gtk {
 

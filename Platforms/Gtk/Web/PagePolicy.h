@@ -6,9 +6,10 @@
 #include <memory>
 #include <string>
 
+#include <tavo/WebView.h>
+
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/LoadTracker.h"
-#include "Scene/WebView.h"
 
 namespace tavo::gtk {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <deque>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo::gtk {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
 
 namespace tavo::gtk {
 

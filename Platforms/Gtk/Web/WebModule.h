@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/Limits.h>
+
 #include "Gtk/Web/CookieSource.h"
-#include "Runtime/Limits.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"

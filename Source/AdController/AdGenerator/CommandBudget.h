@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "Values/Date.h"
+#include <tavo/Date.h>
 
 namespace tavo {
 

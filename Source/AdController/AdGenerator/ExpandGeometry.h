@@ -2,8 +2,9 @@
 
 #include <optional>
 
+#include <tavo/Geometry.h>
+
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

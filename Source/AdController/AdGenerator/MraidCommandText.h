@@ -3,9 +3,10 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Geometry.h>
+#include <tavo/Url.h>
+
 #include "AdController/AdGenerator/MraidParameters.h"
-#include "Values/Geometry.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
 
 namespace tavo {
 

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "AdInfo/MobileAdTypes.h"
-#include "Scene/WebView.h"
+#include <tavo/MobileAdTypes.h>
+#include <tavo/WebView.h>
 
 namespace tavo {
 

@@ -2,9 +2,9 @@
 
 #include <functional>
 
-#include "Scene/WebView.h"
-#include "Values/Error.h"
-#include "Values/Url.h"
+#include <tavo/Error.h>
+#include <tavo/Url.h>
+#include <tavo/WebView.h>
 
 namespace tavo {
 

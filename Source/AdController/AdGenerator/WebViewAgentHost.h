@@ -3,15 +3,16 @@
 #include <memory>
 #include <optional>
 
-#include "AdController/AdGenerator/PlacementType.h"
+#include <tavo/MobileAdTypes.h>
+#include <tavo/PlacementType.h>
+#include <tavo/WebView.h>
+
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
-#include "AdInfo/MobileAdTypes.h"
 #include "ClickToAction/ClickActionsHost.h"
 #include "ClickToAction/ClickThroughHost.h"
-#include "Scene/WebView.h"
 
 namespace tavo {
 

@@ -1,14 +1,16 @@
 #include "AdController/AdGenerator/XBundleManager.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/Bundle.h"
 
 namespace tavo {
 
 XBundleManager& XBundleManager::sharedManager() {
   const OperationLog log{"+[XBundleManager sharedManager]"};
-  return Runtime::current().shared<XBundleManager>();
+  return Runtime::current().environment()->shared<XBundleManager>();
 }
 
 std::optional<std::string> XBundleManager::bundlePathForResource(std::string_view name,

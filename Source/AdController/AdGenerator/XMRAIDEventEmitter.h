@@ -6,16 +6,17 @@
 #include <string_view>
 #include <vector>
 
+#include <tavo/Geometry.h>
+#include <tavo/MRAIDState.h>
+#include <tavo/PlacementType.h>
+#include <tavo/WebView.h>
+
 #include "AdController/AdGenerator/MRAIDFeature.h"
-#include "AdController/AdGenerator/MRAIDState.h"
 #include "AdController/AdGenerator/MraidParameters.h"
-#include "AdController/AdGenerator/PlacementType.h"
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
-#include "Scene/WebView.h"
 #include "Services/RunLoop.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <string>
 
+#include <tavo/Geometry.h>
+
 #include "AdController/AdGenerator/MraidParameters.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

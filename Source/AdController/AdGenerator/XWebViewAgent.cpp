@@ -1,12 +1,14 @@
 #include "AdController/AdGenerator/XWebViewAgent.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "AdController/AdGenerator/CreativeHtml.h"
 #include "AdController/AdGenerator/NavigationPolicy.h"
 #include "AdController/AdGenerator/XBundleManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Bundle.h"
 #include "Services/WebViewFactory.h"
 #include "Values/Text.h"

@@ -4,6 +4,11 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Observer.h>
+#include <tavo/Url.h>
+#include <tavo/View.h>
+#include <tavo/WebView.h>
+
 #include "AdController/AdGenerator/CommandBudget.h"
 #include "AdController/AdGenerator/MraidCommandText.h"
 #include "AdController/AdGenerator/WebViewAgentDelegate.h"
@@ -11,10 +16,6 @@
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "ClickToAction/XPictureManager.h"
 #include "Runtime/NotificationCenter.h"
-#include "Runtime/Observer.h"
-#include "Scene/View.h"
-#include "Scene/WebView.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -2,12 +2,13 @@
 
 #include <array>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "RequestEnrichment/XDeviceSupportProperties.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo {
 

@@ -1,7 +1,8 @@
 #include "AdController/ResponseParser/XJSONResponseParser.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 
 namespace tavo {
 

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Screen.h"
 #include "Values/Text.h"
 

@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 

@@ -2,14 +2,17 @@
 
 #include <exception>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo {
 
 XNetworkManager& XNetworkManager::shareInstance() {
   const OperationLog log{"+[XNetworkManager shareInstance]"};
-  return Runtime::current().shared<XNetworkManager>();
+  return Runtime::current().environment()->shared<XNetworkManager>();
 }
 
 XNetworkManager::XNetworkManager()

@@ -4,8 +4,10 @@
 
 #include <array>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo {
 

@@ -2,8 +2,10 @@
 
 #include <mutex>
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 namespace {
@@ -17,7 +19,7 @@ struct SharedRoot {
 
 std::shared_ptr<XVASTAd> XVASTAd::sharedInstance() {
   const OperationLog log{"+[XVASTAd sharedInstance]"};
-  auto& shared = Runtime::current().shared<SharedRoot>();
+  auto& shared = Runtime::current().environment()->shared<SharedRoot>();
   const std::scoped_lock lock{shared.mutex};
   return shared.root;
 }
@@ -25,7 +27,7 @@ std::shared_ptr<XVASTAd> XVASTAd::sharedInstance() {
 void XVASTAd::resetInstance() {
   const OperationLog log{"+[XVASTAd resetInstance]"};
   auto fresh = std::make_shared<XVASTAd>();
-  auto& shared = Runtime::current().shared<SharedRoot>();
+  auto& shared = Runtime::current().environment()->shared<SharedRoot>();
   const std::scoped_lock lock{shared.mutex};
   shared.root.swap(fresh);  // the old root goes after the lock, if nobody else holds it
 }

@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include <tavo/View.h>
+
 #include "Scene/Spinner.h"
-#include "Scene/View.h"
 
 namespace tavo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Scene/Label.h"
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
+#include <tavo/Label.h>
 
 namespace tavo {
 

@@ -2,8 +2,9 @@
 
 #include <vector>
 
+#include <tavo/Url.h>
+
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

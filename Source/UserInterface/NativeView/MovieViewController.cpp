@@ -2,9 +2,10 @@
 
 #include <utility>
 
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "Runtime/Runtime.h"
-#include "Services/MoviePlayerFactory.h"
 #include "UserInterface/NativeView/CountdownPlacement.h"
 
 namespace tavo {

@@ -3,10 +3,11 @@
 #include <memory>
 #include <optional>
 
-#include "Scene/MoviePlayer.h"
-#include "Scene/ViewController.h"
+#include <tavo/MoviePlayer.h>
+#include <tavo/Url.h>
+#include <tavo/ViewController.h>
+
 #include "UserInterface/NativeView/VideoControl.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

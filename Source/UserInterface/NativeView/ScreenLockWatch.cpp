@@ -1,7 +1,9 @@
 #include "UserInterface/NativeView/ScreenLockWatch.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 
 namespace tavo {

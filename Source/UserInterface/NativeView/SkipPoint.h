@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/XAdSlotConfiguration.h>
 
 namespace tavo {
 

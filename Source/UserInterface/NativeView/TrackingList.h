@@ -4,8 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include <tavo/Url.h>
+
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

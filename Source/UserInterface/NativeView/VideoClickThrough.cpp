@@ -1,9 +1,10 @@
 #include "UserInterface/NativeView/VideoClickThrough.h"
 
+#include <tavo/Runtime.h>
+
 #include "ClickToAction/AppStore.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "ErrorHandler/ExtendNSLog.h"
-#include "Runtime/Runtime.h"
 #include "Services/Application.h"
 #include "Services/Composers.h"
 #include "Services/Device.h"

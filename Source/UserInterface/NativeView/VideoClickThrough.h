@@ -5,11 +5,12 @@
 #include <memory>
 #include <utility>
 
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/Url.h>
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

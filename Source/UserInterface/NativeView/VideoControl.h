@@ -4,7 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "Scene/Button.h"
+#include <tavo/Button.h>
+
 #include "UserInterface/NativeView/CountdownPlacement.h"
 
 namespace tavo {

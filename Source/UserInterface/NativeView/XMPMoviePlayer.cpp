@@ -2,11 +2,13 @@
 
 #include <array>
 
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/Runtime.h>
+
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
-#include "Services/MoviePlayerFactory.h"
 #include "Utilities/NumberText.h"
 
 namespace tavo {

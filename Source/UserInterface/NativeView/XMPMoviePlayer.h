@@ -4,11 +4,13 @@
 #include <optional>
 #include <string>
 
-#include "AdInfo/MobileAdTypes.h"
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/MobileAdTypes.h>
+#include <tavo/MoviePlayer.h>
+#include <tavo/Observer.h>
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Runtime/Observer.h"
-#include "Scene/MoviePlayer.h"
+#include "Runtime/NotificationCenter.h"
 #include "UserInterface/NativeView/ScreenLockWatch.h"
 #include "UserInterface/NativeView/SkipPoint.h"
 #include "UserInterface/NativeView/TrackingList.h"

@@ -4,9 +4,10 @@
 #include <memory>
 #include <string>
 
+#include <tavo/Error.h>
+#include <tavo/MoviePlayer.h>
+
 #include "Model/VASTDataModel/XTrackingEvent.h"
-#include "Scene/MoviePlayer.h"
-#include "Values/Error.h"
 
 namespace tavo {
 

@@ -1,7 +1,8 @@
 #include "UserInterface/NativeView/XVASTVideoView.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
 #include "Scene/Window.h"
 #include "Services/Application.h"
 #include "Tracker/XAdTracker.h"

@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "AdInfo/MobileAdTypes.h"
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/MobileAdTypes.h>
+#include <tavo/Observer.h>
+#include <tavo/View.h>
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Runtime/Observer.h"
-#include "Scene/View.h"
 #include "UserInterface/NativeView/TrackingList.h"
 #include "UserInterface/NativeView/VideoClickThrough.h"
 #include "UserInterface/NativeView/VideoControl.h"

@@ -3,9 +3,9 @@
 #include <functional>
 #include <memory>
 
-#include "Scene/MoviePlayer.h"
-#include "Values/Error.h"
-#include "Values/Url.h"
+#include <tavo/Error.h>
+#include <tavo/MoviePlayer.h>
+#include <tavo/Url.h>
 
 namespace tavo {
 

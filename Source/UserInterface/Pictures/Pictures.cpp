@@ -1,7 +1,8 @@
 #include "UserInterface/Pictures/Pictures.h"
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/XBundleManager.h"
-#include "Runtime/Runtime.h"
 #include "Services/Bundle.h"
 #include "Services/ImageDecoder.h"
 

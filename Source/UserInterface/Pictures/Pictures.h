@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "Values/Image.h"
+#include <tavo/Image.h>
 
 namespace tavo {
 

@@ -1,9 +1,10 @@
-#include "XMediation/AdNetwork/AdNetworkClasses.h"
-
 #include <exception>
 
+#include <tavo/AdNetworkClasses.h>
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/Environment.h"
 #include "Services/AdNetworkLibrary.h"
 
 namespace tavo {
@@ -44,7 +45,7 @@ const AdNetworkExports* openLibrary() {
 }  // namespace
 
 AdNetworkClasses& AdNetworkClasses::sharedInstance() {
-  return Runtime::current().shared<AdNetworkClasses>();
+  return Runtime::current().environment()->shared<AdNetworkClasses>();
 }
 
 void AdNetworkClasses::registerClass(const std::string& name, Factory factory) {

@@ -5,10 +5,11 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Date.h>
+#include <tavo/Url.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTFailure.h"
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Values/Date.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -4,9 +4,10 @@
 #include <memory>
 #include <string_view>
 
+#include <tavo/Date.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTFetch.h"
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
-#include "Values/Date.h"
 
 namespace tavo {
 

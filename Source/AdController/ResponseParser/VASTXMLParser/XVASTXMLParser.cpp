@@ -4,10 +4,11 @@
 
 #include <utility>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/ElementWalk.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Extensions/CompressedData.h"
-#include "Runtime/Runtime.h"
 #include "Values/Text.h"
 
 namespace tavo {

@@ -7,10 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include <tavo/Limits.h>
+
 #include "AdController/ResponseParser/VASTXMLParser/VASTFetch.h"
 #include "External/TBXML/XTBXML.h"
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Runtime/Limits.h"
 
 namespace tavo {
 

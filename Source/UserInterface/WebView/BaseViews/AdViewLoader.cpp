@@ -1,8 +1,10 @@
 #include "UserInterface/WebView/BaseViews/AdViewLoader.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 
 namespace tavo {

@@ -1,8 +1,9 @@
 #include "UserInterface/WebView/BaseViews/AdViewMediation.h"
 
+#include <tavo/SdkErrors.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
 #include "XMediation/XMediation.h"
 
 namespace tavo {

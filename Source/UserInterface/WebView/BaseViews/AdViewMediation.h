@@ -4,9 +4,10 @@
 #include <optional>
 #include <string>
 
-#include "AdController/AdGenerator/PlacementType.h"
-#include "AdInfo/MobileAdTypes.h"
-#include "Configuration/XAdSlotConfiguration.h"
+#include <tavo/MobileAdTypes.h>
+#include <tavo/PlacementType.h>
+#include <tavo/XAdSlotConfiguration.h>
+
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {

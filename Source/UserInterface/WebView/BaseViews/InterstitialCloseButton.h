@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AdInfo/MobileAdTypes.h"
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
+#include <tavo/MobileAdTypes.h>
 
 namespace tavo {
 

@@ -2,8 +2,9 @@
 
 #include <optional>
 
+#include <tavo/ViewController.h>
+
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
-#include "Scene/ViewController.h"
 
 namespace tavo {
 

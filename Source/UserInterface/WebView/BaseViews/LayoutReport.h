@@ -1,8 +1,8 @@
 #pragma once
 
-#include "AdController/AdGenerator/MRAIDState.h"
-#include "AdController/AdGenerator/PlacementType.h"
-#include "Values/Geometry.h"
+#include <tavo/Geometry.h>
+#include <tavo/MRAIDState.h>
+#include <tavo/PlacementType.h>
 
 namespace tavo {
 

@@ -1,9 +1,10 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "Runtime/Runtime.h"
 #include "Scene/Window.h"
 #include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"

@@ -4,8 +4,9 @@
 #include <optional>
 #include <string_view>
 
+#include <tavo/Button.h>
+
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
-#include "Scene/Button.h"
 #include "Scene/LayoutView.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AdInfo/MobileAdTypes.h"
+#include <tavo/MobileAdTypes.h>
 
 namespace tavo {
 

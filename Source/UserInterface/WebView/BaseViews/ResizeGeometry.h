@@ -4,11 +4,12 @@
 #include <string_view>
 #include <variant>
 
-#include "AdController/AdGenerator/MRAIDState.h"
-#include "AdController/AdGenerator/PlacementType.h"
+#include <tavo/Geometry.h>
+#include <tavo/MRAIDState.h>
+#include <tavo/PlacementType.h>
+
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
 #include "Services/Application.h"
-#include "Values/Geometry.h"
 
 namespace tavo {
 

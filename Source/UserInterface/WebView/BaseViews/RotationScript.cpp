@@ -3,7 +3,8 @@
 #include <array>
 #include <cstdlib>
 
-#include "Runtime/Runtime.h"
+#include <tavo/Runtime.h>
+
 #include "Services/Device.h"
 
 namespace tavo {

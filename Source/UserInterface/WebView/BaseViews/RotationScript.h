@@ -3,7 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "Scene/WebView.h"
+#include <tavo/WebView.h>
+
 #include "Services/Application.h"
 
 namespace tavo {

@@ -1,8 +1,9 @@
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
+#include <tavo/Runtime.h>
+#include <tavo/XAdInterstitialViewController.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "Runtime/Runtime.h"
+#include "Runtime/NotificationCenter.h"
 #include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 

@@ -1,8 +1,9 @@
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+#include <tavo/XAdInterstitialViewController.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
 
 namespace tavo {
 

@@ -1,7 +1,8 @@
+#include <tavo/Runtime.h>
+#include <tavo/XAdInterstitialViewController.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Runtime.h"
-#include "UserInterface/WebView/BaseViews/XAdInterstitialViewController.h"
 
 namespace tavo {
 

@@ -1,16 +1,16 @@
-#include "UserInterface/WebView/BaseViews/XAdView.h"
-
 #include <algorithm>
+
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+#include <tavo/XAdView.h>
+#include <tavo/XGlobalConfiguration.h>
 
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "AdManager/XAdManager.h"
 #include "Configuration/MediationSwitch.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "Runtime/Runtime.h"
 #include "Scene/Window.h"
 #include "Services/Application.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"

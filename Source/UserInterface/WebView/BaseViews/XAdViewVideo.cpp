@@ -1,6 +1,7 @@
+#include <tavo/XAdView.h>
+
 #include "AdManager/XAdManager.h"
 #include "ErrorHandler/OperationLog.h"
-#include "UserInterface/WebView/BaseViews/XAdView.h"
 
 namespace tavo {
 

@@ -3,8 +3,8 @@
 #include <functional>
 #include <memory>
 
-#include "Runtime/Observer.h"
-#include "Scene/ViewController.h"
+#include <tavo/Observer.h>
+#include <tavo/ViewController.h>
 
 namespace tavo {
 

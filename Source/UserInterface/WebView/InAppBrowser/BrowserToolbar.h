@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Configuration/XBrowserConfiguration.h"
-#include "Values/Color.h"
-#include "Values/Image.h"
+#include <tavo/Color.h>
+#include <tavo/Image.h>
+#include <tavo/XBrowserConfiguration.h>
 
 namespace tavo {
 

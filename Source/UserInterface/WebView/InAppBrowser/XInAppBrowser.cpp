@@ -1,11 +1,12 @@
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
+#include <tavo/Runtime.h>
+#include <tavo/XGlobalConfiguration.h>
+
 #include "ClickToAction/AppStore.h"
-#include "Configuration/XGlobalConfiguration.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
-#include "Runtime/Runtime.h"
 #include "Scene/LayoutView.h"
 #include "Services/Application.h"
 #include "Services/Composers.h"

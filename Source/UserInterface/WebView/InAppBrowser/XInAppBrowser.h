@@ -4,14 +4,15 @@
 #include <memory>
 #include <vector>
 
-#include "Configuration/XBrowserConfiguration.h"
-#include "Runtime/Observer.h"
+#include <tavo/Observer.h>
+#include <tavo/Url.h>
+#include <tavo/ViewController.h>
+#include <tavo/WebView.h>
+#include <tavo/XBrowserConfiguration.h>
+
 #include "Scene/Toolbar.h"
-#include "Scene/ViewController.h"
-#include "Scene/WebView.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/InAppBrowser/BrowserToolbar.h"
-#include "Values/Url.h"
 
 namespace tavo {
 

@@ -1,10 +1,11 @@
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 
+#include <tavo/Button.h>
+#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "ErrorHandler/SdkErrors.h"
-#include "Runtime/Runtime.h"
-#include "Scene/Button.h"
 #include "Services/ImageDecoder.h"
 
 namespace tavo {

@@ -4,12 +4,13 @@
 #include <memory>
 #include <optional>
 
+#include <tavo/Error.h>
+#include <tavo/ImageView.h>
+#include <tavo/Observer.h>
+
 #include "ClickToAction/ClickThroughHost.h"
 #include "Runtime/NotificationCenter.h"
-#include "Runtime/Observer.h"
-#include "Scene/ImageView.h"
 #include "Services/HttpClient.h"
-#include "Values/Error.h"
 
 namespace tavo {
 

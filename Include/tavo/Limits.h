@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+
+#include <tavo/Date.h>
+
+namespace tavo {
+
+// The bounds within which hostile input is kept. A host may change any of them before the first ad.
+struct Limits {
+  // Ad request.
+  Seconds requestIdleTimeout{10};
+  Seconds requestDeadline{30};                             // the whole exchange, redirects included
+  std::size_t answerBytes = std::size_t{4} * 1024 * 1024;  // decoded
+  int answerDepth = 64;                                    // nesting of the JSON document
+  int httpRedirects = 20;                                  // hops of one exchange
+  int redirectAnswers = 10;                                // answers in a row that name another ad
+  Seconds automaticRequestDistance{1};  // between two requests that nobody asked for
+
+  // VAST.
+  std::size_t vastBytes = std::size_t{5} * 1024 * 1024;
+  std::size_t vastNodes = 200'000;
+  int vastDepth = 256;
+  Seconds wrapperTimeout{4};       // one document of a wrapper chain
+  Seconds wrapperChainBudget{16};  // all of them
+  Seconds mediaProbeTimeout{8};
+  Seconds firstFrameTimeout{8};
+  Seconds stallTimeout{8};
+
+  // Clicks and tracking.
+  Seconds clickThroughTimeout{10};  // headers only
+  Seconds pingTimeout{10};
+  std::size_t queuedPings = 256;
+  int pingConnectionsPerHost = 6;
+  int pingConnections = 24;
+
+  // Pictures.
+  std::size_t pictureBytes = std::size_t{10} * 1024 * 1024;
+  std::size_t picturePixels = 25'000'000;
+
+  // Web pages.
+  std::size_t webProcessMegabytes = 512;
+  Seconds webProcessPing{3};   // an evaluation unanswered for so long, and nothing else sent
+  Seconds webProcessWatch{5};  // between two looks at a page that is asked nothing else
+  int webProcessReloadsPerMinute = 3;
+  Seconds pageTimeout{60};  // a page that never finishes
+  int pageRefreshes = 5;    // reloads that a page asks for itself
+  double commandsPerSecond = 50;
+  int commandBurst = 1'500;
+  double leavingActionsPerSecond = 1;  // actions that leave the application, without a tap
+  bool leavingActionsNeedTap = false;  // such actions need a person's tap on the page
+  Seconds tapLifetime{1};              // how long a tap stands for the one action that follows it
+
+  // Geometry handed to the toolkit, points a side.
+  double widgetSide = 8'192;
+};
+
+}  // namespace tavo

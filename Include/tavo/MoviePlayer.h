@@ -1,0 +1,138 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include <tavo/Error.h>
+#include <tavo/Url.h>
+#include <tavo/View.h>
+
+namespace tavo {
+
+class MoviePlayer;
+
+enum class MoviePlaybackState {
+  stopped = 0,
+  playing = 1,
+  paused = 2,
+  interrupted = 3,
+  seekingForward = 4,
+  seekingBackward = 5,
+};
+
+enum class MovieFinishReason { playbackEnded = 0, playbackError = 1, userExited = 2 };
+
+// What the player itself offers to touch: nothing, or a bar with pause, position and full screen.
+enum class MovieControlStyle { none = 0, embedded = 1 };
+
+// Codes of the errors that end a video, in the domain movieErrorDomain.
+inline constexpr std::string_view movieErrorDomain = "MovieErrorDomain";
+enum class MovieError : int {
+  unavailable = 1,  // no player can run here
+  notPlayable = 2,  // no video, a missing codec, a server that has none
+  timedOut = 3,     // no first picture, or none any more, for too long
+  incomplete = 4,   // the data ended before the video did
+};
+[[nodiscard]] Error makeError(MovieError code, std::string_view description);
+
+// Hears what a player does. Calls arrive on the main thread, never inside a call to the player.
+class MoviePlayerClient {
+ public:
+  virtual ~MoviePlayerClient() = default;
+
+  // The first picture is there and the length is known; once for each content.
+  virtual void movieDurationAvailable(MoviePlayer& player) = 0;
+  virtual void moviePlaybackStateDidChange(MoviePlayer& player) = 0;
+  // The content is over; `error` says why when the reason is an error. playbackEnded means that a
+  // video of known length was played to its end: data that merely ran out is an error.
+  virtual void moviePlaybackDidFinish(MoviePlayer& player, MovieFinishReason reason,
+                                      const std::optional<Error>& error) = 0;
+  virtual void movieDidEnterFullscreen(MoviePlayer& player) = 0;
+  virtual void movieDidExitFullscreen(MoviePlayer& player) = 0;
+};
+
+// A view that plays one video after the other. A host may own one, show its own content in it and
+// lend it for an ad. Main thread only.
+//
+// Only http and https are played. A content whose first picture does not come within
+// Limits::firstFrameTimeout, or that stands still for Limits::stallTimeout while it should play,
+// finishes with an error. Dropping the player ends everything.
+class MoviePlayer : public View {
+ public:
+  using View::View;
+
+  // Clients are held weakly and told in the order in which they came.
+  void addClient(std::weak_ptr<MoviePlayerClient> client);
+  void removeClient(const MoviePlayerClient& client);
+
+  // Replaces the content and stops; an empty URL shows nothing. Nothing is fetched yet.
+  virtual void setContentUrl(const Url& url) = 0;
+  [[nodiscard]] virtual const Url& contentUrl() const = 0;
+
+  // Fetches the content up to its first picture; then plays, when `shouldAutoplay` is set.
+  virtual void prepareToPlay() = 0;
+  [[nodiscard]] virtual bool isPreparedToPlay() const = 0;
+  bool shouldAutoplay = true;
+
+  // Plays on; prepares first when that was not done. After the end, plays again from the start.
+  virtual void play() = 0;
+  virtual void pause() = 0;
+  // Goes back to the start; the content has to be prepared again.
+  virtual void stop() = 0;
+  [[nodiscard]] virtual MoviePlaybackState playbackState() const = 0;
+
+  // Seconds. Setting the time of a content that is not prepared makes it start there. A server that
+  // cannot send from the middle sends from the start.
+  [[nodiscard]] virtual double currentPlaybackTime() const = 0;
+  virtual void setCurrentPlaybackTime(double seconds) = 0;
+  [[nodiscard]] virtual double duration() const = 0;  // 0 until it is known
+
+  [[nodiscard]] MovieControlStyle controlStyle() const { return controlStyle_; }
+  void setControlStyle(MovieControlStyle style);
+
+  // In full screen the view stands above everything in its window; afterwards it is back at its
+  // place. Does nothing outside a window.
+  [[nodiscard]] bool isFullscreen() const { return place_.has_value(); }
+  void setFullscreen(bool fullscreen);
+
+ protected:
+  virtual void controlStyleChanged() {}
+  virtual void fullscreenChanged() {}
+  // Calls the later tells at the clients that are alive.
+  void tellDurationAvailable();
+  void tellPlaybackState();
+  void tellFinish(MovieFinishReason reason, const std::optional<Error>& error);
+  // Runs the tell of a full-screen change in a later turn.
+  virtual void later(std::function<void()> task) = 0;
+
+ private:
+  // Where the view stood before it went to full screen.
+  struct Place {
+    std::weak_ptr<View> superview;
+    Rect frame;
+    unsigned autoresizingMask = flexibleNothing;
+  };
+
+  template <typename Tell>
+  void tellClients(const Tell& tell);
+  void enterFullscreen(View& window);
+  void exitFullscreen();
+
+  std::vector<std::weak_ptr<MoviePlayerClient>> clients_;
+  MovieControlStyle controlStyle_ = MovieControlStyle::embedded;
+  std::optional<Place> place_;
+};
+
+// Whether a content that has come to the end of its data was played to its end. Ends are not taken
+// at their word: a file that was cut, and a picture sent as a video, end as well.
+struct PlayedContent {
+  bool hadVideo = false;
+  double duration = 0;      // seconds; 0: not known
+  double lastPosition = 0;  // seconds
+};
+[[nodiscard]] bool playedThrough(const PlayedContent& content);
+
+}  // namespace tavo

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <tavo/Color.h>
+#include <tavo/Geometry.h>
+#include <tavo/Image.h>
+#include <tavo/TapRecognizer.h>
+
+namespace tavo {
+
+class ViewController;
+class Window;
+
+// How a view's frame follows a change of its superview's size; bits that can be combined.
+enum Autoresizing : unsigned {
+  flexibleNothing = 0,
+  flexibleLeftMargin = 1U << 0U,
+  flexibleWidth = 1U << 1U,
+  flexibleRightMargin = 1U << 2U,
+  flexibleTopMargin = 1U << 3U,
+  flexibleHeight = 1U << 4U,
+  flexibleBottomMargin = 1U << 5U,
+  flexibleAll = (1U << 6U) - 1U,
+};
+
+// A rectangle on the screen with views inside: a retained tree that a platform mirrors into its
+// own widgets. Made with std::make_shared only; a superview owns its subviews. Main thread only.
+class View : public std::enable_shared_from_this<View> {
+ public:
+  // Hears that something in the tree below a view has changed and must be shown again.
+  class Listener {
+   public:
+    virtual ~Listener() = default;
+    // May be called many times in a turn, in the middle of a change: take note, look later.
+    virtual void treeChanged() = 0;
+  };
+
+  explicit View(Rect frame = {});
+  virtual ~View();
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+
+  // The place in the superview's coordinates. A new size lays the subviews out by their masks.
+  [[nodiscard]] const Rect& frame() const { return frame_; }
+  void setFrame(const Rect& frame);
+  // The same rectangle in the view's own coordinates: its origin is zero.
+  [[nodiscard]] Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+
+  [[nodiscard]] bool isHidden() const { return hidden_; }
+  void setHidden(bool hidden);
+  [[nodiscard]] float alpha() const { return alpha_; }
+  void setAlpha(float alpha);
+  // None: nothing is painted behind the content.
+  [[nodiscard]] const std::optional<Color>& backgroundColor() const { return backgroundColor_; }
+  void setBackgroundColor(std::optional<Color> color);
+  // A picture that is repeated over the whole background, above the colour; empty: none.
+  [[nodiscard]] const Image& backgroundPattern() const { return backgroundPattern_; }
+  void setBackgroundPattern(Image pattern);
+  [[nodiscard]] bool clipsToBounds() const { return clipsToBounds_; }
+  void setClipsToBounds(bool clips);
+  [[nodiscard]] bool isOpaque() const { return opaque_; }
+  void setOpaque(bool opaque) { opaque_ = opaque; }
+  [[nodiscard]] bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+  void setUserInteractionEnabled(bool enabled);
+  [[nodiscard]] unsigned autoresizingMask() const { return autoresizingMask_; }
+  void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
+  [[nodiscard]] bool autoresizesSubviews() const { return autoresizesSubviews_; }
+  void setAutoresizesSubviews(bool resizes) { autoresizesSubviews_ = resizes; }
+  // What assistive technology calls the view; empty: nothing.
+  [[nodiscard]] const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+  void setAccessibilityLabel(std::string label);
+
+  // Back to front.
+  [[nodiscard]] const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
+  // Null when the view stands alone.
+  [[nodiscard]] View* superview() const { return superview_; }
+  // The window above, or null; a window is its own.
+  [[nodiscard]] Window* window();
+  [[nodiscard]] const Window* window() const;
+  // True for the view itself and everything below it.
+  [[nodiscard]] bool isDescendantOf(const View& ancestor) const;
+
+  // Puts `view` in front of the other subviews, taking it out of its former superview. A view is
+  // never put below itself: such a call does nothing.
+  void addSubview(const std::shared_ptr<View>& view);
+  void removeFromSuperview();
+  void removeAllSubviews();
+  void bringSubviewToFront(const View& view);
+
+  // From this view's coordinates to those of `target`; null: to those of the topmost view.
+  [[nodiscard]] Rect convertTo(const View* target, const Rect& rect) const;
+
+  // The frontmost view at `point` (own coordinates) that takes input; null when there is none.
+  // Hidden and almost transparent views (alpha below 0.01) and those with input switched off take
+  // none, nor does anything below them.
+  [[nodiscard]] View* hitTest(Point point);
+
+  void addTapRecognizer(std::shared_ptr<TapRecognizer> recognizer);
+  void removeTapRecognizer(const TapRecognizer& recognizer);
+  [[nodiscard]] const std::vector<std::shared_ptr<TapRecognizer>>& tapRecognizers() const {
+    return tapRecognizers_;
+  }
+
+  // The controller whose view this is, or null.
+  [[nodiscard]] ViewController* controller() const { return controller_; }
+  // The nearest controller on the way up from this view, its own included; null when none.
+  [[nodiscard]] ViewController* nearestController() const;
+
+  // Whoever shows the tree calls this when the view's place came onto the user's screen: its window
+  // was mapped, or what held it was shown again.
+  virtual void didAppearOnScreen() {}
+
+  // One listener per view; null ends it.
+  void setListener(Listener* listener) { listener_ = listener; }
+
+ protected:
+  // Called before the view gets a new superview; null: it is being taken out. The tree may be
+  // changed from inside, the view's own place too.
+  virtual void willMoveToSuperview(View* /*newSuperview*/) {}
+  // Called after the frame has a new size and the subviews have followed.
+  virtual void layoutSubviews() {}
+  [[nodiscard]] virtual bool isWindow() const { return false; }
+  // Tells the listeners on the way up.
+  void changed();
+
+ private:
+  friend class ViewController;
+
+  [[nodiscard]] std::shared_ptr<View> detach(View& view);
+  void resizeFor(Size from, Size to);
+
+  Rect frame_;
+  bool hidden_ = false;
+  bool clipsToBounds_ = false;
+  bool opaque_ = true;
+  bool userInteractionEnabled_ = true;
+  bool autoresizesSubviews_ = true;
+  float alpha_ = 1;
+  unsigned autoresizingMask_ = flexibleNothing;
+  std::optional<Color> backgroundColor_;
+  Image backgroundPattern_;
+  std::string accessibilityLabel_;
+  std::vector<std::shared_ptr<View>> subviews_;
+  std::vector<std::shared_ptr<TapRecognizer>> tapRecognizers_;
+  View* superview_ = nullptr;
+  ViewController* controller_ = nullptr;
+  Listener* listener_ = nullptr;
+};
+
+}  // namespace tavo

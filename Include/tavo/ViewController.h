@@ -1,0 +1,90 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <tavo/InterfaceOrientation.h>
+#include <tavo/View.h>
+
+namespace tavo {
+
+enum class ModalPresentation { fullScreen, overFullScreen };
+enum class ModalTransition { coverVertical, crossDissolve };
+enum class Animated { no, yes };
+
+// Bits: 1 << orientation.
+using OrientationMask = unsigned;
+[[nodiscard]] constexpr OrientationMask maskOf(InterfaceOrientation orientation) {
+  return 1U << static_cast<unsigned>(orientation);
+}
+inline constexpr OrientationMask allOrientations =
+    maskOf(InterfaceOrientation::portrait) | maskOf(InterfaceOrientation::portraitUpsideDown) |
+    maskOf(InterfaceOrientation::landscapeRight) | maskOf(InterfaceOrientation::landscapeLeft);
+inline constexpr OrientationMask landscapeOrientations =
+    maskOf(InterfaceOrientation::landscapeRight) | maskOf(InterfaceOrientation::landscapeLeft);
+
+// Looks after one view that fills the screen or a part of it, and presents other controllers above
+// it. A presenting controller owns the one that it presents. Main thread only.
+class ViewController : public std::enable_shared_from_this<ViewController> {
+ public:
+  ViewController() = default;
+  virtual ~ViewController();
+  ViewController(const ViewController&) = delete;
+  ViewController& operator=(const ViewController&) = delete;
+
+  // The view, made on the first call (loadView, then viewDidLoad).
+  [[nodiscard]] const std::shared_ptr<View>& view();
+  [[nodiscard]] bool isViewLoaded() const { return view_ != nullptr; }
+
+  [[nodiscard]] ViewController* presentedViewController() const { return presented_.get(); }
+  [[nodiscard]] ViewController* presentingViewController() const { return presenting_; }
+  // From viewWillDisappear to the end of viewDidDisappear of a dismissal.
+  [[nodiscard]] bool isBeingDismissed() const { return beingDismissed_; }
+
+  // Shows `controller` above this one, filling the window, then calls `completion` within the same
+  // turn. Does nothing (and calls nothing) when this controller's view is in no window, when it
+  // presents already, or when `controller` is presented already.
+  void presentViewController(const std::shared_ptr<ViewController>& controller, Animated animated,
+                             const std::function<void()>& completion = {});
+
+  // Takes away what this controller presents; when it presents nothing, it takes itself away.
+  // `completion` is called within the same turn, once the views are gone. Does nothing when there
+  // is nothing to take away.
+  void dismissViewController(Animated animated, const std::function<void()>& completion = {});
+
+  ModalPresentation modalPresentationStyle = ModalPresentation::fullScreen;
+  ModalTransition modalTransitionStyle = ModalTransition::coverVertical;
+
+  // Orientation rules, asked by the platform for the controller in front.
+  [[nodiscard]] virtual bool shouldAutorotate() const { return true; }
+  [[nodiscard]] virtual OrientationMask supportedInterfaceOrientations() const {
+    return allOrientations;
+  }
+  [[nodiscard]] virtual InterfaceOrientation preferredInterfaceOrientationForPresentation() const {
+    return InterfaceOrientation::portrait;
+  }
+  // The user wants to leave, by the Escape key or what stands for it. True uses the key up: the
+  // controller is gone, or it may not be left yet. False leaves the key to the host.
+  virtual bool cancelOperation() { return false; }
+  // Told after the window has a new shape.
+  virtual void didRotateFromInterfaceOrientation(InterfaceOrientation /*from*/) {}
+
+ protected:
+  // Makes the view; the default is a plain one of zero size.
+  [[nodiscard]] virtual std::shared_ptr<View> loadView();
+  virtual void viewDidLoad() {}
+  virtual void viewWillAppear(Animated /*animated*/) {}
+  virtual void viewDidAppear(Animated /*animated*/) {}
+  virtual void viewWillDisappear(Animated /*animated*/) {}
+  virtual void viewDidDisappear(Animated /*animated*/) {}
+
+ private:
+  void takeAwayPresented(Animated animated);
+
+  std::shared_ptr<View> view_;
+  std::shared_ptr<ViewController> presented_;
+  ViewController* presenting_ = nullptr;
+  bool beingDismissed_ = false;
+};
+
+}  // namespace tavo

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <memory>
+
+#include <tavo/ViewController.h>
+
+namespace tavo::gtk {
+
+// The controller behind everything in a window of the host's, from which interstitials are
+// presented above the window's content:
+//
+//   gtk::rootViewControllerOf(window)->presentViewController(interstitial, Animated::yes);
+//
+// While one is there it fills the window, takes all input and keeps the keyboard; afterwards the
+// content is as it was, the focus included. The window may have slots, too, or none.
+//
+// Main thread only, in a running Runtime with the platform of makePlatform. Null without one. The
+// window owns the controller: it goes with the window.
+[[nodiscard]] std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window);
+
+}  // namespace tavo::gtk

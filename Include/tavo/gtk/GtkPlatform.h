@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include <tavo/Limits.h>
+#include <tavo/Platform.h>
+
+namespace tavo::gtk {
+
+struct GtkPlatformOptions {
+  // Names the folders of cookies, settings and the error log; use the application's own id.
+  std::string applicationId;
+  // The host's version, as its users know it.
+  std::string applicationVersion = "1.0";
+  // Folder for all of these; empty: the user's own for the application.
+  std::string dataFolder{};
+  // Folder with the host's own pictures that its settings name; empty: none.
+  std::string resourceFolder{};
+  // Requests are sent even when the system sees no network: for a server on this machine.
+  bool assumeReachable = false;
+  // The shared library of an external ad network; empty: the one that the environment variable
+  // TAVO_AD_NETWORK names, or none. It runs inside the host, with all the host's rights.
+  std::string adNetworkLibrary{};
+  // The bounds within which hostile input is kept, by the platform and the SDK alike.
+  Limits limits{};
+};
+
+// The services of a GTK application, for the Runtime. Call it on the main thread after the toolkit
+// was set up (in a Gtk::Application, from its start-up on).
+[[nodiscard]] Platform makePlatform(const GtkPlatformOptions& options);
+
+}  // namespace tavo::gtk
