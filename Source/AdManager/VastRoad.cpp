@@ -95,7 +95,7 @@ void VastRoad::chooseMedia(AdManagerView& view, const std::shared_ptr<XVASTAd>& 
   const auto subType =
       interstitial ? MobileAdSubTypes::vastInterstitial : MobileAdSubTypes::vastBanner;
   ad_ = ad;
-  videoView_ = XVASTVideoView::create(view.sceneView().bounds());
+  videoView_ = XVASTVideoView::create(Runtime::current().environment(), view.sceneView().bounds());
   videoView_->slotConfiguration = settings_.slotConfiguration;
   videoView_->moviePlayerInstance = settings_.moviePlayerInstance;
   videoView_->isVastInterestitial = interstitial;

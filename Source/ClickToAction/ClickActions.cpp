@@ -6,7 +6,7 @@
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Services/Application.h"
-#include "UserInterface/NativeView/MovieViewController.h"
+#include "UserInterface/Movie/MovieViewController.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -200,7 +200,8 @@ void ClickActions::sendMailWithParameters(const ClickToActionParameters& paramet
 void ClickActions::handlePlayVideoWithURL(const Url& url) {
   const OperationLog log{"-[XAdView handlePlayVideoWithURL:]"};
   if (url.empty()) return;
-  const auto player = MovieViewController::create(url, view_.adFrame());
+  const auto player = MovieViewController::create(*Runtime::current().platform().moviePlayers, url,
+                                                  view_.adFrame());
   if (view_.state() == MRAIDState::expanded) {
     // Quirk: above an expanded ad the user starts the video.
     if (auto* expanded = view_.expandedViewController()) {

@@ -7,7 +7,7 @@
 #include "Scene/Window.h"
 #include "Support/GtkHost.h"
 #include "Support/WidgetTree.h"
-#include "UserInterface/NativeView/MovieViewController.h"
+#include "UserInterface/Movie/MovieViewController.h"
 
 namespace tavo::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "Support/CreativeScreenTest.h"
 #include "Support/HostileServer.h"
 #include "Support/StandInHandlers.h"
-#include "UserInterface/NativeView/MovieViewController.h"
+#include "UserInterface/Movie/MovieViewController.h"
 
 namespace tavo::test {
 namespace {

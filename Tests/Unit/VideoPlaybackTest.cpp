@@ -201,14 +201,6 @@ TEST_F(VideoPlaybackTest, AnAdWithoutAWayOutGetsOneAfterFifteenSeconds) {
   }
 }
 
-TEST_F(VideoPlaybackTest, ALongCountdownIsNotCutShort) {
-  makePreroll();
-  play({.linearAttributes = "skipOffset='00:00:25'"});
-  advance(16);
-  EXPECT_EQ(buttonOn(*host_)->title(), "00:10");
-  EXPECT_FALSE(buttonOn(*host_)->isUserInteractionEnabled());
-}
-
 TEST_F(VideoPlaybackTest, ConnectivityThatGoesBeforeTheFirstPictureEndsTheAd) {
   makePreroll();
   play();

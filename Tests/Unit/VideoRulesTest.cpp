@@ -5,10 +5,12 @@
 
 #include <tavo/MoviePlayer.h>
 
-#include "UserInterface/NativeView/CountdownPlacement.h"
+#include "UserInterface/Movie/CountdownPlacement.h"
 #include "UserInterface/NativeView/MediaChoice.h"
-#include "UserInterface/NativeView/SkipPoint.h"
+#include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/TrackingList.h"
+#include "UserInterface/NativeView/VideoMilestones.h"
+#include "UserInterface/NativeView/VideoReturn.h"
 #include "UserInterface/NativeView/VideoTime.h"
 
 namespace tavo::test {
@@ -111,21 +113,137 @@ TEST(SkipPointTest, TheFirstCountdownOfAWholePrerollIgnoresTheTimeThatPassedQuir
 
 TEST(CountdownPlacementTest, SixPlacesAndTheRest) {
   const Size video{321, 180};
-  const Size button{45, 44};
-  const Rect other{1, 2, 3, 4};
+  const Rect control{272, 0, 44, 44};
   const CountdownPlacement places[] = {
-      {{276, 0, 45, 44}, TextAlignment::right},
-      {{138, 0, 45, 44}, TextAlignment::center},
-      {{0, 0, 45, 44}, TextAlignment::left},
-      {{0, 136, 45, 44}, TextAlignment::left},
-      {{138, 136, 45, 44}, TextAlignment::center},
-      {{276, 136, 45, 44}, TextAlignment::right},
-      {other, TextAlignment::left},
+      {{277, 0, 44, 44}, TextAlignment::right},
+      {{138, 0, 44, 44}, TextAlignment::center},
+      {{0, 0, 44, 44}, TextAlignment::left},
+      {{0, 136, 44, 44}, TextAlignment::left},
+      {{138, 136, 44, 44}, TextAlignment::center},
+      {{277, 136, 44, 44}, TextAlignment::right},
+      {control, TextAlignment::left},
   };
   for (unsigned position = 0; position < std::size(places); ++position) {
-    EXPECT_EQ(countdownPlacement(position, video, button, other), places[position]) << position;
+    EXPECT_EQ(countdownPlacement(position, video), places[position]) << position;
   }
-  EXPECT_EQ(skipButtonFrame(video), (Rect{272, 0, 44, 44}));
+  EXPECT_EQ(countdownPlacement(std::nullopt, video), places[6]);
+  EXPECT_EQ(skipButtonFrame(video), control);
+}
+
+TEST(SkipProgressTest, TheCountdownLeadsToTheControlAndNoFurther) {
+  struct Case {
+    float delay;
+    double time;
+    std::optional<std::string> countdown;
+    bool control;
+  };
+  const Case cases[] = {
+      {-1, 3, std::nullopt, false},  // not known, or before the start
+      {0, 0, std::nullopt, true},
+      {5, 0, "00:05", false},
+      {5, 4.9, "00:01", false},
+      {5, 5, "", true},
+      {5, 9, "", true},
+      {30, 29.5, "00:01", false},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(std::to_string(test.delay) + " at " + std::to_string(test.time));
+    SkipProgress progress;
+    progress.begin({.skipOffset = {}, .skipDelay = test.delay});
+    EXPECT_EQ(progress.at(test.time).countdown, test.countdown);
+    EXPECT_EQ(progress.at(test.time).control, test.control);
+    progress.controlShown();
+    EXPECT_EQ(progress.at(test.time).countdown, std::nullopt);
+    EXPECT_FALSE(progress.at(test.time).control);
+  }
+}
+
+TEST(SkipProgressTest, OnlyACountdownThatEndsWithinTheVideoIsWaitedFor) {
+  struct Case {
+    float delay;
+    double time;
+    double duration;
+    bool counting;
+  };
+  const Case cases[] = {
+      {25, 15, 30, true}, {30, 15, 30, true},     {60, 15, 30, false}, {-1.5F, 15, 30, false},
+      {5, 15, 30, false}, {3600, 0, 4000, false},  // whose countdown shows nothing
+      {25, 15, 0, false},
+  };
+  for (const auto& test : cases) {
+    SkipProgress progress;
+    progress.begin({.skipOffset = {}, .skipDelay = test.delay});
+    EXPECT_EQ(progress.isCounting(test.time, test.duration), test.counting) << test.delay;
+  }
+}
+
+TEST(VideoMilestonesTest, EachChangeOfPlaybackMeansOneThing) {
+  using enum MoviePlaybackState;
+  struct Case {
+    MoviePlaybackState state;
+    VideoMilestones::Facts facts;
+    Milestone meaning;
+  };
+  const VideoMilestones::Facts usual{.prepared = true};
+  const VideoMilestones::Facts end{.prepared = true, .atEnd = true};
+  const Case cases[] = {
+      {paused, {}, Milestone::none},  // nothing to pause yet
+      {playing, usual, Milestone::start},
+      {playing, usual, Milestone::none},
+      {seekingForward, usual, Milestone::none},
+      {paused, usual, Milestone::pause},
+      {interrupted, usual, Milestone::none},
+      {playing, {}, Milestone::none},  // while it is fetched again
+      {playing, usual, Milestone::resume},
+      {playing, usual, Milestone::none},
+      {seekingBackward, usual, Milestone::rewind},
+      {seekingBackward, usual, Milestone::rewind},
+      {paused, end, Milestone::none},
+      {stopped, usual, Milestone::none},
+  };
+  VideoMilestones milestones;
+  milestones.begin();
+  for (const auto& test : cases) {
+    EXPECT_EQ(milestones.playbackChanged(test.state, test.facts), test.meaning)
+        << &test - &cases[0];
+  }
+}
+
+TEST(VideoMilestonesTest, AQuartileIsReachedOnceInOrderWhereverTheVideoGoes) {
+  struct Case {
+    double part;
+    std::vector<int> reached;
+  };
+  const Case cases[] = {{0, {}},   {0.2499, {}},  {0.25, {0}}, {0.1, {}},
+                        {0.3, {}}, {0.8, {1, 2}}, {0.5, {}},   {1, {}}};
+  VideoMilestones milestones;
+  for (const auto& test : cases) {
+    std::vector<int> reached;
+    for (const Quartile& quartile : milestones.reached(test.part))
+      reached.push_back(quartile.index);
+    EXPECT_EQ(reached, test.reached) << test.part;
+  }
+  std::vector<TrackingEventType> events;
+  for (const Quartile& quartile : quartilesBetween(0, 1)) events.push_back(quartile.event);
+  EXPECT_THAT(events, ElementsAre(TrackingEventType::firstQuartile, TrackingEventType::midpoint,
+                                  TrackingEventType::thirdQuartile));
+}
+
+TEST(VideoReturnTest, WhatFollowsWhenTheUserIsBack) {
+  using enum MoviePlaybackState;
+  struct Case {
+    VideoStanding standing;
+    VideoReturn plan;
+  };
+  const Case cases[] = {
+      {{.over = true, .prepared = true, .state = paused}, {.handBack = true}},
+      {{.prepared = false, .state = stopped, .endsWithClick = true}, {.beginAgain = true}},
+      {{.prepared = true, .state = paused}, {.playOn = true}},
+      {{.prepared = true, .state = stopped}, {.playOn = true}},
+      {{.prepared = true, .state = playing}, {}},
+      {{.prepared = true, .state = paused, .endsWithClick = true}, {}},
+  };
+  for (const auto& test : cases) EXPECT_EQ(planReturn(test.standing), test.plan);
 }
 
 TEST(PlayedThroughTest, OnlyAVideoThatWasShownToItsEnd) {

@@ -1,7 +1,5 @@
 #include "UserInterface/NativeView/ScreenLockWatch.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
@@ -13,7 +11,7 @@ constexpr Seconds hibernationDelay{30};
 }  // namespace
 
 void ScreenLockWatch::start() {
-  auto& center = Runtime::current().notifications();
+  auto& center = environment_->notifications();
   lock_ = center.subscribe(notifications::screenLocked,
                            [this](const Notification&) { onDeviceScreenLock(); });
   foreground_ = center.subscribe(notifications::willEnterForeground,
@@ -30,7 +28,7 @@ void ScreenLockWatch::stop() {
 void ScreenLockWatch::onDeviceScreenLock() {
   const OperationLog log{"-[XMPMoviePlayer onDeviceScreenLock:]"};
   deviceLocked_ = true;
-  hibernationTimer_ = Runtime::current().platform().runLoop->after(
+  hibernationTimer_ = environment_->platform().runLoop->after(
       hibernationDelay, [this] { afterDeviceScreenLockTimerFinish(); });
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
-#include "Runtime/NotificationCenter.h"
+#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
@@ -17,7 +18,8 @@ class ScreenLockWatch {
     std::function<void()> foreground{};
   };
 
-  explicit ScreenLockWatch(Events events) : events_{std::move(events)} {}
+  ScreenLockWatch(std::shared_ptr<Environment> environment, Events events)
+      : environment_{std::move(environment)}, events_{std::move(events)} {}
 
   void start();
   // Ends the watch for the lock; of a screen that is locked already, the user's return is still
@@ -33,7 +35,8 @@ class ScreenLockWatch {
   void onDeviceScreenLock();
   void afterDeviceScreenLockTimerFinish();
 
-  Events events_;
+  const std::shared_ptr<Environment> environment_;
+  const Events events_;
   Subscription lock_;
   Subscription foreground_;
   Timer hibernationTimer_;

@@ -1,10 +1,9 @@
 #include "UserInterface/NativeView/VideoClickThrough.h"
 
-#include <tavo/Runtime.h>
-
 #include "ClickToAction/AppStore.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "ErrorHandler/ExtendNSLog.h"
+#include "Runtime/Relay.h"
 #include "Services/Application.h"
 #include "Services/Composers.h"
 #include "Services/Device.h"
@@ -27,7 +26,7 @@ void VideoClickThrough::open(const Url& url, const XAdSlotConfiguration* slot) {
 }
 
 void VideoClickThrough::leaveApplication(const Url& url) {
-  auto& application = *Runtime::current().platform().application;
+  auto& application = *environment_->platform().application;
   if (!application.canOpenUrl(url)) return;
   const auto held = shared_from_this();
   events_.willLeaveApplication();
@@ -35,11 +34,10 @@ void VideoClickThrough::leaveApplication(const Url& url) {
 }
 
 void VideoClickThrough::resolve(const Url& url) {
-  auto& runtime = Runtime::current();
-  HttpRequest request = XUserAgent::sharedProvider().getUserAgentForUrl(url);
-  request.idleTimeout = request.deadline = runtime.limits().clickThroughTimeout;
+  HttpRequest request = environment_->shared<XUserAgent>().getUserAgentForUrl(url);
+  request.idleTimeout = request.deadline = environment_->limits().clickThroughTimeout;
   request.maximumBodyBytes = 1;  // where the page finally is matters; what it says is not read
-  runtime.platform().http->send(
+  environment_->platform().http->send(
       std::move(request), [weak = weak_from_this(), url, click = click_](const HttpResult& result) {
         const auto self = weak.lock();
         if (self && self->click_ == click) self->resolved(url, result);
@@ -53,7 +51,7 @@ void VideoClickThrough::resolved(const Url& url, const HttpResult& result) {
 }
 
 void VideoClickThrough::presentBrowser(const Url& url) {
-  const auto& platform = Runtime::current().platform();
+  const auto& platform = environment_->platform();
   ViewController* presenter = events_.presenter();
   if (presenter == nullptr || browser_ || !platform.application->canOpenUrl(url)) return;
   const auto held = shared_from_this();
@@ -70,14 +68,10 @@ void VideoClickThrough::presentBrowser(const Url& url) {
 }
 
 std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
-  const auto relay = [weak = weak_from_this()](std::function<void()> Events::*event) {
-    return [weak, event](XInAppBrowser&) {
-      if (const auto self = weak.lock()) (self->events_.*event)();
-    };
-  };
+  const Relay relay{*this};
   browserEvents_ = std::make_shared<XInAppBrowserDelegate>(XInAppBrowserDelegate{
-      .XInAppBrowserClose = relay(&Events::browserClosed),
-      .XInAppBrowserWillLeaveApplication = relay(&Events::willLeaveApplication),
+      .XInAppBrowserClose = relay.call(&VideoClickThrough::browserClosed),
+      .XInAppBrowserWillLeaveApplication = relay.call(&VideoClickThrough::willLeaveApplication),
       .XInAppBrowserDidFailLoadWithError = [](XInAppBrowser&, const Error& error) {
         platformLog("In-app browser: " + error.description);
       }});
@@ -91,11 +85,10 @@ bool VideoClickThrough::closeBrowser() {
 }
 
 void VideoClickThrough::showStoreSheet(std::int64_t application) {
-  const auto& platform = Runtime::current().platform();
-  const auto sheet = platform.composers->storeSheet(
-      {.identifier = application, .page = productPage(application)}, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->storeSheetFinished();
-      });
+  const auto& platform = environment_->platform();
+  const auto sheet =
+      platform.composers->storeSheet({.identifier = application, .page = productPage(application)},
+                                     Relay{*this}.call(&VideoClickThrough::storeSheetFinished));
   storeSheet_ = sheet;
   storeDelay_ = platform.runLoop->after(storeSheetDelay, [this, sheet] {
     if (auto* presenter = events_.presenter()) {

@@ -8,6 +8,7 @@
 #include <tavo/Url.h>
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -29,12 +30,12 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
     std::function<void()> storeFinished{};
   };
 
-  explicit VideoClickThrough(Events events) : events_{std::move(events)} {}
+  VideoClickThrough(std::shared_ptr<Environment> environment, Events events)
+      : environment_{std::move(environment)}, events_{std::move(events)} {}
 
   // An empty URL opens nothing.
   void open(const Url& url, const XAdSlotConfiguration* slot);
 
-  [[nodiscard]] bool isBrowserOpen() const { return browser_ != nullptr; }
   // Takes an open page away without a report; returns whether there was one.
   bool closeBrowser();
 
@@ -44,10 +45,13 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   void resolved(const Url& url, const HttpResult& result);
   void presentBrowser(const Url& url);
   [[nodiscard]] std::shared_ptr<XInAppBrowser> makeBrowser();
+  void browserClosed() { events_.browserClosed(); }
+  void willLeaveApplication() { events_.willLeaveApplication(); }
   void showStoreSheet(std::int64_t application);
   void storeSheetFinished();
 
-  Events events_;
+  const std::shared_ptr<Environment> environment_;
+  const Events events_;
   std::shared_ptr<XInAppBrowser> browser_;  // while it is open
   std::shared_ptr<const XInAppBrowserDelegate> browserEvents_;
   std::weak_ptr<ViewController> storeSheet_;

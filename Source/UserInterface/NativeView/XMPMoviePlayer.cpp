@@ -1,14 +1,11 @@
 #include "UserInterface/NativeView/XMPMoviePlayer.h"
 
-#include <array>
-
 #include <tavo/MoviePlayerFactory.h>
-#include <tavo/Runtime.h>
 
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
+#include "UserInterface/NativeView/VideoReturn.h"
 #include "Utilities/NumberText.h"
 
 namespace tavo {
@@ -19,114 +16,84 @@ constexpr Seconds progressPeriod{0.5};
 // A video that has drawn nothing to leave it by for so long is left by the common control.
 constexpr Seconds longestWithoutControl{15};
 
-struct Quartile {
-  double part;
-  TrackingEventType event;
-};
-constexpr std::array<Quartile, 3> quartiles{{{0.25, TrackingEventType::firstQuartile},
-                                             {0.5, TrackingEventType::midpoint},
-                                             {0.75, TrackingEventType::thirdQuartile}}};
-
 }  // namespace
 
 std::shared_ptr<XMPMoviePlayer> XMPMoviePlayer::create(
+    std::shared_ptr<Environment> environment,
     const std::shared_ptr<MoviePlayer>& moviePlayerInstance) {
   const OperationLog log{"-[XMPMoviePlayer initWithMoviePlayerInstance:]"};
-  return std::shared_ptr<XMPMoviePlayer>{new XMPMoviePlayer{{}, moviePlayerInstance}};
+  return std::shared_ptr<XMPMoviePlayer>{
+      new XMPMoviePlayer{std::move(environment), {}, moviePlayerInstance}};
 }
 
-std::shared_ptr<XMPMoviePlayer> XMPMoviePlayer::createForInterstitial(const Rect& frame) {
+std::shared_ptr<XMPMoviePlayer> XMPMoviePlayer::createForInterstitial(
+    std::shared_ptr<Environment> environment, const Rect& frame) {
   const OperationLog log{"-[XMPMoviePlayer initForInterstitial]"};
-  std::shared_ptr<XMPMoviePlayer> player{new XMPMoviePlayer{frame, nullptr}};
+  std::shared_ptr<XMPMoviePlayer> player{
+      new XMPMoviePlayer{std::move(environment), frame, nullptr}};
   player->mobileAdSubTypes = MobileAdSubTypes::vastInterstitial;
   player->isVastInterestitial = true;
-  player->movie_ = Runtime::current().platform().moviePlayers->create(player->bounds());
+  player->movie_ = player->environment_->platform().moviePlayers->create(player->bounds());
   player->movie_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   player->addSubview(player->movie_);
   return player;
 }
 
-XMPMoviePlayer::XMPMoviePlayer(const Rect& frame, std::shared_ptr<MoviePlayer> host)
+XMPMoviePlayer::XMPMoviePlayer(std::shared_ptr<Environment> environment, const Rect& frame,
+                               std::shared_ptr<MoviePlayer> host)
     : View{frame},
-      host_{std::move(host)},
-      movie_{host_},
-      lockWatch_{
-          {.hibernate = [this] { hibernate(); }, .foreground = [this] { didEnterForeground(); }}} {}
+      environment_{std::move(environment)},
+      borrowed_{std::move(host)},
+      movie_{borrowed_.host()},
+      interruptions_{environment_,
+                     {.connectionLost = [this] { connectionLost(); },
+                      .memoryLow = [this] { dismissAdOnMemoryWarning(); },
+                      .turned = [this] { rotateToOrientation(); },
+                      .lock = {.hibernate = [this] { hibernate(); },
+                               .foreground = [this] { didEnterForeground(); }}}} {}
 
 XMPMoviePlayer::~XMPMoviePlayer() { XMPMoviePlayer::releaseMemory(); }
 
 void XMPMoviePlayer::setUp() {
   const OperationLog log{"-[XMPMoviePlayer setUp]"};
   const auto held = shared_from_this();
-  if (!XNetworkManager::shareInstance().internetAvailable()) return dismissAdTapped();
-  if (!movie_) return;
-  if (isPreroll() && movie_->shouldAutoplay &&
-      movie_->playbackState() == MoviePlaybackState::playing) {
-    return;
-  }
+  if (!environment_->shared<XNetworkManager>().internetAvailable()) return dismissAdTapped();
+  if (!movie_ || (isPreroll() && borrowed_.isBusy())) return;
   playAdWithPlayer();
 }
 
 void XMPMoviePlayer::playAdWithPlayer() {
   const OperationLog log{"-[XMPMoviePlayer playAdWithPlayer]"};
   if (!movie_) return;
-  const auto rotated = [this](const Notification&) { rotateToOrientation(); };
-  orientation_ = Runtime::current().notifications().subscribe(
-      isInterstitial() ? std::string_view{"XAdInterstitialOrientationDidChange"}
-                       : notifications::deviceOrientationDidChange,
-      rotated);
   movie_->setControlStyle(MovieControlStyle::none);
   setContentForAd();
   registerForNotifications();
-  isAdPlayedForFirstTime_ = true;
+  milestones_.begin();
   addTap();
-  controlTimer_ = Runtime::current().platform().runLoop->after(longestWithoutControl,
-                                                               [this] { showControlAnyway(); });
+  controlTimer_ = environment_->platform().runLoop->after(longestWithoutControl,
+                                                          [this] { showControlAnyway(); });
   movie_->prepareToPlay();
 }
 
 void XMPMoviePlayer::setContentForAd() {
   iCounterForAdDisplay_ = 1;
-  if (isPreroll() && !hostContent_) {
-    hostContent_ =
-        HostContent{movie_->contentUrl(), movie_->currentPlaybackTime(), movie_->shouldAutoplay};
-    movie_->shouldAutoplay = true;
-  }
+  if (isPreroll()) borrowed_.borrow();
   movie_->setContentUrl(movieURL);
-}
-
-void XMPMoviePlayer::restoreHostContent() {
-  if (!movie_ || !hostContent_) return;
-  const HostContent content = *std::exchange(hostContent_, std::nullopt);
-  movie_->shouldAutoplay = content.autoplay;
-  movie_->setContentUrl({});
-  movie_->setContentUrl(content.originalURL);
-  movie_->setCurrentPlaybackTime(content.position);
-  movie_->setControlStyle(MovieControlStyle::embedded);
 }
 
 void XMPMoviePlayer::registerForNotifications() {
   const OperationLog log{"-[XMPMoviePlayer registerForNotifications]"};
   if (!movie_) return;
-  const auto self = std::static_pointer_cast<XMPMoviePlayer>(shared_from_this());
   movie_->removeClient(*this);
-  movie_->addClient(self);
-  auto& center = Runtime::current().notifications();
-  internetAccess_ = center.subscribe(
-      internetAccessChangedNotification,
-      [this](const Notification& notification) { internetAccessChanged(notification); });
-  memoryWarning_ = center.subscribe(notifications::didReceiveMemoryWarning,
-                                    [this](const Notification&) { dismissAdOnMemoryWarning(); });
-  lockWatch_.start();
+  movie_->addClient(std::static_pointer_cast<XMPMoviePlayer>(shared_from_this()));
+  interruptions_.start(isInterstitial() ? std::string_view{"XAdInterstitialOrientationDidChange"}
+                                        : notifications::deviceOrientationDidChange);
 }
 
 void XMPMoviePlayer::deregisterNotifications() {
   const OperationLog log{"-[XMPMoviePlayer deregisterNotifications]"};
   if (movie_) movie_->removeClient(*this);
-  internetAccess_.reset();
-  memoryWarning_.reset();
-  orientation_.reset();
-  lockWatch_.stop();
+  interruptions_.stop();
 }
 
 // A button on the video keeps its touches.
@@ -140,6 +107,166 @@ void XMPMoviePlayer::addTap() {
   movie_->addTapRecognizer(tap_);
 }
 
+void XMPMoviePlayer::movieDurationAvailable(MoviePlayer& player) {
+  const OperationLog log{"-[XMPMoviePlayer durationAvailableNotification:]"};
+  const SkipPoint point = skipPoint(skipOffset, player.duration(), slotConfiguration.get());
+  skipOffset = point.skipOffset;
+  skip_.begin(point);
+  showCountdown(firstCountdown(point, player.currentPlaybackTime(),
+                               isPreroll() ? VideoUse::preroll : VideoUse::interstitial));
+}
+
+void XMPMoviePlayer::moviePlaybackStateDidChange(MoviePlayer& player) {
+  const OperationLog log{"-[XMPMoviePlayer moviePlayerNotifications:]"};
+  const auto held = shared_from_this();
+  const auto state = player.playbackState();
+  if (state == MoviePlaybackState::playing) startTimer();
+  if (state == MoviePlaybackState::paused || state == MoviePlaybackState::stopped) killTimer();
+  report(milestones_.playbackChanged(state,
+                                     {.prepared = player.isPreparedToPlay(),
+                                      .atEnd = player.currentPlaybackTime() == player.duration()}));
+}
+
+void XMPMoviePlayer::report(Milestone milestone) {
+  switch (milestone) {
+    case Milestone::none:
+      return;
+    case Milestone::start:
+      track(TrackingEventType::start);
+      return delegate.tell(&Told::playerDidPlayVideo, *this);
+    case Milestone::pause:
+      track(TrackingEventType::pause);
+      return delegate.tell(&Told::playerDidPauseVideo, *this, now());
+    case Milestone::resume:
+      track(TrackingEventType::resume);
+      return delegate.tell(&Told::playerDidResume, *this, now());
+    case Milestone::rewind:
+      track(TrackingEventType::rewind);
+      return delegate.tell(&Told::playerDidRewindWithVideo, *this);
+  }
+}
+
+// The last stretch may have been too short for a tick, so the quartiles are looked at once more.
+void XMPMoviePlayer::moviePlaybackDidFinish(MoviePlayer& /*player*/, MovieFinishReason reason,
+                                            const std::optional<Error>& error) {
+  const OperationLog log{"-[XMPMoviePlayer moviePlayerNotifications:]"};
+  const auto held = shared_from_this();
+  killTimer();
+  if (reason == MovieFinishReason::playbackEnded) {
+    reportQuartiles();
+    track(TrackingEventType::complete);
+  }
+  if (movie_) movie_->setFullscreen(false);
+  if (reason == MovieFinishReason::playbackError && iCounterForAdDisplay_ == 1) {
+    delegate.tell(&Told::playerDidFinishWithErrorWithPlayer, *this,
+                  error.value_or(makeError(MovieError::notPlayable, "The video cannot be played.")),
+                  borrowed_.host());
+  }
+  if (iCounterForAdDisplay_ == 1) dismissAdTapped();
+}
+
+void XMPMoviePlayer::movieDidEnterFullscreen(MoviePlayer& /*player*/) {
+  const auto held = shared_from_this();
+  rotateToOrientation();
+  track(TrackingEventType::fullscreen);
+  delegate.tell(&Told::playerDidEnterFullScreen, *this);
+}
+
+void XMPMoviePlayer::movieDidExitFullscreen(MoviePlayer& /*player*/) {
+  const auto held = shared_from_this();
+  rotateToOrientation();
+  track(TrackingEventType::exitFullscreen);
+  delegate.tell(&Told::playerDidExitFullScreen, *this);
+}
+
+void XMPMoviePlayer::startTimer() {
+  const OperationLog log{"-[XMPMoviePlayer startTimer]"};
+  timer_ =
+      environment_->platform().runLoop->every(progressPeriod, [this] { updatePlaybackTime(); });
+}
+
+void XMPMoviePlayer::killTimer() {
+  const OperationLog log{"-[XMPMoviePlayer killTimer]"};
+  timer_.invalidate();
+}
+
+void XMPMoviePlayer::updatePlaybackTime() {
+  if (!movie_) return;
+  const auto held = shared_from_this();
+  const auto step = skip_.at(now());
+  if (step.countdown) showCountdown(*step.countdown);
+  if (step.control) showControl();
+  reportQuartiles();
+}
+
+void XMPMoviePlayer::reportQuartiles() {
+  if (!movie_ || !(movie_->duration() > 0)) return;
+  for (const Quartile& quartile : milestones_.reached(now() / movie_->duration())) {
+    track(quartile.event);
+    delegate.tell(&Told::playerDidFinishQuartile, *this, quartile.index);
+  }
+}
+
+void XMPMoviePlayer::track(TrackingEventType type) {
+  delegate.tell(&Told::trackEventWithEventType, type);
+}
+
+void XMPMoviePlayer::showCountdown(const std::string& text) {
+  if (isPreroll()) {
+    displaySkipButtonText(text);
+  } else if (isInterstitial()) {
+    delegate.tell(&Told::displayCloseButtonText, text);
+  }
+}
+
+void XMPMoviePlayer::showControl() {
+  if (isPreroll()) {
+    displaySkipButton();
+  } else if (isInterstitial()) {
+    delegate.tell(&Told::displayCloseButton);
+  }
+  skip_.controlShown();
+  if (movie_) movie_->setControlStyle(MovieControlStyle::embedded);
+}
+
+// A countdown that runs says when the control comes; anything else would hold the user for good.
+void XMPMoviePlayer::showControlAnyway() {
+  const auto held = shared_from_this();
+  const bool counting = movie_ && skip_.isCounting(now(), movie_->duration());
+  if (!skip_.isControlShown() && !counting) showControl();
+}
+
+void XMPMoviePlayer::displaySkipButtonText(const std::string& text) {
+  const OperationLog log{"-[XMPMoviePlayer displaySkipButtonText:]"};
+  if (!movie_) return;
+  btnSkip_.showCountdown(*movie_, text, countdownPosition(slotConfiguration.get()));
+}
+
+void XMPMoviePlayer::displaySkipButton() {
+  const OperationLog log{"-[XMPMoviePlayer displaySkipButton]"};
+  if (movie_) btnSkip_.showClose(*movie_, [this] { skipButtonTapped(); });
+}
+
+void XMPMoviePlayer::addSkipButton() {
+  const OperationLog log{"-[XMPMoviePlayer addSkipButton]"};
+  if (!movie_) return;
+  btnSkip_.showCountdown(*movie_, std::to_string(integerPart(skipDelay())), std::nullopt);
+  btnSkip_.button()->setBackgroundColor(std::nullopt);
+}
+
+CountdownPlacement XMPMoviePlayer::getCountdownTimerRect(unsigned position) const {
+  return countdownPlacement(position, movie_ ? movie_->frame().size() : Size{});
+}
+
+Rect XMPMoviePlayer::skipButtonFrameWithPlayer(const MoviePlayer& player) const {
+  return skipButtonFrame(player.frame().size());
+}
+
+void XMPMoviePlayer::rotateToOrientation() {
+  const OperationLog log{"-[XMPMoviePlayer rotateToOrientation]"};
+  btnSkip_.layOut();
+}
+
 void XMPMoviePlayer::oneTap() {
   const OperationLog log{"-[XMPMoviePlayer oneTap:]"};
   if (!movie_) return;
@@ -149,9 +276,9 @@ void XMPMoviePlayer::oneTap() {
   if (state == MoviePlaybackState::paused || state == MoviePlaybackState::stopped) {
     return movie_->play();
   }
-  if (!delegate.implements(&XMoviePlayerDelegate::playerDidClickVideo)) return;
+  if (!delegate.implements(&Told::playerDidClickVideo)) return;
   movie_->pause();
-  delegate.tell(&XMoviePlayerDelegate::playerDidClickVideo, *this);
+  delegate.tell(&Told::playerDidClickVideo, *this);
 }
 
 void XMPMoviePlayer::skipButtonTapped() {
@@ -161,7 +288,7 @@ void XMPMoviePlayer::skipButtonTapped() {
   const double time = now();
   dismissAdTapped();
   track(TrackingEventType::skip);
-  delegate.tell(&XMoviePlayerDelegate::playerDidSkipVideo, *this, time);
+  delegate.tell(&Told::playerDidSkipVideo, *this, time);
 }
 
 void XMPMoviePlayer::dismissAdTapped() {
@@ -179,24 +306,22 @@ void XMPMoviePlayer::dismiss(Cause cause) {
   ++iCounterForAdDisplay_;
   bShowSkipAdLabel = false;
   killTimer();
-  if (isPreroll()) delegate.tell(&XMoviePlayerDelegate::closeInAppBrowser);
+  if (isPreroll()) delegate.tell(&Told::closeInAppBrowser);
   deregisterNotifications();
   clearVideo();
   if (isInterstitial()) {
     dropOwnMovie();
-    delegate.tell(cause == Cause::user ? &XMoviePlayerDelegate::dismissVideo
-                                       : &XMoviePlayerDelegate::dismissVideoOnMemoryWarning);
-  } else if (!lockWatch_.isDeviceLocked() && !lockWatch_.isHibernationDone()) {
+    delegate.tell(cause == Cause::user ? &Told::dismissVideo : &Told::dismissVideoOnMemoryWarning);
+  } else if (!interruptions_.lock().isDeviceLocked() &&
+             !interruptions_.lock().isHibernationDone()) {
     handBack(cause);
   }
 }
 
 void XMPMoviePlayer::handBack(Cause cause) {
-  restoreHostContent();
-  if (cause == Cause::memoryWarning) {
-    delegate.tell(&XMoviePlayerDelegate::playerDismissOnMemoryWarning, *this);
-  }
-  delegate.tell(&XMoviePlayerDelegate::playerPrerollDidFinishWithPlayer, *this, host_);
+  borrowed_.giveBack();
+  if (cause == Cause::memoryWarning) delegate.tell(&Told::playerDismissOnMemoryWarning, *this);
+  delegate.tell(&Told::playerPrerollDidFinishWithPlayer, *this, borrowed_.host());
 }
 
 // Takes what the ad has put on the video off it.
@@ -218,19 +343,16 @@ void XMPMoviePlayer::dropOwnMovie() {
 void XMPMoviePlayer::releaseMemory() {
   const OperationLog log{"-[XMPMoviePlayer releaseMemory]"};
   killTimer();
-  lockWatch_.clear();
+  interruptions_.lock().clear();
   deregisterNotifications();
   clearVideo();
   if (isInterstitial()) dropOwnMovie();
-  restoreHostContent();
+  if (movie_) borrowed_.giveBack();
   movie_.reset();
 }
 
-void XMPMoviePlayer::internetAccessChanged(const Notification& notification) {
-  const OperationLog log{"-[XMPMoviePlayer internetAccessChanged:]"};
-  const auto available = notification.userInfo.find("Available");
-  const bool lost = available == notification.userInfo.end() || available->second == 0;
-  if (lost && movie_ && !movie_->isPreparedToPlay()) dismissAdTapped();
+void XMPMoviePlayer::connectionLost() {
+  if (movie_ && !movie_->isPreparedToPlay()) dismissAdTapped();
 }
 
 // The ad sleeps: nothing of it may play on behind the lock.
@@ -240,134 +362,26 @@ void XMPMoviePlayer::hibernate() {
   if (movie_) movie_->stop();
 }
 
+// An ad that ended behind the lock kept the host's player until now.
 void XMPMoviePlayer::didEnterForeground() {
   const OperationLog log{"-[XMPMoviePlayer didEnterForeground:]"};
   const auto held = shared_from_this();
-  // An ad that ended behind the lock kept the host's player until now.
-  const bool ended = iCounterForAdDisplay_ > 1;
-  if (ended || lockWatch_.isHibernationDone()) {
-    lockWatch_.clear();
-    lockWatch_.stop();
-    if (isPreroll()) handBack(Cause::user);
-    return;
-  }
+  ScreenLockWatch& lock = interruptions_.lock();
+  const auto plan = planReturn(
+      {.over = iCounterForAdDisplay_ > 1 || lock.isHibernationDone(),
+       .prepared = movie_ && movie_->isPreparedToPlay(),
+       .state = movie_ ? movie_->playbackState() : MoviePlaybackState::stopped,
+       .endsWithClick = !slotConfiguration || slotConfiguration->dismissVideoOnClickThrough});
+  lock.clear();
+  if (plan.handBack) lock.stop();
+  if (plan.handBack && isPreroll()) handBack(Cause::user);
   if (!movie_) return;
-  const auto state = movie_->playbackState();
-  if (!movie_->isPreparedToPlay()) {
+  if (plan.beginAgain) {
     deregisterNotifications();
     movie_->shouldAutoplay = false;
     playAdWithPlayer();
-  } else if ((state == MoviePlaybackState::paused || state == MoviePlaybackState::stopped) &&
-             slotConfiguration && !slotConfiguration->dismissVideoOnClickThrough) {
-    movie_->play();
   }
-  lockWatch_.clear();
-}
-
-void XMPMoviePlayer::startTimer() {
-  const OperationLog log{"-[XMPMoviePlayer startTimer]"};
-  timer_ = Runtime::current().platform().runLoop->every(progressPeriod,
-                                                        [this] { updatePlaybackTime(); });
-}
-
-void XMPMoviePlayer::killTimer() {
-  const OperationLog log{"-[XMPMoviePlayer killTimer]"};
-  timer_.invalidate();
-}
-
-void XMPMoviePlayer::updatePlaybackTime() {
-  if (!movie_) return;
-  const auto held = shared_from_this();
-  const double time = now();
-  if (!isSkipButtonAdded_ && skip_.skipDelay > 0) showCountdown(countdown(skip_.skipDelay, time));
-  if (!isSkipButtonAdded_ && skip_.skipDelay >= 0 && time >= static_cast<double>(skip_.skipDelay)) {
-    showControl();
-  }
-  reportQuartiles();
-}
-
-void XMPMoviePlayer::reportQuartiles() {
-  if (!movie_ || !(movie_->duration() > 0)) return;
-  const double part = now() / movie_->duration();
-  for (unsigned index = 0; index < quartiles.size(); ++index) {
-    const unsigned bit = 1U << index;
-    if (part < quartiles.at(index).part || (quartilesReported_ & bit) != 0) continue;
-    quartilesReported_ |= bit;
-    track(quartiles.at(index).event);
-    delegate.tell(&XMoviePlayerDelegate::playerDidFinishQuartile, *this, static_cast<int>(index));
-  }
-}
-
-void XMPMoviePlayer::showCountdown(const std::string& text) {
-  if (isPreroll()) {
-    displaySkipButtonText(text);
-  } else if (isInterstitial()) {
-    delegate.tell(&XMoviePlayerDelegate::displayCloseButtonText, text);
-  }
-}
-
-void XMPMoviePlayer::showControl() {
-  if (isPreroll()) {
-    displaySkipButton();
-  } else if (isInterstitial()) {
-    delegate.tell(&XMoviePlayerDelegate::displayCloseButton);
-  }
-  isSkipButtonAdded_ = true;
-  if (movie_) movie_->setControlStyle(MovieControlStyle::embedded);
-}
-
-// A countdown that runs says when the control comes; anything else would hold the user for good.
-void XMPMoviePlayer::showControlAnyway() {
-  const auto held = shared_from_this();
-  const bool counting = movie_ && movie_->duration() > 0 &&
-                        !countdown(skip_.skipDelay, now()).empty() &&
-                        static_cast<double>(skip_.skipDelay) <= movie_->duration();
-  if (!isSkipButtonAdded_ && !counting) showControl();
-}
-
-void XMPMoviePlayer::displaySkipButtonText(const std::string& text) {
-  const OperationLog log{"-[XMPMoviePlayer displaySkipButtonText:]"};
-  if (!movie_) return;
-  const CountdownPlacement place =
-      slotConfiguration ? getCountdownTimerRect(slotConfiguration->countdownTimerPosition)
-                        : CountdownPlacement{skipButtonFrameWithPlayer(*movie_)};
-  btnSkip_.showText(*movie_, text, place);
-}
-
-void XMPMoviePlayer::displaySkipButton() {
-  const OperationLog log{"-[XMPMoviePlayer displaySkipButton]"};
-  if (!movie_) return;
-  btnSkip_.showClose(*movie_, skipButtonFrameWithPlayer(*movie_), [this] { skipButtonTapped(); });
-}
-
-void XMPMoviePlayer::addSkipButton() {
-  const OperationLog log{"-[XMPMoviePlayer addSkipButton]"};
-  if (!movie_) return;
-  btnSkip_.showText(*movie_, std::to_string(integerPart(skip_.skipDelay)),
-                    {skipButtonFrameWithPlayer(*movie_), TextAlignment::left});
-  btnSkip_.button()->setBackgroundColor(std::nullopt);
-}
-
-CountdownPlacement XMPMoviePlayer::getCountdownTimerRect(unsigned position) const {
-  const Size video = movie_ ? movie_->frame().size() : Size{};
-  const Rect otherwise = tavo::skipButtonFrame(video);
-  return countdownPlacement(position, video, otherwise.size(), otherwise);
-}
-
-Rect XMPMoviePlayer::skipButtonFrameWithPlayer(const MoviePlayer& player) const {
-  return tavo::skipButtonFrame(player.frame().size());
-}
-
-void XMPMoviePlayer::rotateToOrientation() {
-  const OperationLog log{"-[XMPMoviePlayer rotateToOrientation]"};
-  if (!movie_ || !slotConfiguration) return;
-  btnSkip_.moveTo(btnSkip_.isClose()
-                      ? skipButtonFrameWithPlayer(*movie_)
-                      : getCountdownTimerRect(slotConfiguration->countdownTimerPosition).frame);
-}
-
-void XMPMoviePlayer::track(TrackingEventType type) {
-  delegate.tell(&XMoviePlayerDelegate::trackEventWithEventType, type);
+  if (plan.playOn) movie_->play();
 }
 
 }  // namespace tavo

@@ -10,11 +10,13 @@
 #include <tavo/XAdSlotConfiguration.h>
 
 #include "Model/VASTDataModel/XVASTAd.h"
-#include "Runtime/NotificationCenter.h"
-#include "UserInterface/NativeView/ScreenLockWatch.h"
-#include "UserInterface/NativeView/SkipPoint.h"
+#include "Runtime/Environment.h"
+#include "UserInterface/Movie/SkipControl.h"
+#include "UserInterface/NativeView/BorrowedPlayer.h"
+#include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/TrackingList.h"
-#include "UserInterface/NativeView/VideoControl.h"
+#include "UserInterface/NativeView/VideoInterruptions.h"
+#include "UserInterface/NativeView/VideoMilestones.h"
 #include "UserInterface/NativeView/XMoviePlayerDelegate.h"
 
 namespace tavo {
@@ -27,8 +29,10 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
  public:
   // For a pre-roll in the host's player; never null.
   [[nodiscard]] static std::shared_ptr<XMPMoviePlayer> create(
+      std::shared_ptr<Environment> environment,
       const std::shared_ptr<MoviePlayer>& moviePlayerInstance);
-  [[nodiscard]] static std::shared_ptr<XMPMoviePlayer> createForInterstitial(const Rect& frame);
+  [[nodiscard]] static std::shared_ptr<XMPMoviePlayer> createForInterstitial(
+      std::shared_ptr<Environment> environment, const Rect& frame);
   ~XMPMoviePlayer() override;
 
   Observer<XMoviePlayerDelegate> delegate;
@@ -73,11 +77,13 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   [[nodiscard]] CountdownPlacement getCountdownTimerRect(unsigned position) const;
   [[nodiscard]] Rect skipButtonFrameWithPlayer(const MoviePlayer& player) const;
 
+  // Null once the video is gone.
   [[nodiscard]] const std::shared_ptr<MoviePlayer>& moviePlayerController() const { return movie_; }
-  [[nodiscard]] const std::shared_ptr<MoviePlayer>& playerInstance() const { return host_; }
-  [[nodiscard]] float skipDelay() const { return skip_.skipDelay; }
-  [[nodiscard]] bool isSkipButtonAdded() const { return isSkipButtonAdded_; }
-  [[nodiscard]] const VideoControl& skipControl() const { return btnSkip_; }
+  [[nodiscard]] const std::shared_ptr<MoviePlayer>& playerInstance() const {
+    return borrowed_.host();
+  }
+  [[nodiscard]] float skipDelay() const { return skip_.skipDelay(); }
+  [[nodiscard]] bool isSkipButtonAdded() const { return skip_.isControlShown(); }
 
   // MoviePlayerClient
   void movieDurationAvailable(MoviePlayer& player) override;
@@ -88,15 +94,11 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   void movieDidExitFullscreen(MoviePlayer& player) override;
 
  private:
-  // The host's content while the ad is in its player.
-  struct HostContent {
-    Url originalURL;
-    double position = 0;  // seconds
-    bool autoplay = true;
-  };
+  using Told = XMoviePlayerDelegate;
   enum class Cause { user, memoryWarning };
 
-  XMPMoviePlayer(const Rect& frame, std::shared_ptr<MoviePlayer> host);
+  XMPMoviePlayer(std::shared_ptr<Environment> environment, const Rect& frame,
+                 std::shared_ptr<MoviePlayer> host);
 
   [[nodiscard]] bool isInterstitial() const {
     return mobileAdSubTypes == MobileAdSubTypes::vastInterstitial;
@@ -105,41 +107,33 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   [[nodiscard]] double now() const { return movie_ ? movie_->currentPlaybackTime() : 0; }
 
   void setContentForAd();
-  void restoreHostContent();
-  void handBack(Cause cause);
-  void dismiss(Cause cause);
-  void clearVideo();
-  void dropOwnMovie();
   void addTap();
+  void report(Milestone milestone);
+  void reportQuartiles();
+  void track(TrackingEventType type);
   void showCountdown(const std::string& text);
   void showControl();
   void showControlAnyway();
-  void reportQuartiles();
-  void didStartPlaying();
-  void didPause();
-  void didEnterForeground();
+  void dismiss(Cause cause);
+  void handBack(Cause cause);
+  void clearVideo();
+  void dropOwnMovie();
+  void connectionLost();
   void hibernate();
-  void internetAccessChanged(const Notification& notification);
+  void didEnterForeground();
   void rotateToOrientation();
-  void track(TrackingEventType type);
 
-  std::shared_ptr<MoviePlayer> host_;   // null for an interstitial
+  const std::shared_ptr<Environment> environment_;
+  BorrowedPlayer borrowed_;             // of nobody, for an interstitial
   std::shared_ptr<MoviePlayer> movie_;  // the one that plays the ad; null once it is dropped
-  std::optional<HostContent> hostContent_;
   std::shared_ptr<TapRecognizer> tap_;
-  VideoControl btnSkip_{{}};
-  SkipPoint skip_{.skipOffset = {}, .skipDelay = -1};
+  SkipControl btnSkip_;
+  SkipProgress skip_;
+  VideoMilestones milestones_;
+  VideoInterruptions interruptions_;
   int iCounterForAdDisplay_ = 0;
-  unsigned quartilesReported_ = 0;
-  bool isSkipButtonAdded_ = false;
-  bool isAdPlayedForFirstTime_ = false;
-  bool isPaused_ = false;
-  Timer timer_;
-  Timer controlTimer_;
-  ScreenLockWatch lockWatch_;
-  Subscription orientation_;
-  Subscription internetAccess_;
-  Subscription memoryWarning_;
+  Timer timer_;         // of the progress
+  Timer controlTimer_;  // of the control that comes in any case
 };
 
 }  // namespace tavo

@@ -1,8 +1,7 @@
 #include "UserInterface/NativeView/XVASTVideoView.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Relay.h"
 #include "Scene/Window.h"
 #include "Services/Application.h"
 #include "Tracker/XAdTracker.h"
@@ -10,11 +9,45 @@
 
 namespace tavo {
 
-std::shared_ptr<XVASTVideoView> XVASTVideoView::create(const Rect& frame) {
+std::shared_ptr<XVASTVideoView> XVASTVideoView::create(std::shared_ptr<Environment> environment,
+                                                       const Rect& frame) {
   const OperationLog log{"-[XVASTVideoView initWithFrame:]"};
-  std::shared_ptr<XVASTVideoView> view{new XVASTVideoView{frame}};
+  std::shared_ptr<XVASTVideoView> view{new XVASTVideoView{std::move(environment), frame}};
   view->makeObservers();
   return view;
+}
+
+// Every report holds the view for its length: an observer may drop it from inside.
+void XVASTVideoView::makeObservers() {
+  using Self = XVASTVideoView;
+  const Relay relay{*this};
+  clickThrough_ = std::make_shared<VideoClickThrough>(
+      environment_,
+      VideoClickThrough::Events{
+          .presenter = relay.call(&Self::clickPresenter),
+          .willLeaveApplication = relay.call(&Self::XInAppBrowserWillLeaveApplication),
+          .willOpenInAppBrowser = relay.pass(&Told::vastVideoViewWillOpenInAppBrowser),
+          .browserClosed = relay.call(&Self::XInAppBrowserClose),
+          .storeFinished = relay.call(&Self::productViewControllerDidFinish)});
+  playerEvents_ = std::make_shared<XMoviePlayerDelegate>(XMoviePlayerDelegate{
+      .trackEventWithEventType = relay.call(&Self::trackEventWithEventType),
+      .playerDidPlayVideo = relay.pass(&Told::vastVideoAdDidLoad),
+      .playerDidPauseVideo = relay.pass(&Told::vastVideoViewDidPauseVideo),
+      .playerDidResume = relay.pass(&Told::vastVideoViewDidResume),
+      .playerDidRewindWithVideo = relay.pass(&Told::vastVideoViewDidRewind),
+      .playerDidFinishQuartile = relay.pass(&Told::vastVideoViewDidFinishQuartile),
+      .playerDidSkipVideo = relay.pass(&Told::vastVideoViewDidSkipVideo),
+      .playerDidEnterFullScreen = relay.pass(&Told::VASTVideoViewDidEnterFullScreen),
+      .playerDidExitFullScreen = relay.pass(&Told::VASTVideoViewDidExitFullScreen),
+      .playerDidClickVideo = relay.call(&Self::didClickVideo),
+      .playerPrerollDidFinishWithPlayer = relay.pass(&Told::prerollDidFinishWithPlayer),
+      .playerDismissOnMemoryWarning = relay.pass(&Told::vastVideoViewDismissOnMemoryWarning),
+      .playerDidFinishWithErrorWithPlayer = relay.pass(&Told::playerDidFinishWithErrorWithPlayer),
+      .displayCloseButton = relay.call(&Self::displayCloseButton),
+      .displayCloseButtonText = relay.call(&Self::displayCloseButtonText),
+      .dismissVideo = relay.call(&Self::dismissVideo),
+      .dismissVideoOnMemoryWarning = relay.call(&Self::dismissVideoOnMemoryWarning),
+      .closeInAppBrowser = relay.call(&Self::closeInAppBrowser)});
 }
 
 XVASTVideoView::~XVASTVideoView() { XVASTVideoView::releaseMemory(); }
@@ -36,15 +69,7 @@ const TrackingList& XVASTVideoView::trackingArrayWithVASTResponse(
 void XVASTVideoView::setUpPlayer() {
   const OperationLog log{"-[XVASTVideoView setUpPlayer]"};
   const auto held = shared_from_this();
-  if (isInterstitial()) {
-    player_ = XMPMoviePlayer::createForInterstitial(bounds());
-    player_->setAutoresizingMask(flexibleWidth | flexibleHeight);
-    player_->setBackgroundColor(colors::white);
-    addSubview(player_);
-  } else {
-    player_ = XMPMoviePlayer::create(moviePlayerInstance);
-  }
-  const auto player = player_;  // the player's first report may end it
+  const auto player = player_ = makePlayer();  // held: its first report may end it
   player->bShowSkipAdLabel = !isInterstitial();
   player->isVastInterestitial = isVastInterestitial;
   player->VASTResponse = VASTResponse_;
@@ -56,6 +81,15 @@ void XVASTVideoView::setUpPlayer() {
   player->movieURL = movieURL;
   player->delegate.set(playerEvents_);
   player->setUp();
+}
+
+std::shared_ptr<XMPMoviePlayer> XVASTVideoView::makePlayer() {
+  if (!isInterstitial()) return XMPMoviePlayer::create(environment_, moviePlayerInstance);
+  auto player = XMPMoviePlayer::createForInterstitial(environment_, bounds());
+  player->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  player->setBackgroundColor(colors::white);
+  addSubview(player);
+  return player;
 }
 
 void XVASTVideoView::trackEventWithEventType(TrackingEventType type) {
@@ -96,7 +130,7 @@ std::shared_ptr<const Window> XVASTVideoView::standingWindow() const {
   if (isInterstitial()) video = this;
   const Window* const own = video == nullptr ? nullptr : video->window();
   if (own != nullptr) return std::static_pointer_cast<const Window>(own->shared_from_this());
-  return Runtime::current().platform().application->keyWindow();
+  return environment_->platform().application->keyWindow();
 }
 
 ViewController* XVASTVideoView::getRootViewController() const {
@@ -109,6 +143,10 @@ ViewController* XVASTVideoView::currentViewController() const {
   const OperationLog log{"-[XVASTVideoView currentViewController]"};
   const auto window = standingWindow();
   return window ? window->topViewController() : nullptr;
+}
+
+ViewController* XVASTVideoView::clickPresenter() const {
+  return isInterstitial() ? currentViewController() : getRootViewController();
 }
 
 void XVASTVideoView::XInAppBrowserClose() {
@@ -145,30 +183,21 @@ void XVASTVideoView::closeButtonClicked() {
 
 void XVASTVideoView::displayCloseButtonText(const std::string& text) {
   const OperationLog log{"-[XVASTVideoView displayCloseButtonText:]"};
-  const CountdownPlacement place =
-      slotConfiguration ? getCountdownTimerRect(slotConfiguration->countdownTimerPosition)
-                        : CountdownPlacement{countdownButtonFrame()};
-  adCloseButton_.showText(*this, text, place);
+  adCloseButton_.showCountdown(*this, text, countdownPosition(slotConfiguration.get()));
 }
 
 void XVASTVideoView::displayCloseButton() {
   const OperationLog log{"-[XVASTVideoView displayCloseButton]"};
-  adCloseButton_.showClose(*this, closeButtonFrame(), [this] { closeButtonClicked(); });
+  adCloseButton_.showClose(*this, [this] { closeButtonClicked(); });
 }
 
 Rect XVASTVideoView::closeButtonFrame() const { return skipButtonFrame(frame().size()); }
 
 CountdownPlacement XVASTVideoView::getCountdownTimerRect(unsigned position) const {
-  const Rect otherwise = countdownButtonFrame();
-  return countdownPlacement(position, frame().size(), otherwise.size(), otherwise);
+  return countdownPlacement(position, frame().size());
 }
 
-void XVASTVideoView::rotateToOrientation() {
-  const bool counting = !adCloseButton_.isClose() && slotConfiguration;
-  adCloseButton_.moveTo(counting
-                            ? getCountdownTimerRect(slotConfiguration->countdownTimerPosition).frame
-                            : closeButtonFrame());
-}
+void XVASTVideoView::rotateToOrientation() { adCloseButton_.layOut(); }
 
 void XVASTVideoView::dismissVideo() {
   const OperationLog log{"-[XVASTVideoView dismissVideo]"};

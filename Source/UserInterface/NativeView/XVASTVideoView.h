@@ -11,9 +11,9 @@
 #include <tavo/XAdSlotConfiguration.h>
 
 #include "Model/VASTDataModel/XVASTAd.h"
+#include "UserInterface/Movie/SkipControl.h"
 #include "UserInterface/NativeView/TrackingList.h"
 #include "UserInterface/NativeView/VideoClickThrough.h"
-#include "UserInterface/NativeView/VideoControl.h"
 #include "UserInterface/NativeView/XMPMoviePlayer.h"
 #include "UserInterface/NativeView/XVASTVidoeViewDelegate.h"
 
@@ -24,7 +24,8 @@ namespace tavo {
 // events and follows clicks. Made with `create`; main thread only.
 class XVASTVideoView : public View {
  public:
-  [[nodiscard]] static std::shared_ptr<XVASTVideoView> create(const Rect& frame);
+  [[nodiscard]] static std::shared_ptr<XVASTVideoView> create(
+      std::shared_ptr<Environment> environment, const Rect& frame);
   ~XVASTVideoView() override;
 
   Observer<XVASTVidoeViewDelegate> delegate;
@@ -80,32 +81,34 @@ class XVASTVideoView : public View {
   void productViewControllerDidFinish();
 
   [[nodiscard]] const std::shared_ptr<XMPMoviePlayer>& mpMoviePlayer() const { return player_; }
-  [[nodiscard]] const VideoControl& adCloseButton() const { return adCloseButton_; }
   [[nodiscard]] bool isCloseButtonDisplayed() const { return adCloseButton_.isClose(); }
 
  protected:
   void layoutSubviews() override { rotateToOrientation(); }
 
  private:
-  explicit XVASTVideoView(const Rect& frame) : View{frame} {}
+  using Told = XVASTVidoeViewDelegate;
+
+  XVASTVideoView(std::shared_ptr<Environment> environment, const Rect& frame)
+      : View{frame}, environment_{std::move(environment)} {}
 
   void makeObservers();
-  void addPlaybackEvents(XMoviePlayerDelegate& events);
-  void addControlEvents(XMoviePlayerDelegate& events);
-  [[nodiscard]] std::function<std::shared_ptr<XVASTVideoView>()> holder();
+  [[nodiscard]] std::shared_ptr<XMPMoviePlayer> makePlayer();
   void didClickVideo();
+  [[nodiscard]] ViewController* clickPresenter() const;
   [[nodiscard]] std::shared_ptr<const Window> standingWindow() const;
   void endVideoAfterClick();
   [[nodiscard]] bool isInterstitial() const {
     return mobileAdSubTypes == MobileAdSubTypes::vastInterstitial;
   }
 
+  const std::shared_ptr<Environment> environment_;
   std::shared_ptr<XVASTAd> VASTResponse_;
   TrackingList tracking_;
   std::shared_ptr<XMPMoviePlayer> player_;
   std::shared_ptr<const XMoviePlayerDelegate> playerEvents_;
   std::shared_ptr<VideoClickThrough> clickThrough_;
-  VideoControl adCloseButton_{{.text = colors::black, .background = {1, 1, 1, 0.1F}}};
+  SkipControl adCloseButton_{{.text = colors::black, .background = {1, 1, 1, 0.1F}}};
   bool dismissed_ = false;
 };
 

@@ -1,4 +1,4 @@
-#include "UserInterface/NativeView/MovieViewController.h"
+#include "UserInterface/Movie/MovieViewController.h"
 
 #include <utility>
 
@@ -6,13 +6,14 @@
 #include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
-#include "UserInterface/NativeView/CountdownPlacement.h"
+#include "UserInterface/Movie/CountdownPlacement.h"
 
 namespace tavo {
 
-std::shared_ptr<MovieViewController> MovieViewController::create(const Url& url,
+std::shared_ptr<MovieViewController> MovieViewController::create(MoviePlayerFactory& players,
+                                                                 const Url& url,
                                                                  const Rect& frame) {
-  auto player = Runtime::current().platform().moviePlayers->create(frame);
+  auto player = players.create(frame);
   player->setContentUrl(url);
   std::shared_ptr<MovieViewController> controller{new MovieViewController{std::move(player)}};
   controller->player_->addClient(controller);
@@ -39,7 +40,7 @@ void MovieViewController::viewDidLoad() {
 void MovieViewController::viewDidAppear(Animated /*animated*/) {
   player_->setFrame(view()->bounds());
   // It stands on the video, and so goes with it when the video takes the whole screen.
-  closeButton_.showClose(*player_, skipButtonFrame(player_->frame().size()), [this] { close(); });
+  closeButton_.showClose(*player_, [this] { close(); });
   closeButton_.button()->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
   player_->prepareToPlay();
 }

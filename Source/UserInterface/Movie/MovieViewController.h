@@ -4,10 +4,11 @@
 #include <optional>
 
 #include <tavo/MoviePlayer.h>
+#include <tavo/MoviePlayerFactory.h>
 #include <tavo/Url.h>
 #include <tavo/ViewController.h>
 
-#include "UserInterface/NativeView/VideoControl.h"
+#include "UserInterface/Movie/SkipControl.h"
 
 namespace tavo {
 
@@ -17,7 +18,8 @@ namespace tavo {
 class MovieViewController : public ViewController, public MoviePlayerClient {
  public:
   // `frame`, in points, is the place that the video comes from.
-  [[nodiscard]] static std::shared_ptr<MovieViewController> create(const Url& url,
+  [[nodiscard]] static std::shared_ptr<MovieViewController> create(MoviePlayerFactory& players,
+                                                                   const Url& url,
                                                                    const Rect& frame);
   ~MovieViewController() override;
 
@@ -49,7 +51,7 @@ class MovieViewController : public ViewController, public MoviePlayerClient {
   void close();
 
   std::shared_ptr<MoviePlayer> player_;
-  VideoControl closeButton_{{}};
+  SkipControl closeButton_;
 };
 
 }  // namespace tavo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+
+#include <tavo/Geometry.h>
+#include <tavo/Label.h>
+#include <tavo/XAdSlotConfiguration.h>
+
+namespace tavo {
+
+// Where a countdown stands on a video, and to which side its text keeps.
+struct CountdownPlacement {
+  Rect frame;
+  TextAlignment alignment = TextAlignment::left;
+  friend bool operator==(const CountdownPlacement&, const CountdownPlacement&) = default;
+};
+
+// The place of the skip and close controls on a video of this size: near its top right corner.
+[[nodiscard]] Rect skipButtonFrame(Size video);
+
+// The place of a countdown, which is as large as those controls, by the slot's
+// `countdownTimerPosition`: 0 top right, 1 top centre, 2 top left, 3 bottom left, 4 bottom centre,
+// 5 bottom right. With any other, and with none, it stands where the control will be, its text to
+// the left.
+[[nodiscard]] CountdownPlacement countdownPlacement(std::optional<unsigned> position, Size video);
+
+// The position that a slot's settings (null: none) ask for.
+[[nodiscard]] std::optional<unsigned> countdownPosition(const XAdSlotConfiguration* slot);
+
+}  // namespace tavo

@@ -1,0 +1,13 @@
+#include "UserInterface/NativeView/VideoReturn.h"
+
+namespace tavo {
+
+VideoReturn planReturn(const VideoStanding& standing) {
+  if (standing.over) return {.handBack = true};
+  const bool waits =
+      standing.state == MoviePlaybackState::paused || standing.state == MoviePlaybackState::stopped;
+  if (!standing.prepared) return {.beginAgain = true};
+  return {.playOn = waits && !standing.endsWithClick};
+}
+
+}  // namespace tavo
