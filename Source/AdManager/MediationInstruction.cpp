@@ -2,11 +2,11 @@
 
 #include <re2/re2.h>
 
-#include <charconv>
 #include <map>
 #include <vector>
 
 #include "External/TBXML/XTBXML.h"
+#include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -37,14 +37,6 @@ Attributes gatherAttributes(const XTBXML& document) {
   return attributes;
 }
 
-// The number at the start of the text; 0 when there is none.
-double leadingInteger(std::string_view text) {
-  text = trimmed(text);
-  int value = 0;
-  std::from_chars(text.data(), text.data() + text.size(), value);
-  return value;
-}
-
 std::string_view valueOf(const Attributes& attributes, std::string_view name) {
   const auto found = attributes.find(name);
   return found == attributes.end() ? std::string_view{} : found->second;
@@ -62,8 +54,8 @@ MediationInstruction readMediationInstruction(std::string_view text) {
   const XTBXML document{text};
   const Attributes attributes = gatherAttributes(document);
   return {std::string{trimmed(valueOf(attributes, "placementId"))},
-          {leadingInteger(valueOf(attributes, "width")),
-           leadingInteger(valueOf(attributes, "height"))}};
+          {static_cast<double>(leadingInteger(valueOf(attributes, "width"))),
+           static_cast<double>(leadingInteger(valueOf(attributes, "height")))}};
 }
 
 }  // namespace tavo

@@ -1,30 +1,16 @@
 #include "ClickToAction/AppStore.h"
 
 #include <algorithm>
-#include <charconv>
-#include <limits>
 
 #include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Environment.h"
 #include "Services/Device.h"
+#include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {
-
-namespace {
-
-// The digits that `text` starts with as a number; 0 without any, the largest number for too many.
-std::int64_t leadingDigits(std::string_view text) {
-  const auto digits = text.substr(0, std::min(text.find_first_not_of("0123456789"), text.size()));
-  std::int64_t number = 0;
-  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return read.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max()
-                                                   : number;
-}
-
-}  // namespace
 
 AppStoreConfiguration& AppStoreConfiguration::sharedInstance() {
   return Runtime::current().environment()->shared<AppStoreConfiguration>();
@@ -52,7 +38,7 @@ std::optional<std::int64_t> applicationIdentifier(const Url& url) {
   for (auto slash = text.find('/'); slash != std::string_view::npos;
        slash = text.find('/', slash + 1)) {
     if (equalsIgnoringCase(text.substr(slash, marker.size()), marker)) {
-      return leadingDigits(text.substr(slash + marker.size()));
+      return std::max<std::int64_t>(leadingInteger(text.substr(slash + marker.size())), 0);
     }
   }
   return std::nullopt;
@@ -79,7 +65,7 @@ Url productPage(std::int64_t identifier) {
 
 bool hasStoreSheet(std::string_view systemVersion) {
   constexpr std::int64_t firstVersion = 6;
-  return leadingDigits(systemVersion) >= firstVersion;
+  return leadingInteger(systemVersion) >= firstVersion;
 }
 
 }  // namespace tavo

@@ -2,6 +2,7 @@
 
 #include "AdController/AdGenerator/MraidStatement.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 

@@ -1,6 +1,7 @@
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 
 #include "ErrorHandler/OperationLog.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "ErrorHandler/OperationLog.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 

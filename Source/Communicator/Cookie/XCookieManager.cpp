@@ -1,13 +1,13 @@
 #include "Communicator/Cookie/XCookieManager.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Services/Screen.h"
+#include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -31,7 +31,7 @@ bool isSafe(const Cookie& cookie) {
 std::size_t sizeOf(const Cookie& cookie) { return cookie.name.size() + cookie.value.size() + 3; }
 
 // Lengths of real screens; what lies outside is no length at all.
-int wholePart(double length) { return static_cast<int>(std::clamp(length, 0.0, 1'000'000.0)); }
+int wholePart(double length) { return integerPart(std::clamp(length, 0.0, 1'000'000.0)); }
 
 const Screen& screen() { return *Runtime::current().platform().screen; }
 CookieStore& store() { return *Runtime::current().platform().cookies; }
@@ -111,7 +111,7 @@ std::string XCookieManager::getDevicePixelRatio() const {
   const auto scale = screen().scale();
   if (!scale) return "2";
   // By way of the printed form: a scale that prints as 2.000000 is 2, even if it is a hair less.
-  return std::to_string(std::atoi(std::to_string(*scale).c_str()));
+  return std::to_string(leadingWholeNumber(std::to_string(*scale)));
 }
 
 }  // namespace tavo

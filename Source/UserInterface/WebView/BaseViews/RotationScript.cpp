@@ -1,17 +1,17 @@
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 
 #include <array>
-#include <cstdlib>
 
 #include <tavo/Runtime.h>
 
 #include "Services/Device.h"
+#include "Utilities/NumberText.h"
 
 namespace tavo {
 
 std::string rotationScript(InterfaceOrientation orientation, const std::string& systemVersion) {
   constexpr int lastDeafVersion = 4;
-  if (std::atoi(systemVersion.c_str()) > lastDeafVersion) return {};
+  if (leadingWholeNumber(systemVersion) > lastDeafVersion) return {};
   constexpr std::array angles{180, 0, 180, 90, -90};
   const auto index = static_cast<std::size_t>(orientation);
   const int angle = index < angles.size() ? angles.at(index) : 0;
