@@ -11,7 +11,7 @@
 
 #include <tavo/Runtime.h>
 
-#include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 #include "External/TBXML/XTBXML.h"
 #include "Headless/HeadlessPlatform.h"
 
@@ -86,13 +86,13 @@ void loadChain(const std::string& document) {
   tavo::Runtime runtime{tavo::headless::HeadlessPlatform{}.platform()};
   int completions = 0;
   double now = 0;
-  tavo::loadVASTChain(
+  tavo::loadVastChain(
       document, std::make_shared<tavo::XVASTXMLParser>(),
-      [&document](const tavo::Url&, tavo::Seconds, const tavo::VASTFetchCompletion& completion) {
+      [&document](const tavo::Url&, tavo::Seconds, const tavo::VastFetchCompletion& completion) {
         completion(document);
       },
       {tavo::Seconds{1}, tavo::Seconds{5}, [&now] { return tavo::Seconds{now += 1}; }},
-      [&completions](const tavo::VASTOutcome& outcome) {
+      [&completions](const tavo::VastOutcome& outcome) {
         require((outcome.ad != nullptr) != outcome.failure.has_value());
         ++completions;
       });

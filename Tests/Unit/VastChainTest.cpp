@@ -6,7 +6,7 @@
 
 #include <tavo/Runtime.h>
 
-#include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 #include "Headless/HeadlessPlatform.h"
 
 namespace tavo::test {
@@ -23,15 +23,15 @@ const std::string kInline = "<VAST><Ad><InLine><AdTitle>final</AdTitle></InLine>
 class VastChainTest : public ::testing::Test {
  protected:
   void run(const std::string& text) {
-    loadVASTChain(text, parser_, fetch(), {Seconds{4}, Seconds{16}, [this] { return now_; }},
-                  [this](const VASTOutcome& outcome) {
+    loadVastChain(text, parser_, fetch(), {Seconds{4}, Seconds{16}, [this] { return now_; }},
+                  [this](const VastOutcome& outcome) {
                     ++completions_;
                     result_ = outcome.failure ? outcome.failure->reason() : "ok";
                   });
   }
 
-  VASTFetch fetch() {
-    return [this](const Url& url, Seconds timeout, VASTFetchCompletion completion) {
+  VastFetch fetch() {
+    return [this](const Url& url, Seconds timeout, VastFetchCompletion completion) {
       fetched_.push_back(url.text() + " " + std::to_string(static_cast<int>(timeout.count())));
       auto answer = [this, found = web_.find(url.text()), completion = std::move(completion)] {
         now_ += fetchTime_;

@@ -28,7 +28,7 @@ class VastParserTest : public ::testing::Test {
   // The reason of the failure, or nothing.
   template <typename Load>
   std::string failureOf(const Load& load) {
-    const VASTOutcome outcome = outcomeOf(load);
+    const VastOutcome outcome = outcomeOf(load);
     return outcome.failure ? outcome.failure->name() + "/" + outcome.failure->reason() + "/" +
                                  outcome.failure->localizedDescription()
                            : "";

@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include <tavo/Runtime.h>
-
 #include "AdController/ResponseParser/VASTXMLParser/ElementWalk.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Extensions/CompressedData.h"
@@ -16,7 +14,7 @@ namespace {
 
 // An ad has one wrapper. Documents with more are still read, but each wrapper takes in the content
 // of every InLine beside it, so a document of nothing but wrappers would multiply itself.
-constexpr std::size_t kMostWrappersInAd = 16;
+constexpr std::size_t mostWrappersInAd = 16;
 
 XmlReadLimits readLimits(const Limits& limits) {
   return {.bytes = limits.vastBytes,
@@ -25,8 +23,6 @@ XmlReadLimits readLimits(const Limits& limits) {
 }
 
 }  // namespace
-
-XVASTXMLParser::XVASTXMLParser() : XVASTXMLParser(Runtime::current().limits()) {}
 
 XVASTXMLParser::XVASTXMLParser(const Limits& limits) : limits_(limits) {}
 
@@ -41,8 +37,8 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::loadXMLContentFromFile(const std::files
   return parseXMLData(xmlData_);
 }
 
-void XVASTXMLParser::loadXMLContentFromURL(std::string_view url, const VASTFetch& fetch,
-                                           Seconds timeout, VASTCompletion completion) {
+void XVASTXMLParser::loadXMLContentFromURL(std::string_view url, const VastFetch& fetch,
+                                           Seconds timeout, VastCompletion completion) {
   const OperationLog log{"-[XVASTXMLParser loadXMLContentFromURL:]"};
   auto parse = [self = shared_from_this(),
                 completion = std::move(completion)](std::optional<std::string> body) {
@@ -75,7 +71,7 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLString(std::string_view text) {
   read(text);
   isXMLValid_ = tbxml_ && tbxml_->rootXMLElement() != nullptr;
   if (!isXMLValid_) {
-    throw VASTFailure::invalidXML();
+    throw VastFailure::invalidXML();
   }
   return parseXMLRootElement(tbxml_->rootXMLElement());
 }
@@ -84,10 +80,10 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLData(std::string_view data) {
   const OperationLog log{"-[XVASTXMLParser parseXMLData:]"};
   read(data);
   if (!tbxml_) {
-    throw VASTFailure::invalidXML();
+    throw VastFailure::invalidXML();
   }
   if (tbxml_->rootXMLElement() == nullptr) {
-    throw VASTFailure::invalidURL();
+    throw VastFailure::invalidURL();
   }
   return parseXMLRootElement(tbxml_->rootXMLElement());
 }
@@ -105,8 +101,8 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLRootElement(XTBXMLElement* root
     }
     std::size_t count = 0;
     forChildren(ad, "Wrapper", [this, &count](XTBXMLElement* wrapper) {
-      if (++count > kMostWrappersInAd) {
-        throw VASTFailure::invalidXML();
+      if (++count > mostWrappersInAd) {
+        throw VastFailure::invalidXML();
       }
       VASTAd_->wrapperAd.push_back(parseWrapperXMLData(wrapper));
     });
@@ -198,20 +194,6 @@ void XVASTXMLParser::dropExtensions(const XTBXMLElement* ad) {
 std::optional<AttributeMap> XVASTXMLParser::parseAttributesData(XTBXMLElement* element) {
   const AttributeMap& attributes = takenAttributes(element);
   return attributes.empty() ? std::nullopt : std::optional{attributes};
-}
-
-// The same without a copy: the map is good until the next call. Empty when there are none.
-const AttributeMap& XVASTXMLParser::takenAttributes(XTBXMLElement* element) {
-  const OperationLog log{"-[XVASTXMLParser parseAttributesData:]"};
-  attributes_.clear();
-  if (element != nullptr) {
-    // Quirk: the attributes are taken from the element, and whoever asks again gets none. The walk
-    // over non-linear ads depends on it.
-    for (auto*& at = element->firstAttribute; at != nullptr; at = at->next) {
-      attributes_.set(at->name, at->value);
-    }
-  }
-  return attributes_;
 }
 
 std::vector<std::string> XVASTXMLParser::getArraySeparatedBy(std::string_view separator,

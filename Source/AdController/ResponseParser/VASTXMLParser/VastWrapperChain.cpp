@@ -1,4 +1,4 @@
-#include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,8 +11,8 @@ namespace {
 
 class Chain : public std::enable_shared_from_this<Chain> {
  public:
-  Chain(std::shared_ptr<XVASTXMLParser> parser, VASTFetch fetch, VASTChainTiming timing,
-        VASTCompletion completion)
+  Chain(std::shared_ptr<XVASTXMLParser> parser, VastFetch fetch, VastChainTiming timing,
+        VastCompletion completion)
       : parser_(std::move(parser)),
         fetch_(std::move(fetch)),
         timing_(std::move(timing)),
@@ -27,7 +27,7 @@ class Chain : public std::enable_shared_from_this<Chain> {
  private:
   // Goes on with each outcome that is there. A fetch that is over inside its call leaves its
   // outcome for the loop that made the call, so that a long chain does not grow the stack.
-  void receive(const VASTOutcome& outcome) {
+  void receive(const VastOutcome& outcome) {
     waiting_ = outcome;
     if (std::exchange(running_, true)) {
       return;
@@ -38,17 +38,17 @@ class Chain : public std::enable_shared_from_this<Chain> {
     running_ = false;
   }
 
-  void step(const VASTOutcome& outcome) {
+  void step(const VastOutcome& outcome) {
     const std::optional<Url> next = outcome.failure ? std::nullopt : nextDocument();
     if (!next) {
       completion_(outcome);
     } else if (next->empty() || !fetched_.insert(next->text()).second || timeLeft() <= Seconds{0}) {
-      completion_({nullptr, VASTFailure::invalidURL()});
+      completion_({nullptr, VastFailure::invalidURL()});
     } else {
       previous_ = next->text();
       parser_->loadXMLContentFromURL(
           previous_, fetch_, std::min(timing_.perDocument, timeLeft()),
-          [self = shared_from_this()](const VASTOutcome& fetched) { self->receive(fetched); });
+          [self = shared_from_this()](const VastOutcome& fetched) { self->receive(fetched); });
     }
   }
 
@@ -66,20 +66,20 @@ class Chain : public std::enable_shared_from_this<Chain> {
   [[nodiscard]] Seconds timeLeft() const { return start_ + timing_.budget - timing_.now(); }
 
   const std::shared_ptr<XVASTXMLParser> parser_;
-  const VASTFetch fetch_;
-  const VASTChainTiming timing_;
-  const VASTCompletion completion_;
+  const VastFetch fetch_;
+  const VastChainTiming timing_;
+  const VastCompletion completion_;
   const Seconds start_;
   std::string previous_;  // the URL fetched just before
   std::unordered_set<std::string> fetched_;
-  std::optional<VASTOutcome> waiting_;
+  std::optional<VastOutcome> waiting_;
   bool running_ = false;
 };
 
 }  // namespace
 
-void loadVASTChain(std::string_view text, const std::shared_ptr<XVASTXMLParser>& parser,
-                   VASTFetch fetch, VASTChainTiming timing, VASTCompletion completion) {
+void loadVastChain(std::string_view text, const std::shared_ptr<XVASTXMLParser>& parser,
+                   VastFetch fetch, VastChainTiming timing, VastCompletion completion) {
   std::make_shared<Chain>(parser, std::move(fetch), std::move(timing), std::move(completion))
       ->begin(text);
 }

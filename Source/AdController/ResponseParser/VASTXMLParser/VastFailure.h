@@ -8,14 +8,14 @@ namespace tavo {
 
 // A named failure of the VAST parser. It is thrown inside the library only: whoever starts a parse
 // catches it and reports by reason and description.
-class VASTFailure : public std::exception {
+class VastFailure : public std::exception {
  public:
   // The text is no XML document that can be used.
-  [[nodiscard]] static VASTFailure invalidXML() {
+  [[nodiscard]] static VastFailure invalidXML() {
     return {"INVALIDXMLFOUND", "INVALIDXMLFORMAT", "The XML response has an invalid XML format"};
   }
   // What a URL or a file gave is no XML document at all, or it gave nothing.
-  [[nodiscard]] static VASTFailure invalidURL() {
+  [[nodiscard]] static VastFailure invalidURL() {
     return {"INVALIDURL", "INVALIDURL", "Invalid URL. Unable to parse XML."};
   }
 
@@ -25,7 +25,7 @@ class VASTFailure : public std::exception {
   [[nodiscard]] const char* what() const noexcept override { return name_.c_str(); }
 
  private:
-  VASTFailure(std::string name, std::string reason, std::string localizedDescription)
+  VastFailure(std::string name, std::string reason, std::string localizedDescription)
       : name_(std::move(name)),
         reason_(std::move(reason)),
         localizedDescription_(std::move(localizedDescription)) {}

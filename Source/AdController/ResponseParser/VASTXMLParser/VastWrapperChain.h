@@ -6,13 +6,13 @@
 
 #include <tavo/Date.h>
 
-#include "AdController/ResponseParser/VASTXMLParser/VASTFetch.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastFetch.h"
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 
 namespace tavo {
 
 // How long a chain of wrappers may take.
-struct VASTChainTiming {
+struct VastChainTiming {
   Seconds perDocument;           // handed to each fetch, or what is left of the budget
   Seconds budget;                // the whole chain
   std::function<Seconds()> now;  // time since some fixed moment
@@ -26,7 +26,7 @@ struct VASTChainTiming {
 //
 // `completion` is called once, inside this call when nothing needs to wait. The chain keeps itself
 // and `parser` alive until then; it ends without a word if `fetch` drops its completion.
-void loadVASTChain(std::string_view text, const std::shared_ptr<XVASTXMLParser>& parser,
-                   VASTFetch fetch, VASTChainTiming timing, VASTCompletion completion);
+void loadVastChain(std::string_view text, const std::shared_ptr<XVASTXMLParser>& parser,
+                   VastFetch fetch, VastChainTiming timing, VastCompletion completion);
 
 }  // namespace tavo

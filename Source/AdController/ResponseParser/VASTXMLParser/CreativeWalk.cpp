@@ -1,14 +1,27 @@
-// The walks over the creatives of an ad.
+#include "AdController/ResponseParser/VASTXMLParser/CreativeWalk.h"
 
 #include <utility>
 
 #include "AdController/ResponseParser/VASTXMLParser/ElementWalk.h"
-#include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastFailure.h"
 #include "ErrorHandler/OperationLog.h"
 
 namespace tavo {
 
-OptionalList<XCreative> XVASTXMLParser::parseCreativeXMLData(XTBXMLElement* creatives) {
+const AttributeMap& CreativeWalk::takenAttributes(XTBXMLElement* element) {
+  const OperationLog log{"-[XVASTXMLParser parseAttributesData:]"};
+  attributes_.clear();
+  if (element != nullptr) {
+    // Quirk: the attributes are taken from the element, and whoever asks again gets none. The walk
+    // over non-linear ads depends on it.
+    for (auto*& at = element->firstAttribute; at != nullptr; at = at->next) {
+      attributes_.set(at->name, at->value);
+    }
+  }
+  return attributes_;
+}
+
+OptionalList<XCreative> CreativeWalk::parseCreativeXMLData(XTBXMLElement* creatives) {
   const OperationLog log{"-[XVASTXMLParser parseCreativeXMLData:]"};
   OptionalList<XCreative> list;
   forChildren(creatives, "Creative", [this, &list](XTBXMLElement* creative) {
@@ -20,11 +33,11 @@ OptionalList<XCreative> XVASTXMLParser::parseCreativeXMLData(XTBXMLElement* crea
   return list;
 }
 
-void XVASTXMLParser::readCreative(XCreative& creative, XTBXMLElement* element) {
+void CreativeWalk::readCreative(XCreative& creative, XTBXMLElement* element) {
   // Quirk: a creative with extensions is not read. Nobody has defined what to make of them, so the
   // whole document is refused rather than shown without what its server thought it had to say.
   if (childOf(element, "CreativeExtensions") != nullptr) {
-    throw VASTFailure::invalidXML();
+    throw VastFailure::invalidXML();
   }
   creative.setCreativeAttributes(takenAttributes(element));
   creative.creativeExtensionsArray = std::nullopt;
@@ -33,7 +46,7 @@ void XVASTXMLParser::readCreative(XCreative& creative, XTBXMLElement* element) {
   creative.nonLinearAdsArray = parseNonLinearAdXMLElement(childOf(element, "NonLinearAds"));
 }
 
-XLinear XVASTXMLParser::parseLinearXMLData(XTBXMLElement* linear) {
+XLinear CreativeWalk::parseLinearXMLData(XTBXMLElement* linear) {
   const OperationLog log{"-[XVASTXMLParser parseLinearXMLData:]"};
   XLinear result;
   forThisAndSiblings(linear, "Linear", [this, &result](XTBXMLElement* element) {
@@ -54,7 +67,7 @@ XLinear XVASTXMLParser::parseLinearXMLData(XTBXMLElement* linear) {
   return result;
 }
 
-OptionalList<XMediaFile> XVASTXMLParser::parseMediaFileXMLData(XTBXMLElement* mediaFiles) {
+OptionalList<XMediaFile> CreativeWalk::parseMediaFileXMLData(XTBXMLElement* mediaFiles) {
   const OperationLog log{"-[XVASTXMLParser parseMediaFileXMLData:]"};
   if (mediaFiles == nullptr) {
     return std::nullopt;
@@ -69,7 +82,7 @@ OptionalList<XMediaFile> XVASTXMLParser::parseMediaFileXMLData(XTBXMLElement* me
   return list;
 }
 
-std::vector<XTrackingEvent> XVASTXMLParser::parseTrackingEventsXMLData(
+std::vector<XTrackingEvent> CreativeWalk::parseTrackingEventsXMLData(
     XTBXMLElement* trackingEvents) {
   const OperationLog log{"-[XVASTXMLParser parseTrackingEventsXMLData:]"};
   std::vector<XTrackingEvent> list;
@@ -87,7 +100,7 @@ std::vector<XTrackingEvent> XVASTXMLParser::parseTrackingEventsXMLData(
   return list;
 }
 
-OptionalList<XVideoClick> XVASTXMLParser::parseVideoClicksElement(XTBXMLElement* videoClicks) {
+OptionalList<XVideoClick> CreativeWalk::parseVideoClicksElement(XTBXMLElement* videoClicks) {
   const OperationLog log{"-[XVASTXMLParser parseVideoClicksElement:]"};
   if (videoClicks == nullptr) {
     return std::nullopt;
@@ -99,7 +112,7 @@ OptionalList<XVideoClick> XVASTXMLParser::parseVideoClicksElement(XTBXMLElement*
   return list;
 }
 
-XVideoClick XVASTXMLParser::parseVideoClick(XTBXMLElement* videoClicks) {
+XVideoClick CreativeWalk::parseVideoClick(XTBXMLElement* videoClicks) {
   XVideoClick click;
   if (XTBXMLElement* const through = childOf(videoClicks, "ClickThrough"); through != nullptr) {
     click.clickThroughgURL = textOf(through);
@@ -125,13 +138,13 @@ XVideoClick XVASTXMLParser::parseVideoClick(XTBXMLElement* videoClicks) {
   return click;
 }
 
-XClickTracking XVASTXMLParser::parseClickTracking(XTBXMLElement* element) {
+XClickTracking CreativeWalk::parseClickTracking(XTBXMLElement* element) {
   XClickTracking tracking{.identifier = {}, .url = textOf(element)};
   tracking.setClickTrackingAttributes(takenAttributes(element));
   return tracking;
 }
 
-OptionalList<XIcon> XVASTXMLParser::parseIconsXMLData(XTBXMLElement* icons) {
+OptionalList<XIcon> CreativeWalk::parseIconsXMLData(XTBXMLElement* icons) {
   const OperationLog log{"-[XVASTXMLParser parseIconsXMLData:]"};
   if (icons == nullptr) {
     return std::nullopt;
@@ -151,7 +164,7 @@ OptionalList<XIcon> XVASTXMLParser::parseIconsXMLData(XTBXMLElement* icons) {
   return list;
 }
 
-std::vector<XIconClick> XVASTXMLParser::parseIconClicksXMLElement(XTBXMLElement* iconClicks) {
+std::vector<XIconClick> CreativeWalk::parseIconClicksXMLElement(XTBXMLElement* iconClicks) {
   const OperationLog log{"-[XVASTXMLParser parseIconClicksXMLElement:]"};
   std::vector<XIconClick> list;
   forThisAndSiblings(iconClicks, "IconClicks", [this, &list](XTBXMLElement* element) {
@@ -164,7 +177,7 @@ std::vector<XIconClick> XVASTXMLParser::parseIconClicksXMLElement(XTBXMLElement*
   return list;
 }
 
-OptionalList<XCompanion> XVASTXMLParser::parseCompanionAdXMLElement(XTBXMLElement* companionAds) {
+OptionalList<XCompanion> CreativeWalk::parseCompanionAdXMLElement(XTBXMLElement* companionAds) {
   const OperationLog log{"-[XVASTXMLParser parseCompanionAdXMLElement:]"};
   OptionalList<XCompanion> list;
   forThisAndSiblings(companionAds, "CompanionAds", [this, &list](XTBXMLElement* element) {
@@ -178,7 +191,7 @@ OptionalList<XCompanion> XVASTXMLParser::parseCompanionAdXMLElement(XTBXMLElemen
   return list;
 }
 
-void XVASTXMLParser::readCompanion(XCompanion& companion, XTBXMLElement* element) {
+void CreativeWalk::readCompanion(XCompanion& companion, XTBXMLElement* element) {
   // Quirk: sizes and identifiers are read and not kept; nothing shows companions yet.
   takenAttributes(element);
   companion.resource = parseResourceElement(element);
@@ -190,8 +203,7 @@ void XVASTXMLParser::readCompanion(XCompanion& companion, XTBXMLElement* element
   companion.trackingEvents = parseTrackingEventsXMLData(childOf(element, "TrackingEvents"));
 }
 
-OptionalList<XNonLinearAds> XVASTXMLParser::parseNonLinearAdXMLElement(
-    XTBXMLElement* nonLinearAds) {
+OptionalList<XNonLinearAds> CreativeWalk::parseNonLinearAdXMLElement(XTBXMLElement* nonLinearAds) {
   const OperationLog log{"-[XVASTXMLParser parseNonLinearAdXMLElement:]"};
   if (nonLinearAds == nullptr) {
     return std::nullopt;
@@ -208,7 +220,7 @@ OptionalList<XNonLinearAds> XVASTXMLParser::parseNonLinearAdXMLElement(
   return list;
 }
 
-void XVASTXMLParser::readNonLinear(XNonLinear& nonLinear, XTBXMLElement* element) {
+void CreativeWalk::readNonLinear(XNonLinear& nonLinear, XTBXMLElement* element) {
   nonLinear.setNonLinearAttributes(takenAttributes(element));
   nonLinear.resource = parseResourceElement(element);
   readText(nonLinear.nonLinearClickThrough, element, "NonLinearClickThrough");
@@ -224,7 +236,7 @@ void XVASTXMLParser::readNonLinear(XNonLinear& nonLinear, XTBXMLElement* element
   readText(nonLinear.ADParameters, element, "AdParameters");
 }
 
-XResource XVASTXMLParser::parseResourceElement(XTBXMLElement* element) {
+XResource CreativeWalk::parseResourceElement(XTBXMLElement* element) {
   const OperationLog log{"-[XVASTXMLParser parseResourceElement:]"};
   XResource resource;
   forChildren(element, "StaticResource", [this, &resource](XTBXMLElement* fixed) {
