@@ -100,7 +100,9 @@ class XAdView : public View,
   void makeFaceTimeCallWithUrl(const Url& url) override {
     clickActions_->makeFaceTimeCallWithUrl(url);
   }
-  void openAppStoreWithURL(const Url& url) override { clickActions_->openAppStoreWithURL(url); }
+  void openAppStoreWithURL(const Url& url) { clickActions_->openAppStoreWithURL(url); }
+  [[nodiscard]] std::shared_ptr<PictureSaver> makePictureManager(
+      PictureSaver::Failed failed) override;
   void createCalenderEvent(const std::string& event) override { createCalendarEvent(event); }
   void createCalendarEvent(const std::string& event) { clickActions_->createCalendarEvent(event); }
   void handlePlayVideoWithURL(const Url& url) override {

@@ -118,7 +118,7 @@ class ScriptedCreative : public WebViewClient {
 
  private:
   bool webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) override {
-    if (!isMraidCommand(navigation.url)) return true;
+    if (navigation.url.scheme() != "mraid") return true;
     if (navigation.url.text() == "mraid://init") {
       ++inits;
       if (answersInit) report(layout, viewableAtStart);

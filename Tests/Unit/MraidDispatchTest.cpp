@@ -37,6 +37,9 @@ class RecordingAdView : public View, public WebViewAgentHost {
   void makeFaceTimeCallWithUrl(const Url& url) override {
     note("makeFaceTimeCallWithUrl " + url.text());
   }
+  std::shared_ptr<PictureSaver> makePictureManager(PictureSaver::Failed) override {
+    return nullptr;
+  }
   void createCalenderEvent(const std::string& event) override {
     note("createCalenderEvent " + event);
   }
@@ -87,7 +90,7 @@ class MraidDispatchTest : public testing::Test {
   explicit MraidDispatchTest(const Limits& limits = {})
       : platform_{limits}, runtime_{platform_.platform()} {
     platform_.webViews->onScript = [this](const std::string& script) { lines_.push_back(script); };
-    agent_ = XWebViewAgent::create({0, 0, 320, 50}, nullptr, events_);
+    agent_ = XWebViewAgent::create(runtime_.environment(), {0, 0, 320, 50}, nullptr, events_);
     page_ = platform_.webViews->last();
     agent_->loadHTMLString("<html><head></head>ad</html>", {}, adView_);
   }
@@ -148,7 +151,8 @@ const std::vector<std::string> initialisation{
 TEST_F(MraidDispatchTest, EveryFinishedLoadInitialisesThePage) {
   platform_.runLoop->runPending();
   EXPECT_EQ(std::exchange(lines_, {}), initialisation);
-  EXPECT_FALSE(agent_->expandParametersDict) << "the page's first answers are not its wishes";
+  EXPECT_FALSE(agent_->commands().expandParametersDict)
+      << "the page's first answers are not its wishes";
   page_->finishLoad();
   EXPECT_EQ(lines_, initialisation);
 }

@@ -51,8 +51,6 @@ std::string sixDecimals(double number) {
 
 }  // namespace
 
-bool isMraidCommand(const Url& url) { return url.scheme() == "mraid"; }
-
 MraidCommand mraidCommandFromUrl(const Url& url) {
   return {std::string{url.host()}, dictionaryFromQueryString(url.query())};
 }

@@ -10,16 +10,13 @@
 
 namespace tavo {
 
-// A command of a creative: mraid://name?key=value&key=value.
+// A command of a creative: mraid://name?key=value&key=value, the scheme in small letters.
 struct MraidCommand {
   std::string name;  // letters as the creative wrote them
   MraidParameters parameters;
 
   friend bool operator==(const MraidCommand&, const MraidCommand&) = default;
 };
-
-// True when the URL's scheme is exactly "mraid"; "MRAID" is no command.
-[[nodiscard]] bool isMraidCommand(const Url& url);
 
 // The command in a URL. Make the URL with Url::fromText when it comes from a page: engines let
 // characters through that a strict URL may not hold, and a command must not get lost over them.

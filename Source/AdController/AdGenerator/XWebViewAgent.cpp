@@ -1,6 +1,5 @@
 #include "AdController/AdGenerator/XWebViewAgent.h"
 
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
 #include "AdController/AdGenerator/CreativeHtml.h"
@@ -8,48 +7,29 @@
 #include "AdController/AdGenerator/XBundleManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/NotificationCenter.h"
+#include "RequestEnrichment/ScreenAndVisibility.h"
+#include "RequestEnrichment/XDeviceSupportProperties.h"
+#include "Runtime/Relay.h"
 #include "Services/Bundle.h"
 #include "Services/WebViewFactory.h"
 #include "Values/Text.h"
 
 namespace tavo {
 
-namespace {
-
-// What a creative can be answered with when it asks for too much is nothing: it would ask again.
-void noteRefusal(const std::string& what) {
-  const OperationLog log{"-[XWebViewAgent webView:shouldStartLoadWithRequest:navigationType:]"};
-  log.debug("\n\nToo many commands in a short time, dropped: ", what);
-}
-
-LeavingGuard::Rules leavingRules(const Limits& limits) {
-  return {.perSecond = limits.leavingActionsPerSecond,
-          .needsTap = limits.leavingActionsNeedTap,
-          .tapLifetime = limits.tapLifetime};
-}
-
-Seconds now() { return Runtime::current().platform().runLoop->now(); }
-
-}  // namespace
-
-XWebViewAgent::XWebViewAgent(const Rect& frame)
-    : View{frame},
-      commandBudget_{Runtime::current().limits().commandsPerSecond,
-                     Runtime::current().limits().commandBurst},
-      leavingGuard_{leavingRules(Runtime::current().limits())} {}
+XWebViewAgent::XWebViewAgent(std::shared_ptr<Environment> environment, const Rect& frame)
+    : View{frame}, environment_{std::move(environment)} {}
 
 std::shared_ptr<XWebViewAgent> XWebViewAgent::create(
-    const Rect& frame, const void* owner,
+    std::shared_ptr<Environment> environment, const Rect& frame, const void* owner,
     const std::shared_ptr<const WebViewAgentDelegate>& delegate) {
   const OperationLog log{"-[XWebViewAgent initWithFrame:allowExpansion:Delegate:]"};
-  std::shared_ptr<XWebViewAgent> agent{new XWebViewAgent{frame}};
+  std::shared_ptr<XWebViewAgent> agent{new XWebViewAgent{std::move(environment), frame}};
   agent->delegate.set(delegate);
   agent->makeWebView(owner);
-  agent->makePictureManager();
-  agent->orientationSubscription_ = Runtime::current().notifications().subscribe(
-      "XAdInterstitialOrientationDidChange",
-      [agent = agent.get()](const Notification&) { agent->orientationDidChange(); });
+  agent->makeCommands();
+  const Relay relay{*agent};
+  agent->orientationSubscription_ = agent->environment_->notifications().subscribe(
+      "XAdInterstitialOrientationDidChange", relay.call(&XWebViewAgent::orientationDidChange));
   return agent;
 }
 
@@ -59,34 +39,36 @@ XWebViewAgent::~XWebViewAgent() {
 }
 
 void XWebViewAgent::makeWebView(const void* owner) {
-  webView_ = Runtime::current().platform().webViews->create(frame(), {.owner = owner});
+  webView_ = environment_->platform().webViews->create(frame(), {.owner = owner});
   webView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   webView_->setBackgroundColor(colors::clear);
   webView_->setClipsToBounds(true);
   webView_->setOpaque(false);
   webView_->allowsInlineMediaPlayback = true;
   webView_->mediaPlaybackRequiresUserAction = false;
-  eventEmitter_ = std::make_shared<XMRAIDEventEmitter>(Runtime::current().platform().runLoop);
+  eventEmitter_ = std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop);
   auto singleTap = std::make_shared<TapRecognizer>();
-  singleTap->action = [weak = weak_from_this()](const TapRecognizer& recognizer) {
-    if (const auto view = weak.lock()) static_cast<XWebViewAgent&>(*view).handleTap(recognizer);
-  };
+  const Relay relay{*this};
+  singleTap->action = relay.call(&XWebViewAgent::handleTap);
   webView_->addTapRecognizer(std::move(singleTap));
 }
 
-void XWebViewAgent::makePictureManager() {
-  pictureEvents_ = std::make_shared<XPictureManagerDelegate>(XPictureManagerDelegate{
-      .pictureManagerDidFailToStorePictureWithError = [this](XPictureManager&, const Error& error) {
-        eventEmitter_->reportErrorMessage(error.description, "storePicture", webView_);
-      }});
-  pictureManager_ = XPictureManager::create(pictureEvents_);
+void XWebViewAgent::makeCommands() {
+  const Platform& platform = environment_->platform();
+  commands_ = std::make_unique<CreativeCommands>(
+      CreativeCommands::Means{.runLoop = platform.runLoop,
+                              .application = platform.application,
+                              .webView = webView_,
+                              .eventEmitter = eventEmitter_,
+                              .openUrl = [this](const Url& url) { openUrl(url); }},
+      environment_->limits());
 }
 
 void XWebViewAgent::handleTap(const TapRecognizer& recognizer) {
   const OperationLog log{"-[XWebViewAgent handleTap:]"};
   if (recognizer.state != TapRecognizer::State::ended) return;
   userTappedWebView = true;
-  leavingGuard_.tapped(now());
+  commands_->tapped();
 }
 
 void XWebViewAgent::orientationDidChange() {
@@ -109,10 +91,11 @@ void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,
   }
   const bool namesScript = contains(html, "mraid.js");
   xadViewInstance_ = std::move(xAdView);
+  commands_->setAdView(xadViewInstance_);
   webView_->setClient(std::static_pointer_cast<XWebViewAgent>(shared_from_this()));
   // The engine loads the tag's file URL only from pages with a file base; the script itself reaches
   // every page this way.
-  if (const auto script = Runtime::current().platform().bundle->contents(*scriptPath)) {
+  if (const auto script = environment_->platform().bundle->contents(*scriptPath)) {
     webView_->addDocumentStartScript(*script);
   }
   const Url scriptUrl = Url::fromText("file://" + *scriptPath);
@@ -136,7 +119,7 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
       takeCommand(navigation.url);
       return false;
     case NavigationDecision::openAsClick:
-      if (mayLeaveApplication("open")) openUrl(navigation.url);
+      if (commands_->mayLeaveApplication("open")) openUrl(navigation.url);
       return false;
     case NavigationDecision::followRefresh:
       isMetaRefreshExist_ = false;
@@ -174,18 +157,15 @@ bool XWebViewAgent::handleClickCommandsWithUrl(const Url& url) {
 
 // The engine waits for its answer meanwhile: a command that takes the page apart runs after it.
 void XWebViewAgent::takeCommand(const Url& url) {
-  if (!commandBudget_.take(now())) return noteRefusal(url.text());
-  Runtime::current().platform().runLoop->post([weak = weak_from_this(), url] {
-    if (const auto self = std::static_pointer_cast<XWebViewAgent>(weak.lock())) {
-      self->handleCommandWithURL(url);
-    }
-  });
+  if (!commands_->mayRun(url.text())) return;
+  const Relay relay{*this};
+  environment_->platform().runLoop->post(
+      [handle = relay.call(&XWebViewAgent::handleCommandWithURL), url] { handle(url); });
 }
 
-bool XWebViewAgent::mayLeaveApplication(const std::string& action) {
-  const bool may = leavingGuard_.take(now());
-  if (!may) noteRefusal(action);
-  return may;
+void XWebViewAgent::handleCommandWithURL(const Url& url) {
+  const auto self = shared_from_this();
+  commands_->handle(mraidCommandFromUrl(url));
 }
 
 void XWebViewAgent::webViewDidFinishLoad(WebView& webView) {
@@ -242,6 +222,45 @@ void XWebViewAgent::webViewProcessDidTerminate(WebView& webView, const Error& er
   if (adView) adView->webViewLeavesScreen(webView_);
   webView.removeFromSuperview();
   delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
+}
+
+void XWebViewAgent::mraidSupportsFeatures(const std::shared_ptr<WebView>& webView) {
+  const OperationLog log{"-[XWebViewAgent mraidSupportsFeatures:]"};
+  const auto has = XDeviceSupportProperties::defaultProperty();
+  eventEmitter_->setSupported(has.deviceSupportsSms, MRAIDFeature::sms, webView);
+  eventEmitter_->setSupported(has.deviceSupportsCalendar, MRAIDFeature::calendar, webView);
+  eventEmitter_->setSupported(has.deviceSupportsInlineVideo, MRAIDFeature::inlineVideo, webView);
+  eventEmitter_->setSupported(has.deviceSupportsTel, MRAIDFeature::tel, webView);
+  eventEmitter_->setSupported(has.deviceSupportsStorePicture, MRAIDFeature::storePicture, webView);
+}
+
+// What is missing here, largest size and default position, the ad view tells when it answers
+// "init". The records are the page's first answers, not what the creative has asked for.
+void XWebViewAgent::initializeJavaScriptBridge(XMRAIDEventEmitter& emitter,
+                                               const std::shared_ptr<WebView>& webView) {
+  const OperationLog log{"-[XWebViewAgent initializeJavaScriptBridge:forWebView:]"};
+  const Size screen = screenSizeIncludingStatusBar(false);
+  const auto adView = xadViewInstance_.lock();
+  mraidSupportsFeatures(webView);
+  emitter.setExpandProperties(XMRAIDExpandProperties{screen}, webView);
+  emitter.setResizeProperties({}, webView);
+  emitter.setOrientationProperties({}, webView);
+  emitter.setPlacementType(adView ? adView->placementType() : PlacementType::inlined, webView);
+  emitter.setState(MRAIDState::normal, webView);
+  emitter.setCurrentPosition(adView ? adView->sceneView().frame() : Rect{}, webView);
+  emitter.setViewable(true, webView);
+  emitter.setScreenSize(screen, webView);
+  emitter.fireEventForEvent(sizeChangeEventName(screen), webView);
+  emitter.fireReadyEventForWebView(webView);
+}
+
+// Quirk: where the orientation is not known the frames are told upright and the size comes out
+// sideways.
+Size XWebViewAgent::screenSizeIncludingStatusBar(bool includingStatusBar) {
+  const OperationLog log{"-[XWebViewAgent screenSizeIncludingStatusBar:]"};
+  const Size size = includingStatusBar ? XDeviceScreenBounds().size() : XApplicationFrame().size();
+  const bool isKnown = XDeviceInterfaceOrientation() != InterfaceOrientation::unknown;
+  return isKnown ? size : Size{size.height, size.width};
 }
 
 }  // namespace tavo

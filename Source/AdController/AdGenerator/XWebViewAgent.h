@@ -9,12 +9,11 @@
 #include <tavo/View.h>
 #include <tavo/WebView.h>
 
-#include "AdController/AdGenerator/CommandBudget.h"
-#include "AdController/AdGenerator/MraidCommandText.h"
+#include "AdController/AdGenerator/CreativeCommands.h"
 #include "AdController/AdGenerator/WebViewAgentDelegate.h"
 #include "AdController/AdGenerator/WebViewAgentHost.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
-#include "ClickToAction/XPictureManager.h"
+#include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo {
@@ -26,19 +25,15 @@ class XWebViewAgent : public View, public WebViewClient {
  public:
   // `owner` is who shows ads one after the other: its agents reuse one native view.
   [[nodiscard]] static std::shared_ptr<XWebViewAgent> create(
-      const Rect& frame, const void* owner,
+      std::shared_ptr<Environment> environment, const Rect& frame, const void* owner,
       const std::shared_ptr<const WebViewAgentDelegate>& delegate);
   ~XWebViewAgent() override;
 
   Observer<WebViewAgentDelegate> delegate;
   bool userTappedWebView = false;  // a tap ended; the next navigation decision uses it up
 
-  // What the creative has set last; none before it has. Each of its commands replaces the record.
-  std::optional<XMRAIDOrientationProperties> orientationParametersDict;
-  std::optional<XMRAIDResizeProperties> resizeParametersDict;
-  std::optional<XMRAIDExpandProperties> expandParametersDict;
-  Rect defaultFrame;  // the ad view's place when the ad expanded last; where closing returns it to
-
+  // What the creative has asked for so far.
+  [[nodiscard]] const CreativeCommands& commands() const { return *commands_; }
   [[nodiscard]] const std::shared_ptr<WebView>& webView() const { return webView_; }
   [[nodiscard]] const std::shared_ptr<XMRAIDEventEmitter>& eventEmitter() const {
     return eventEmitter_;
@@ -58,11 +53,9 @@ class XWebViewAgent : public View, public WebViewClient {
   // Gives the URL to whoever its scheme belongs to; false when it is one for the browser.
   bool handleClickCommandsWithUrl(const Url& url);
 
-  // Carries out one command of the creative, at once. One that has no meaning is answered with an
-  // error event. Agent and ad view live on until it is done, whatever the host does meanwhile.
+  // Carries out one command of the creative, at once. Agent and ad view live on until it is done,
+  // whatever the host does meanwhile.
   void handleCommandWithURL(const Url& url);
-  // The commands that reach into the user's own data; false for every other name.
-  bool handleUserInteractionCommand(const std::string& name, const MraidParameters& parameters);
 
   // Tells the page everything it may ask for before it hears "ready", in a fixed order.
   void initializeJavaScriptBridge(XMRAIDEventEmitter& emitter,
@@ -81,46 +74,25 @@ class XWebViewAgent : public View, public WebViewClient {
   void webViewProcessDidTerminate(WebView& webView, const Error& error) override;
 
  private:
-  explicit XWebViewAgent(const Rect& frame);
+  XWebViewAgent(std::shared_ptr<Environment> environment, const Rect& frame);
 
   void makeWebView(const void* owner);
-  void makePictureManager();
+  void makeCommands();
   void handleTap(const TapRecognizer& recognizer);
   void orientationDidChange();
+  void takeCommand(const Url& url);
   void finishedDocument(const std::string& markup);
   void reportRendered();
 
-  // Takes note of a command and carries it out in a turn of its own.
-  void takeCommand(const Url& url);
-  [[nodiscard]] bool mayLeaveApplication(const std::string& action);
-  [[nodiscard]] bool leavesApplication(const std::string& command) const;
-
-  // One for each command; `handleCommandWithURL` holds the ad view.
-  void expandToFrameWithUrl(const MraidCommand& command);
-  void handleInit(const MraidCommand& command);
-  void closeAdWithUrl(const MraidCommand& command);
-  void setExpandProperties(const MraidCommand& command);
-  void setResizeProperties(const MraidCommand& command);
-  void resizeAdWithUrl(const MraidCommand& command);
-  void openPage(const MraidCommand& command);
-  void dialFixedNumber(const MraidCommand& command);
-  void updateCurrentPosition(const MraidCommand& command);
-  void setOrientationPropertiesWith(const MraidCommand& command);
-  void handlePlayVideoWithURL(const MraidCommand& command);
-  void createCalenderEvent(const std::string& event);
-  void storePicture(const MraidParameters& parameters);
-
+  const std::shared_ptr<Environment> environment_;
   std::shared_ptr<WebView> webView_;
   std::shared_ptr<XMRAIDEventEmitter> eventEmitter_;
-  std::shared_ptr<XPictureManager> pictureManager_;
-  std::shared_ptr<const XPictureManagerDelegate> pictureEvents_;
+  std::unique_ptr<CreativeCommands> commands_;
   std::weak_ptr<WebViewAgentHost> xadViewInstance_;
   Subscription orientationSubscription_;
   bool isHTMLRequest_ = false;       // an HTML load was handed over and not yet reported
   bool isMetaRefreshExist_ = false;  // the last finished document sends itself elsewhere
   int finishedLoads_ = 0;            // so that the markup of a replaced document is dropped
-  CommandBudget commandBudget_;
-  LeavingGuard leavingGuard_;
 };
 
 }  // namespace tavo

@@ -1,0 +1,193 @@
+#include "AdController/AdGenerator/CreativeCommands.h"
+
+#include <algorithm>
+#include <array>
+
+#include "AdController/AdGenerator/ExpandGeometry.h"
+#include "ErrorHandler/OperationLog.h"
+#include "RequestEnrichment/ScreenAndVisibility.h"
+
+namespace tavo {
+
+namespace {
+
+// What a creative can be answered with when it asks for too much is nothing: it would ask again.
+void noteRefusal(const std::string& what) {
+  const OperationLog log{"-[XWebViewAgent webView:shouldStartLoadWithRequest:navigationType:]"};
+  log.debug("\n\nToo many commands in a short time, dropped: ", what);
+}
+
+LeavingGuard::Rules leavingRules(const Limits& limits) {
+  return {.perSecond = limits.leavingActionsPerSecond,
+          .needsTap = limits.leavingActionsNeedTap,
+          .tapLifetime = limits.tapLifetime};
+}
+
+}  // namespace
+
+CreativeCommands::CreativeCommands(Means means, const Limits& limits)
+    : means_{std::move(means)},
+      budget_{limits.commandsPerSecond, limits.commandBurst},
+      leavingGuard_{leavingRules(limits)} {}
+
+void CreativeCommands::setAdView(std::weak_ptr<WebViewAgentHost> adView) {
+  adView_ = std::move(adView);
+  const auto view = adView_.lock();
+  if (!view) return;
+  pictureManager_ = view->makePictureManager([this](const Error& error) {
+    means_.eventEmitter->reportErrorMessage(error.description, "storePicture", means_.webView);
+  });
+}
+
+bool CreativeCommands::mayRun(const std::string& command) {
+  const bool may = budget_.take(means_.runLoop->now());
+  if (!may) noteRefusal(command);
+  return may;
+}
+
+bool CreativeCommands::mayLeaveApplication(const std::string& action) {
+  const bool may = leavingGuard_.take(means_.runLoop->now());
+  if (!may) noteRefusal(action);
+  return may;
+}
+
+void CreativeCommands::handle(const MraidCommand& command) {
+  const OperationLog log{"-[XWebViewAgent handleCommandWithURL:]"};
+  struct Entry {
+    std::string_view name;
+    void (CreativeCommands::*run)(const MraidCommand&);
+  };
+  using Self = CreativeCommands;
+  static constexpr std::array<Entry, 11> commands{
+      {{"expand", &Self::expandToFrameWithUrl},
+       {"init", &Self::handleInit},
+       {"close", &Self::closeAdWithUrl},
+       {"setExpandProperties", &Self::setExpandProperties},
+       {"setResizeProperties", &Self::setResizeProperties},
+       {"resize", &Self::resizeAdWithUrl},
+       {"open", &Self::openPage},
+       {"tel:", &Self::dialFixedNumber},
+       {"updateCurrentPosition", &Self::updateCurrentPosition},
+       {"setOrientationProperties", &Self::setOrientationPropertiesWith},
+       {"playVideo", &Self::handlePlayVideoWithURL}}};
+  const auto adView = adView_.lock();  // lives on until the command is carried out
+  if (leavesApplication(command.name) && !mayLeaveApplication(command.name)) return;
+  if (handleUserInteractionCommand(command.name, command.parameters)) return;
+  for (const auto& [name, run] : commands) {
+    if (name == command.name) return (this->*run)(command);
+  }
+  log.debug("\n\nError occured while processing command: ", command.name);
+  means_.eventEmitter->reportErrorMessage("The command requested is unknown", command.name,
+                                          means_.webView);
+}
+
+bool CreativeCommands::handleUserInteractionCommand(const std::string& name,
+                                                    const MraidParameters& parameters) {
+  const OperationLog log{"-[XWebViewAgent handleUserInteractionCommand:parameters:]"};
+  if (name == "createCalendarEvent") {
+    createCalenderEvent(std::string{valueOf(parameters, "event")});
+    return true;
+  }
+  if (name == "storePicture") {
+    storePicture(parameters);
+    return true;
+  }
+  return false;
+}
+
+// An expansion covers the application only where the ad stands among its content.
+bool CreativeCommands::leavesApplication(const std::string& command) const {
+  constexpr std::array<std::string_view, 4> leaving{"open", "storePicture", "createCalendarEvent",
+                                                    "playVideo"};
+  if (std::find(leaving.begin(), leaving.end(), command) != leaving.end()) return true;
+  const auto adView = adView_.lock();
+  return command == "expand" && adView && adView->placementType() == PlacementType::inlined;
+}
+
+// Quirk: the creative is told of the new state whether or not the view has followed.
+void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
+  const OperationLog log{"-[XWebViewAgent expandToFrameWithUrl:]"};
+  const auto adView = adView_.lock();
+  if (!adView) return;
+  defaultFrame = adView->sceneView().frame();
+  const Rect frame = expandedFrame(XApplicationFrame(), expandParametersDict);
+  const bool isCustomClose = expandParametersDict && expandParametersDict->useCustomClose;
+  const bool isOrientationAllowed =
+      orientationParametersDict && orientationParametersDict->allowOrientationChange;
+  adView->expandToFrame(frame, isCustomClose, isOrientationAllowed, means_.webView);
+  means_.eventEmitter->setState(MRAIDState::expanded, means_.webView);
+}
+
+void CreativeCommands::handleInit(const MraidCommand& /*command*/) {
+  const OperationLog log{"-[XWebViewAgent handleInit]"};
+  if (const auto adView = adView_.lock()) {
+    adView->handleInitMRAIDAdWithWebView(means_.webView, means_.eventEmitter);
+  }
+}
+
+// Quirk: a second report of the default state follows the view's own, and one comes even when there
+// was nothing to close.
+void CreativeCommands::closeAdWithUrl(const MraidCommand& /*command*/) {
+  const OperationLog log{"-[XWebViewAgent closeAdWithUrl:]"};
+  const auto adView = adView_.lock();
+  if (!adView) return;
+  adView->collapseToFrame(defaultFrame);
+  means_.eventEmitter->setState(MRAIDState::normal, means_.webView);
+}
+
+void CreativeCommands::setExpandProperties(const MraidCommand& command) {
+  expandParametersDict = XMRAIDExpandProperties::propertiesFromArgs(command.parameters);
+  if (const auto adView = adView_.lock()) {
+    adView->setExpandPropertiesWithDict(*expandParametersDict);
+  }
+}
+
+void CreativeCommands::setResizeProperties(const MraidCommand& command) {
+  resizeParametersDict = XMRAIDResizeProperties::propertiesFromArgs(command.parameters);
+}
+
+void CreativeCommands::resizeAdWithUrl(const MraidCommand& /*command*/) {
+  const OperationLog log{"-[XWebViewAgent resizeAdWithUrl:]"};
+  if (const auto adView = adView_.lock()) adView->resizeAd(resizeParametersDict, means_.webView);
+}
+
+void CreativeCommands::openPage(const MraidCommand& command) {
+  means_.openUrl(
+      Url::fromText(urlWithEscapedSmsBody(std::string{valueOf(command.parameters, "url")})));
+}
+
+// Quirk: no URL's host can read "tel:", so nothing ever comes here.
+void CreativeCommands::dialFixedNumber(const MraidCommand& /*command*/) {
+  means_.application->openUrl(Url::parse("tel:12125551212"));
+}
+
+void CreativeCommands::updateCurrentPosition(const MraidCommand& /*command*/) {
+  const OperationLog log{"-[XWebViewAgent updateCurrentPosition]"};
+  if (const auto adView = adView_.lock()) adView->updateCurrentPositionOfWebView(means_.webView);
+}
+
+void CreativeCommands::setOrientationPropertiesWith(const MraidCommand& command) {
+  const OperationLog log{"-[XWebViewAgent setOrientationPropertiesWith:]"};
+  orientationParametersDict = XMRAIDOrientationProperties::propertiesFromArgs(command.parameters);
+  if (const auto adView = adView_.lock()) {
+    adView->setOrientationPropertiesWith(*orientationParametersDict, means_.webView);
+  }
+}
+
+void CreativeCommands::handlePlayVideoWithURL(const MraidCommand& command) {
+  const OperationLog log{"-[XWebViewAgent handlePlayVideoWithURL:]"};
+  if (const auto adView = adView_.lock()) {
+    adView->handlePlayVideoWithURL(Url::fromText(valueOf(command.parameters, "url")));
+  }
+}
+
+void CreativeCommands::createCalenderEvent(const std::string& event) {
+  const OperationLog log{"-[XWebViewAgent createCalenderEvent:]"};
+  if (const auto adView = adView_.lock()) adView->createCalenderEvent(event);
+}
+
+void CreativeCommands::storePicture(const MraidParameters& parameters) {
+  if (pictureManager_) pictureManager_->storePicture(parameters);
+}
+
+}  // namespace tavo
