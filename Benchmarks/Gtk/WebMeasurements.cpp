@@ -6,6 +6,7 @@
 #include <iterator>
 #include <optional>
 
+#include <tavo/Runtime.h>
 #include <tavo/TapRecognizer.h>
 
 #include "AdManager/HtmlSlots.h"
@@ -164,7 +165,8 @@ double firstAd(Slot slot) {
   if (slot == Slot::hasShownHtml) {
     const std::string domain =
         host.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
-    HtmlSlots::add(HtmlSlots::nameOf(domain, "late-banner", "Bottom1"));
+    HtmlSlots{Runtime::current().platform().userDefaults}.add(
+        HtmlSlots::nameOf({domain, "late-banner", "Bottom1"}));
   }
   loadAndWait(host, "late-banner");
   const auto end = g_get_monotonic_time();

@@ -81,8 +81,4 @@ XAdInfo::XAdInfo(const JsonObject* headers) {
   log.debug("\n\nvalues for adInfo set successfully");
 }
 
-bool isPresent(const XAdInfo::Text& field) {
-  return field && !equalsIgnoringCase(*field, nullText);
-}
-
 }  // namespace tavo

@@ -52,7 +52,4 @@ struct XAdInfo {
   Text MIMEType;
 };
 
-// Whether the field has a value: absent and "(null)" in any letter case both mean that it has none.
-[[nodiscard]] bool isPresent(const XAdInfo::Text& field);
-
 }  // namespace tavo

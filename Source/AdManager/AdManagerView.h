@@ -1,13 +1,18 @@
 #pragma once
 
 #include "AdController/AdGenerator/WebViewAgentHost.h"
+#include "ClickToAction/ClickThroughHost.h"
 
 namespace tavo {
 
 // What an ad manager needs of the view that it works for, renderers' needs included. Main thread;
 // managers and renderers hold it weakly.
-class AdManagerView : public WebViewAgentHost {
+class AdManagerView : public WebViewAgentHost, public ClickThroughHost {
  public:
+  // Of both: one operation.
+  [[nodiscard]] std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const override = 0;
+  void openUrlInBrowser(const Url& url) override = 0;
+
   [[nodiscard]] virtual MobileAdTypes mobileAdTypes() const = 0;
   virtual void setMobileAdSubTypes(MobileAdSubTypes subType) = 0;
 

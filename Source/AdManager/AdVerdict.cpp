@@ -19,6 +19,10 @@ MobileAdSubTypes redirectImage(const SlotFacts& slot) {
                            : MobileAdSubTypes::redirectImageBanner;
 }
 
+Url requestedUrl(const XAdInfo& answer) {
+  return answer.httpRequestURL ? answer.httpRequestURL->url : Url{};
+}
+
 Verdict page(const std::optional<std::string>& html, std::optional<MobileAdSubTypes> subType) {
   if (!html) return NoAd{};
   if (isEmptyPicture(*html)) return RefuseEmptyPicture{subType};
@@ -42,8 +46,12 @@ Verdict classifyContent(const XAdInfo& answer, const SlotFacts& slot) {
   if (slot.canStartMediation && answer.text && holdsMediationInstruction(*answer.text)) {
     return classifyMediation(*answer.text, slot);
   }
-  if (looksLikeVast(answer.text.value_or("")) || answer.adType == "text/xml") return PlayVast{};
-  if (!isNilString(answer.adType) && contains(*answer.adType, "image")) return ShowImage{};
+  if (looksLikeVast(answer.text.value_or("")) || answer.adType == "text/xml") {
+    return PlayVast{answer.text.value_or("")};
+  }
+  if (!isNilString(answer.adType) && contains(*answer.adType, "image")) {
+    return ShowImage{Url::fromText(answer.fileURL.value_or("")), MobileAdSubTypes::image};
+  }
   if (answer.adType == "text/html") return page(answer.text, std::nullopt);
   return NoAd{};
 }
@@ -67,7 +75,7 @@ Verdict classifyRedirect(const XAdInfo& answer, const SlotFacts& slot) {
   if (!isNilString(answer.text)) return page(answer.text, redirectPage(slot));
   if (isNilString(answer.MIMEType)) return NoAd{};
   if (contains(*answer.MIMEType, "image")) {
-    return ShowImage{ShowImage::Source::requestUrl, redirectImage(slot)};
+    return ShowImage{requestedUrl(answer), redirectImage(slot)};
   }
   if (!contains(*answer.MIMEType, "text")) return NoAd{};
   if (isNilString(answer.responseContent)) return EmptyAd{"\n\nRedirect: Empty Ad"};
@@ -77,7 +85,7 @@ Verdict classifyRedirect(const XAdInfo& answer, const SlotFacts& slot) {
 // The answer of the address that a redirect led to: the ad itself, no longer a description of it.
 Verdict classifyRedirected(const XAdInfo& answer, const SlotFacts& slot) {
   if (contains(*answer.MIMEType, "image")) {
-    return ShowImage{ShowImage::Source::requestUrl, redirectImage(slot)};
+    return ShowImage{requestedUrl(answer), redirectImage(slot)};
   }
   if (contains(*answer.MIMEType, "text") && !isNilString(answer.responseContent)) {
     return page(answer.responseContent, redirectPage(slot));

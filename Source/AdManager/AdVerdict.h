@@ -7,13 +7,14 @@
 
 #include <tavo/Geometry.h>
 #include <tavo/MobileAdTypes.h>
+#include <tavo/Url.h>
 
 #include "AdInfo/XAdInfo.h"
 
 namespace tavo {
 
-// What is to be done with an answer. One alternative per outcome; carrying it out needs no further
-// look at the answer's kind.
+// What is to be done with an answer. One alternative per outcome; each holds all that its carrying
+// out needs, so that nobody looks at the answer again.
 
 // Nothing in the answer can be shown.
 struct NoAd {};
@@ -30,8 +31,7 @@ struct FollowRedirect {
 
 // Show a picture as sub-type `subType`.
 struct ShowImage {
-  enum class Source { creativeFile, requestUrl };
-  Source source = Source::creativeFile;
+  Url picture;
   MobileAdSubTypes subType = MobileAdSubTypes::image;
 };
 
@@ -54,7 +54,9 @@ struct Mediate {
 };
 
 // Play a VAST document.
-struct PlayVast {};
+struct PlayVast {
+  std::string document;
+};
 
 using Verdict = std::variant<NoAd, EmptyAd, FollowRedirect, ShowImage, ShowHtml, RefuseEmptyPicture,
                              PlayVast, Mediate>;

@@ -1,11 +1,6 @@
 #include "AdManager/HtmlSlots.h"
 
 #include <algorithm>
-#include <deque>
-
-#include <tavo/Runtime.h>
-
-#include "Services/UserDefaults.h"
 
 namespace tavo {
 namespace {
@@ -13,8 +8,17 @@ namespace {
 constexpr std::string_view slotsKey = "tavo.htmlSlots";  // one name a line, the newest last
 constexpr std::size_t longestName = 512;
 
-std::deque<std::string> rememberedSlots() {
-  const std::string text = Runtime::current().platform().userDefaults->value(slotsKey).value_or("");
+}  // namespace
+
+std::string HtmlSlots::nameOf(const AdAddress& address) {
+  std::string name = address.domainName + "/" + address.pageName + "@" + address.adPosition;
+  std::replace(name.begin(), name.end(), '\n', ' ');
+  name.resize(std::min(name.size(), longestName));
+  return name;
+}
+
+std::deque<std::string> HtmlSlots::remembered() const {
+  const std::string text = userDefaults_->value(slotsKey).value_or("");
   std::deque<std::string> slots;
   for (std::size_t from = 0; from < text.size();) {
     const std::size_t end = std::min(text.find('\n', from), text.size());
@@ -24,32 +28,20 @@ std::deque<std::string> rememberedSlots() {
   return slots;
 }
 
-}  // namespace
-
-std::string HtmlSlots::nameOf(std::string_view domainName, std::string_view pageName,
-                              std::string_view adPosition) {
-  std::string name{domainName};
-  name.append("/").append(pageName).append("@").append(adPosition);
-  std::replace(name.begin(), name.end(), '\n', ' ');
-  name.resize(std::min(name.size(), longestName));
-  return name;
-}
-
-bool HtmlSlots::contains(std::string_view slot) {
-  const auto slots = rememberedSlots();
+bool HtmlSlots::contains(std::string_view slot) const {
+  const auto slots = remembered();
   return std::find(slots.begin(), slots.end(), slot) != slots.end();
 }
 
 void HtmlSlots::add(std::string_view slot) {
-  auto slots = rememberedSlots();
+  auto slots = remembered();
   if (std::find(slots.begin(), slots.end(), slot) != slots.end()) return;
   slots.emplace_back(slot);
   while (slots.size() > most) slots.pop_front();
   std::string text;
   for (const auto& name : slots) text.append(name).append("\n");
-  auto& defaults = *Runtime::current().platform().userDefaults;
-  defaults.setValue(slotsKey, text);
-  defaults.synchronize();
+  userDefaults_->setValue(slotsKey, text);
+  userDefaults_->synchronize();
 }
 
 }  // namespace tavo

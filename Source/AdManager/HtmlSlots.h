@@ -1,7 +1,12 @@
 #pragma once
 
+#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "OnlineRequest/AdAddress.h"
+#include "Services/UserDefaults.h"
 
 namespace tavo {
 
@@ -12,12 +17,19 @@ class HtmlSlots {
   // So many slots are remembered; the one that was seen longest ago is forgotten first.
   static constexpr std::size_t most = 64;
 
-  [[nodiscard]] static std::string nameOf(std::string_view domainName, std::string_view pageName,
-                                          std::string_view adPosition);
+  explicit HtmlSlots(std::shared_ptr<UserDefaults> userDefaults)
+      : userDefaults_{std::move(userDefaults)} {}
 
-  [[nodiscard]] static bool contains(std::string_view slot);
+  [[nodiscard]] static std::string nameOf(const AdAddress& address);
+
+  [[nodiscard]] bool contains(std::string_view slot) const;
   // Writes to disk only if the slot was not known.
-  static void add(std::string_view slot);
+  void add(std::string_view slot);
+
+ private:
+  [[nodiscard]] std::deque<std::string> remembered() const;
+
+  const std::shared_ptr<UserDefaults> userDefaults_;
 };
 
 }  // namespace tavo

@@ -1,11 +1,12 @@
 #include "AdManager/VastRoad.h"
 
 #include <tavo/MoviePlayerFactory.h>
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
-#include "AdController/ResponseParser/VASTXMLParser/VASTWrapperChain.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Relay.h"
+#include "Services/RunLoop.h"
 #include "Tracker/XAdTracker.h"
 #include "Utilities/XUserAgent.h"
 
@@ -22,33 +23,24 @@ std::optional<std::string> documentOf(const HttpResult& result) {
   return usable ? std::optional{result.response->body} : std::nullopt;
 }
 
-void fetchDocument(const Url& url, Seconds timeout, VASTFetchCompletion completion) {
-  auto& runtime = Runtime::current();
-  HttpRequest request = XUserAgent::sharedProvider().getUserAgentForUrl(url);
-  request.idleTimeout = request.deadline = timeout;
-  request.maximumBodyBytes = runtime.limits().vastBytes;
-  runtime.platform().http->send(std::move(request),
-                                [completion = std::move(completion)](const HttpResult& result) {
-                                  completion(documentOf(result));
-                                });
-}
-
-VASTChainTiming chainTiming() {
-  const Limits& limits = Runtime::current().limits();
+VastChainTiming chainTiming(const Environment& environment) {
+  const Limits& limits = environment.limits();
   return {limits.wrapperTimeout, limits.wrapperChainBudget,
-          [runLoop = Runtime::current().platform().runLoop] { return runLoop->now(); }};
+          [runLoop = environment.platform().runLoop] { return runLoop->now(); }};
 }
 
-Error errorOf(const VASTFailure& failure) {
-  const bool badText = failure.reason() == VASTFailure::invalidXML().reason();
+Error errorOf(const VastFailure& failure) {
+  const bool badText = failure.reason() == VastFailure::invalidXML().reason();
   return makeError(badText ? SdkError::vastInvalid : SdkError::invalidMovieUrl,
                    failure.localizedDescription());
 }
 
 }  // namespace
 
-std::shared_ptr<VastRoad> VastRoad::create(Settings settings, Events events) {
-  return std::shared_ptr<VastRoad>{new VastRoad{std::move(settings), std::move(events)}};
+std::shared_ptr<VastRoad> VastRoad::create(std::shared_ptr<Environment> environment,
+                                           Settings settings, Events events) {
+  return std::shared_ptr<VastRoad>{
+      new VastRoad{std::move(environment), std::move(settings), std::move(events)}};
 }
 
 VastRoad::~VastRoad() {
@@ -61,36 +53,49 @@ VastRoad::~VastRoad() {
 }
 
 void VastRoad::loadVastAd(const std::string& text) {
-  const OperationLog log{"-[XAdManager loadVastAdWithAdInfo:]"};
-  if (auto& players = Runtime::current().platform().moviePlayers) players->warmUp();
-  VastRootQueue::shared().enter([weak = weak_from_this(), text](VastRootQueue::Turn turn) {
-    if (const auto self = weak.lock()) self->loadChain(text, std::move(turn));
-  });
+  environment_->platform().moviePlayers->warmUp();
+  environment_->shared<VastRootQueue>().enter(
+      [weak = weak_from_this(), text](VastRootQueue::Turn turn) {
+        if (const auto self = weak.lock()) self->loadChain(text, std::move(turn));
+      });
 }
 
 // The chain keeps its turn until it is over, also when nobody waits for it any more.
 void VastRoad::loadChain(const std::string& text, VastRootQueue::Turn turn) {
-  const auto parser = std::make_shared<XVASTXMLParser>();
-  loadVASTChain(text, parser, fetchDocument, chainTiming(),
+  const auto parser = std::make_shared<XVASTXMLParser>(environment_->limits());
+  loadVastChain(text, parser, fetch(), chainTiming(*environment_),
                 [weak = weak_from_this(), turn = std::move(turn),
-                 weakParser = std::weak_ptr{parser}](const VASTOutcome& outcome) {
+                 weakParser = std::weak_ptr{parser}](const VastOutcome& outcome) {
                   const auto self = weak.lock();
                   const auto held = weakParser.lock();
                   if (self) self->chainLoaded(outcome, held && held->isTrackingEventValid());
                 });
 }
 
-void VastRoad::chainLoaded(const VASTOutcome& outcome, bool trackingValid) {
+VastFetch VastRoad::fetch() const {
+  return [environment = environment_](const Url& url, Seconds timeout,
+                                      VastFetchCompletion completion) {
+    HttpRequest request = environment->shared<XUserAgent>().getUserAgentForUrl(url);
+    request.idleTimeout = request.deadline = timeout;
+    request.maximumBodyBytes = environment->limits().vastBytes;
+    environment->platform().http->send(
+        std::move(request), [completion = std::move(completion)](const HttpResult& result) {
+          completion(documentOf(result));
+        });
+  };
+}
+
+void VastRoad::chainLoaded(const VastOutcome& outcome, bool trackingValid) {
   const auto view = settings_.adView.lock();
-  if (!view) return;
+  if (!view) return events_.concluded();
   if (outcome.failure) return fail(errorOf(*outcome.failure));
   if (!trackingValid) {
     return fail(makeError(SdkError::vastTrackingMissing, "Missing tracking data in the XML"));
   }
-  chooseMedia(*view, outcome.ad);
+  makeVideo(*view, outcome.ad);
 }
 
-void VastRoad::chooseMedia(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad) {
+void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad) {
   const bool interstitial = view.mobileAdTypes() == MobileAdTypes::interstitial;
   const auto subType =
       interstitial ? MobileAdSubTypes::vastInterstitial : MobileAdSubTypes::vastBanner;
@@ -113,15 +118,12 @@ void VastRoad::chooseMedia(AdManagerView& view, const std::shared_ptr<XVASTAd>& 
 }
 
 void VastRoad::probeMedia(const Url& url) {
-  auto& runtime = Runtime::current();
   videoView_->movieURL = url;
-  HttpRequest request = XUserAgent::sharedProvider().getUserAgentForUrl(url);
+  HttpRequest request = environment_->shared<XUserAgent>().getUserAgentForUrl(url);
   request.method = "HEAD";
-  request.idleTimeout = request.deadline = runtime.limits().mediaProbeTimeout;
-  probe_ = runtime.platform().http->send(std::move(request),
-                                         [weak = weak_from_this()](const HttpResult& result) {
-                                           if (const auto self = weak.lock()) self->probed(result);
-                                         });
+  request.idleTimeout = request.deadline = environment_->limits().mediaProbeTimeout;
+  const Relay relay{*this};
+  probe_ = environment_->platform().http->send(std::move(request), relay.call(&VastRoad::probed));
 }
 
 void VastRoad::probed(const HttpResult& result) {
@@ -136,7 +138,7 @@ void VastRoad::probed(const HttpResult& result) {
 void VastRoad::play() {
   const auto held = shared_from_this();
   const auto view = settings_.adView.lock();
-  if (!view) return;
+  if (!view) return events_.concluded();
   trackChainImpressions();
   videoView_->delegate.set(settings_.videoEvents);
   videoView_->trackingArrayWithVASTResponse(ad_);

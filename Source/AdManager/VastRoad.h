@@ -2,13 +2,13 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "AdController/ResponseParser/VASTXMLParser/VASTFetch.h"
+#include "AdController/ResponseParser/VASTXMLParser/VastFetch.h"
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "AdManager/AdManagerView.h"
 #include "AdManager/VastRootQueue.h"
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
 
@@ -27,11 +27,12 @@ class VastRoad : public std::enable_shared_from_this<VastRoad> {
   };
   struct Events {
     std::function<void(const Error&)> failed{};
-    // The answer is dealt with, also after a failure. Called once, last.
+    // The answer is dealt with, also after a failure or when its view is gone. Called once, last.
     std::function<void()> concluded{};
   };
 
-  [[nodiscard]] static std::shared_ptr<VastRoad> create(Settings settings, Events events);
+  [[nodiscard]] static std::shared_ptr<VastRoad> create(std::shared_ptr<Environment> environment,
+                                                        Settings settings, Events events);
   ~VastRoad();
 
   void loadVastAd(const std::string& text);
@@ -40,20 +41,24 @@ class VastRoad : public std::enable_shared_from_this<VastRoad> {
   [[nodiscard]] const std::shared_ptr<XVASTVideoView>& videoView() const { return videoView_; }
 
  private:
-  VastRoad(Settings settings, Events events)
-      : settings_{std::move(settings)}, events_{std::move(events)} {}
+  VastRoad(std::shared_ptr<Environment> environment, Settings settings, Events events)
+      : environment_{std::move(environment)},
+        settings_{std::move(settings)},
+        events_{std::move(events)} {}
 
   void loadChain(const std::string& text, VastRootQueue::Turn turn);
-  void chainLoaded(const VASTOutcome& outcome, bool trackingValid);
-  void chooseMedia(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad);
+  [[nodiscard]] VastFetch fetch() const;
+  void chainLoaded(const VastOutcome& outcome, bool trackingValid);
+  void makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad);
   void probeMedia(const Url& url);
   void probed(const HttpResult& result);
   void play();
   void trackChainImpressions();
   void fail(const Error& error);
 
-  Settings settings_;
-  Events events_;
+  const std::shared_ptr<Environment> environment_;
+  const Settings settings_;
+  const Events events_;
   std::shared_ptr<XVASTAd> ad_;
   std::shared_ptr<XVASTVideoView> videoView_;
   std::shared_ptr<HttpClient::Exchange> probe_;

@@ -2,15 +2,12 @@
 
 #include <utility>
 
-#include <tavo/Runtime.h>
-
-#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
 
-VastRootQueue& VastRootQueue::shared() {
-  return Runtime::current().environment()->shared<VastRootQueue>();
+VastRootQueue::VastRootQueue(Environment& environment) {
+  state_->runLoop = environment.platform().runLoop;
 }
 
 void VastRootQueue::enter(Load load) {
@@ -24,12 +21,12 @@ void VastRootQueue::enter(Load load) {
 // The next load begins in a turn of its own: the one before may be in the middle of its last step.
 void VastRootQueue::begin(const std::shared_ptr<State>& state, const Load& load) {
   state->taken = true;
-  const std::weak_ptr<RunLoop> loop = Runtime::current().platform().runLoop;
-  load(Turn{nullptr, [weak = std::weak_ptr<State>{state}, loop](void*) {
-              const auto runLoop = loop.lock();
+  load(Turn{nullptr, [weak = std::weak_ptr<State>{state}](void*) {
+              const auto held = weak.lock();
+              const auto runLoop = held ? held->runLoop.lock() : nullptr;
               if (!runLoop) return;
               runLoop->post([weak] {
-                if (const auto held = weak.lock()) next(held);
+                if (const auto queue = weak.lock()) next(queue);
               });
             }});
 }

@@ -1,18 +1,18 @@
 #include "AdManager/XAdManager.h"
 
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 #include <tavo/XURLBuilder.h>
 
-#include "AdManager/HtmlSlots.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Relay.h"
 #include "Services/WebViewFactory.h"
 #include "Tracker/XAdTracker.h"
 
 namespace tavo {
 
 namespace {
+
 constexpr int ignoredFailure = 306;
 
 // What a server wrote, or none for what it left out.
@@ -20,91 +20,91 @@ std::optional<std::string> present(const std::optional<std::string>& text) {
   return isNilString(text) ? std::nullopt : text;
 }
 
-Url requestedUrl(const XAdInfo& answer) {
-  return answer.httpRequestURL ? answer.httpRequestURL->url : Url{};
-}
 }  // namespace
 
+XAdManager::XAdManager(std::shared_ptr<Environment> environment,
+                       std::weak_ptr<AdManagerView> adView)
+    : environment_{std::move(environment)},
+      adView_{std::move(adView)},
+      htmlSlots_{environment_->platform().userDefaults} {}
+
 std::shared_ptr<XAdManager> XAdManager::create(
-    std::weak_ptr<AdManagerView> adView,
+    std::shared_ptr<Environment> environment, std::weak_ptr<AdManagerView> adView,
     const std::shared_ptr<const XAdManagerDelegate>& delegate) {
   const OperationLog log{"-[XAdManager initWithXadView:Delegate:]"};
-  std::shared_ptr<XAdManager> manager{new XAdManager{std::move(adView)}};
+  std::shared_ptr<XAdManager> manager{new XAdManager{std::move(environment), std::move(adView)}};
   manager->delegate.set(delegate);
   manager->makeObservers();
+  manager->makeVideoObserver();
   return manager;
 }
 
-// Every report holds the manager for its length: a host may drop the view from inside.
 void XAdManager::makeObservers() {
-  const auto weak = weak_from_this();
+  using Told = XAdManagerDelegate;
+  const Relay relay{*this};
   communicatorEvents_ = std::make_shared<XServerCommunicatorDelegate>(XServerCommunicatorDelegate{
-      .serverCommunicatorDidReceiveAdInfo =
-          [weak](XServerCommunicator&, const std::shared_ptr<XAdInfo>& answer) {
-            if (const auto self = weak.lock()) self->didReceiveAdInfo(*answer);
-          },
-      .serverCommunicatorDidFailWithError =
-          [weak](XServerCommunicator&, const std::optional<Error>& error) {
-            if (const auto self = weak.lock()) self->didFailWithError(error);
-          }});
+      .serverCommunicatorDidReceiveAdInfo = relay.call(&XAdManager::didReceiveAdInfo),
+      .serverCommunicatorDidFailWithError = relay.call(&XAdManager::didFailWithError)});
   webViewEvents_ = std::make_shared<WebViewAgentDelegate>(WebViewAgentDelegate{
-      .webViewDidFinishRender =
-          [weak](WebView& webView) {
-            const auto self = weak.lock();
-            return self && self->webViewDidFinishRender(webView);
-          },
-      .webViewAgentDidFinishLoad =
-          [weak](XWebViewAgent&) {
-            if (const auto self = weak.lock()) {
-              self->delegate.tell(&XAdManagerDelegate::adManagerDidLoad, *self);
-            }
-          },
-      .webViewAgentDidFailWithError =
-          [weak](const Error& error) {
-            if (const auto self = weak.lock()) self->fail(error);
-          },
-      .webViewOpenCustomURL =
-          [weak](const Url& url) {
-            if (const auto self = weak.lock()) {
-              self->delegate.tell(&XAdManagerDelegate::adManagerWebViewOpenCustomURL, *self, url);
-            }
-          }});
-  bannerEvents_ = std::make_shared<XMRAIDBannerViewDelegate>(XMRAIDBannerViewDelegate{
-      .xStandardBannerAdDidLoad =
-          [weak](XMRAIDBannerView&) {
-            if (const auto self = weak.lock()) {
-              self->delegate.tell(&XAdManagerDelegate::adManagerDidLoad, *self);
-            }
-          },
-      .xStandardBannerAdDidFailWithErrorBannerView =
-          [weak](const Error& error, XMRAIDBannerView&) {
-            if (const auto self = weak.lock()) self->fail(error);
-          }});
-  makeVideoObserver();
+      .webViewDidFinishRender = relay.call(&XAdManager::webViewDidFinishRender),
+      .webViewAgentDidFinishLoad = relay.pass(&Told::adManagerDidLoad),
+      .webViewAgentDidFailWithError = relay.call(&XAdManager::fail),
+      .webViewOpenCustomURL = relay.pass(&Told::adManagerWebViewOpenCustomURL)});
+  bannerEvents_ = std::make_shared<XMRAIDBannerViewDelegate>(
+      XMRAIDBannerViewDelegate{.xStandardBannerAdDidLoad = relay.pass(&Told::adManagerDidLoad),
+                               .xStandardBannerAdDidFailWithErrorBannerView =
+                                   relay.call(&XAdManager::xStandardBannerAdDidFailWithError)});
   serverCommunicator_ = XServerCommunicator::create(communicatorEvents_);
 }
 
-void XAdManager::loadAdWithDomainName(const std::string& domainName, const std::string& pageName,
-                                      const std::string& adPosition, const std::string& keywords,
-                                      const std::string& queryString) {
+void XAdManager::makeVideoObserver() {
+  using Told = XAdManagerDelegate;
+  const Relay relay{*this};
+  videoEvents_ = std::make_shared<XVASTVidoeViewDelegate>(XVASTVidoeViewDelegate{
+      .vastVideoAdDidLoad = relay.pass(&Told::adManagerDidLoad),
+      .vastVideoViewDidClickVideoWithURL = relay.pass(&Told::adManagerDidClickOnAdWithURL),
+      .vastVideoViewDidFinishQuartile = relay.pass(&Told::adManagerDidFinishQuartile),
+      .vastVideoViewDidSkipVideo = relay.pass(&Told::adManagerDidSkipVideo),
+      .vastVideoViewDidPauseVideo = relay.pass(&Told::adManagerDidPauseVideo),
+      .vastVideoViewDidResume = relay.pass(&Told::adManagerDidResume),
+      .vastVideoViewDidRewind = relay.pass(&Told::adManagerDidRewind),
+      .vastVideoViewWillOpenInAppBrowser = relay.pass(&Told::adManagerWillOpenInAppBrowser),
+      .vastVideoViewDidCloseInAppBrowser = relay.pass(&Told::adManagerDidCloseInAppBrowser),
+      .vastVideoViewWillLeaveApplication = relay.pass(&Told::adManagerWillLeaveAppliation),
+      .VASTVideoViewDidEnterFullScreen = relay.pass(&Told::adManagerDidEnterFullScreen),
+      .VASTVideoViewDidExitFullScreen = relay.pass(&Told::adManagerDidExitFullScreen),
+      .vastVideoViewDismissOnMemoryWarning = relay.pass(&Told::prerollDidFinishOnMemoryWarning),
+      .prerollDidFinishWithPlayer = relay.pass(&Told::prerollDidFinishPlayingWithPlayer),
+      .playerDidFinishWithErrorWithPlayer = relay.call(&XAdManager::playerDidFinishWithError),
+      .dismissVastViewController = relay.call(&XAdManager::dismissVastViewController),
+      .dismissVastViewControllerOnMemoryWarning =
+          relay.call(&XAdManager::dismissVastViewControllerOnMemoryWarning)});
+}
+
+std::shared_ptr<XVASTVideoView> XAdManager::videoView() const {
+  return vastRoad_ ? vastRoad_->videoView() : nullptr;
+}
+
+void XAdManager::loadAdWithDomainName(const AdAddress& address) {
   const OperationLog log{
       "-[XAdManager loadAdWithDomainName:pageName:adPosition:keywords:queryString:]"};
   requestRedirected_ = false;
   redirectAnswers_ = 0;
   clickThroughURL_.reset();
   impressionTrackingURL_.reset();
-  slotName_ = HtmlSlots::nameOf(domainName, pageName, adPosition);
+  slotName_ = HtmlSlots::nameOf(address);
   const bool bids = slotConfiguration && slotConfiguration->RTBRequired;
-  request(XURLBuilder::URLWithDomainName(domainName, bids ? "sdkl" : "sdk", pageName, adPosition,
-                                         keywords, queryString, slotConfiguration.get()));
+  request(XURLBuilder::URLWithDomainName(address.domainName, bids ? "sdkl" : "sdk",
+                                         address.pageName, address.adPosition, address.keywords,
+                                         address.queryString, slotConfiguration.get()));
   startEngineIfExpected();
 }
 
 // Beside the request, which takes longer. The key is the one under which the page will be made.
 void XAdManager::startEngineIfExpected() const {
   const auto view = adView_.lock();
-  if (!view || !HtmlSlots::contains(slotName_)) return;
-  Runtime::current().platform().webViews->warmUp(&view->sceneView());
+  if (!view || !htmlSlots_.contains(slotName_)) return;
+  environment_->platform().webViews->warmUp(&view->sceneView());
 }
 
 void XAdManager::loadAdWithRedirectURL(const std::string& url) {
@@ -118,16 +118,15 @@ void XAdManager::request(const Url& url) {
   serverCommunicator_->loadURL(url);
 }
 
-void XAdManager::didReceiveAdInfo(const XAdInfo& answer) {
+void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
   const OperationLog log{"-[XAdManager serverCommunicator:didReceiveAdInfo:]"};
   platformLog("Received async response from server");
-  progress_ = {};
-  takeOver(answer);
+  takeOver(*answer);
   const auto view = adView_.lock();
   if (!view) return;
-  const Verdict verdict = classify(answer, slotFacts(*view));
-  std::visit([&](const auto& outcome) { carryOut(outcome, answer); }, verdict);
-  conclude();
+  const bool redirected = requestRedirected_;
+  const Verdict verdict = classify(*answer, slotFacts(*view));
+  conclude(std::visit([&](const auto& one) { return carryOut(one, *view); }, verdict), redirected);
 }
 
 // The answer to a redirect keeps the addresses of the first answer where it has none of its own.
@@ -150,12 +149,11 @@ SlotFacts XAdManager::slotFacts(const AdManagerView& view) const {
               slot ? Size{slot->mediationBannerWidth, slot->mediationBannerHeight} : Size{}};
 }
 
-void XAdManager::conclude() {
-  if (progress_.mediating) return;
-  if (progress_.handled && !progress_.waitingForCompletion) {
+void XAdManager::conclude(Outcome outcome, bool redirected) {
+  if (outcome == Outcome::shown) {
     platformLog("\n\nAd is displayed successfully");
     processImpressionTracking();
-  } else if (!progress_.handled && !requestRedirected_ && !progress_.waitingForCompletion) {
+  } else if (outcome == Outcome::unusable && !redirected) {
     platformLog("\n\nTAVO: No ads available from Server");
     fail(makeError(SdkError::noAd, "No ads available from TAVO server."));
   }
@@ -177,65 +175,96 @@ void XAdManager::fail(const Error& error) {
   delegate.tell(&XAdManagerDelegate::adManagerDidFailWithError, std::optional{error});
 }
 
-void XAdManager::carryOut(const NoAd& /*verdict*/, const XAdInfo& /*answer*/) {}
+XAdManager::Outcome XAdManager::carryOut(const NoAd& /*verdict*/, AdManagerView& /*view*/) {
+  return Outcome::unusable;
+}
 
-void XAdManager::carryOut(const EmptyAd& verdict, const XAdInfo& /*answer*/) {
+XAdManager::Outcome XAdManager::carryOut(const EmptyAd& verdict, AdManagerView& /*view*/) {
   platformLog(verdict.message);
-  progress_.handled = true;
   delegate.tell(&XAdManagerDelegate::adManagerDidReceiveEmptyAd, *this);
+  return Outcome::shown;
 }
 
-void XAdManager::carryOut(const FollowRedirect& verdict, const XAdInfo& /*answer*/) {
+XAdManager::Outcome XAdManager::carryOut(const FollowRedirect& verdict, AdManagerView& /*view*/) {
   platformLog("\n\nRequest is redirected");
-  if (++redirectAnswers_ > Runtime::current().limits().redirectAnswers) {
-    progress_ = {.waitingForCompletion = true};
+  if (++redirectAnswers_ > environment_->limits().redirectAnswers) {
     fail(makeError(TransportError::tooManyRedirects, "Too many answers in a row were redirects."));
-    return;
+  } else {
+    loadAdWithRedirectURL(verdict.url);
   }
-  loadAdWithRedirectURL(verdict.url);
+  return Outcome::told;
 }
 
-void XAdManager::carryOut(const ShowImage& verdict, const XAdInfo& answer) {
-  const auto view = adView_.lock();
-  if (!view) return;
-  view->setMobileAdSubTypes(verdict.subType);
-  progress_.handled = true;
-  const bool fromFile = verdict.source == ShowImage::Source::creativeFile;
-  loadImageAdType(*view,
-                  fromFile ? Url::fromText(answer.fileURL.value_or("")) : requestedUrl(answer));
+XAdManager::Outcome XAdManager::carryOut(const ShowImage& verdict, AdManagerView& view) {
+  view.setMobileAdSubTypes(verdict.subType);
+  loadImageAdType(view, verdict.picture);
+  return Outcome::shown;
 }
 
-void XAdManager::carryOut(const ShowHtml& verdict, const XAdInfo& /*answer*/) {
-  const auto view = adView_.lock();
-  if (!view) return;
+XAdManager::Outcome XAdManager::carryOut(const ShowHtml& verdict, AdManagerView& view) {
   if (verdict.subType) {
-    view->setMobileAdSubTypes(*verdict.subType);
-  } else if (view->mobileAdSubTypes() == MobileAdSubTypes::unknown) {
-    const bool banner = view->mobileAdTypes() != MobileAdTypes::interstitial;
+    view.setMobileAdSubTypes(*verdict.subType);
+  } else if (view.mobileAdSubTypes() == MobileAdSubTypes::unknown) {
+    const bool banner = view.mobileAdTypes() != MobileAdTypes::interstitial;
     platformLog(banner ? "Rich Media Ad - Banner" : "Rich Media Ad - Interstitial");
-    view->setMobileAdSubTypes(banner ? MobileAdSubTypes::richMediaBanner
-                                     : MobileAdSubTypes::richMediaInterstitial);
+    view.setMobileAdSubTypes(banner ? MobileAdSubTypes::richMediaBanner
+                                    : MobileAdSubTypes::richMediaInterstitial);
   }
-  loadRichMediaAd(*view, verdict.html);
+  loadRichMediaAd(view, verdict.html);
+  return Outcome::waiting;
 }
 
-// The refusal is the answer's one outcome: neither an impression nor a second failure follows.
-void XAdManager::carryOut(const RefuseEmptyPicture& verdict, const XAdInfo& /*answer*/) {
+XAdManager::Outcome XAdManager::carryOut(const RefuseEmptyPicture& verdict, AdManagerView& view) {
   const OperationLog log{"-[XAdManager sendFailDelegateForEmptyGif]"};
-  const auto view = adView_.lock();
-  if (view && verdict.subType) view->setMobileAdSubTypes(*verdict.subType);
-  progress_ = {.handled = true, .waitingForCompletion = true};
+  if (verdict.subType) view.setMobileAdSubTypes(*verdict.subType);
   fail(makeError(SdkError::noAd, "empty.gif file response received."));
+  return Outcome::told;
 }
 
-void XAdManager::carryOut(const PlayVast& /*verdict*/, const XAdInfo& answer) {
-  loadVastAd(answer.text.value_or(""));
+XAdManager::Outcome XAdManager::carryOut(const PlayVast& verdict, AdManagerView& /*view*/) {
+  const OperationLog log{"-[XAdManager loadVastAdWithAdInfo:]"};
+  log.debug("\n\nLoading Vast Ad...");
+  const Relay relay{*this};
+  vastRoad_ = VastRoad::create(environment_,
+                               {.adView = adView_,
+                                .moviePlayerInstance = moviePlayerInstance,
+                                .slotConfiguration = slotConfiguration,
+                                .videoEvents = videoEvents_},
+                               {.failed = relay.call(&XAdManager::fail),
+                                .concluded = relay.call(&XAdManager::didConcludeVast)});
+  const auto road = vastRoad_;  // its first report may drop the manager
+  road->loadVastAd(verdict.document);
+  return Outcome::waiting;
 }
 
-void XAdManager::carryOut(const Mediate& verdict, const XAdInfo& /*answer*/) {
-  progress_ = {.handled = true, .mediating = true};
+XAdManager::Outcome XAdManager::carryOut(const Mediate& verdict, AdManagerView& /*view*/) {
   (void)delegate.ask(&XAdManagerDelegate::startMediationWithAdView, verdict.placementId,
                      verdict.size, true);
+  return Outcome::told;
+}
+
+// Quirk: the answer's impression is counted when the answer is dealt with, also after a failure:
+// a document that was served is billed, as a picture is that cannot be decoded.
+void XAdManager::didConcludeVast() {
+  if (!adView_.expired()) conclude(Outcome::shown, requestRedirected_);
+}
+
+void XAdManager::dismissVastViewController() {
+  if (const auto view = adView_.lock()) view->dismissVastVideoView();
+}
+
+void XAdManager::dismissVastViewControllerOnMemoryWarning() {
+  if (const auto view = adView_.lock()) view->dismissVastVideoViewOnMemoryWarning();
+}
+
+void XAdManager::xStandardBannerAdDidFailWithError(const Error& error,
+                                                   const XMRAIDBannerView& /*banner*/) {
+  fail(error);
+}
+
+void XAdManager::playerDidFinishWithError(const Error& error,
+                                          const std::shared_ptr<MoviePlayer>& /*player*/) {
+  fail(error);
 }
 
 void XAdManager::followScreen(AdManagerView& view) {
@@ -243,14 +272,19 @@ void XAdManager::followScreen(AdManagerView& view) {
   view.setOrientationNotification();
 }
 
+// What showed the ad before goes; a page's native view is free for the next page then.
+void XAdManager::emptySlot(AdManagerView& view) {
+  vastRoad_.reset();
+  view.sceneView().removeAllSubviews();
+  webViewAgent_.reset();
+}
+
 void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
   const OperationLog log{"-[XAdManager loadImageAdTypeWithURL:]"};
   platformLog("\n\nImage Ad");
-  View& sceneView = view.sceneView();
-  vastRoad_.reset();
-  sceneView.removeAllSubviews();
-  webViewAgent_.reset();
-  const Rect& frame = sceneView.frame();
+  emptySlot(view);
+  View& slotView = view.sceneView();
+  const Rect& frame = slotView.frame();
   const auto banner = XMRAIDBannerView::create({0, 0, frame.width, frame.height}, bannerEvents_);
   // An interstitial's picture is fetched before its screen is there.
   if (view.mobileAdTypes() == MobileAdTypes::interstitial) {
@@ -264,35 +298,31 @@ void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
   }
   banner->loadImageWithURL(imageUrl, adView_);
   followScreen(view);
-  sceneView.addSubview(banner);
+  slotView.addSubview(banner);
   delegate.tell(&XAdManagerDelegate::refreshAd);
 }
 
 void XAdManager::loadRichMediaAd(AdManagerView& view, const std::string& html) {
   const OperationLog log{"-[XAdManager loadRichMediaAdWithAdInfo:htmlString:baseUrl:]"};
   followScreen(view);
-  View& sceneView = view.sceneView();
-  vastRoad_.reset();
-  sceneView.removeAllSubviews();
-  webViewAgent_.reset();  // its native view is free for the next page
-  const Rect& frame = sceneView.frame();
-  webViewAgent_ =
-      XWebViewAgent::create({0, 0, frame.width, frame.height}, &sceneView, webViewEvents_);
-  sceneView.addSubview(webViewAgent_);
+  emptySlot(view);
+  View& slotView = view.sceneView();
+  const Rect& frame = slotView.frame();
+  webViewAgent_ = XWebViewAgent::create(environment_, {0, 0, frame.width, frame.height}, &slotView,
+                                        webViewEvents_);
+  slotView.addSubview(webViewAgent_);
   webViewAgent_->loadHTMLString(html, baseUrl_, adView_);
-  if (!slotName_.empty()) HtmlSlots::add(slotName_);
-  progress_ = {.handled = true, .waitingForCompletion = true};
+  if (!slotName_.empty()) htmlSlots_.add(slotName_);
   log.debug("\n\nRefresh Ad");
   delegate.tell(&XAdManagerDelegate::refreshAd);
 }
 
 bool XAdManager::webViewDidFinishRender(WebView& webView) {
   const OperationLog log{"-[XAdManager webViewDidFinishRender:]"};
-  progress_.handled =
+  const bool mayShow =
       delegate.ask(&XAdManagerDelegate::adManagerWebViewDidFinishRender, *this, webView)
           .value_or(true);
-  progress_.waitingForCompletion = false;
-  if (!progress_.handled) return false;
+  if (!mayShow) return false;
   log.debug("\n\nTracking Impressions...");
   processImpressionTracking();
   return true;

@@ -10,9 +10,12 @@
 #include "AdInfo/XAdInfo.h"
 #include "AdManager/AdManagerView.h"
 #include "AdManager/AdVerdict.h"
+#include "AdManager/HtmlSlots.h"
 #include "AdManager/VastRoad.h"
 #include "AdManager/XAdManagerDelegate.h"
 #include "Communicator/XServerCommunicator.h"
+#include "OnlineRequest/AdAddress.h"
+#include "Runtime/Environment.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 
 namespace tavo {
@@ -23,7 +26,7 @@ namespace tavo {
 class XAdManager : public std::enable_shared_from_this<XAdManager> {
  public:
   [[nodiscard]] static std::shared_ptr<XAdManager> create(
-      std::weak_ptr<AdManagerView> adView,
+      std::shared_ptr<Environment> environment, std::weak_ptr<AdManagerView> adView,
       const std::shared_ptr<const XAdManagerDelegate>& delegate);
 
   Observer<XAdManagerDelegate> delegate;
@@ -32,62 +35,66 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
 
   // Asks the server for an ad. Every outcome reaches the delegate; offline it does so inside this
   // call.
-  void loadAdWithDomainName(const std::string& domainName, const std::string& pageName,
-                            const std::string& adPosition, const std::string& keywords,
-                            const std::string& queryString);
+  void loadAdWithDomainName(const AdAddress& address);
 
   // Asks again at the address that an answer named.
   void loadAdWithRedirectURL(const std::string& url);
 
-  [[nodiscard]] bool isRequestRedirected() const { return requestRedirected_; }
   // The video of the current answer; null when it is none or not there yet.
   [[nodiscard]] std::shared_ptr<XVASTVideoView> videoView() const;
 
  private:
-  // How far an answer has come.
-  struct Progress {
-    bool handled = false;               // given to a renderer, or ended in an outcome
-    bool waitingForCompletion = false;  // the impression waits for the page or the video
-    bool mediating = false;             // the external network counts its own impression
+  // What carrying a verdict out has come to.
+  enum class Outcome {
+    unusable,  // the answer has nothing for this slot
+    shown,     // its impression counts now
+    waiting,   // its impression counts once the page or the video is there
+    told,      // it ended in a report, a new request or with another network
   };
 
-  explicit XAdManager(std::weak_ptr<AdManagerView> adView) : adView_{std::move(adView)} {}
+  XAdManager(std::shared_ptr<Environment> environment, std::weak_ptr<AdManagerView> adView);
 
   void makeObservers();
   void makeVideoObserver();
   void request(const Url& url);
+  void startEngineIfExpected() const;
 
   // Steps of one answer.
-  void startEngineIfExpected() const;
-  void didReceiveAdInfo(const XAdInfo& answer);
+  void didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer);
   void takeOver(const XAdInfo& answer);
   [[nodiscard]] SlotFacts slotFacts(const AdManagerView& view) const;
-  void conclude();
+  void conclude(Outcome outcome, bool redirected);
   void didFailWithError(const std::optional<Error>& error);
 
   // One for each verdict.
-  void carryOut(const NoAd& verdict, const XAdInfo& answer);
-  void carryOut(const EmptyAd& verdict, const XAdInfo& answer);
-  void carryOut(const FollowRedirect& verdict, const XAdInfo& answer);
-  void carryOut(const ShowImage& verdict, const XAdInfo& answer);
-  void carryOut(const ShowHtml& verdict, const XAdInfo& answer);
-  void carryOut(const RefuseEmptyPicture& verdict, const XAdInfo& answer);
-  void carryOut(const PlayVast& verdict, const XAdInfo& answer);
-  void carryOut(const Mediate& verdict, const XAdInfo& answer);
+  Outcome carryOut(const NoAd& verdict, AdManagerView& view);
+  Outcome carryOut(const EmptyAd& verdict, AdManagerView& view);
+  Outcome carryOut(const FollowRedirect& verdict, AdManagerView& view);
+  Outcome carryOut(const ShowImage& verdict, AdManagerView& view);
+  Outcome carryOut(const ShowHtml& verdict, AdManagerView& view);
+  Outcome carryOut(const RefuseEmptyPicture& verdict, AdManagerView& view);
+  Outcome carryOut(const PlayVast& verdict, AdManagerView& view);
+  Outcome carryOut(const Mediate& verdict, AdManagerView& view);
 
   // Renderers.
   void loadImageAdType(AdManagerView& view, const Url& imageUrl);
   void loadRichMediaAd(AdManagerView& view, const std::string& html);
+  void emptySlot(AdManagerView& view);
   static void followScreen(AdManagerView& view);
-  void loadVastAd(const std::string& text);
-  void didConcludeVast();
 
   // Reports of the renderers.
   [[nodiscard]] bool webViewDidFinishRender(WebView& webView);
+  void didConcludeVast();
+  void xStandardBannerAdDidFailWithError(const Error& error, const XMRAIDBannerView& banner);
+  void playerDidFinishWithError(const Error& error, const std::shared_ptr<MoviePlayer>& player);
+  void dismissVastViewController();
+  void dismissVastViewControllerOnMemoryWarning();
   void processImpressionTracking();
   void fail(const Error& error);
 
-  std::weak_ptr<AdManagerView> adView_;
+  const std::shared_ptr<Environment> environment_;
+  const std::weak_ptr<AdManagerView> adView_;
+  HtmlSlots htmlSlots_;
   std::shared_ptr<XServerCommunicator> serverCommunicator_;
   std::shared_ptr<const XServerCommunicatorDelegate> communicatorEvents_;
   std::shared_ptr<const WebViewAgentDelegate> webViewEvents_;
@@ -99,7 +106,6 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   Url baseUrl_;
   std::optional<std::string> clickThroughURL_;
   std::optional<std::string> impressionTrackingURL_;
-  Progress progress_;
   bool requestRedirected_ = false;
   int redirectAnswers_ = 0;  // in a row
 };

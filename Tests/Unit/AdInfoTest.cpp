@@ -169,13 +169,5 @@ TEST_F(AdInfo, HoldsTheDepthForDocumentsWithLongIntegersToo) {
   EXPECT_FALSE(XJSONResponseParser::parseJSONResponseWithData(body));
 }
 
-TEST_F(AdInfo, TellsPresentFromNull) {
-  EXPECT_FALSE(isPresent(std::nullopt));
-  EXPECT_FALSE(isPresent("(null)"));
-  EXPECT_FALSE(isPresent("(NULL)"));
-  EXPECT_TRUE(isPresent(""));
-  EXPECT_TRUE(isPresent("null"));
-}
-
 }  // namespace
 }  // namespace tavo

@@ -16,8 +16,7 @@ std::string describe(const Verdict& verdict) {
     std::string operator()(const EmptyAd&) const { return "empty ad"; }
     std::string operator()(const FollowRedirect& to) const { return "follow " + to.url; }
     std::string operator()(const ShowImage& image) const {
-      return std::string{"image "} + type(image.subType) +
-             (image.source == ShowImage::Source::creativeFile ? " of file" : " of request");
+      return "image " + type(image.subType) + " " + image.picture.text();
     }
     std::string operator()(const ShowHtml& page) const {
       return "html " + type(page.subType) + " " + page.html;
@@ -25,7 +24,7 @@ std::string describe(const Verdict& verdict) {
     std::string operator()(const RefuseEmptyPicture& page) const {
       return "empty picture " + type(page.subType);
     }
-    std::string operator()(const PlayVast&) const { return "vast"; }
+    std::string operator()(const PlayVast& video) const { return "vast " + video.document; }
     std::string operator()(const Mediate& to) const {
       return "mediate " + to.placementId + " " + std::to_string(static_cast<int>(to.size.width)) +
              "x" + std::to_string(static_cast<int>(to.size.height));
@@ -50,6 +49,7 @@ XAdInfo withStatus(XAdInfo answer, int status) {
 }
 
 XAdInfo withBody(XAdInfo answer, std::optional<std::string> mime, std::optional<std::string> body) {
+  answer.httpRequestURL = {.url = Url::fromText("http://request/")};
   answer.MIMEType = std::move(mime);
   answer.responseContent = std::move(body);
   return answer;
@@ -75,15 +75,21 @@ TEST(AdVerdictTest, OrdinaryAnswers) {
       {"nothing was filled", XAdInfo{}, {}, "no ad"},
       {"every field left out", info("(null)"), {}, "no ad"},
       {"left out in capitals", info("(NULL)"), {}, "no ad"},
-      {"image", info("image/gif"), {}, "image 1 of file"},
-      {"any type that names an image", info("x-image"), {}, "image 1 of file"},
+      {"image", info("image/gif", "", "http://f/"), {}, "image 1 http://f/"},
+      {"any type that names an image", info("x-image"), {}, "image 1 (null)"},
       {"html", info("text/html", "<b>"), {}, "html - <b>"},
       {"html in capitals is nothing", info("TEXT/HTML", "<b>"), {}, "no ad"},
       {"html with charset is nothing", info("text/html; charset=utf-8", "<b>"), {}, "no ad"},
       {"html without text is a page all the same", info("text/html"), {}, "html - (null)"},
-      {"xml", info("text/xml", "x"), {}, "vast"},
-      {"VAST under another type", info("text/html", "<VAST v='3'></VAST>"), {}, "vast"},
-      {"VAST under an image type", info("image/png", "<VAST v='3'></VAST>"), {}, "vast"},
+      {"xml", info("text/xml", "x"), {}, "vast x"},
+      {"VAST under another type",
+       info("text/html", "<VAST v='3'></VAST>"),
+       {},
+       "vast <VAST v='3'></VAST>"},
+      {"VAST under an image type",
+       info("image/png", "<VAST v='3'></VAST>"),
+       {},
+       "vast <VAST v='3'></VAST>"},
       {"a VAST tag without blank", info("text/html", "<VAST></VAST>"), {}, "html - <VAST></VAST>"},
       {"VAST without end", info("text/html", "<VAST v"), {}, "html - <VAST v"},
       {"filler picture", info("text/html", emptyPicture), {}, "empty picture -"},
@@ -104,7 +110,7 @@ TEST(AdVerdictTest, BiddingAnswers) {
       {"any type with text", info("image/png", "<b>"), banner, "html 2 <b>"},
       {"the same, full screen", info("x", "<b>"), interstitial, "html 3 <b>"},
       {"without text", info("text/html"), banner, "no ad"},
-      {"xml", info("text/xml", "x"), banner, "vast"},
+      {"xml", info("text/xml", "x"), banner, "vast x"},
       {"a redirect is none here", withStatus(info("a", "<b>"), 302), banner, "html 2 <b>"},
       {"filler picture", info("a", emptyPicture), banner, "empty picture 2"},
   });
@@ -120,9 +126,9 @@ TEST(AdVerdictTest, RedirectingAnswers) {
       {"text, banner", info("redirect", "<b>"), banner, "html 7 <b>"},
       {"text, interstitial", info("redirect", "<b>"), interstitial, "html 8 <b>"},
       {"image body, banner", withBody(status302(XAdInfo{}), "image/png", "x"), banner,
-       "image 6 of request"},
+       "image 6 http://request/"},
       {"image body, interstitial", withBody(status302(XAdInfo{}), "image/png", "x"), interstitial,
-       "image 8 of request"},
+       "image 8 http://request/"},
       {"text body", withBody(status302(XAdInfo{}), "text/plain", "<b>"), banner, "html 7 <b>"},
       {"text body absent", withBody(status302(XAdInfo{}), "text/plain", "(null)"), banner,
        "empty ad"},
@@ -136,9 +142,9 @@ TEST(AdVerdictTest, AnswersToARedirect) {
   const SlotFacts banner{.requestRedirected = true};
   const SlotFacts interstitial{.interstitial = true, .requestRedirected = true};
   check({
-      {"image", withBody(XAdInfo{}, "image/gif", "x"), banner, "image 6 of request"},
+      {"image", withBody(XAdInfo{}, "image/gif", "x"), banner, "image 6 http://request/"},
       {"image, interstitial", withBody(XAdInfo{}, "image/gif", "x"), interstitial,
-       "image 8 of request"},
+       "image 8 http://request/"},
       {"text", withBody(XAdInfo{}, "text/html", "<b>"), banner, "html 7 <b>"},
       {"text without content", withBody(XAdInfo{}, "text/html", std::nullopt), banner, "no ad"},
       {"other", withBody(info("text/html", "<b>"), "application/json", "x"), banner, "no ad"},

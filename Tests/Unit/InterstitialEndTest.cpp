@@ -297,7 +297,7 @@ TEST_F(InterstitialEndTest, ReleasedMemoryIsReallyFree) {
   showVideo();
   const std::weak_ptr<XAdView> adView = controller_->xadView();
   const std::weak_ptr<MoviePlayer> movie = platform_.moviePlayers->last();
-  controller_->adManager = XAdManager::create({}, nullptr);
+  controller_->adManager = XAdManager::create(runtime_.environment(), {}, nullptr);
   controller_->viewController = std::make_shared<ViewController>();
   post(notifications::didReceiveMemoryWarning);
   EXPECT_TRUE(adView.expired());

@@ -7,6 +7,7 @@
 
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "AdManager/XAdManager.h"
+#include "ClickToAction/CreativePictures.h"
 #include "Configuration/MediationSwitch.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -97,17 +98,21 @@ void XAdView::loadWithDomainName(const std::string& domainName, const std::strin
 
 void XAdView::makeManager() {
   const auto self = std::static_pointer_cast<XAdView>(shared_from_this());
-  adManager_ = XAdManager::create(self, managerEvents_);
+  adManager_ = XAdManager::create(Runtime::current().environment(), self, managerEvents_);
   adManager_->slotConfiguration = slotConfiguration_;
   adManager_->moviePlayerInstance = moviePlayerInstance_;
+}
+
+std::shared_ptr<PictureSaver> XAdView::makePictureManager(PictureSaver::Failed failed) {
+  return std::make_shared<CreativePictures>(std::move(failed));
 }
 
 void XAdView::requestAd() {
   if (!adManager_) return;
   const auto manager = adManager_;
-  manager->loadAdWithDomainName(parameters_.domainName, parameters_.pageName,
-                                parameters_.adPosition, parameters_.keywords,
-                                parameters_.queryString);
+  manager->loadAdWithDomainName({parameters_.domainName, parameters_.pageName,
+                                 parameters_.adPosition, parameters_.keywords,
+                                 parameters_.queryString});
 }
 
 void XAdView::reload() {
