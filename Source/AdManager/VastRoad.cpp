@@ -100,7 +100,7 @@ void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad
   const auto subType =
       interstitial ? MobileAdSubTypes::vastInterstitial : MobileAdSubTypes::vastBanner;
   ad_ = ad;
-  videoView_ = XVASTVideoView::create(Runtime::current().environment(), view.sceneView().bounds());
+  videoView_ = XVASTVideoView::create(environment_, view.sceneView().bounds());
   videoView_->slotConfiguration = settings_.slotConfiguration;
   videoView_->moviePlayerInstance = settings_.moviePlayerInstance;
   videoView_->isVastInterestitial = interstitial;
