@@ -38,24 +38,40 @@ enum class MovieError : int {
 };
 [[nodiscard]] Error makeError(MovieError code, std::string_view description);
 
-// Hears what a player does. Calls arrive on the main thread, never inside a call to the player.
+// Hears what a player does. Calls arrive on the main thread, never inside a call to the player, and
+// in the order in which things happened. A content that was replaced is not heard of any more. A
+// client may call the player, replace its content or drop it from inside.
+//
+// A content that plays to its end is told of so: the duration, then playing; pauses and seeks as a
+// person makes them; then paused at its end, and the finish. One that fails: the finish alone, or
+// stopped and the finish.
 class MoviePlayerClient {
  public:
   virtual ~MoviePlayerClient() = default;
 
   // The first picture is there and the length is known; once for each content.
   virtual void movieDurationAvailable(MoviePlayer& player) = 0;
+  // `playbackState` is another one. A person who moves the position takes the player through one of
+  // the states of seeking and back to the one before.
   virtual void moviePlaybackStateDidChange(MoviePlayer& player) = 0;
   // The content is over; `error` says why when the reason is an error. playbackEnded means that a
   // video of known length was played to its end: data that merely ran out is an error.
   virtual void moviePlaybackDidFinish(MoviePlayer& player, MovieFinishReason reason,
                                       const std::optional<Error>& error) = 0;
+  // The view has its place in full screen, or is back at the one it had; the size of the window may
+  // still follow, as layout.
   virtual void movieDidEnterFullscreen(MoviePlayer& player) = 0;
   virtual void movieDidExitFullscreen(MoviePlayer& player) = 0;
 };
 
 // A view that plays one video after the other. A host may own one, show its own content in it and
-// lend it for an ad. Main thread only.
+// lend it for an ad: XAdView::setMoviePlayerInstance. Made by the platform's MoviePlayerFactory;
+// main thread only.
+//
+// While it is lent, the content, the position, the controls and `shouldAutoplay` are the ad's; the
+// host gets its own back before it is told that the pre-roll is over, stopped where it was, and
+// starts it again itself. A host that plays something of its own accord at that moment is not
+// interrupted: there is no pre-roll then.
 //
 // Only http and https are played. A content whose first picture does not come within
 // Limits::firstFrameTimeout, or that stands still for Limits::stallTimeout while it should play,
@@ -64,7 +80,8 @@ class MoviePlayer : public View {
  public:
   using View::View;
 
-  // Clients are held weakly and told in the order in which they came.
+  // Clients are held weakly and told in the order in which they came. Adding one twice tells it
+  // twice; removing one that is not there does nothing.
   void addClient(std::weak_ptr<MoviePlayerClient> client);
   void removeClient(const MoviePlayerClient& client);
 
@@ -72,13 +89,16 @@ class MoviePlayer : public View {
   virtual void setContentUrl(const Url& url) = 0;
   [[nodiscard]] virtual const Url& contentUrl() const = 0;
 
-  // Fetches the content up to its first picture; then plays, when `shouldAutoplay` is set.
+  // Fetches the content up to its first picture; then plays, when `shouldAutoplay` is set. Returns
+  // at once, and does nothing for a content that is being prepared, or is, or is empty.
   virtual void prepareToPlay() = 0;
   [[nodiscard]] virtual bool isPreparedToPlay() const = 0;
+  // Read when the preparation begins.
   bool shouldAutoplay = true;
 
   // Plays on; prepares first when that was not done. After the end, plays again from the start.
   virtual void play() = 0;
+  // The picture stays. A content that is not prepared does not start by itself any more.
   virtual void pause() = 0;
   // Goes back to the start; the content has to be prepared again.
   virtual void stop() = 0;
@@ -90,15 +110,18 @@ class MoviePlayer : public View {
   virtual void setCurrentPlaybackTime(double seconds) = 0;
   [[nodiscard]] virtual double duration() const = 0;  // 0 until it is known
 
+  // What the player offers to touch; `embedded` unless it is changed.
   [[nodiscard]] MovieControlStyle controlStyle() const { return controlStyle_; }
   void setControlStyle(MovieControlStyle style);
 
-  // In full screen the view stands above everything in its window; afterwards it is back at its
-  // place. Does nothing outside a window.
+  // In full screen the view, with what stands on it, is above everything in its window, which fills
+  // the screen; afterwards it is back at its place. Does nothing outside a window. Clients are told
+  // in a later turn.
   [[nodiscard]] bool isFullscreen() const { return place_.has_value(); }
   void setFullscreen(bool fullscreen);
 
  protected:
+  // What a platform carries out.
   virtual void controlStyleChanged() {}
   virtual void fullscreenChanged() {}
   // Calls the later tells at the clients that are alive.
