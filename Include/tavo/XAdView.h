@@ -6,6 +6,7 @@
 
 #include <tavo/MobileAdTypes.h>
 #include <tavo/Observer.h>
+#include <tavo/Runtime.h>
 #include <tavo/View.h>
 #include <tavo/XAdSlotConfiguration.h>
 #include <tavo/XAdViewDelegate.h>
@@ -275,7 +276,8 @@ class XAdView : public View,
   bool mediatedAdDidFailToLoad_ = false;  // stops further mediation and the ordinary failure path
   AdViewLoader loader_{*this};
   AdViewMediation mediation_{*this};
-  const std::shared_ptr<ClickActions> clickActions_ = ClickActions::create(*this);
+  const std::shared_ptr<ClickActions> clickActions_ =
+      ClickActions::create(Runtime::current().environment(), *this);
   MraidPresentation presentation_{*this};
   std::shared_ptr<XAdManager> adManager_;
   std::shared_ptr<const XAdManagerDelegate> managerEvents_;

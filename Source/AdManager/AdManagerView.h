@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AdController/AdGenerator/WebViewAgentHost.h"
-#include "ClickToAction/ClickThroughHost.h"
+#include "ClickThrough/ClickThroughHost.h"
 
 namespace tavo {
 

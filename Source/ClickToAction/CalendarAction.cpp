@@ -1,7 +1,6 @@
 #include "ClickToAction/CalendarAction.h"
 
-#include <tavo/Runtime.h>
-
+#include "ClickThrough/Sheets.h"
 #include "ClickToAction/CalendarClick.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -10,13 +9,12 @@
 
 namespace tavo {
 
-namespace {
-Date today() { return Runtime::current().platform().runLoop->today(); }
-}  // namespace
-
-std::shared_ptr<CalendarAction> CalendarAction::create(ClickActionsView& view) {
-  return std::shared_ptr<CalendarAction>{new CalendarAction{view}};
+std::shared_ptr<CalendarAction> CalendarAction::create(std::shared_ptr<Environment> environment,
+                                                       ClickActionsView& view) {
+  return std::shared_ptr<CalendarAction>{new CalendarAction{std::move(environment), view}};
 }
+
+Date CalendarAction::today() const { return environment_->platform().runLoop->today(); }
 
 void CalendarAction::report(std::string_view message) {
   view_.reportErrorMessage(message, "createCalendarEvent");
@@ -36,8 +34,8 @@ void CalendarAction::createCalendarEventWithParamter(const ClickToActionParamete
       nullptr) {
     return;
   }
-  const auto& platform = Runtime::current().platform();
-  if (!platform.calendarAccess || !platform.calendarAccess->canRequestAccess()) {
+  const auto& platform = environment_->platform();
+  if (!platform.calendarAccess->canRequestAccess()) {
     report("Access denied.");
     platformLog("Error opening calendar: Access Denied");
     return;
@@ -72,8 +70,7 @@ void CalendarAction::accessAnswered(bool granted, const CalendarEvent& event) {
 }
 
 void CalendarAction::presentEditor(ViewController& presenter, const CalendarEvent& event) {
-  const auto& composers = Runtime::current().platform().composers;
-  if (!composers) return;
+  const auto& composers = environment_->platform().composers;
   const auto editor = composers->eventEditor(
       event, [weak = weak_from_this()](EventEditAction action, const CalendarEvent& edited) {
         if (const auto self = weak.lock()) self->editorFinished(action, edited);
@@ -87,7 +84,7 @@ void CalendarAction::editorFinished(EventEditAction action, const CalendarEvent&
   const auto held = view_.hold();
   if (!held) return dismissSheet(editor_, Animated::yes);
   if (action == EventEditAction::saved) {
-    Runtime::current().platform().calendarAccess->save(
+    environment_->platform().calendarAccess->save(
         event, [weak = weak_from_this()](const std::optional<Error>& error) {
           const auto self = weak.lock();
           const auto view = self ? self->view_.hold() : nullptr;
@@ -109,8 +106,8 @@ void CalendarAction::closeEditor() {
 
 void CalendarAction::checkCalendarAuthorizationStatus() {
   const OperationLog log{"-[XAdView checkCalendarAuthorizationStatus]"};
-  const auto& calendar = Runtime::current().platform().calendarAccess;
-  if (!calendar || calendar->authorization() != CalendarAuthorization::notDetermined) return;
+  const auto& calendar = environment_->platform().calendarAccess;
+  if (calendar->authorization() != CalendarAuthorization::notDetermined) return;
   calendar->requestAccess([](bool granted) {
     platformLog("Calendar Authorized: " + std::to_string(static_cast<int>(granted)));
   });

@@ -7,6 +7,7 @@
 #include <tavo/ClickToAction.h>
 
 #include "ClickToAction/ClickActionsView.h"
+#include "Runtime/Environment.h"
 #include "Services/Composers.h"
 
 namespace tavo {
@@ -15,7 +16,8 @@ namespace tavo {
 // user, saves it. What goes wrong is told to the creative. Main thread only.
 class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
  public:
-  [[nodiscard]] static std::shared_ptr<CalendarAction> create(ClickActionsView& view);
+  [[nodiscard]] static std::shared_ptr<CalendarAction> create(
+      std::shared_ptr<Environment> environment, ClickActionsView& view);
 
   // The creative's description as parameters; none, after a report, when it cannot be read.
   [[nodiscard]] std::optional<ClickToActionParameters> parametersOf(const std::string& event);
@@ -26,14 +28,17 @@ class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
   void checkCalendarAuthorizationStatus();
 
  private:
-  explicit CalendarAction(ClickActionsView& view) : view_{view} {}
+  CalendarAction(std::shared_ptr<Environment> environment, ClickActionsView& view)
+      : environment_{std::move(environment)}, view_{view} {}
 
+  [[nodiscard]] Date today() const;
   void accessAnswered(bool granted, const CalendarEvent& event);
   void presentEditor(ViewController& presenter, const CalendarEvent& event);
   void editorFinished(EventEditAction action, const CalendarEvent& event);
   void closeEditor();
   void report(std::string_view message);
 
+  std::shared_ptr<Environment> environment_;
   ClickActionsView& view_;
   std::weak_ptr<ViewController> editor_;
 };

@@ -1,7 +1,6 @@
 #include "ClickToAction/ClickActions.h"
 
-#include <tavo/Runtime.h>
-
+#include "ClickThrough/Sheets.h"
 #include "ClickToAction/ClickUrls.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -58,14 +57,16 @@ std::string_view nameOf(MailComposeResult result) {
 
 }  // namespace
 
-std::shared_ptr<ClickActions> ClickActions::create(ClickActionsView& view) {
-  return std::shared_ptr<ClickActions>{new ClickActions{view}};
+std::shared_ptr<ClickActions> ClickActions::create(std::shared_ptr<Environment> environment,
+                                                   ClickActionsView& view) {
+  return std::shared_ptr<ClickActions>{new ClickActions{std::move(environment), view}};
 }
 
-ClickActions::ClickActions(ClickActionsView& view)
-    : view_{view},
-      calendar_{CalendarAction::create(view)},
-      browser_{WebClickThrough::create(view)} {}
+ClickActions::ClickActions(std::shared_ptr<Environment> environment, ClickActionsView& view)
+    : environment_{std::move(environment)},
+      view_{view},
+      calendar_{CalendarAction::create(environment_, view)},
+      browser_{WebClickThrough::create(environment_, view)} {}
 
 void ClickActions::openDiallerWithUrl(const Url& url) {
   const OperationLog log{"-[XAdView openDiallerWithUrl:]"};
@@ -149,16 +150,16 @@ void ClickActions::openStoreWithParameters(const ClickToActionParameters& parame
 
 // Whether the system can is asked of `asked`: the plain scheme, or the URL itself.
 void ClickActions::openOutside(const Url& asked, const Url& url) {
-  auto& application = *Runtime::current().platform().application;
+  auto& application = *environment_->platform().application;
   if (!application.canOpenUrl(asked) || !application.openUrl(url)) return;
   view_.willLeaveApplication();
 }
 
 void ClickActions::sendSMSWithParamter(const ClickToActionParameters& parameters) {
   const OperationLog log{"-[XAdView sendSMSWithParamter:]"};
-  const auto& composers = Runtime::current().platform().composers;
+  const auto& composers = environment_->platform().composers;
   auto* presenter = sheetPresenter(view_);
-  if (!composers || !composers->canSendText() || presenter == nullptr) return;
+  if (!composers->canSendText() || presenter == nullptr) return;
   const auto sheet = std::make_shared<std::weak_ptr<ViewController>>();
   const auto composer = composers->messageComposer(
       messageFromUrl(commandUrl(parameters)), [sheet](MessageComposeResult result) {
@@ -181,9 +182,9 @@ ViewController* ClickActions::mailPresenter() {
 
 void ClickActions::sendMailWithParameters(const ClickToActionParameters& parameters) {
   const OperationLog log{"-[XAdView sendMailWithParameters:]"};
-  const auto& composers = Runtime::current().platform().composers;
+  const auto& composers = environment_->platform().composers;
   auto* presenter = mailPresenter();
-  if (!composers || presenter == nullptr) return;
+  if (presenter == nullptr) return;
   const MailDraft draft{.recipients = {text(parameters, parameterKeys::mailRecipient)},
                         .subject = text(parameters, parameterKeys::mailSubject),
                         .body = text(parameters, parameterKeys::mailBody)};

@@ -9,6 +9,7 @@
 #include "ClickToAction/CalendarAction.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "ClickToAction/WebClickThrough.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
@@ -16,7 +17,8 @@ namespace tavo {
 // asks the host; what the system cannot do is left undone without a word. Main thread only.
 class ClickActions : public std::enable_shared_from_this<ClickActions> {
  public:
-  [[nodiscard]] static std::shared_ptr<ClickActions> create(ClickActionsView& view);
+  [[nodiscard]] static std::shared_ptr<ClickActions> create(
+      std::shared_ptr<Environment> environment, ClickActionsView& view);
 
   void openDiallerWithUrl(const Url& url);
   void sendSMSWithUrl(const Url& url);
@@ -42,7 +44,7 @@ class ClickActions : public std::enable_shared_from_this<ClickActions> {
   void checkCalendarAuthorizationStatus() { calendar_->checkCalendarAuthorizationStatus(); }
 
  private:
-  explicit ClickActions(ClickActionsView& view);
+  ClickActions(std::shared_ptr<Environment> environment, ClickActionsView& view);
 
   void askAndPerform(ClickToAction action, const ClickToActionParameters& parameters);
   void makeCallWithParameters(const ClickToActionParameters& parameters);
@@ -53,6 +55,7 @@ class ClickActions : public std::enable_shared_from_this<ClickActions> {
   void openOutside(const Url& asked, const Url& url);
   [[nodiscard]] ViewController* mailPresenter();
 
+  std::shared_ptr<Environment> environment_;
   ClickActionsView& view_;
   std::shared_ptr<CalendarAction> calendar_;
   std::shared_ptr<WebClickThrough> browser_;

@@ -56,7 +56,4 @@ class ClickActionsView {
 // Who presents a system's sheet for the ad as it stands now; null: nobody.
 [[nodiscard]] ViewController* sheetPresenter(ClickActionsView& view);
 
-// Dismisses a sheet through whoever presents it; nothing when nobody does.
-void dismissSheet(const std::weak_ptr<ViewController>& sheet, Animated animated);
-
 }  // namespace tavo

@@ -1,19 +1,17 @@
 #include "ClickToAction/WebClickThrough.h"
 
-#include <tavo/Runtime.h>
+#include <utility>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Relay.h"
 #include "Services/Application.h"
-#include "Services/Composers.h"
 #include "Services/Device.h"
 
 namespace tavo {
 
 namespace {
-
-constexpr Seconds storeSheetDelay{0.5};
 
 // `url`, or else the same with a web scheme in front, whichever the system can open; empty: none.
 Url openableForm(const Url& url, const Application& application) {
@@ -26,31 +24,33 @@ Url openableForm(const Url& url, const Application& application) {
 
 }  // namespace
 
-std::shared_ptr<WebClickThrough> WebClickThrough::create(ClickActionsView& view) {
-  return std::shared_ptr<WebClickThrough>{new WebClickThrough{view}};
-}
+WebClickThrough::WebClickThrough(std::shared_ptr<Environment> environment, ClickActionsView& view)
+    : environment_{std::move(environment)}, view_{view}, resolution_{environment_} {}
 
-WebClickThrough::~WebClickThrough() {
-  if (resolving_) resolving_->cancel();
+std::shared_ptr<WebClickThrough> WebClickThrough::create(std::shared_ptr<Environment> environment,
+                                                         ClickActionsView& view) {
+  std::shared_ptr<WebClickThrough> click{new WebClickThrough{std::move(environment), view}};
+  const Relay relay{*click};
+  click->store_ = StorePresenter::create(
+      click->environment_,
+      {.presenter = relay.call(&WebClickThrough::storePresenter),
+       .closed = relay.call(&WebClickThrough::productViewControllerDidFinish)});
+  return click;
 }
 
 void WebClickThrough::makeBrowser() {
-  browserEvents_ = std::make_shared<XInAppBrowserDelegate>(
-      XInAppBrowserDelegate{.XInAppBrowserClose =
-                                [weak = weak_from_this()](XInAppBrowser&) {
-                                  if (const auto self = weak.lock()) self->browserClosed();
-                                },
-                            .XInAppBrowserWillLeaveApplication =
-                                [weak = weak_from_this()](XInAppBrowser&) {
-                                  const auto self = weak.lock();
-                                  const auto held = self ? self->view_.hold() : nullptr;
-                                  if (held) self->view_.willLeaveApplication();
-                                },
-                            .XInAppBrowserDidFailLoadWithError =
-                                [](XInAppBrowser&, const Error& error) {
-                                  platformLog("In-app browser: " + error.description);
-                                }});
-  appBrowser_ = XInAppBrowser::create(browserEvents_);
+  const Relay relay{*this};
+  browserEvents_ = std::make_shared<XInAppBrowserDelegate>(XInAppBrowserDelegate{
+      .XInAppBrowserClose = relay.call(&WebClickThrough::browserClosed),
+      .XInAppBrowserWillLeaveApplication = relay.call(&WebClickThrough::willLeaveApplication),
+      .XInAppBrowserDidFailLoadWithError = [](XInAppBrowser&, const Error& error) {
+        platformLog("In-app browser: " + error.description);
+      }});
+  appBrowser_ = XInAppBrowser::create(environment_, browserEvents_);
+}
+
+void WebClickThrough::willLeaveApplication() {
+  if (const auto held = view_.hold()) view_.willLeaveApplication();
 }
 
 void WebClickThrough::openUrlInBrowser(const Url& url) {
@@ -64,56 +64,34 @@ void WebClickThrough::openUrlInBrowser(const Url& url) {
   if (!slot->shouldOpenClickThroughURLInAppBrowser) return openOutside(url);
   // A browser that is on the screen keeps its place; its presenter has no room for a second one.
   if (!appBrowserOpen()) makeBrowser();
-  resolve(url);
+  resolution_.follow({.url = url}, [this, url](const HttpResult& result) {
+    const auto turn = shared_from_this();
+    resolved(result, url);
+  });
 }
 
 void WebClickThrough::openOutside(const Url& url) {
-  auto& application = *Runtime::current().platform().application;
+  auto& application = *environment_->platform().application;
   if (!application.canOpenUrl(url) || !application.openUrl(url)) return;
   view_.willLeaveApplication();
 }
 
-void WebClickThrough::resolve(const Url& url) {
-  if (resolving_) resolving_->cancel();
-  auto& runtime = Runtime::current();
-  HttpRequest request{.url = url};
-  request.idleTimeout = runtime.limits().clickThroughTimeout;
-  request.deadline = runtime.limits().clickThroughTimeout;
-  request.maximumBodyBytes = 1;  // the last answer's headers say all; the browser fetches the page
-  resolving_ = runtime.platform().http->send(
-      std::move(request),
-      [weak = weak_from_this(), url, click = ++click_](const HttpResult& result) {
-        const auto self = weak.lock();
-        if (self && self->click_ == click) self->resolved(result, url);
-      });
-}
-
 void WebClickThrough::resolved(const HttpResult& result, const Url& url) {
-  resolving_.reset();
   const auto held = view_.hold();
   if (!held) return;
-  if (const auto identifier = storeApplication(result)) return showStoreSheet(*identifier);
+  const auto application = storeApplication(result, environment_->shared<AppStoreConfiguration>(),
+                                            environment_->platform().device->systemVersion());
+  if (application) return store_->show(*application);
   presentInAppBrowserWithViewController(browserPresenter(), url);
 }
 
-void WebClickThrough::showStoreSheet(std::int64_t identifier) {
-  const auto& platform = Runtime::current().platform();
-  if (!platform.composers) return;
-  const auto sheet = platform.composers->storeSheet(
-      {.identifier = identifier, .page = productPage(identifier)}, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->productViewControllerDidFinish();
-      });
-  storeSheet_ = sheet;
-  storeDelay_ = platform.runLoop->after(storeSheetDelay, [this, sheet] {
-    const auto held = view_.hold();
-    auto* controller = held ? presenter() : nullptr;
-    if (controller != nullptr) controller->presentViewController(sheet, Animated::yes);
-  });
+ViewController* WebClickThrough::storePresenter() {
+  const auto held = view_.hold();
+  return held ? presenter() : nullptr;
 }
 
 void WebClickThrough::productViewControllerDidFinish() {
   const OperationLog log{"-[XAdView productViewControllerDidFinish:]"};
-  dismissSheet(storeSheet_, Animated::yes);
 }
 
 ViewController* WebClickThrough::presenter() {
@@ -140,7 +118,7 @@ void WebClickThrough::presentInAppBrowserWithViewController(ViewController* cont
                                                             const Url& url) {
   const OperationLog log{"-[XAdView presentInAppBrowserWithViewController:withURL:]"};
   if (!appBrowser_) return;
-  const auto& platform = Runtime::current().platform();
+  const auto& platform = environment_->platform();
   const Url page = openableForm(url, *platform.application);
   platformLog("Can Open URL: " + (page.empty() ? url : page).text() + ", " +
               (page.empty() ? "0" : "1"));

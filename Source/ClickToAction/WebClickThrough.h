@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include <tavo/Url.h>
 
+#include "ClickThrough/ClickResolution.h"
+#include "ClickThrough/StorePresenter.h"
 #include "ClickToAction/ClickActionsView.h"
-#include "Services/HttpClient.h"
-#include "Services/RunLoop.h"
+#include "Runtime/Environment.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo {
@@ -17,8 +17,8 @@ namespace tavo {
 // only.
 class WebClickThrough : public std::enable_shared_from_this<WebClickThrough> {
  public:
-  [[nodiscard]] static std::shared_ptr<WebClickThrough> create(ClickActionsView& view);
-  ~WebClickThrough();
+  [[nodiscard]] static std::shared_ptr<WebClickThrough> create(
+      std::shared_ptr<Environment> environment, ClickActionsView& view);
 
   // Where the way leads is found out first, without holding anything up; a second click meanwhile
   // takes the place of the first.
@@ -28,26 +28,25 @@ class WebClickThrough : public std::enable_shared_from_this<WebClickThrough> {
   [[nodiscard]] const std::shared_ptr<XInAppBrowser>& appBrowser() const { return appBrowser_; }
 
  private:
-  explicit WebClickThrough(ClickActionsView& view) : view_{view} {}
+  WebClickThrough(std::shared_ptr<Environment> environment, ClickActionsView& view);
 
   void makeBrowser();
+  void willLeaveApplication();
   void openOutside(const Url& url);
-  void resolve(const Url& url);
   void resolved(const HttpResult& result, const Url& url);
-  void showStoreSheet(std::int64_t identifier);
   void productViewControllerDidFinish();
   void presentInAppBrowserWithViewController(ViewController* controller, const Url& url);
   [[nodiscard]] ViewController* presenter();
+  [[nodiscard]] ViewController* storePresenter();
   [[nodiscard]] ViewController* browserPresenter();
   void browserClosed();
 
+  std::shared_ptr<Environment> environment_;
   ClickActionsView& view_;
   std::shared_ptr<XInAppBrowser> appBrowser_;
   std::shared_ptr<const XInAppBrowserDelegate> browserEvents_;
-  std::shared_ptr<HttpClient::Exchange> resolving_;
-  int click_ = 0;  // so that a late answer to a replaced click is dropped
-  Timer storeDelay_;
-  std::weak_ptr<ViewController> storeSheet_;
+  ClickResolution resolution_;
+  std::shared_ptr<StorePresenter> store_;
 };
 
 }  // namespace tavo

@@ -1,10 +1,10 @@
 #include "ClickToAction/XPictureManager.h"
 
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Relay.h"
 #include "Services/Alerts.h"
 #include "Services/Application.h"
 #include "Services/ImageDecoder.h"
@@ -18,9 +18,10 @@ constexpr std::size_t saveButton = 1;
 }  // namespace
 
 std::shared_ptr<XPictureManager> XPictureManager::create(
+    std::shared_ptr<Environment> environment,
     const std::shared_ptr<const XPictureManagerDelegate>& delegate) {
   const OperationLog log{"-[XPictureManager initWithDelegate:]"};
-  std::shared_ptr<XPictureManager> manager{new XPictureManager};
+  std::shared_ptr<XPictureManager> manager{new XPictureManager{std::move(environment)}};
   manager->delegate.set(delegate);
   return manager;
 }
@@ -36,12 +37,11 @@ void XPictureManager::storePicture(
   const auto found = parameters.find("url");
   imageURL_ = found == parameters.end() ? Url{} : Url::fromText(found->second);
   platformLog("ImageURL: " + (imageURL_.empty() ? "(null)" : imageURL_.text()));
-  const auto& platform = Runtime::current().platform();
+  const auto& platform = environment_->platform();
   if (imageURL_.empty()) {
     platformLog("URI is not valid");
     return fail(makeError(SdkError::invalidPictureUri, "URI was not valid."));
   }
-  if (!platform.alerts) return;
   const auto title = [&](std::string_view key) {
     return platform.application->localizedString(key);
   };
@@ -68,15 +68,13 @@ void XPictureManager::alertViewClickedButtonAtIndex(std::size_t button, const Ur
 }
 
 void XPictureManager::download(const Url& picture) {
-  auto& runtime = Runtime::current();
+  const auto& limits = environment_->limits();
   HttpRequest request{.url = picture};
-  request.idleTimeout = runtime.limits().requestIdleTimeout;
-  request.deadline = runtime.limits().requestDeadline;
-  request.maximumBodyBytes = runtime.limits().pictureBytes;
-  runtime.platform().http->send(std::move(request),
-                                [weak = weak_from_this()](const HttpResult& result) {
-                                  if (const auto self = weak.lock()) self->downloaded(result);
-                                });
+  request.idleTimeout = limits.requestIdleTimeout;
+  request.deadline = limits.requestDeadline;
+  request.maximumBodyBytes = limits.pictureBytes;
+  environment_->platform().http->send(std::move(request),
+                                      Relay{*this}.call(&XPictureManager::downloaded));
 }
 
 void XPictureManager::downloaded(const HttpResult& result) {
@@ -86,8 +84,7 @@ void XPictureManager::downloaded(const HttpResult& result) {
   }
   // Quirk: the message comes before the picture is looked at.
   platformLog("Image saved to gallery");
-  const auto& platform = Runtime::current().platform();
-  if (!platform.photoAlbum) return;
+  const auto& platform = environment_->platform();
   const std::string bytes = result.response ? result.response->body : std::string{};
   // A picture that cannot be decoded goes on as nothing: the album says what is wrong with it.
   platform.images->decode(bytes, [weak = weak_from_this(), album = platform.photoAlbum,

@@ -10,6 +10,7 @@
 #include <tavo/Observer.h>
 #include <tavo/Url.h>
 
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 
 namespace tavo {
@@ -28,6 +29,7 @@ struct XPictureManagerDelegate {
 class XPictureManager : public std::enable_shared_from_this<XPictureManager> {
  public:
   [[nodiscard]] static std::shared_ptr<XPictureManager> create(
+      std::shared_ptr<Environment> environment,
       const std::shared_ptr<const XPictureManagerDelegate>& delegate);
 
   Observer<XPictureManagerDelegate> delegate;
@@ -40,13 +42,15 @@ class XPictureManager : public std::enable_shared_from_this<XPictureManager> {
   [[nodiscard]] const Url& imageURL() const { return imageURL_; }
 
  private:
-  XPictureManager() = default;
+  explicit XPictureManager(std::shared_ptr<Environment> environment)
+      : environment_{std::move(environment)} {}
 
   void alertViewClickedButtonAtIndex(std::size_t button, const Url& picture);
   void download(const Url& picture);
   void downloaded(const HttpResult& result);
   void fail(const Error& error);
 
+  std::shared_ptr<Environment> environment_;
   Url imageURL_;
 };
 

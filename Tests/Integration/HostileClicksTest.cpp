@@ -245,7 +245,7 @@ TEST_F(HostileClicks, PicturesThatAreNoneAreReported) {
       .pictureManagerDidFailToStorePictureWithError = [&](XPictureManager&, const Error& error) {
         told.push_back(error.domain + " " + std::to_string(error.code));
       }});
-  const auto manager = XPictureManager::create(events);
+  const auto manager = XPictureManager::create(Runtime::current().environment(), events);
   const std::string noPicture = std::string{albumErrorDomain} + " 1";
   const auto transport = [](TransportError code) {
     std::string text{transportErrorDomain};

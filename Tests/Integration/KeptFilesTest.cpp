@@ -87,7 +87,7 @@ TEST_F(KeptFiles, APictureThatTheUserAgreedTo) {
   std::ostringstream bytes;
   bytes << std::ifstream{banner, std::ios::binary}.rdbuf();
   server.on("/a.png", PlainAnswer{.body = bytes.str(), .contentType = "image/png"});
-  const auto manager = XPictureManager::create(nullptr);
+  const auto manager = XPictureManager::create(Runtime::current().environment(), nullptr);
   manager->storePicture({{"url", server.url("/a.png")}});
   ASSERT_TRUE(pressOnceThere("Yes_Title"));
   const auto picture = [] {

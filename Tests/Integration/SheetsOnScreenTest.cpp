@@ -182,7 +182,7 @@ TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
       .pictureManagerDidFailToStorePictureWithError = [&](XPictureManager&, const Error& error) {
         codes.push_back(error.code);
       }});
-  const auto manager = XPictureManager::create(events);
+  const auto manager = XPictureManager::create(Runtime::current().environment(), events);
   HostileServer server;
   server.on("/a.png", PlainAnswer{.body = "no picture", .contentType = "image/png"});
   const auto ask = [&] {

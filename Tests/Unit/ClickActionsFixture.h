@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "ClickToAction/ClickActions.h"
 #include "Scene/Window.h"
 #include "Unit/TransportFixture.h"
@@ -101,7 +101,7 @@ class ClickActionsTest : public TransportTest {
   const std::shared_ptr<ViewController> current_ = std::make_shared<ViewController>();
   const std::shared_ptr<ViewController> expanded_ = std::make_shared<ViewController>();
   FakeClickView view_;
-  std::shared_ptr<ClickActions> actions_ = ClickActions::create(view_);
+  std::shared_ptr<ClickActions> actions_ = ClickActions::create(runtime_.environment(), view_);
 };
 
 }  // namespace tavo::test

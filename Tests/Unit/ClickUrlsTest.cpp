@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "ClickToAction/CalendarClick.h"
 #include "ClickToAction/ClickUrls.h"
 #include "Unit/TransportFixture.h"
@@ -79,12 +79,9 @@ TEST(UrlParameters, OfOtherSchemesStandBehindTheSemicolonAndAreDecoded) {
   EXPECT_THAT(parameters(""), UnorderedElementsAre());
 }
 
-class AppStore : public TransportTest {
- protected:
-  AppStore() { AppStoreConfiguration::sharedInstance().hosts = {"store.example", "shop.example"}; }
-};
+const AppStoreConfiguration store{.hosts = {"store.example", "shop.example"}};
 
-TEST_F(AppStore, HostsAreComparedInTwoWays) {
+TEST(AppStore, HostsAreComparedInTwoWays) {
   struct Row {
     const char* url;
     bool isHost;
@@ -96,12 +93,20 @@ TEST_F(AppStore, HostsAreComparedInTwoWays) {
         Row{"http://store.example.org/", false, false},
         Row{"http://a.example/store.example", false, false}, Row{"", false, false},
         Row{"mailto:a@store.example", false, false}}) {
-    EXPECT_EQ(isAppStoreHost(Url::fromText(row.url)), row.isHost) << row.url;
-    EXPECT_EQ(endsWithAppStoreHost(Url::fromText(row.url)), row.endsWithHost) << row.url;
+    EXPECT_EQ(isAppStoreHost(Url::fromText(row.url), store), row.isHost) << row.url;
+    EXPECT_EQ(endsWithAppStoreHost(Url::fromText(row.url), store), row.endsWithHost) << row.url;
   }
 }
 
-TEST_F(AppStore, IdentifiersAreTheDigitsBehindTheFirstId) {
+TEST(AppStore, AnEmptyHostIsNobodys) {
+  const AppStoreConfiguration one{.hosts = {"store.example", ""}};
+  for (const char* url : {"http://page.example/", "about:blank"}) {
+    EXPECT_FALSE(isAppStoreHost(Url::fromText(url), one)) << url;
+    EXPECT_FALSE(endsWithAppStoreHost(Url::fromText(url), one)) << url;
+  }
+}
+
+TEST(AppStore, IdentifiersAreTheDigitsBehindTheFirstId) {
   constexpr auto largest = std::numeric_limits<std::int64_t>::max();
   struct Row {
     const char* url;
@@ -115,17 +120,20 @@ TEST_F(AppStore, IdentifiersAreTheDigitsBehindTheFirstId) {
   }
 }
 
-TEST_F(AppStore, QuirkAnyPieceThatBeginsWithIdIsAnIdentifier) {
+TEST(AppStore, QuirkAnyPieceThatBeginsWithIdIsAnIdentifier) {
   EXPECT_EQ(applicationIdentifier(Url::fromText("http://store.example/ideas/id42")), 0);
   EXPECT_EQ(applicationIdentifier(Url::fromText("http://id3.example/")), 3);
 }
 
-TEST_F(AppStore, AClickLeadsToAnApplicationWhenItsAnswerCameFromTheStore) {
-  const auto answered = [](const char* url, std::optional<TransportError> error) {
+using AppStoreClick = TransportTest;
+
+TEST_F(AppStoreClick, AClickLeadsToAnApplicationWhenItsAnswerCameFromTheStore) {
+  const char* version = "6";
+  const auto answered = [&version](const char* url, std::optional<TransportError> error) {
     HttpResult result;
     if (url != nullptr) result.response.emplace().url = Url::fromText(url);
     if (error) result.error = makeError(*error, "");
-    return storeApplication(result);
+    return storeApplication(result, store, version);
   };
   constexpr const char* page = "http://store.example/id42";
   EXPECT_EQ(answered(page, std::nullopt), 42);
@@ -135,11 +143,11 @@ TEST_F(AppStore, AClickLeadsToAnApplicationWhenItsAnswerCameFromTheStore) {
   EXPECT_EQ(answered("http://www.store.example/id42", std::nullopt), std::nullopt);
   EXPECT_EQ(answered("http://store.example/42", std::nullopt), std::nullopt);
   EXPECT_EQ(platform_.log->messages().back(), "TAVOSDK: store.example error: couldn't locate id.");
-  platform_.device->version = "5.1";
+  version = "5.1";
   EXPECT_EQ(answered(page, std::nullopt), std::nullopt);
 }
 
-TEST_F(AppStore, SheetsExistFromVersionSix) {
+TEST(AppStore, SheetsExistFromVersionSix) {
   for (const char* version : {"6", "6.0", "10.2", "12"}) EXPECT_TRUE(hasStoreSheet(version));
   for (const char* version : {"", "5.9.9", "x"}) EXPECT_FALSE(hasStoreSheet(version));
 }

@@ -4,7 +4,7 @@
 
 #include <tavo/XGlobalConfiguration.h>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "Scene/Window.h"
 #include "Unit/TransportFixture.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -33,7 +33,7 @@ class InAppBrowserTest : public TransportTest {
   }
 
   void open() {
-    browser_ = XInAppBrowser::create(events_);
+    browser_ = XInAppBrowser::create(runtime_.environment(), events_);
     root_->presentViewController(browser_, Animated::no);
     browser_->setURL(Url::fromText(pageUrl));
     page_ = platform_.webViews->last();
@@ -176,7 +176,7 @@ TEST_F(InAppBrowserTest, TheBuiltInImagesAreSeenOnEveryBar) {
 }
 
 TEST_F(InAppBrowserTest, LoadsPastTheCacheOnceItIsOnTheScreen) {
-  const auto unseen = XInAppBrowser::create(events_);
+  const auto unseen = XInAppBrowser::create(runtime_.environment(), events_);
   unseen->setURL(Url::fromText(pageUrl));
   EXPECT_EQ(platform_.webViews->created, 0);
   open();

@@ -33,7 +33,8 @@ class PictureManagerTest : public TransportTest {
                                                                  const Error& error) {
             lines_.push_back(std::to_string(error.code) + " " + error.description);
           }});
-  std::shared_ptr<XPictureManager> manager_ = XPictureManager::create(events_);
+  std::shared_ptr<XPictureManager> manager_ =
+      XPictureManager::create(Runtime::current().environment(), events_);
 };
 
 TEST_F(PictureManagerTest, AsksDownloadsAndSavesInSilence) {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/VastFixture.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"

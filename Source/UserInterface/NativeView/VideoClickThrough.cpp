@@ -1,23 +1,18 @@
 #include "UserInterface/NativeView/VideoClickThrough.h"
 
-#include "ClickToAction/AppStore.h"
-#include "ClickToAction/ClickActionsView.h"
+#include "ClickThrough/AppStore.h"
+#include "ClickThrough/Sheets.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Relay.h"
 #include "Services/Application.h"
-#include "Services/Composers.h"
 #include "Services/Device.h"
 #include "Utilities/XUserAgent.h"
 
 namespace tavo {
 
-namespace {
-constexpr Seconds storeSheetDelay{0.5};
-}  // namespace
-
 void VideoClickThrough::open(const Url& url, const XAdSlotConfiguration* slot) {
   if (url.empty()) return;
-  ++click_;
+  resolution_.forget();
   if (slot != nullptr && slot->shouldOpenClickThroughURLInAppBrowser) {
     resolve(url);
   } else {
@@ -34,19 +29,16 @@ void VideoClickThrough::leaveApplication(const Url& url) {
 }
 
 void VideoClickThrough::resolve(const Url& url) {
-  HttpRequest request = environment_->shared<XUserAgent>().getUserAgentForUrl(url);
-  request.idleTimeout = request.deadline = environment_->limits().clickThroughTimeout;
-  request.maximumBodyBytes = 1;  // where the page finally is matters; what it says is not read
-  environment_->platform().http->send(
-      std::move(request), [weak = weak_from_this(), url, click = click_](const HttpResult& result) {
-        const auto self = weak.lock();
-        if (self && self->click_ == click) self->resolved(url, result);
-      });
+  resolution_.follow(environment_->shared<XUserAgent>().getUserAgentForUrl(url),
+                     [this, url](const HttpResult& result) { resolved(url, result); });
 }
 
 void VideoClickThrough::resolved(const Url& url, const HttpResult& result) {
+  const auto held = shared_from_this();
   if (result.response) platformLog(result.response->url.text());
-  if (const auto application = storeApplication(result)) return showStoreSheet(*application);
+  const auto application = storeApplication(result, environment_->shared<AppStoreConfiguration>(),
+                                            environment_->platform().device->systemVersion());
+  if (application) return storeSheet().show(*application);
   presentBrowser(url);
 }
 
@@ -75,7 +67,7 @@ std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
       .XInAppBrowserDidFailLoadWithError = [](XInAppBrowser&, const Error& error) {
         platformLog("In-app browser: " + error.description);
       }});
-  return XInAppBrowser::create(browserEvents_);
+  return XInAppBrowser::create(environment_, browserEvents_);
 }
 
 bool VideoClickThrough::closeBrowser() {
@@ -84,22 +76,18 @@ bool VideoClickThrough::closeBrowser() {
   return browser != nullptr;
 }
 
-void VideoClickThrough::showStoreSheet(std::int64_t application) {
-  const auto& platform = environment_->platform();
-  const auto sheet =
-      platform.composers->storeSheet({.identifier = application, .page = productPage(application)},
-                                     Relay{*this}.call(&VideoClickThrough::storeSheetFinished));
-  storeSheet_ = sheet;
-  storeDelay_ = platform.runLoop->after(storeSheetDelay, [this, sheet] {
-    if (auto* presenter = events_.presenter()) {
-      presenter->presentViewController(sheet, Animated::yes);
-    }
-  });
+StorePresenter& VideoClickThrough::storeSheet() {
+  if (!store_) {
+    const Relay relay{*this};
+    store_ = StorePresenter::create(
+        environment_, {.presenter = relay.call(&VideoClickThrough::storeSheetPresenter),
+                       .closed = relay.call(&VideoClickThrough::storeSheetFinished)});
+  }
+  return *store_;
 }
 
-void VideoClickThrough::storeSheetFinished() {
-  dismissSheet(storeSheet_, Animated::yes);
-  events_.storeFinished();
-}
+ViewController* VideoClickThrough::storeSheetPresenter() { return events_.presenter(); }
+
+void VideoClickThrough::storeSheetFinished() { events_.storeFinished(); }
 
 }  // namespace tavo

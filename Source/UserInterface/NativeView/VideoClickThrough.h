@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -8,9 +7,9 @@
 #include <tavo/Url.h>
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "ClickThrough/ClickResolution.h"
+#include "ClickThrough/StorePresenter.h"
 #include "Runtime/Environment.h"
-#include "Services/HttpClient.h"
-#include "Services/RunLoop.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo {
@@ -31,7 +30,9 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   };
 
   VideoClickThrough(std::shared_ptr<Environment> environment, Events events)
-      : environment_{std::move(environment)}, events_{std::move(events)} {}
+      : environment_{std::move(environment)},
+        events_{std::move(events)},
+        resolution_{environment_} {}
 
   // An empty URL opens nothing.
   void open(const Url& url, const XAdSlotConfiguration* slot);
@@ -47,16 +48,16 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   [[nodiscard]] std::shared_ptr<XInAppBrowser> makeBrowser();
   void browserClosed() { events_.browserClosed(); }
   void willLeaveApplication() { events_.willLeaveApplication(); }
-  void showStoreSheet(std::int64_t application);
+  [[nodiscard]] StorePresenter& storeSheet();
+  [[nodiscard]] ViewController* storeSheetPresenter();
   void storeSheetFinished();
 
   const std::shared_ptr<Environment> environment_;
   const Events events_;
   std::shared_ptr<XInAppBrowser> browser_;  // while it is open
   std::shared_ptr<const XInAppBrowserDelegate> browserEvents_;
-  std::weak_ptr<ViewController> storeSheet_;
-  Timer storeDelay_;
-  int click_ = 0;  // counts clicks, so that a late answer to a former one is dropped
+  ClickResolution resolution_;
+  std::shared_ptr<StorePresenter> store_;  // from the first click that leads to the store
 };
 
 }  // namespace tavo

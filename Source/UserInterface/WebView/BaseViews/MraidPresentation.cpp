@@ -206,7 +206,7 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   const OperationLog log{"-[XAdView setCustomCloseButton:]"};
   const auto& button = closeButton();
   button->setBackgroundColor(colors::clear);
-  button->setImage(isCustomClose ? Image{} : closePicture());
+  button->setImage(isCustomClose ? Image{} : closePicture(Runtime::current().platform()));
   platformLog(isCustomClose ? "SDK will not provide the close button"
                             : "SDK will provide the close button");
   button->sizeToFit();
@@ -220,9 +220,10 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
 void MraidPresentation::setCloseButtonImageWithImageNamed(std::string_view name) {
   const OperationLog log{"-[XAdView setCloseButtonImageWithImageNamed:]"};
   const auto dot = name.rfind('.');
+  const auto& platform = Runtime::current().platform();
   closeButton()->setImage(dot == std::string_view::npos
-                              ? bundlePicture(name, "png")
-                              : bundlePicture(name.substr(0, dot), name.substr(dot + 1)));
+                              ? bundlePicture(name, "png", platform)
+                              : bundlePicture(name.substr(0, dot), name.substr(dot + 1), platform));
   closeButton()->sizeToFit();
 }
 

@@ -168,7 +168,7 @@ void XAdInterstitialViewController::putCloseButton(ButtonLook look) {
     if (const auto controller = self()) controller->closeInterstitialAd();
   });
   if (look == ButtonLook::picture) {
-    closeButton_->setImage(closePicture());
+    closeButton_->setImage(closePicture(Runtime::current().platform()));
     // Nobody is held in front of an ad because a picture is missing.
     if (closeButton_->image().empty()) closeButton_->setTitle("\u2715");
   }

@@ -1,83 +1,72 @@
 #include "UserInterface/WebView/InAppBrowser/BrowserToolbar.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdint>
-#include <memory>
 #include <string>
+#include <utility>
+
+#include "UserInterface/Pictures/Pictures.h"
 
 namespace tavo {
 
 namespace {
 
-using ToolbarDetail = XBrowserConfiguration::ToolbarDetail;
+constexpr float disabledAlpha = 0.35F;
 
-struct Look {
-  std::string_view image;
-  std::string_view label;
-};
-
-const Look& lookOf(BrowserButton button) {
-  static constexpr std::array<Look, 5> looks{{{"browserstop", "Close"},
-                                              {"browserback", "Back"},
-                                              {"browserforward", "Forward"},
-                                              {"browserreload", "Reload"},
-                                              {"browseraction", "Open in browser"}}};
-  return looks.at(static_cast<std::size_t>(button));
-}
-
-bool isFor(const ToolbarDetail& detail, std::string_view property, BrowserButton button) {
-  return detail[0] == property && detail[2] == std::to_string(static_cast<unsigned>(button));
-}
-
-std::uint8_t byteOf(float component) {
-  return static_cast<std::uint8_t>(std::lround(std::clamp(component, 0.0F, 1.0F) * 255));
+void enable(const std::shared_ptr<Button>& button, bool enabled) {
+  if (!button) return;
+  button->setEnabled(enabled);
+  button->setAlpha(enabled ? 1 : disabledAlpha);
 }
 
 }  // namespace
 
-// Quirk: "Visibility" reads as a wish to hide, and the action button waits for an entry that does
-// not.
-bool isButtonShown(const XBrowserConfiguration& settings, BrowserButton button) {
-  const auto hasEntry = [&](std::string_view hides) {
-    return std::any_of(
-        settings.toolbarDetails.begin(), settings.toolbarDetails.end(), [&](const auto& detail) {
-          return isFor(detail, "Visibility", button) && (detail[1] == "YES") == (hides == "YES");
-        });
-  };
-  return button == BrowserButton::action ? hasEntry("NO") : !hasEntry("YES");
+BrowserToolbar::BrowserToolbar(std::shared_ptr<Environment> environment,
+                               std::shared_ptr<const XBrowserConfiguration> settings,
+                               Pressed pressed)
+    : environment_{std::move(environment)},
+      settings_{std::move(settings)},
+      pressed_{std::move(pressed)} {
+  setAutoresizingMask(flexibleWidth | flexibleTopMargin);
+  setBarStyle(settings_->barStyle);
+  if (settings_->toolbarBGColor) setBackgroundColor(settings_->toolbarBGColor);
+  if (settings_->toolbarBGImageName) {
+    setBackgroundPattern(namedPicture(*settings_->toolbarBGImageName, environment_->platform()));
+  }
 }
 
-std::vector<ToolbarDetail> hostImages(const XBrowserConfiguration& settings, BrowserButton button) {
-  std::vector<ToolbarDetail> images;
-  for (const auto& detail : settings.toolbarDetails) {
-    if (isFor(detail, "Image", button) && !detail[1].empty()) images.push_back(detail);
-  }
-  return images;
+void BrowserToolbar::place(Size all) {
+  setFrame({0, isOnTop() ? 0 : all.height - standardHeight, all.width, standardHeight});
 }
 
-std::string_view builtInImageName(BrowserButton button) { return lookOf(button).image; }
-
-std::string_view buttonLabel(BrowserButton button) { return lookOf(button).label; }
-
-Image tinted(const Image& shape, const Color& color) {
-  constexpr std::size_t channels = 4;
-  if (shape.empty()) return {};
-  const auto width = static_cast<std::size_t>(shape.width());
-  const auto height = static_cast<std::size_t>(shape.height());
-  auto pixels = std::make_shared<std::vector<std::uint8_t>>(width * height * channels);
-  for (std::size_t row = 0; row < height; ++row) {
-    const std::uint8_t* from = shape.pixels().get() + row * shape.stride();
-    std::uint8_t* to = pixels->data() + row * width * channels;
-    for (std::size_t column = 0; column < width; ++column, from += channels, to += channels) {
-      to[0] = byteOf(color.red);
-      to[1] = byteOf(color.green);
-      to[2] = byteOf(color.blue);
-      to[3] = from[3];
-    }
+std::vector<std::shared_ptr<Button>> BrowserToolbar::makeItems() {
+  std::vector<std::shared_ptr<Button>> items;
+  for (const auto number : browserButtons) {
+    if (!isButtonShown(*settings_, number)) continue;
+    items.push_back(makeButton(number));
+    if (number == BrowserButton::back) backButton_ = items.back();
+    if (number == BrowserButton::forward) forwardButton_ = items.back();
   }
-  return {shape.width(), shape.height(), width * channels, Image::Pixels{pixels, pixels->data()}};
+  setHistory(false, false);
+  return items;
+}
+
+std::shared_ptr<Button> BrowserToolbar::makeButton(BrowserButton number) {
+  const auto& platform = environment_->platform();
+  auto button = std::make_shared<Button>();
+  const auto images = hostImages(*settings_, number);
+  Image image = images.empty() ? Image{} : namedPicture(images.front()[1], platform);
+  if (image.empty()) {
+    image = tinted(namedPicture(builtInImageName(number), platform),
+                   isDark() ? colors::white : colors::darkGray);
+  }
+  button->setImage(std::move(image));
+  button->setAccessibilityLabel(std::string{buttonLabel(number)});
+  button->setAction([pressed = pressed_, number] { pressed(number); });
+  return button;
+}
+
+void BrowserToolbar::setHistory(bool behind, bool ahead) const {
+  enable(backButton_, behind);
+  enable(forwardButton_, ahead);
 }
 
 }  // namespace tavo

@@ -1,32 +1,46 @@
 #pragma once
 
-#include <string_view>
+#include <functional>
+#include <memory>
 #include <vector>
 
-#include <tavo/Color.h>
-#include <tavo/Image.h>
 #include <tavo/XBrowserConfiguration.h>
+
+#include "Runtime/Environment.h"
+#include "Scene/Toolbar.h"
+#include "UserInterface/WebView/InAppBrowser/BrowserButtons.h"
 
 namespace tavo {
 
-// The buttons of the in-app browser, by their numbers in the settings.
-enum class BrowserButton : unsigned { close = 0, back = 1, forward = 2, reload = 3, action = 4 };
-inline constexpr BrowserButton browserButtons[] = {BrowserButton::close, BrowserButton::back,
-                                                   BrowserButton::forward, BrowserButton::reload,
-                                                   BrowserButton::action};
+// The in-app browser's strip of buttons, dressed and placed as the application's settings want it.
+// Main thread only.
+class BrowserToolbar : public Toolbar {
+ public:
+  using Pressed = std::function<void(BrowserButton)>;
 
-// Whether the settings show a button.
-[[nodiscard]] bool isButtonShown(const XBrowserConfiguration& settings, BrowserButton button);
+  BrowserToolbar(std::shared_ptr<Environment> environment,
+                 std::shared_ptr<const XBrowserConfiguration> settings, Pressed pressed);
 
-// The entries of the settings that give a button a picture of the host's, in their order.
-[[nodiscard]] std::vector<XBrowserConfiguration::ToolbarDetail> hostImages(
-    const XBrowserConfiguration& settings, BrowserButton button);
+  // The buttons that the settings show, in their order; back and forward wait for a history.
+  [[nodiscard]] std::vector<std::shared_ptr<Button>> makeItems();
 
-// The resource with the library's own picture for a button, and what the button is called.
-[[nodiscard]] std::string_view builtInImageName(BrowserButton button);
-[[nodiscard]] std::string_view buttonLabel(BrowserButton button);
+  // Null where the settings hide it.
+  [[nodiscard]] const std::shared_ptr<Button>& backButton() const { return backButton_; }
+  [[nodiscard]] const std::shared_ptr<Button>& forwardButton() const { return forwardButton_; }
+  void setHistory(bool behind, bool ahead) const;
 
-// A picture of one colour in another: the shape stays, as its alpha has it.
-[[nodiscard]] Image tinted(const Image& shape, const Color& color);
+  [[nodiscard]] bool isOnTop() const { return settings_->toolbarPosition == 0; }
+  // Puts the strip at its edge of a view of this size.
+  void place(Size all);
+
+ private:
+  [[nodiscard]] std::shared_ptr<Button> makeButton(BrowserButton number);
+
+  std::shared_ptr<Environment> environment_;
+  std::shared_ptr<const XBrowserConfiguration> settings_;
+  Pressed pressed_;
+  std::shared_ptr<Button> backButton_;
+  std::shared_ptr<Button> forwardButton_;
+};
 
 }  // namespace tavo

@@ -1,44 +1,41 @@
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
-#include <tavo/Runtime.h>
 #include <tavo/XGlobalConfiguration.h>
 
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/Relay.h"
 #include "Scene/LayoutView.h"
 #include "Services/Application.h"
-#include "Services/Composers.h"
 #include "Services/Device.h"
 #include "Services/WebViewFactory.h"
-#include "UserInterface/Pictures/Pictures.h"
 #include "Values/Text.h"
 
 namespace tavo {
 
 namespace {
-
-constexpr Seconds loadTimeout{10};  // without any progress
-constexpr Seconds progressPeriod{0.1};
-constexpr double progressHeight = 3;
-constexpr Color progressColor{0.20F, 0.52F, 0.90F, 1};
-constexpr float disabledAlpha = 0.35F;
-constexpr Seconds storeSheetDelay{0.5};
 constexpr std::size_t longestTitle = 500;  // bytes; more than anybody listens to
-
 }  // namespace
 
 std::shared_ptr<XInAppBrowser> XInAppBrowser::create(
+    std::shared_ptr<Environment> environment,
     const std::shared_ptr<const XInAppBrowserDelegate>& delegate) {
   const OperationLog log{"-[XInAppBrowser initWithDelegate:]"};
-  std::shared_ptr<XInAppBrowser> browser{new XInAppBrowser};
+  std::shared_ptr<XInAppBrowser> browser{new XInAppBrowser{std::move(environment)}};
+  const Relay relay{*browser};
+  browser->store_ = StorePresenter::create(
+      browser->environment_,
+      {.presenter = relay.call(&XInAppBrowser::loadAfterADelayWithData),
+       .closed = relay.call(&XInAppBrowser::productViewControllerDidFinish)});
   browser->delegate.set(delegate);
   return browser;
 }
 
-XInAppBrowser::XInAppBrowser()
-    : browserConfig{XGlobalConfiguration::sharedInstance().browserConfiguration} {
+XInAppBrowser::XInAppBrowser(std::shared_ptr<Environment> environment)
+    : browserConfig{environment->shared<XGlobalConfiguration>().browserConfiguration},
+      environment_{std::move(environment)} {
   if (!browserConfig) browserConfig = std::make_shared<XBrowserConfiguration>();
 }
 
@@ -56,7 +53,7 @@ void XInAppBrowser::load() {
   const OperationLog log{"-[XInAppBrowser load]"};
   if (!isViewLoaded() || url_.empty()) return;
   webView_->loadUrlIgnoringCache(url_);
-  followProgress();
+  progress_->loadBegan();
 }
 
 bool XInAppBrowser::canShowToolBarButton(unsigned button) const {
@@ -71,10 +68,8 @@ std::vector<XBrowserConfiguration::ToolbarDetail> XInAppBrowser::hasPublisherSet
 std::shared_ptr<View> XInAppBrowser::loadView() {
   // The masks below need a size to start from; they alone move a toolbar at the top.
   auto view = std::make_shared<LayoutView>(XDeviceScreenBounds());
-  view->onLayout = [weak = weak_from_this()] {
-    const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
-    if (self) self->didRotateFromInterfaceOrientation(InterfaceOrientation::unknown);
-  };
+  const Relay relay{*this};
+  view->onLayout = relay.call(&XInAppBrowser::placeAll);
   return view;
 }
 
@@ -91,37 +86,25 @@ void XInAppBrowser::viewDidLoad() {
   } else {
     view()->addSubview(toolbar_);
   }
-  progressBar_ = std::make_shared<View>();
-  progressBar_->setBackgroundColor(progressColor);
-  progressBar_->setUserInteractionEnabled(false);
-  progressBar_->setHidden(true);
-  view()->addSubview(progressBar_);
+  progress_ = std::make_shared<LoadProgress>(environment_->platform().runLoop, webView_);
+  view()->addSubview(progress_);
 }
 
 void XInAppBrowser::makeToolbar() {
-  const Rect all = view()->bounds();
-  toolbar_ = std::make_shared<Toolbar>(Rect{0, 0, all.width, Toolbar::standardHeight});
-  toolbar_->setAutoresizingMask(flexibleWidth | flexibleTopMargin);
-  placeToolbar();
-  applyAppearance();
+  const Relay relay{*this};
+  toolbar_ = std::make_shared<BrowserToolbar>(environment_, browserConfig,
+                                              relay.call(&XInAppBrowser::pressed));
+  toolbar_->place(view()->bounds().size());
   toolbar_->setItems(createToolbarItems());
-}
-
-void XInAppBrowser::applyAppearance() {
-  toolbar_->setBarStyle(browserConfig->barStyle);
-  if (browserConfig->toolbarBGColor) toolbar_->setBackgroundColor(browserConfig->toolbarBGColor);
-  if (browserConfig->toolbarBGImageName) {
-    toolbar_->setBackgroundPattern(namedPicture(*browserConfig->toolbarBGImageName));
-  }
 }
 
 void XInAppBrowser::makeWebView() {
   const Rect all = view()->bounds();
   // Quirk: below a toolbar the page begins one point lower than the toolbar ends, and reaches one
   // point beyond the view.
-  const double top = isToolbarOnTop() ? Toolbar::standardHeight + 1 : 0;
+  const double top = toolbar_->isOnTop() ? Toolbar::standardHeight + 1 : 0;
   // Somebody else's page may do what it likes to its process; the creative has another one.
-  webView_ = Runtime::current().platform().webViews->create(
+  webView_ = environment_->platform().webViews->create(
       {0, top, all.width, all.height - Toolbar::standardHeight}, {.ownProcess = true});
   webView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   webView_->setClipsToBounds(true);
@@ -130,45 +113,24 @@ void XInAppBrowser::makeWebView() {
   webView_->setClient(std::static_pointer_cast<XInAppBrowser>(shared_from_this()));
 }
 
-void XInAppBrowser::placeToolbar() {
-  if (!toolbar_) return;
-  const Rect all = view()->bounds();
-  const double top = isToolbarOnTop() ? 0 : all.height - Toolbar::standardHeight;
-  toolbar_->setFrame({0, top, all.width, Toolbar::standardHeight});
-}
+void XInAppBrowser::placeAll() { didRotateFromInterfaceOrientation(InterfaceOrientation::unknown); }
 
 void XInAppBrowser::didRotateFromInterfaceOrientation(InterfaceOrientation /*from*/) {
   const OperationLog log{"-[XInAppBrowser didRotateFromInterfaceOrientation:]"};
-  placeToolbar();
-  showProgress();
+  const Size all = view()->bounds().size();
+  if (toolbar_) toolbar_->place(all);
+  if (!progress_) return;
+  const double edge = !toolbar_             ? 0
+                      : toolbar_->isOnTop() ? toolbar_->frame().bottom()
+                                            : toolbar_->frame().y - LoadProgress::height;
+  progress_->place(edge, all.width);
 }
 
 std::vector<std::shared_ptr<Button>> XInAppBrowser::createToolbarItems() {
   const OperationLog log{"-[XInAppBrowser createToolbarItems]"};
-  std::vector<std::shared_ptr<Button>> items;
-  for (const auto button : browserButtons) {
-    if (!isButtonShown(*browserConfig, button)) continue;
-    items.push_back(makeButton(button));
-    if (button == BrowserButton::back) backButton_ = items.back();
-    if (button == BrowserButton::forward) forwardButton_ = items.back();
-  }
+  auto items = toolbar_ ? toolbar_->makeItems() : std::vector<std::shared_ptr<Button>>{};
   updateHistoryButtons();
   return items;
-}
-
-std::shared_ptr<Button> XInAppBrowser::makeButton(BrowserButton number) {
-  auto button = std::make_shared<Button>();
-  const auto images = hostImages(*browserConfig, number);
-  Image image = images.empty() ? Image{} : namedPicture(images.front()[1]);
-  if (image.empty()) {
-    const bool onDark = toolbar_ && toolbar_->isDark();
-    image =
-        tinted(namedPicture(builtInImageName(number)), onDark ? colors::white : colors::darkGray);
-  }
-  button->setImage(std::move(image));
-  button->setAccessibilityLabel(std::string{buttonLabel(number)});
-  button->setAction([this, number] { pressed(number); });
-  return button;
 }
 
 void XInAppBrowser::pressed(BrowserButton button) {
@@ -213,11 +175,17 @@ void XInAppBrowser::reloadButtonItemClicked() {
 void XInAppBrowser::actionButtonItemClicked() {
   const OperationLog log{"-[XInAppBrowser actionButtonItemClicked:]"};
   log.debug("\n\nOpening the action URL in an external browser");
-  const auto held = shared_from_this();
   const Url page = webView_->url();
+  const auto held = shared_from_this();
   delegate.tell(&XInAppBrowserDelegate::XInAppBrowserWillLeaveApplication, *this);
   platformLog("Webview URL: " + page.text());
-  Runtime::current().platform().application->openUrl(page);
+  environment_->platform().application->openUrl(page);
+}
+
+void XInAppBrowser::leaveApplication(const Url& url) {
+  const auto held = shared_from_this();
+  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserWillLeaveApplication, *this);
+  environment_->platform().application->openUrl(url);
 }
 
 bool XInAppBrowser::cancelOperation() {
@@ -235,73 +203,38 @@ void XInAppBrowser::dismissBrowser() {
 }
 
 void XInAppBrowser::viewDidDisappear(Animated /*animated*/) {
-  progressTimer_.invalidate();
-  storeDelay_.invalidate();
+  progress_->stop();
+  store_->forget();
   webView_->stopLoading();
 }
 
 void XInAppBrowser::updateHistoryButtons() {
-  const auto update = [](const std::shared_ptr<Button>& button, bool enabled) {
-    if (!button) return;
-    button->setEnabled(enabled);
-    button->setAlpha(enabled ? 1 : disabledAlpha);
-  };
-  update(backButton_, webView_ && webView_->canGoBack());
-  update(forwardButton_, webView_ && webView_->canGoForward());
+  if (toolbar_ && webView_) toolbar_->setHistory(webView_->canGoBack(), webView_->canGoForward());
 }
 
-void XInAppBrowser::followProgress() {
-  auto& runLoop = *Runtime::current().platform().runLoop;
-  lastProgress_ = 0;
-  lastProgressAt_ = runLoop.now();
-  timedOut_ = false;
-  progressTimer_ = runLoop.every(progressPeriod, [this] { showProgress(); });
-  showProgress();
-}
-
-void XInAppBrowser::showProgress() {
-  if (!webView_ || !progressBar_) return;
-  const bool loading = webView_->isLoading();
-  const double progress = webView_->estimatedProgress();
-  const auto now = Runtime::current().platform().runLoop->now();
-  const double edge = !toolbar_          ? 0
-                      : isToolbarOnTop() ? toolbar_->frame().bottom()
-                                         : toolbar_->frame().y - progressHeight;
-  progressBar_->setHidden(!loading);
-  progressBar_->setFrame({0, edge, view()->bounds().width * progress, progressHeight});
-  if (progress != lastProgress_) {
-    lastProgress_ = progress;
-    lastProgressAt_ = now;
-  } else if (now - lastProgressAt_ >= loadTimeout) {
-    progressTimer_.invalidate();
-    timedOut_ = loading;
-    if (loading) webView_->stopLoading();
-  }
-}
-
-void XInAppBrowser::webViewDidStartLoad(WebView& /*webView*/) { followProgress(); }
+void XInAppBrowser::webViewDidStartLoad(WebView& /*webView*/) { progress_->loadBegan(); }
 
 void XInAppBrowser::webViewDidFinishLoad(WebView& webView) {
   const OperationLog log{"-[XInAppBrowser webViewDidFinishLoad:]"};
-  progressTimer_.invalidate();
-  showProgress();
+  progress_->loadEnded();
   updateHistoryButtons();
   // The engine passes the title on after the end of the load; its script knows it now.
-  webView.evaluate("document.title", [weak = weak_from_this()](const std::string& title) {
-    const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
-    if (self) self->view()->setAccessibilityLabel(validUtf8(title.substr(0, longestTitle)));
-  });
+  const Relay relay{*this};
+  webView.evaluate("document.title", relay.call(&XInAppBrowser::nameAfter));
+}
+
+void XInAppBrowser::nameAfter(const std::string& title) {
+  view()->setAccessibilityLabel(validUtf8(title.substr(0, longestTitle)));
 }
 
 void XInAppBrowser::webViewDidFailLoad(WebView& /*webView*/, const Error& error) {
   const OperationLog log{"-[XInAppBrowser webView:didFailLoadWithError:]"};
-  progressTimer_.invalidate();
-  showProgress();
+  progress_->loadEnded();
   updateHistoryButtons();
-  const auto reason =
-      timedOut_ ? makeError(TransportError::timedOut, "The page did not load in time.") : error;
-  timedOut_ = false;
-  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserDidFailLoadWithError, *this, reason);
+  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserDidFailLoadWithError, *this,
+                progress_->takeGivenUp()
+                    ? makeError(TransportError::timedOut, "The page did not load in time.")
+                    : error);
 }
 
 // The page is gone; the toolbar is still there to reload it or to leave.
@@ -311,49 +244,38 @@ void XInAppBrowser::webViewProcessDidTerminate(WebView& webView, const Error& er
 
 bool XInAppBrowser::webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) {
   const OperationLog log{"-[XInAppBrowser webView:shouldStartLoadWithRequest:navigationType:]"};
-  if (!endsWithAppStoreHost(navigation.url)) return true;
-  openStorePage(navigation.url);
+  return std::visit([&](const auto& verdict) { return carryOut(verdict, navigation.url); },
+                    judgePage(navigation.url, environment_->shared<AppStoreConfiguration>(),
+                              environment_->platform().device->systemVersion()));
+}
+
+bool XInAppBrowser::carryOut(const LoadPage& /*verdict*/, const Url& /*url*/) { return true; }
+
+bool XInAppBrowser::carryOut(const ShowInStore& verdict, const Url& /*url*/) {
+  store_->show(verdict.application);
   return false;
 }
 
-void XInAppBrowser::openStorePage(const Url& url) {
-  const auto& platform = Runtime::current().platform();
-  if (!hasStoreSheet(platform.device->systemVersion())) {
-    const auto held = shared_from_this();
-    delegate.tell(&XInAppBrowserDelegate::XInAppBrowserWillLeaveApplication, *this);
-    platform.application->openUrl(url);
-    return;
-  }
-  const auto identifier = applicationIdentifier(url);
-  if (!identifier) {
-    platformLog("TAVOSDK: " + std::string{url.host()} + " error: couldn't locate id.");
-    return;
-  }
-  if (!platform.composers) return;
-  const auto sheet = platform.composers->storeSheet(
-      {.identifier = *identifier, .page = productPage(*identifier)}, [weak = weak_from_this()] {
-        const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
-        if (self) self->productViewControllerDidFinish();
-      });
-  storeSheet_ = sheet;
-  storeDelay_ =
-      platform.runLoop->after(storeSheetDelay, [this, sheet] { loadAfterADelayWithData(sheet); });
+bool XInAppBrowser::carryOut(const NowhereInStore& /*verdict*/, const Url& url) {
+  platformLog("TAVOSDK: " + std::string{url.host()} + " error: couldn't locate id.");
+  return false;
 }
 
-void XInAppBrowser::loadAfterADelayWithData(const std::shared_ptr<ViewController>& sheet) {
+bool XInAppBrowser::carryOut(const LeaveApplication& /*verdict*/, const Url& url) {
+  leaveApplication(url);
+  return false;
+}
+
+// The delay of the store's sheet is over.
+ViewController* XInAppBrowser::loadAfterADelayWithData() {
   const OperationLog log{"-[XInAppBrowser loadAfterADelayWithData:]"};
-  presentViewController(sheet, Animated::yes);
+  return this;
 }
 
 void XInAppBrowser::productViewControllerDidFinish() {
   const OperationLog log{"-[XInAppBrowser productViewControllerDidFinish:]"};
-  const auto held = shared_from_this();
-  const auto sheet = storeSheet_.lock();
-  if (!sheet || presentedViewController() != sheet.get()) return;
-  dismissViewController(Animated::yes, [this] {
-    platformLog("AppStore dismissed");
-    dismissBrowser();
-  });
+  platformLog("AppStore dismissed");
+  dismissBrowser();
 }
 
 }  // namespace tavo

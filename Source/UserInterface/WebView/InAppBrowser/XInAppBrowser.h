@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <tavo/Observer.h>
@@ -10,9 +11,11 @@
 #include <tavo/WebView.h>
 #include <tavo/XBrowserConfiguration.h>
 
-#include "Scene/Toolbar.h"
-#include "Services/RunLoop.h"
+#include "ClickThrough/StorePresenter.h"
+#include "Runtime/Environment.h"
 #include "UserInterface/WebView/InAppBrowser/BrowserToolbar.h"
+#include "UserInterface/WebView/InAppBrowser/LoadProgress.h"
+#include "UserInterface/WebView/InAppBrowser/PageVerdict.h"
 
 namespace tavo {
 
@@ -33,6 +36,7 @@ struct XInAppBrowserDelegate {
 class XInAppBrowser : public ViewController, public WebViewClient {
  public:
   [[nodiscard]] static std::shared_ptr<XInAppBrowser> create(
+      std::shared_ptr<Environment> environment,
       const std::shared_ptr<const XInAppBrowserDelegate>& delegate);
   ~XInAppBrowser() override;
 
@@ -49,9 +53,13 @@ class XInAppBrowser : public ViewController, public WebViewClient {
 
   // The working views; null before the browser is on the screen, and where the settings hide them.
   [[nodiscard]] const std::shared_ptr<WebView>& webView() const { return webView_; }
-  [[nodiscard]] const std::shared_ptr<Toolbar>& toolbar() const { return toolbar_; }
-  [[nodiscard]] const std::shared_ptr<Button>& backButton() const { return backButton_; }
-  [[nodiscard]] const std::shared_ptr<Button>& forwardButton() const { return forwardButton_; }
+  [[nodiscard]] const std::shared_ptr<BrowserToolbar>& toolbar() const { return toolbar_; }
+  [[nodiscard]] std::shared_ptr<Button> backButton() const {
+    return toolbar_ ? toolbar_->backButton() : nullptr;
+  }
+  [[nodiscard]] std::shared_ptr<Button> forwardButton() const {
+    return toolbar_ ? toolbar_->forwardButton() : nullptr;
+  }
 
   [[nodiscard]] bool canShowToolBarButton(unsigned button) const;
   [[nodiscard]] std::vector<XBrowserConfiguration::ToolbarDetail> hasPublisherSetImage(
@@ -81,35 +89,31 @@ class XInAppBrowser : public ViewController, public WebViewClient {
   void viewDidDisappear(Animated animated) override;
 
  private:
-  XInAppBrowser();
+  explicit XInAppBrowser(std::shared_ptr<Environment> environment);
 
-  [[nodiscard]] bool isToolbarOnTop() const { return browserConfig->toolbarPosition == 0; }
   void makeToolbar();
   void makeWebView();
-  void placeToolbar();
-  void applyAppearance();
-  [[nodiscard]] std::shared_ptr<Button> makeButton(BrowserButton button);
+  void placeAll();
   void pressed(BrowserButton button);
   void updateHistoryButtons();
-  void followProgress();
-  void showProgress();
-  void openStorePage(const Url& url);
-  void loadAfterADelayWithData(const std::shared_ptr<ViewController>& sheet);
-  void productViewControllerDidFinish();
+  void nameAfter(const std::string& title);
+  void leaveApplication(const Url& url);
   void dismissBrowser();
 
+  // Whether the page loads.
+  bool carryOut(const LoadPage& verdict, const Url& url);
+  bool carryOut(const ShowInStore& verdict, const Url& url);
+  bool carryOut(const NowhereInStore& verdict, const Url& url);
+  bool carryOut(const LeaveApplication& verdict, const Url& url);
+  ViewController* loadAfterADelayWithData();
+  void productViewControllerDidFinish();
+
+  std::shared_ptr<Environment> environment_;
   Url url_;
   std::shared_ptr<WebView> webView_;
-  std::shared_ptr<Toolbar> toolbar_;
-  std::shared_ptr<Button> backButton_;
-  std::shared_ptr<Button> forwardButton_;
-  std::shared_ptr<View> progressBar_;
-  Timer progressTimer_;
-  double lastProgress_ = 0;
-  Seconds lastProgressAt_{0};
-  bool timedOut_ = false;
-  Timer storeDelay_;
-  std::weak_ptr<ViewController> storeSheet_;
+  std::shared_ptr<BrowserToolbar> toolbar_;
+  std::shared_ptr<LoadProgress> progress_;
+  std::shared_ptr<StorePresenter> store_;
 };
 
 }  // namespace tavo

@@ -8,7 +8,7 @@
 #include <tavo/ImageView.h>
 #include <tavo/Observer.h>
 
-#include "ClickToAction/ClickThroughHost.h"
+#include "ClickThrough/ClickThroughHost.h"
 #include "Runtime/NotificationCenter.h"
 #include "Services/HttpClient.h"
 

@@ -1,4 +1,4 @@
-#include "ClickToAction/AppStore.h"
+#include "ClickThrough/AppStore.h"
 
 #include <algorithm>
 
@@ -6,7 +6,6 @@
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Environment.h"
-#include "Services/Device.h"
 #include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
@@ -16,18 +15,17 @@ AppStoreConfiguration& AppStoreConfiguration::sharedInstance() {
   return Runtime::current().environment()->shared<AppStoreConfiguration>();
 }
 
-bool isAppStoreHost(const Url& url) {
-  const auto& hosts = AppStoreConfiguration::sharedInstance().hosts;
-  return std::any_of(hosts.begin(), hosts.end(),
-                     [&](const auto& host) { return equalsIgnoringCase(url.host(), host); });
+bool isAppStoreHost(const Url& url, const AppStoreConfiguration& store) {
+  return std::any_of(store.hosts.begin(), store.hosts.end(), [&](const auto& host) {
+    return !host.empty() && equalsIgnoringCase(url.host(), host);
+  });
 }
 
-bool endsWithAppStoreHost(const Url& url) {
-  const auto& hosts = AppStoreConfiguration::sharedInstance().hosts;
-  return std::any_of(hosts.begin(), hosts.end(), [&](const auto& store) {
-    const auto host = url.host();
-    return host.size() >= store.size() &&
-           equalsIgnoringCase(host.substr(host.size() - store.size()), store);
+bool endsWithAppStoreHost(const Url& url, const AppStoreConfiguration& store) {
+  const auto host = url.host();
+  return std::any_of(store.hosts.begin(), store.hosts.end(), [&](const auto& ending) {
+    return !ending.empty() && host.size() >= ending.size() &&
+           equalsIgnoringCase(host.substr(host.size() - ending.size()), ending);
   });
 }
 
@@ -44,11 +42,12 @@ std::optional<std::int64_t> applicationIdentifier(const Url& url) {
   return std::nullopt;
 }
 
-std::optional<std::int64_t> storeApplication(const HttpResult& result) {
+std::optional<std::int64_t> storeApplication(const HttpResult& result,
+                                             const AppStoreConfiguration& store,
+                                             std::string_view systemVersion) {
   constexpr int cut = static_cast<int>(TransportError::bodyTooLarge);
   const bool arrived = result.response && (!result.error || result.error->code == cut);
-  if (!arrived || !isAppStoreHost(result.response->url) ||
-      !hasStoreSheet(Runtime::current().platform().device->systemVersion())) {
+  if (!arrived || !isAppStoreHost(result.response->url, store) || !hasStoreSheet(systemVersion)) {
     return std::nullopt;
   }
   const auto identifier = applicationIdentifier(result.response->url);
@@ -58,9 +57,8 @@ std::optional<std::int64_t> storeApplication(const HttpResult& result) {
   return identifier;
 }
 
-Url productPage(std::int64_t identifier) {
-  return Url::fromText(AppStoreConfiguration::sharedInstance().productPagePrefix +
-                       std::to_string(identifier));
+Url productPage(std::int64_t identifier, const AppStoreConfiguration& store) {
+  return Url::fromText(store.productPagePrefix + std::to_string(identifier));
 }
 
 bool hasStoreSheet(std::string_view systemVersion) {
