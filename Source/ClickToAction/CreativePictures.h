@@ -10,7 +10,7 @@ namespace tavo {
 // The picture manager of one creative.
 class CreativePictures : public PictureSaver {
  public:
-  explicit CreativePictures(Failed failed);
+  CreativePictures(std::shared_ptr<Environment> environment, Failed failed);
 
   void storePicture(const MraidParameters& parameters) override {
     manager_->storePicture(parameters);

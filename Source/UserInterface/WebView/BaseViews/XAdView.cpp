@@ -104,7 +104,7 @@ void XAdView::makeManager() {
 }
 
 std::shared_ptr<PictureSaver> XAdView::makePictureManager(PictureSaver::Failed failed) {
-  return std::make_shared<CreativePictures>(std::move(failed));
+  return std::make_shared<CreativePictures>(Runtime::current().environment(), std::move(failed));
 }
 
 void XAdView::requestAd() {
