@@ -92,7 +92,7 @@ class TemporaryFolder {
   }
 
  private:
-  GPtr<char> name_;
+  gtk::GText name_;
   fs::path path_;
 };
 
@@ -359,12 +359,12 @@ TEST(HostileServerTest, SendsBodiesOfAnySize) {
 }
 
 std::size_t expandedSize(const std::string& gzip) {
-  const GPtr<GInputStream> bytes{
-      g_memory_input_stream_new_from_data(gzip.data(), static_cast<gssize>(gzip.size()), nullptr)};
-  const GPtr<GZlibDecompressor> decompressor{
-      g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP)};
-  const GPtr<GInputStream> expanded{
-      g_converter_input_stream_new(bytes.get(), G_CONVERTER(decompressor.get()))};
+  const auto bytes = gtk::GPtr<GInputStream>::adopt(
+      g_memory_input_stream_new_from_data(gzip.data(), static_cast<gssize>(gzip.size()), nullptr));
+  const auto decompressor =
+      gtk::GPtr<GZlibDecompressor>::adopt(g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP));
+  const auto expanded = gtk::GPtr<GInputStream>::adopt(
+      g_converter_input_stream_new(bytes.get(), G_CONVERTER(decompressor.get())));
   std::array<char, 65'536> chunk{};
   std::size_t total = 0;
   for (gssize size = 1; size > 0; total += static_cast<std::size_t>(std::max<gssize>(size, 0))) {

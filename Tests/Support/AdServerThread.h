@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "AdServer/AdServer.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::test {
 
@@ -23,8 +24,8 @@ class AdServerThread {
  private:
   void run(const std::filesystem::path& campaignFolder, std::promise<adserver::AdServer*> started);
 
-  adserver::GPtr<GMainContext> context_{g_main_context_new()};
-  adserver::GPtr<GMainLoop> loop_{g_main_loop_new(context_.get(), FALSE)};
+  gtk::GOwned<GMainContext, &g_main_context_unref> context_{g_main_context_new()};
+  gtk::GOwned<GMainLoop, &g_main_loop_unref> loop_{g_main_loop_new(context_.get(), FALSE)};
   std::thread thread_;
   adserver::AdServer* server_ = nullptr;  // lives on the thread's stack until the loop ends
 };

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <string>
 
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::test {
 
@@ -62,8 +62,8 @@ class BlankCompressor {
   }
 
  private:
-  const adserver::GPtr<GZlibCompressor> compressor_{
-      g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 9)};
+  const gtk::GPtr<GZlibCompressor> compressor_ =
+      gtk::GPtr<GZlibCompressor>::adopt(g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 9));
   const std::string blanks_ = std::string(step, ' ');
   std::string compressed_ = std::string(65'536, '\0');  // ample: blanks shrink to a thousandth
 };

@@ -10,22 +10,24 @@ namespace tavo::test {
 namespace {
 
 std::uint16_t listenOnLoopback(GSocketListener* listener) {
-  const adserver::GPtr<GInetAddress> loopback{g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4)};
-  const adserver::GPtr<GSocketAddress> anyPort{g_inet_socket_address_new(loopback.get(), 0)};
+  const auto loopback =
+      gtk::GPtr<GInetAddress>::adopt(g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4));
+  const auto anyPort =
+      gtk::GPtr<GSocketAddress>::adopt(g_inet_socket_address_new(loopback.get(), 0));
   GSocketAddress* taken = nullptr;
   if (!g_socket_listener_add_address(listener, anyPort.get(), G_SOCKET_TYPE_STREAM,
                                      G_SOCKET_PROTOCOL_TCP, nullptr, &taken, nullptr)) {
     throw std::runtime_error{"The hostile server cannot listen on the loopback interface."};
   }
-  const adserver::GPtr<GSocketAddress> address{taken};
+  const auto address = gtk::GPtr<GSocketAddress>::adopt(taken);
   return g_inet_socket_address_get_port(G_INET_SOCKET_ADDRESS(taken));
 }
 
 }  // namespace
 
 HostileServer::HostileServer()
-    : listener_{g_socket_listener_new()},
-      stop_{g_cancellable_new()},
+    : listener_{gtk::GPtr<GSocketListener>::adopt(g_socket_listener_new())},
+      stop_{gtk::GPtr<GCancellable>::adopt(g_cancellable_new())},
       port_{listenOnLoopback(listener_.get())},
       acceptor_{[this] { acceptConnections(); }} {}
 
@@ -64,7 +66,7 @@ void HostileServer::acceptConnections() {
   while (auto* accepted =
              g_socket_listener_accept(listener_.get(), nullptr, stop_.get(), nullptr)) {
     connections_.emplace_back([this, accepted] {
-      const GPtr<GSocketConnection> connection{accepted};
+      const auto connection = gtk::GPtr<GSocketConnection>::adopt(accepted);
       serve(connection.get());
     });
   }

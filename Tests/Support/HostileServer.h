@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 #include "Support/Behaviour.h"
 
 namespace tavo::test {
@@ -58,11 +58,8 @@ class HostileServer {
   Behaviour behaviourFor(const std::string& path);
   void keep(const std::string& request);
 
-  template <typename Object>
-  using GPtr = adserver::GPtr<Object>;
-
-  GPtr<GSocketListener> listener_;
-  GPtr<GCancellable> stop_;
+  gtk::GPtr<GSocketListener> listener_;
+  gtk::GPtr<GCancellable> stop_;
   std::uint16_t port_ = 0;
 
   mutable std::mutex mutex_;

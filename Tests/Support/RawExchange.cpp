@@ -6,13 +6,13 @@
 #include <array>
 #include <charconv>
 
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::test {
 
 namespace {
 
-using adserver::GPtr;
+using gtk::GPtr;
 
 // Everything from the third slash on, so that odd paths go over the wire as they are.
 std::string_view pathOfUrl(std::string_view url) {
@@ -26,10 +26,10 @@ std::string_view hostOfUrl(std::string_view url) {
 }
 
 GPtr<GSocketConnection> connectTo(std::string_view host) {
-  const GPtr<GSocketClient> client{g_socket_client_new()};
+  const auto client = GPtr<GSocketClient>::adopt(g_socket_client_new());
   g_socket_client_set_timeout(client.get(), 10);
-  return GPtr<GSocketConnection>{g_socket_client_connect_to_host(
-      client.get(), std::string{host}.c_str(), 80, nullptr, nullptr)};
+  return GPtr<GSocketConnection>::adopt(g_socket_client_connect_to_host(
+      client.get(), std::string{host}.c_str(), 80, nullptr, nullptr));
 }
 
 std::string readAll(GInputStream* input, std::size_t mostBytes) {

@@ -8,12 +8,12 @@ namespace tavo::adserver {
 namespace {
 
 // Escapes stay in the path: the record shows them, and the router refuses those that are unfit.
-GPtr<SoupServer> listeningServer(std::uint16_t port) {
-  GPtr<SoupServer> server{soup_server_new("raw-paths", TRUE, "server-header", "AdServer", nullptr)};
-  GError* failure = nullptr;
-  if (!soup_server_listen_local(server.get(), port, SOUP_SERVER_LISTEN_IPV4_ONLY, &failure)) {
-    const GPtr<GError> error{failure};
-    throw std::runtime_error{"The ad server cannot listen: " + std::string{error->message}};
+gtk::GPtr<SoupServer> listeningServer(std::uint16_t port) {
+  auto server = gtk::GPtr<SoupServer>::adopt(
+      soup_server_new("raw-paths", TRUE, "server-header", "AdServer", nullptr));
+  gtk::GFailure failure;
+  if (!soup_server_listen_local(server.get(), port, SOUP_SERVER_LISTEN_IPV4_ONLY, failure.out())) {
+    throw std::runtime_error{"The ad server cannot listen: " + std::string{failure.message()}};
   }
   return server;
 }

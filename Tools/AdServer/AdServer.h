@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <string>
 
-#include "AdServer/GPtr.h"
 #include "AdServer/HeldReplies.h"
 #include "AdServer/ReplyMaker.h"
 #include "AdServer/RequestRecord.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
@@ -46,7 +46,7 @@ class AdServer {
   void send(const Reply& reply, SoupServerMessage* message);
 
   RequestRecord record_;
-  GPtr<SoupServer> server_;
+  gtk::GPtr<SoupServer> server_;
   std::string baseUrl_;
   ReplyMaker replies_;
   HeldReplies held_;

@@ -8,6 +8,11 @@ void endConnection(SoupServerMessage* message) {
   }
 }
 
+void HeldReplies::endSource(GSource* timer) {
+  g_source_destroy(timer);
+  g_source_unref(timer);
+}
+
 HeldReplies::~HeldReplies() {
   for (const auto& held : held_) {
     endConnection(held.message.get());
@@ -16,7 +21,7 @@ HeldReplies::~HeldReplies() {
 
 HeldReplies::Held& HeldReplies::hold(SoupServerMessage* message) {
   soup_server_message_pause(message);
-  return held_.emplace_back(Held{this, share(message), nullptr});
+  return held_.emplace_back(Held{this, gtk::GPtr<SoupServerMessage>::share(message), nullptr});
 }
 
 void HeldReplies::holdForGood(SoupServerMessage* message) { hold(message); }

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <list>
 
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
@@ -26,10 +26,13 @@ class HeldReplies {
   void holdForGood(SoupServerMessage* message);
 
  private:
+  // Whoever drops a timer wants no further call of it.
+  static void endSource(GSource* timer);
+
   struct Held {
     HeldReplies* owner = nullptr;
-    GPtr<SoupServerMessage> message;
-    GPtr<GSource> timer;
+    gtk::GPtr<SoupServerMessage> message;
+    gtk::GOwned<GSource, &endSource> timer;
   };
 
   Held& hold(SoupServerMessage* message);

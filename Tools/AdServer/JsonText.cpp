@@ -1,6 +1,6 @@
 #include "AdServer/JsonText.h"
 
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
@@ -52,7 +52,7 @@ std::string jsonEscaped(std::string_view text) {
 }
 
 std::string jsonString(std::string_view text) {
-  const GPtr<char> valid{g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))};
+  const gtk::GText valid{g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))};
   return '"' + jsonEscaped(valid.get()) + '"';
 }
 

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-#include "AdServer/GPtr.h"
 #include "AdServer/JsonText.h"
 #include "AdServer/Placeholders.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
@@ -59,7 +59,7 @@ Reply pixel() {
 }
 
 std::string landingPage(std::string_view title) {
-  const GPtr<char> safeTitle{g_markup_escape_text(title.data(), static_cast<gssize>(title.size()))};
+  const gtk::GText safeTitle{g_markup_escape_text(title.data(), static_cast<gssize>(title.size()))};
   return std::string{
              "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
              "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"} +

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "AdServer/CampaignFolder.h"
-#include "AdServer/GPtr.h"
+#include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
@@ -14,7 +14,7 @@ using Segments = std::vector<std::string>;
 
 // None for a broken escape and for one that smuggles a separator or a zero byte into a name.
 std::optional<std::string> decoded(std::string_view segment) {
-  const GPtr<char> text{
+  const gtk::GText text{
       g_uri_unescape_segment(segment.data(), segment.data() + segment.size(), "/")};
   return text ? std::optional<std::string>{text.get()} : std::nullopt;
 }

@@ -11,11 +11,11 @@
 #include <string>
 
 #include "AdServer/AdServer.h"
+#include "Gtk/GPtr.h"
 
 namespace {
 
 using tavo::adserver::AdServer;
-using tavo::adserver::GPtr;
 using tavo::adserver::RecordedRequest;
 
 struct Options {
@@ -46,7 +46,7 @@ void printLine(const RecordedRequest& request, double seconds) {
 }
 
 void serveUntilInterrupted() {
-  const GPtr<GMainLoop> loop{g_main_loop_new(nullptr, FALSE)};
+  const tavo::gtk::GOwned<GMainLoop, &g_main_loop_unref> loop{g_main_loop_new(nullptr, FALSE)};
   const auto quit = [](gpointer quitLoop) -> gboolean {
     g_main_loop_quit(static_cast<GMainLoop*>(quitLoop));
     return G_SOURCE_CONTINUE;
