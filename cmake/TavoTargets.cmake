@@ -87,7 +87,7 @@ function(tavo_add_module name)
   target_compile_definitions(${name} PRIVATE TAVO_MODULE_VERSION="${PROJECT_VERSION}")
   tavo_bundle_folders(${name})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Platforms")
-  target_link_libraries(${name} PRIVATE TavoPlatform TavoCompileOptions)
+  target_link_libraries(${name} PRIVATE TavoGtkShared TavoPlatform TavoCompileOptions)
   target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
   set_target_properties(${name} PROPERTIES
     PREFIX "" CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON

@@ -7,12 +7,12 @@
 #include <tavo/MoviePlayer.h>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/ModuleSide/TapWatcher.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Video/FramePaintable.h"
 #include "Gtk/Video/MediaEngine.h"
 #include "Gtk/Video/Playback.h"
 #include "Gtk/Video/PlayerControls.h"
-#include "Gtk/Web/TapWatcher.h"
 
 namespace tavo::gtk {
 

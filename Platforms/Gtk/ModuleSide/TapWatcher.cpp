@@ -1,4 +1,4 @@
-#include "Gtk/Web/TapWatcher.h"
+#include "Gtk/ModuleSide/TapWatcher.h"
 
 #include <cmath>
 #include <utility>
