@@ -58,7 +58,7 @@ class GtkWebRig {
         {.runLoop = loop,
          .userDefaults = std::make_shared<gtk::GtkUserDefaults>(folder.path("defaults.ini")),
          .log = std::make_shared<gtk::GtkLog>(),
-         .cookies = nullptr,
+         .cookies = std::make_shared<gtk::GtkCookieStore>(loop, folder.path("cookies.sqlite")),
          .limits = {}}};
   };
   static Engine& engine() {

@@ -53,7 +53,9 @@ class WebModuleTest : public GtkLoopTest {
   std::unique_ptr<gtk::GtkWebModule> module(
       const std::filesystem::path& folder = gtk::moduleFolder()) {
     return std::make_unique<gtk::GtkWebModule>(
-        gtk::GtkWebModule::Services{runLoop_, defaults_, log_, nullptr, {}}, folder);
+        gtk::GtkWebModule::Services{
+            .runLoop = runLoop_, .userDefaults = defaults_, .log = log_, .cookies = cookies_},
+        folder);
   }
   static bool runUntil(const std::function<bool()>& done) {
     return test::runUntil(done, std::chrono::seconds{30});
@@ -67,6 +69,8 @@ class WebModuleTest : public GtkLoopTest {
 
   std::shared_ptr<gtk::GtkUserDefaults> defaults_ =
       std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
+  std::shared_ptr<gtk::GtkCookieStore> cookies_ =
+      std::make_shared<gtk::GtkCookieStore>(runLoop_, folder_.path("cookies.sqlite"));
   std::shared_ptr<headless::HeadlessLog> log_ = std::make_shared<headless::HeadlessLog>();
 };
 

@@ -15,7 +15,7 @@ void* GtkAdNetworkLibrary::find(const std::string& name) {
   if (!triedToLoad_ && !path_.empty()) load();
   void* const address = module_.find(name);
   if (module_ && address == nullptr) {
-    note("The ad network's library " + path_ + " exports no " + name + ".");
+    log_->write("The ad network's library " + path_ + " exports no " + name + ".");
   }
   return address;
 }
@@ -25,15 +25,11 @@ void GtkAdNetworkLibrary::load() {
   std::error_code failure;
   const auto file = std::filesystem::absolute(path_, failure);
   if (failure || !std::filesystem::is_regular_file(file, failure)) {
-    return note("There is no ad network's library " + path_ + ".");
+    return log_->write("There is no ad network's library " + path_ + ".");
   }
   std::string reason;
   module_ = OpenModule{file, reason};
-  if (!module_) note("No ad network: " + reason);
-}
-
-void GtkAdNetworkLibrary::note(const std::string& message) const {
-  if (log_) log_->write(message);
+  if (!module_) log_->write("No ad network: " + reason);
 }
 
 }  // namespace tavo::gtk

@@ -17,7 +17,7 @@ class GtkAdNetworkLibrary : public AdNetworkLibrary {
   // What the environment variable TAVO_AD_NETWORK says; empty when it is not set.
   [[nodiscard]] static std::string pathOfEnvironment();
 
-  // An empty path: no library is configured. `log` may be null.
+  // An empty path: no library is configured.
   GtkAdNetworkLibrary(std::string path, std::shared_ptr<Log> log)
       : path_{std::move(path)}, log_{std::move(log)} {}
 
@@ -25,7 +25,6 @@ class GtkAdNetworkLibrary : public AdNetworkLibrary {
 
  private:
   void load();
-  void note(const std::string& message) const;
 
   std::string path_;
   std::shared_ptr<Log> log_;

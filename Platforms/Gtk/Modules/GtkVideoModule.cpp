@@ -35,14 +35,12 @@ void GtkVideoModule::load() {
   triedToLoad_ = true;
   std::string failure;
   void* const entry = moduleEntry(moduleFile(), createMoviePlayerFactoryName, failure);
-  if (entry == nullptr) return note("No video ads: " + failure);
-  const VideoModuleServices services{services_.runLoop, services_.log, services_.userAgent,
-                                     services_.limits};
+  if (entry == nullptr) return services_.log->write("No video ads: " + failure);
+  const VideoModuleServices services{.runLoop = services_.runLoop,
+                                     .log = services_.log,
+                                     .userAgent = services_.userAgent,
+                                     .limits = services_.limits};
   factory_.reset(reinterpret_cast<CreateMoviePlayerFactory>(entry)(services));
-}
-
-void GtkVideoModule::note(const std::string& message) const {
-  if (services_.log) services_.log->write(message);
 }
 
 }  // namespace tavo::gtk

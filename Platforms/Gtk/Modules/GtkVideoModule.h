@@ -21,7 +21,7 @@ class GtkVideoModule : public MoviePlayerFactory {
  public:
   struct Services {
     std::shared_ptr<RunLoop> runLoop;
-    std::shared_ptr<Log> log;                // may be null
+    std::shared_ptr<Log> log;
     std::function<std::string()> userAgent;  // asked for each video; empty: the framework's own
     Limits limits;
   };
@@ -41,7 +41,6 @@ class GtkVideoModule : public MoviePlayerFactory {
   [[nodiscard]] MoviePlayerFactory* factory();
   void load();
   [[nodiscard]] std::filesystem::path moduleFile() const { return folder_ / "TavoGtkVideo.so"; }
-  void note(const std::string& message) const;
 
   Services services_;
   std::filesystem::path folder_;

@@ -105,7 +105,8 @@ std::string GtkWebModule::userAgent() {
 std::string GtkWebModule::askHelperProgram() const {
   const auto answer =
       runHelperProgram({(folder_ / "tavo-web-user-agent").string()}, helperProgramDeadline);
-  if (!answer) note("The web engine gave no user agent; a fixed text stands in for it.");
+  if (!answer)
+    services_.log->write("The web engine gave no user agent; a fixed text stands in for it.");
   return std::string{trimmed(answer.value_or(""))};
 }
 
@@ -120,15 +121,12 @@ void GtkWebModule::load() {
   triedToLoad_ = true;
   std::string failure;
   void* const entry = moduleEntry(moduleFile(), createWebViewFactoryName, failure);
-  if (entry == nullptr) return note("No HTML ads: " + failure);
-  const auto cookies =
-      services_.cookies ? std::make_shared<StoreSource>(services_.cookies) : nullptr;
-  const WebModuleServices services{services_.runLoop, services_.log, cookies, services_.limits};
+  if (entry == nullptr) return services_.log->write("No HTML ads: " + failure);
+  const WebModuleServices services{.runLoop = services_.runLoop,
+                                   .log = services_.log,
+                                   .cookies = std::make_shared<StoreSource>(services_.cookies),
+                                   .limits = services_.limits};
   factory_.reset(reinterpret_cast<CreateWebViewFactory>(entry)(services));
-}
-
-void GtkWebModule::note(const std::string& message) const {
-  if (services_.log) services_.log->write(message);
 }
 
 }  // namespace tavo::gtk

@@ -25,8 +25,8 @@ class GtkWebModule : public WebViewFactory {
   struct Services {
     std::shared_ptr<RunLoop> runLoop;
     std::shared_ptr<UserDefaults> userDefaults;
-    std::shared_ptr<Log> log;                 // may be null
-    std::shared_ptr<GtkCookieStore> cookies;  // null: pages keep theirs to themselves
+    std::shared_ptr<Log> log;
+    std::shared_ptr<GtkCookieStore> cookies;
     Limits limits{};
   };
 
@@ -52,7 +52,6 @@ class GtkWebModule : public WebViewFactory {
   [[nodiscard]] WebViewFactory* factory();
   void load();
   [[nodiscard]] std::filesystem::path moduleFile() const;
-  void note(const std::string& message) const;
   [[nodiscard]] std::string askHelperProgram() const;
 
   Services services_;

@@ -19,11 +19,9 @@ std::shared_ptr<WebView> GtkWebViewFactory::create(const Rect& frame,
 extern "C" __attribute__((visibility("default"))) tavo::WebViewFactory*
 tavo_create_web_view_factory(const tavo::gtk::WebModuleServices& services) {
   if (!tavo::gtk::sandboxIsAvailable()) {
-    if (services.log) {
-      services.log->write(
-          "No HTML ads: the web engine's sandbox (bubblewrap with user namespaces) cannot be set "
-          "up here.");
-    }
+    services.log->write(
+        "No HTML ads: the web engine's sandbox (bubblewrap with user namespaces) cannot be set up "
+        "here.");
     return nullptr;
   }
   return std::make_unique<tavo::gtk::GtkWebViewFactory>(services).release();

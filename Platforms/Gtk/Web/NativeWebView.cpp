@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 #include "Gtk/Web/PageErrors.h"
@@ -12,17 +11,13 @@
 namespace tavo::gtk {
 namespace {
 
-// The channel for pages whose content policy forbids the frames that carry commands.
-constexpr const char* commandChannel = "mraid";
-constexpr std::size_t longestCommand = std::size_t{4} << 20U;
-
 GPtr<WebKitWebView> makeView(const WebEngine& engine, WebKitUserContentManager* content,
-                             WebKitWebView* related) {
+                             const NativeWebView* related) {
   const auto settings = engine.makeSettings();
   auto* view =
       related != nullptr
-          ? g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", related, "user-content-manager",
-                         content, "settings", settings.get(), nullptr)
+          ? g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", related->webKit(),
+                         "user-content-manager", content, "settings", settings.get(), nullptr)
           : g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", engine.context(), "network-session",
                          engine.session(), "user-content-manager", content, "settings",
                          settings.get(), nullptr);
@@ -53,19 +48,19 @@ std::shared_ptr<NativeWebView> NativeWebView::create(std::shared_ptr<WebEngine> 
 NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related)
     : engine_{std::move(engine)},
       content_{GPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())},
-      view_{makeView(*engine_, content_.get(), related == nullptr ? nullptr : related->webKit())},
+      view_{makeView(*engine_, content_.get(), related)},
       evaluations_{webKit(), engine_->services().runLoop, engine_->services().limits.webProcessPing,
                    [this] { endProcess(); }},
+      turnover_{webKit(), engine_, [this] { endProcess(); }},
       policy_{webKit(), evaluations_, loads_, engine_->services().limits.pageRefreshes},
+      commands_{content_.get(), [this] { noteSignOfLife(); },
+                [this](const Url& command) { noteCommand(command); }},
       taps_{widget(), [this] { noteTap(); }} {
   connectSignals();
-  if (!engine_->canForgetHistory()) beginBlank();
+  if (!engine_->canForgetHistory()) turnover_.begin();
 }
 
-NativeWebView::~NativeWebView() {
-  connections_.disconnect();
-  dropWaiting();
-}
+NativeWebView::~NativeWebView() { connections_.disconnect(); }
 
 void NativeWebView::connectSignals() {
   refuseQuestionsOfPage(webKit(), connections_);
@@ -73,14 +68,13 @@ void NativeWebView::connectSignals() {
   connections_.connect(webKit(), "load-changed", onLoadChanged, this);
   connections_.connect(webKit(), "load-failed", onLoadFailed, this);
   connections_.connect(webKit(), "web-process-terminated", onProcessTerminated, this);
-  connections_.connect(content_.get(), "script-message-received::mraid", onMessage, this);
 }
 
 void NativeWebView::take(PageOwner& owner) {
   owner_ = &owner;
+  requests_ = 0;
   policy_.setJudge(&owner);
-  webkit_user_content_manager_register_script_message_handler(content_.get(), commandChannel,
-                                                              nullptr);
+  commands_.open();
   // Nobody asks a page anything once it is there, and its timers may still begin to loop.
   heartbeat_ = engine_->services().runLoop->every(engine_->services().limits.webProcessWatch,
                                                   [this] { evaluations_.ping(); });
@@ -91,100 +85,59 @@ void NativeWebView::release() {
   heartbeat_.invalidate();
   owner_ = nullptr;
   policy_.setJudge(nullptr);
-  dropWaiting();
+  turnover_.dropWaiting();
   loads_.dropped();
   webkit_user_content_manager_remove_all_scripts(content_.get());
-  webkit_user_content_manager_unregister_script_message_handler(content_.get(), commandChannel,
-                                                                nullptr);
-  // The rest in a turn of its own: this may be one of the engine's signals.
-  blanking_ = true;
-  engine_->services().runLoop->post([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->beginBlank();
-  });
+  commands_.close();
+  turnover_.leave();
 }
 
-// Without scripts first: a page whose timers keep going somewhere else would stop every load that
-// is to replace it.
-void NativeWebView::beginBlank() {
-  blanking_ = true;
-  if (dead_) return becomeClean();
-  webkit_settings_set_enable_javascript(settings(), FALSE);
-  webkit_web_view_stop_loading(webKit());
-  webkit_web_view_load_uri(webKit(), blankPage);
-  // A script that loops keeps the blank page away for ever.
-  blankDeadline_ = engine_->services().runLoop->after(engine_->services().limits.webProcessPing,
-                                                      [this] { endProcess(); });
-}
-
-// Reports of the page before may still be on their way; those of the blank one follow the question
-// whether it may load.
-void NativeWebView::noteBlankLoad(WebKitLoadEvent event) {
-  if (blankBegins_ && event == WEBKIT_LOAD_FINISHED) becomeClean();
-}
-
-void NativeWebView::becomeClean() {
-  if (!dead_) engine_->forgetHistory(webKit());
-  blankItem_ = GPtr<WebKitBackForwardListItem>::share(
-      webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(webKit())));
-  blanking_ = false;
-  blankBegins_ = false;
-  requests_ = 0;
-  blankDeadline_.invalidate();
-  webkit_settings_set_enable_javascript(settings(), TRUE);
-  for (const auto& waiting : std::exchange(waiting_, {})) waiting.run();
-}
-
-void NativeWebView::whenClean(std::function<void()> run, std::function<void()> drop) {
-  if (!blanking_) return run();
-  waiting_.push_back({std::move(run), std::move(drop)});
-}
-
-void NativeWebView::dropWaiting() {
-  for (const auto& waiting : std::exchange(waiting_, {})) {
-    if (waiting.drop) engine_->services().runLoop->post(waiting.drop);
-  }
+void NativeWebView::load(const Url& url, const std::function<void()>& start) {
+  evaluations_.flush();
+  loads_.requested();
+  policy_.expect(url);
+  start();
 }
 
 void NativeWebView::loadHtml(const std::string& html, const Url& baseUrl) {
-  whenClean([this, html = validUtf8(html), base = baseUrl] {
-    evaluations_.flush();
-    loads_.requested();
-    policy_.expect(base.empty() ? Url::parse(blankPage) : base);
-    webkit_web_view_load_html(webKit(), html.c_str(), base.empty() ? nullptr : base.text().c_str());
+  turnover_.whenThere([this, html = validUtf8(html), base = baseUrl] {
+    load(base.empty() ? Url::parse(blankPage) : base, [&] {
+      webkit_web_view_load_html(webKit(), html.c_str(),
+                                base.empty() ? nullptr : base.text().c_str());
+    });
   });
 }
 
 void NativeWebView::loadUrl(const Url& url, CachePolicy policy) {
-  whenClean([this, url, policy] {
-    evaluations_.flush();
-    loads_.requested();
-    policy_.expect(url);
+  turnover_.whenThere([this, url, policy] {
     const auto request = GPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(url.text().c_str()));
     // The engine has no switch for one load; it follows what the request itself says.
     auto* headers = webkit_uri_request_get_http_headers(request.get());
     if (policy == CachePolicy::reloadIgnoringLocalCacheData && headers != nullptr) {
       soup_message_headers_replace(headers, "Cache-Control", "no-cache");
     }
-    webkit_web_view_load_request(webKit(), request.get());
+    load(url, [&] { webkit_web_view_load_request(webKit(), request.get()); });
   });
 }
 
 void NativeWebView::reload() {
-  whenClean([this] {
-    evaluations_.flush();
+  turnover_.whenThere([this] {
     const char* text = webkit_web_view_get_uri(webKit());
-    loads_.requested();
-    policy_.expect(Url::fromText(text == nullptr ? blankPage : text));
-    webkit_web_view_reload(webKit());
+    load(Url::fromText(text == nullptr ? blankPage : text),
+         [&] { webkit_web_view_reload(webKit()); });
   });
 }
 
 bool NativeWebView::stopLoading() {
   const bool wasLoading = isLoading();
-  dropWaiting();
+  turnover_.dropWaiting();
   loads_.stopped();
-  if (!blanking_) webkit_web_view_stop_loading(webKit());
+  if (!turnover_.isUnderWay()) webkit_web_view_stop_loading(webKit());
   return wasLoading;
+}
+
+bool NativeWebView::isLoading() const {
+  return turnover_.isSomethingWaiting() || loads_.isLoading();
 }
 
 void NativeWebView::addDocumentStartScript(const std::string& script) {
@@ -197,7 +150,7 @@ void NativeWebView::addDocumentStartScript(const std::string& script) {
 
 void NativeWebView::evaluate(const std::string& script,
                              const EvaluationQueue::Completion& completion) {
-  whenClean(
+  turnover_.whenThere(
       [this, script, completion] {
         evaluations_.evaluate(script, EvaluationQueue::World::page, completion);
       },
@@ -207,7 +160,7 @@ void NativeWebView::evaluate(const std::string& script,
 }
 
 void NativeWebView::endProcess() {
-  if (!dead_) webkit_web_view_terminate_web_process(webKit());
+  if (!isDead()) webkit_web_view_terminate_web_process(webKit());
 }
 
 void NativeWebView::resize(Size size) {
@@ -219,29 +172,23 @@ void NativeWebView::resize(Size size) {
   gtk_widget_allocate(widget(), side(size.width), side(size.height), -1, nullptr);
 }
 
-bool NativeWebView::canGoBack() const {
-  auto* const before =
-      webkit_back_forward_list_get_back_item(webkit_web_view_get_back_forward_list(webKit()));
-  return before != nullptr && before != blankItem_.get();
-}
-
 void NativeWebView::stayInHistory() {
   engine_->services().runLoop->post([weak = weak_from_this()] {
     const auto self = weak.lock();
-    if (!self || self->owner_ == nullptr || self->blanking_) return;
-    auto* const list = webkit_web_view_get_back_forward_list(self->webKit());
-    if (webkit_back_forward_list_get_current_item(list) == self->blankItem_.get()) {
+    if (self && self->listener() != nullptr && self->turnover_.isBlankPage()) {
       webkit_web_view_go_forward(self->webKit());
     }
   });
 }
 
+PageOwner* NativeWebView::listener() const { return turnover_.isUnderWay() ? nullptr : owner_; }
+
 gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
                                        WebKitPolicyDecisionType type, NativeWebView* self) {
   const auto held = self->shared_from_this();
   self->noteSignOfLife();
-  if (self->blanking_ && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
-    self->blankBegins_ = self->policy_.allowBlankPage(decision);
+  if (self->turnover_.isUnderWay() && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
+    self->turnover_.decide(decision);
   } else {
     self->policy_.decide(decision, type);
   }
@@ -251,21 +198,24 @@ gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDeci
 void NativeWebView::onLoadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event,
                                   NativeWebView* self) {
   const auto held = self->shared_from_this();
-  self->dead_ = false;
   self->evaluations_.setProcessRuns(true);
-  if (self->blanking_) return self->noteBlankLoad(event);
-  if (self->owner_ == nullptr) return;
+  self->turnover_.noteProcessRuns();
+  if (self->turnover_.isUnderWay()) return self->turnover_.noteLoad(event);
+  if (self->owner_ != nullptr) self->tellLoad(event);
+}
+
+void NativeWebView::tellLoad(WebKitLoadEvent event) {
   switch (event) {
     case WEBKIT_LOAD_STARTED:
-      if (self->loads_.started() == LoadTracker::Report::tell) self->owner_->pageStarted();
+      if (loads_.started() == LoadTracker::Report::tell) owner_->pageStarted();
       break;
     case WEBKIT_LOAD_REDIRECTED:
       break;
     case WEBKIT_LOAD_COMMITTED:
-      self->loads_.committed();
+      loads_.committed();
       break;
     case WEBKIT_LOAD_FINISHED:
-      if (self->loads_.finished() == LoadTracker::Report::tell) self->owner_->pageFinished();
+      if (loads_.finished() == LoadTracker::Report::tell) owner_->pageFinished();
       break;
   }
 }
@@ -274,48 +224,45 @@ void NativeWebView::onLoadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event
 gboolean NativeWebView::onLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*/,
                                      const char* /*url*/, GError* error, NativeWebView* self) {
   const auto held = self->shared_from_this();
-  if (self->owner_ == nullptr || self->blanking_) return TRUE;
+  PageOwner* const listener = self->listener();
+  if (listener == nullptr) return TRUE;
   const bool tell = self->loads_.failed() == LoadTracker::Report::tell;
-  if (tell && !isInterruption(*error)) self->owner_->pageFailed(pageError(*error));
+  if (tell && !isInterruption(*error)) listener->pageFailed(pageError(*error));
   return TRUE;
 }
 
 void NativeWebView::onProcessTerminated(WebKitWebView* /*view*/,
                                         WebKitWebProcessTerminationReason reason,
                                         NativeWebView* self) {
-  self->dead_ = true;
+  const PageOwner* const owner = self->listener();
   self->evaluations_.setProcessRuns(false);
+  self->turnover_.noteProcessEnded();
   self->loads_.dropped();
   // In a turn of its own: the engine also calls this from inside the call that ends the process.
-  self->engine_->services().runLoop->post([weak = self->weak_from_this(), reason] {
+  self->engine_->services().runLoop->post([weak = self->weak_from_this(), reason, owner] {
     const auto held = weak.lock();
     if (!held) return;
-    if (held->blanking_) return held->becomeClean();
-    if (held->owner_ != nullptr) held->owner_->pageProcessEnded(reasonText(reason));
+    if (held->turnover_.isUnderWay()) return held->turnover_.finishWithoutProcess();
+    if (owner != nullptr && held->owner_ == owner) {
+      held->owner_->pageProcessEnded(reasonText(reason));
+    }
   });
 }
 
-void NativeWebView::onMessage(WebKitUserContentManager* /*manager*/, JSCValue* message,
-                              NativeWebView* self) {
-  const auto held = self->shared_from_this();
-  self->noteSignOfLife();
-  if (self->owner_ != nullptr && !self->blanking_) self->takeMessage(message);
-}
-
-void NativeWebView::takeMessage(JSCValue* message) {
-  if (jsc_value_is_string(message) == FALSE) return;
-  const GText text{jsc_value_to_string(message)};
-  if (!text || std::strlen(text.get()) > longestCommand) return;
-  const Url command = Url::fromText(text.get());
-  if (command.scheme() != "mraid") return;
+void NativeWebView::noteCommand(const Url& command) {
+  const auto held = shared_from_this();
+  PageOwner* const told = listener();
+  if (told == nullptr) return;
   const char* document = webkit_web_view_get_uri(webKit());
-  owner_->pageShouldStart(
+  told->pageShouldStart(
       {command, Url::fromText(document == nullptr ? blankPage : document), NavigationType::other});
 }
 
 bool NativeWebView::isClogged() const {
-  return std::cmp_greater(requests_, engine_->services().limits.commandBurst) ||
-         (blanking_ && evaluations_.outstanding() > 0);
+  const bool isLeaving = turnover_.isUnderWay();
+  const bool hasPage = owner_ != nullptr || isLeaving;
+  return (hasPage && std::cmp_greater(requests_, engine_->services().limits.commandBurst)) ||
+         (isLeaving && evaluations_.outstanding() > 0);
 }
 
 void NativeWebView::noteSignOfLife() {
@@ -325,7 +272,7 @@ void NativeWebView::noteSignOfLife() {
 
 void NativeWebView::noteTap() {
   const auto held = shared_from_this();
-  if (owner_ != nullptr && !blanking_) owner_->pageTapped();
+  if (PageOwner* const told = listener()) told->pageTapped();
 }
 
 }  // namespace tavo::gtk

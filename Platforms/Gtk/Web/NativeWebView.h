@@ -2,19 +2,19 @@
 
 #include <webkit/webkit.h>
 
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <tavo/Geometry.h>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/ModuleSide/TapWatcher.h"
+#include "Gtk/Web/CommandChannel.h"
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/LoadTracker.h"
 #include "Gtk/Web/PagePolicy.h"
+#include "Gtk/Web/PageTurnover.h"
 #include "Gtk/Web/SignalConnections.h"
-#include "Gtk/Web/TapWatcher.h"
 #include "Gtk/Web/WebEngine.h"
 
 namespace tavo::gtk {
@@ -44,7 +44,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   NativeWebView(const NativeWebView&) = delete;
   NativeWebView& operator=(const NativeWebView&) = delete;
 
-  // From now on `owner` hears of this view. It must have been blanked since the last one.
+  // From now on `owner` hears of this view. It must have been released by the last one.
   void take(PageOwner& owner);
   // The owner is done. Nothing reaches it any more; the page, its scripts and history are dropped.
   void release();
@@ -55,6 +55,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   void reload();
   // True when something was under way that is not reported any more.
   bool stopLoading();
+  [[nodiscard]] bool isLoading() const;
   void addDocumentStartScript(const std::string& script);
   void evaluate(const std::string& script, const EvaluationQueue::Completion& completion);
   // Ends the web process; the owner hears of it as of any other end.
@@ -66,13 +67,13 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
   [[nodiscard]] WebKitSettings* settings() const { return webkit_web_view_get_settings(webKit()); }
   // Whether the owner has shown a page before this one: its history begins behind the blank page.
-  [[nodiscard]] bool canGoBack() const;
+  [[nodiscard]] bool canGoBack() const { return !turnover_.isFirstPage(); }
   // A script's step to the blank page is being refused; the engine has taken it in its list
   // already.
   void stayInHistory();
-  [[nodiscard]] bool isLoading() const { return !waiting_.empty() || loads_.isLoading(); }
+
   // The web process has ended and no load has started another one.
-  [[nodiscard]] bool isDead() const { return dead_; }
+  [[nodiscard]] bool isDead() const { return turnover_.isWithoutProcess(); }
   // The page has flooded its process with requests, or its owner is done and it has not answered
   // everything yet. The process may be about to be ended, with every page that shares it.
   [[nodiscard]] bool isClogged() const;
@@ -81,18 +82,9 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related);
 
   void connectSignals();
-  // What was asked for while the blank page was still on its way.
-  struct Waiting {
-    std::function<void()> run;
-    std::function<void()> drop;
-  };
-
-  void beginBlank();
-  void noteBlankLoad(WebKitLoadEvent event);
-  void becomeClean();
-  void whenClean(std::function<void()> run, std::function<void()> drop = {});
-  void dropWaiting();
-  void takeMessage(JSCValue* message);
+  // The owner, while what the engine says is about the owner's page.
+  [[nodiscard]] PageOwner* listener() const;
+  void load(const Url& url, const std::function<void()>& start);
 
   static gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
                                  WebKitPolicyDecisionType type, NativeWebView* self);
@@ -101,26 +93,22 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
                                GError* error, NativeWebView* self);
   static void onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason,
                                   NativeWebView* self);
-  static void onMessage(WebKitUserContentManager*, JSCValue* message, NativeWebView* self);
+  void tellLoad(WebKitLoadEvent event);
+  void noteCommand(const Url& command);
   void noteTap();
   void noteSignOfLife();
 
   std::shared_ptr<WebEngine> engine_;
   GPtr<WebKitUserContentManager> content_;
   GPtr<WebKitWebView> view_;
-  GPtr<WebKitBackForwardListItem>
-      blankItem_;  // in the history; null in a view that began unblanked
   LoadTracker loads_;
   EvaluationQueue evaluations_;
+  PageTurnover turnover_;
   PagePolicy policy_;
+  CommandChannel commands_;
   PageOwner* owner_ = nullptr;
-  bool blanking_ = false;     // the blank page was asked for and has not come yet
-  bool blankBegins_ = false;  // the engine has asked about it
-  bool dead_ = false;
-  std::uint64_t requests_ = 0;  // of the page, since it was clean
-  Timer blankDeadline_;
+  std::uint64_t requests_ = 0;  // of the owner's page
   Timer heartbeat_;
-  std::vector<Waiting> waiting_;
   SignalConnections connections_;
   TapWatcher taps_;
 };

@@ -2,13 +2,13 @@
 
 #include <webkit/webkit.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include <tavo/WebView.h>
 
-#include "Gtk/Web/EvaluationQueue.h"
+#include "Gtk/GPtr.h"
+#include "Gtk/Web/FrameFinder.h"
 #include "Gtk/Web/LoadTracker.h"
 
 namespace tavo::gtk {
@@ -17,7 +17,7 @@ namespace tavo::gtk {
 class PageJudge {
  public:
   virtual ~PageJudge() = default;
-  // False refuses. `mainFrame` tells what the policy found out about the frame.
+  // False refuses. The main document's URL tells what was found out about the frame.
   virtual bool pageShouldStart(const Navigation& navigation) = 0;
   // A navigation that was allowed, yet leads where no page can be: it is not followed.
   virtual void pageCannotShow(const Url& url) = 0;
@@ -29,14 +29,9 @@ class PageJudge {
 
 // Answers the engine's questions about navigations, new windows and responses.
 //
-// Which frame navigates. The engine's question does not say. Known at once: the load that was asked
-// for from outside and the redirects of the main document are the main frame's; commands (mraid)
-// are answered at once, in order, as a frame's. Otherwise the page is asked, in a world of its own,
-// whether a frame element of its document or of a readable document inside names the URL and has
-// not shown it yet; the answer to the engine waits for that. What remains: a frame of another
-// origin that navigates itself, or a frame inside it, cannot be told from the main frame, and is
-// taken for it. The main frame taken for a frame needs a page that at the same time loads that very
-// URL into a frame.
+// Which frame navigates is known at once for the load that was asked for from outside and the
+// redirects of the main document (the main frame) and for commands (mraid: answered at once, in
+// order, as a frame's). Otherwise the page is asked, and the answer to the engine waits for that.
 class PagePolicy {
  public:
   // A page may show itself anew `refreshes` times before that is refused without a question.
@@ -51,25 +46,30 @@ class PagePolicy {
   // The next navigation to `url` is one that was asked for from outside.
   void expect(const Url& url);
 
-  // Answers a navigation while the view is being made blank: true when it leads there.
-  static bool allowBlankPage(WebKitPolicyDecision* navigation);
   // Takes the engine's question; answers it now or later.
   void decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
 
  private:
   struct Judgement;
-  struct Question;
+  struct Question {
+    GPtr<WebKitPolicyDecision> decision;
+    std::string text;  // of the URL, as the engine writes it
+    Url url;
+    NavigationType type = NavigationType::other;
+    bool requested = false;  // the load that was asked for from outside
+  };
+  using Frame = FrameFinder::Frame;
 
-  void decideNavigation(WebKitNavigationPolicyDecision* decision);
-  void decideNewWindow(WebKitNavigationPolicyDecision* decision);
+  void decideNavigation(WebKitPolicyDecision* decision);
+  void decideNewWindow(WebKitPolicyDecision* decision);
   void decideResponse(WebKitResponsePolicyDecision* decision);
   void askPage(const Question& question);
-  void answer(const Question& question, bool mainFrame);
-  [[nodiscard]] bool isOneRefreshTooMany(const Question& question, bool mainFrame);
+  void answer(const Question& question, Frame frame);
+  [[nodiscard]] bool isOneRefreshTooMany(const Question& question, Frame frame);
   [[nodiscard]] Url mainDocument() const;
 
   WebKitWebView* view_;
-  EvaluationQueue& evaluations_;
+  FrameFinder frames_;
   LoadTracker& loads_;
   std::shared_ptr<Judgement> judgement_;
   const int refreshLimit_;

@@ -30,11 +30,9 @@ GPtr<WebKitWebContext> makeContext(const Limits& limits) {
 WebEngine::WebEngine(WebModuleServices services)
     : services_{std::move(services)},
       context_{makeContext(services_.limits)},
-      session_{GPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())} {
+      session_{GPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())},
+      cookies_{session(), services_.cookies} {
   refuseDownloads(session_.get(), connections_);
-  if (services_.cookies) {
-    cookies_ = std::make_unique<EngineCookies>(session(), services_.cookies);
-  }
 }
 
 GPtr<WebKitSettings> WebEngine::makeSettings() const {

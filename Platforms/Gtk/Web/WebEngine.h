@@ -41,7 +41,7 @@ class WebEngine {
   GPtr<WebKitWebContext> context_;
   GPtr<WebKitNetworkSession> session_;
   GOwned<WebKitWebViewSessionState, &webkit_web_view_session_state_unref> blankHistory_;
-  std::unique_ptr<EngineCookies> cookies_;  // null: the pages' cookies end with the process
+  EngineCookies cookies_;
   SignalConnections connections_;
 };
 

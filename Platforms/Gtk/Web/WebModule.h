@@ -11,13 +11,12 @@
 
 namespace tavo::gtk {
 
-// What the web module is given when it starts. It has no runtime of its own to look things up in:
-// the module carries its own copy of the platform's code.
+// What the web module is given when it starts; none of it is null. The module carries its own copy
+// of the platform's code, and no runtime to look things up in.
 struct WebModuleServices {
   std::shared_ptr<RunLoop> runLoop;
-  std::shared_ptr<Log> log;  // may be null
-  std::shared_ptr<CookieSource>
-      cookies;  // may be null: pages then keep their cookies to themselves
+  std::shared_ptr<Log> log;
+  std::shared_ptr<CookieSource> cookies;
   Limits limits;
 };
 
