@@ -5,8 +5,9 @@
 #include <memory>
 #include <vector>
 
+#include <tavo/gtk/MovieSlot.h>
+
 #include "Elapsed.h"
-#include "Gtk/Scene/MovieSlot.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {

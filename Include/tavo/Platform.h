@@ -20,6 +20,7 @@ class ImageDecoder;
 class Log;
 class MoviePlayerFactory;
 class NetworkMonitor;
+class NotificationCenter;
 class PhotoAlbum;
 class RunLoop;
 class Screen;
@@ -47,6 +48,7 @@ struct Platform {
   std::shared_ptr<Log> log{};
   std::shared_ptr<MoviePlayerFactory> moviePlayers{};
   std::shared_ptr<NetworkMonitor> network{};
+  std::shared_ptr<NotificationCenter> notifications{};
   std::shared_ptr<PhotoAlbum> photoAlbum{};
   std::shared_ptr<RunLoop> runLoop{};
   std::shared_ptr<Screen> screen{};

@@ -32,6 +32,7 @@ const char* missingService(const Platform& platform) {
       {"log", platform.log != nullptr},
       {"moviePlayers", platform.moviePlayers != nullptr},
       {"network", platform.network != nullptr},
+      {"notifications", platform.notifications != nullptr},
       {"photoAlbum", platform.photoAlbum != nullptr},
       {"runLoop", platform.runLoop != nullptr},
       {"screen", platform.screen != nullptr},

@@ -27,7 +27,7 @@ class Environment {
 
   [[nodiscard]] const Platform& platform() const { return platform_; }
   [[nodiscard]] const Limits& limits() const { return platform_.limits; }
-  [[nodiscard]] NotificationCenter& notifications() { return notifications_; }
+  [[nodiscard]] NotificationCenter& notifications() const { return *platform_.notifications; }
 
   // The one instance of `Shared` in this environment, made on the first call: from the environment
   // where it has a constructor for it, else by its default constructor. It must not share the
@@ -71,7 +71,6 @@ class Environment {
 
   const std::uint64_t id_;  // no other environment of the process has it
   const Platform platform_;
-  NotificationCenter notifications_;
   std::recursive_mutex mutex_;  // a shared instance may ask for another one while it is made
   std::map<std::type_index, void*> shared_;
   std::vector<std::shared_ptr<void>> owned_;

@@ -20,6 +20,7 @@
 #include "Gtk/Sheets/GtkAlerts.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
 #include "Gtk/Sheets/GtkComposers.h"
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
 
@@ -58,8 +59,10 @@ std::string eventFolder(const GtkPlatformOptions& options) {
 
 // What the user sees and keeps: sheets, alerts, the calendar, the pictures.
 void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
-  const auto application = std::make_shared<GtkApplication>();
+  const auto application =
+      std::make_shared<GtkApplication>(platform.notifications, platform.limits.widgetSide);
   platform.application = application;
+  platform.screen = std::make_shared<GtkScreen>(application);
   platform.alerts = std::make_shared<GtkAlerts>(platform.runLoop, application);
   platform.calendarAccess =
       std::make_shared<GtkCalendarAccess>(platform.runLoop, eventFolder(options));
@@ -72,6 +75,7 @@ void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
 
 Platform makePlatform(const GtkPlatformOptions& options) {
   Platform platform{.limits = options.limits};
+  platform.notifications = std::make_shared<NotificationCenter>();
   platform.runLoop = std::make_shared<GtkRunLoop>();
   platform.log = std::make_shared<GtkLog>();
   platform.adNetwork = std::make_shared<GtkAdNetworkLibrary>(adNetworkPath(options), platform.log);
@@ -88,7 +92,6 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   platform.folders = std::make_shared<GtkFolders>(documentFolder(options));
   platform.images =
       std::make_shared<GtkImageDecoder>(platform.runLoop, options.limits.picturePixels);
-  platform.screen = std::make_shared<GtkScreen>();
   platform.telephony = std::make_shared<GtkTelephony>();
   platform.webViews =
       std::make_shared<GtkWebModule>(GtkWebModule::Services{.runLoop = platform.runLoop,

@@ -1,5 +1,7 @@
 #include "Headless/HeadlessPlatform.h"
 
+#include "Runtime/NotificationCenter.h"
+
 namespace tavo::headless {
 
 HeadlessPlatform::HeadlessPlatform(const Limits& bounds)
@@ -43,6 +45,7 @@ Platform HeadlessPlatform::platform() const {
           .log = log,
           .moviePlayers = moviePlayers,
           .network = network,
+          .notifications = std::make_shared<NotificationCenter>(),
           .photoAlbum = photoAlbum,
           .runLoop = runLoop,
           .screen = screen,

@@ -361,7 +361,8 @@ TEST_F(HostileClicks, AnAlertMayGoBeforeItsFirstFrame) {
 }
 
 TEST_F(HostileClicks, AnAlertWithoutAWindowIsAnsweredWithNo) {
-  const auto windowless = std::make_shared<gtk::GtkApplication>();
+  const auto windowless = std::make_shared<gtk::GtkApplication>(
+      Runtime::current().platform().notifications, Limits{}.widgetSide);
   gtk::GtkAlerts alerts{Runtime::current().platform().runLoop, windowless};
   std::vector<std::size_t> answers;
   alerts.show({.title = "", .message = "?", .buttons = {"Yes", "No"}, .cancelButton = 1},

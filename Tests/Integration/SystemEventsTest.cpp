@@ -42,7 +42,7 @@ TEST_F(SystemEventsTest, LocksOfTheScreenArriveFromEverySource) {
   };
   const PrivateBus bus;
   {
-    const gtk::GtkSystemEvents events;
+    const gtk::GtkSystemEvents events{runtime_.platform().notifications};
     for (const auto& source : sources) {
       SCOPED_TRACE(source.interface);
       const int before = lockCount_;
@@ -58,7 +58,7 @@ TEST_F(SystemEventsTest, LocksOfTheScreenArriveFromEverySource) {
 
 TEST_F(SystemEventsTest, AScreenSaverThatEndsOrTalksNonsenseLocksNothing) {
   const PrivateBus bus;
-  const gtk::GtkSystemEvents events;
+  const gtk::GtkSystemEvents events{runtime_.platform().notifications};
   int rounds = 0;
   const Timer again = runLoop_->every(Seconds{0.02}, [&] {
     ++rounds;
@@ -71,7 +71,7 @@ TEST_F(SystemEventsTest, AScreenSaverThatEndsOrTalksNonsenseLocksNothing) {
 }
 
 TEST_F(SystemEventsTest, OnlyRealShortageOfMemoryIsAWarning) {
-  const gtk::GtkSystemEvents events;
+  const gtk::GtkSystemEvents events{runtime_.platform().notifications};
   GMemoryMonitor* monitor = g_memory_monitor_dup_default();
   g_signal_emit_by_name(monitor, "low-memory-warning", G_MEMORY_MONITOR_WARNING_LEVEL_LOW);
   EXPECT_EQ(warningCount_, 0);

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include <tavo/MoviePlayerFactory.h>
+#include <tavo/gtk/MovieSlot.h>
 
-#include "Gtk/Scene/MovieSlot.h"
 #include "Support/GtkHost.h"
 #include "Support/StandInHandlers.h"
 

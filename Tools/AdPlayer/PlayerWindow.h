@@ -9,9 +9,9 @@
 
 #include <tavo/XAdView.h>
 #include <tavo/gtk/AdSlot.h>
+#include <tavo/gtk/MovieSlot.h>
 
 #include "AdPlayer/EventReport.h"
-#include "Gtk/Scene/MovieSlot.h"
 
 namespace tavo::adplayer {
 

@@ -6,23 +6,40 @@
 
 #include <tavo/View.h>
 
-#include "Gtk/Scene/SceneRoot.h"
-
 namespace tavo::gtk {
 
-// A widget that shows an ad view in a gtkmm layout. It asks for the size of the view's frame and
-// stands centred where the layout gives it more. The slot shares the view with the host.
+// A widget that shows an ad view, or any other view, in a gtkmm layout:
 //
-// The ad follows the widget: it counts as visible while the widget is mapped in a window that the
-// user sees, and it is released when the widget has left its window for good.
+//   auto banner = tavo::XAdView::create({0, 0, 320, 50});
+//   auto slot = std::make_unique<tavo::gtk::AdSlot>(banner);
+//   column.append(*slot);
+//   banner->loadWithDomainName("example.com", "home", "top");
+//
+// It asks the layout for the size of the view's frame, in logical pixels, and stands centred where
+// it is given more. Frames beyond `Limits::widgetSide` are cut there. Expanded ads and resized ones
+// leave the slot for a layer above the window's content; the slot keeps its place meanwhile.
+//
+// The ad follows the widget. It counts as visible while the widget is mapped in a window that the
+// user sees. A widget that is moved inside its window keeps its ad running; one that has left its
+// window, or whose window was closed, takes the view out of the scene in the next turn of the loop,
+// and brings it back when it gets a window again.
+//
+// Main thread only, in a running Runtime with the platform of makePlatform.
 class AdSlot : public Gtk::Widget {
  public:
+  // Shares `adView`, which must not be null, with the host. A view can be in one slot at a time:
+  // the last one that is given it shows it.
   explicit AdSlot(const std::shared_ptr<View>& adView);
+  // The view lives on if the host still has it, outside every window.
   ~AdSlot() override;
+  AdSlot(const AdSlot&) = delete;
+  AdSlot& operator=(const AdSlot&) = delete;
 
-  [[nodiscard]] const std::shared_ptr<View>& adView() const { return adView_; }
+  // Never null.
+  [[nodiscard]] const std::shared_ptr<View>& adView() const;
 
  protected:
+  // The toolkit's side of a widget; not for hosts.
   void measure_vfunc(Gtk::Orientation orientation, int for_size, int& minimum, int& natural,
                      int& minimum_baseline, int& natural_baseline) const override;
   void size_allocate_vfunc(int width, int height, int baseline) override;
@@ -33,17 +50,8 @@ class AdSlot : public Gtk::Widget {
   void on_unrealize() override;
 
  private:
-  void enterWindow();
-  void leaveWindow();
-  void updatePlace();
-
-  std::shared_ptr<View> adView_;
-  std::shared_ptr<View> container_;
-  SceneRoot root_;
-  bool appearing_ = false;  // on the screen, but not told to the ad view yet
-  sigc::connection frameClock_;
-  sigc::connection leaving_;
-  sigc::connection destroyed_;
+  class Core;
+  std::unique_ptr<Core> core_;
 };
 
 }  // namespace tavo::gtk

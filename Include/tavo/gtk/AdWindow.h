@@ -13,11 +13,12 @@ namespace tavo::gtk {
 //
 //   gtk::rootViewControllerOf(window)->presentViewController(interstitial, Animated::yes);
 //
-// While one is there it fills the window, takes all input and keeps the keyboard; afterwards the
-// content is as it was, the focus included. The window may have slots, too, or none.
+// While one is there it fills the window, takes all input and keeps the keyboard; Escape and the
+// window's close button mean it and not the host. Afterwards the content is as it was, the focus
+// included. The window may have slots, too, or none.
 //
-// Main thread only, in a running Runtime with the platform of makePlatform. Null without one. The
-// window owns the controller: it goes with the window.
+// Main thread only, in a running Runtime with the platform of makePlatform; null with another
+// platform. The window owns the controller, the same one on each call: it goes with the window.
 [[nodiscard]] std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window);
 
 }  // namespace tavo::gtk

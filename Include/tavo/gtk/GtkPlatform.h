@@ -7,6 +7,8 @@
 
 namespace tavo::gtk {
 
+// What the GTK platform has to know of the host. Only the application id must be given. Folders and
+// files are absolute paths.
 struct GtkPlatformOptions {
   // Names the folders of cookies, settings and the error log; use the application's own id.
   std::string applicationId;
@@ -21,12 +23,17 @@ struct GtkPlatformOptions {
   // The shared library of an external ad network; empty: the one that the environment variable
   // TAVO_AD_NETWORK names, or none. It runs inside the host, with all the host's rights.
   std::string adNetworkLibrary{};
-  // The bounds within which hostile input is kept, by the platform and the SDK alike.
+  // The bounds of everything that comes from the network; the runtime's, too.
   Limits limits{};
 };
 
-// The services of a GTK application, for the Runtime. Call it on the main thread after the toolkit
-// was set up (in a Gtk::Application, from its start-up on).
+// The services of a GTK application, for the Runtime:
+//
+//   tavo::Runtime runtime{tavo::gtk::makePlatform({.applicationId = "com.example.host"})};
+//
+// Call it once, on the main thread, after the toolkit was set up (in a Gtk::Application, from its
+// start-up on). The web engine, video and calendars are modules that are loaded when the first ad
+// needs them; where one is missing such ads fail, with the reason in the log.
 [[nodiscard]] Platform makePlatform(const GtkPlatformOptions& options);
 
 }  // namespace tavo::gtk

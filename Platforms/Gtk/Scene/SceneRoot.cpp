@@ -4,8 +4,9 @@
 
 namespace tavo::gtk {
 
-SceneRoot::SceneRoot(const std::shared_ptr<View>& view, std::function<void()> synced)
-    : view_{view}, widget_{view}, synced_{std::move(synced)} {
+SceneRoot::SceneRoot(const std::shared_ptr<View>& view, double longestSide,
+                     std::function<void()> synced)
+    : view_{view}, widget_{view, longestSide}, synced_{std::move(synced)} {
   view_->setListener(this);
   const auto click = Gtk::GestureClick::create();
   click->signal_released().connect([this](int, double x, double y) { tapped(x, y); });

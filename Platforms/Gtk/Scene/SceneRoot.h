@@ -15,8 +15,10 @@ namespace tavo::gtk {
 // parents `widget()` and gives it its size. Main thread only.
 class SceneRoot : private View::Listener {
  public:
+  // No widget is made larger than `longestSide` points a side: tens of thousands end the process.
   // `synced` is called each time the picture has been made to match the tree.
-  explicit SceneRoot(const std::shared_ptr<View>& view, std::function<void()> synced = {});
+  SceneRoot(const std::shared_ptr<View>& view, double longestSide,
+            std::function<void()> synced = {});
   ~SceneRoot() override;
 
   [[nodiscard]] ViewWidget& widget() { return widget_; }

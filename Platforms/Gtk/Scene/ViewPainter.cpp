@@ -1,22 +1,10 @@
 #include "Gtk/Scene/ViewPainter.h"
 
-#include <algorithm>
-
-#include <tavo/Runtime.h>
-
 #include "Gtk/Scene/Textures.h"
 
 namespace tavo::gtk {
 
 namespace {
-
-// No larger than the widget that shows the view can be.
-Gdk::Rectangle whole(const View& view) {
-  const auto side = [](double length) {
-    return static_cast<int>(std::clamp(length, 0.0, Runtime::current().limits().widgetSide));
-  };
-  return {0, 0, side(view.frame().width), side(view.frame().height)};
-}
 
 Gdk::RGBA rgba(const Color& color) { return {color.red, color.green, color.blue, color.alpha}; }
 
@@ -46,7 +34,10 @@ void ViewPainter::paint(const View& view) {
 }
 
 void ViewPainter::paintBackground(const View& view) {
-  if (view.backgroundColor()) snapshot_.append_color(rgba(*view.backgroundColor()), whole(view));
+  if (view.backgroundColor()) {
+    snapshot_.append_color(rgba(*view.backgroundColor()),
+                           {0, 0, widget_.get_width(), widget_.get_height()});
+  }
   const Image& pattern = view.backgroundPattern();
   if (pattern.empty()) return;
   const graphene_rect_t bounds = graphene(view.bounds());

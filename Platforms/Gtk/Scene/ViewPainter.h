@@ -11,7 +11,7 @@ namespace tavo::gtk {
 // Paints what a view shows by itself: background, picture, text. Main thread, within a snapshot.
 class ViewPainter {
  public:
-  // `widget` lends its fonts.
+  // `widget` lends its fonts and its size.
   ViewPainter(Gtk::Snapshot& snapshot, Gtk::Widget& widget)
       : snapshot_{snapshot}, widget_{widget} {}
 

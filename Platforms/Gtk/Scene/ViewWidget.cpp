@@ -5,7 +5,6 @@
 
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
-#include <tavo/Runtime.h>
 
 #include "Gtk/Scene/ButtonWidget.h"
 #include "Gtk/Scene/NativeView.h"
@@ -17,12 +16,6 @@ namespace tavo::gtk {
 
 namespace {
 
-// A size the toolkit can bear: a widget of tens of thousands of points ends the process.
-int bearable(double length) {
-  return static_cast<int>(
-      std::lround(std::clamp(length, 0.0, Runtime::current().limits().widgetSide)));
-}
-
 // An offset may lie far outside the parent; only its size is a burden to the toolkit.
 int offset(double position) {
   constexpr double farthest = 1'000'000;
@@ -31,8 +24,8 @@ int offset(double position) {
 
 }  // namespace
 
-ViewWidget::ViewWidget(const std::shared_ptr<View>& view)
-    : Glib::ObjectBase{"TavoViewWidget"}, view_{view} {
+ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
+    : Glib::ObjectBase{"TavoViewWidget"}, view_{view}, longestSide_{longestSide} {
   set_overflow(view->clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
 }
 
@@ -41,14 +34,14 @@ ViewWidget::~ViewWidget() {
   for (const auto& child : children_) child.widget->unparent();
 }
 
-std::unique_ptr<Gtk::Widget> ViewWidget::makeWidget(const std::shared_ptr<View>& view) {
+std::unique_ptr<Gtk::Widget> ViewWidget::makeWidget(const std::shared_ptr<View>& view) const {
   if (const auto button = std::dynamic_pointer_cast<Button>(view)) {
     return std::make_unique<ButtonWidget>(button);
   }
   if (const auto spinner = std::dynamic_pointer_cast<Spinner>(view)) {
     return std::make_unique<SpinnerWidget>(spinner);
   }
-  return std::make_unique<ViewWidget>(view);
+  return std::make_unique<ViewWidget>(view, longestSide_);
 }
 
 void ViewWidget::sync() {
@@ -134,6 +127,10 @@ bool ViewWidget::contains_vfunc(double x, double y) const {
   if (!current || !current->bounds().contains(Point{x, y})) return false;
   return current->backgroundColor() || !current->tapRecognizers().empty() ||
          dynamic_cast<const ImageView*>(current.get()) != nullptr;
+}
+
+int ViewWidget::bearable(double length) const {
+  return static_cast<int>(std::lround(std::clamp(length, 0.0, longestSide_)));
 }
 
 void ViewWidget::allocateChild(const View& view, Gtk::Widget& child) {

@@ -14,7 +14,9 @@ namespace tavo::gtk {
 // only.
 class ViewWidget : public Gtk::Widget {
  public:
-  explicit ViewWidget(const std::shared_ptr<View>& view);
+  // Nothing below is made larger than `longestSide` points a side: a widget of tens of thousands
+  // ends the process.
+  ViewWidget(const std::shared_ptr<View>& view, double longestSide);
   ~ViewWidget() override;
 
   [[nodiscard]] std::shared_ptr<View> view() const { return view_.lock(); }
@@ -36,7 +38,8 @@ class ViewWidget : public Gtk::Widget {
     std::unique_ptr<Gtk::Widget> widget;
   };
 
-  [[nodiscard]] static std::unique_ptr<Gtk::Widget> makeWidget(const std::shared_ptr<View>& view);
+  [[nodiscard]] std::unique_ptr<Gtk::Widget> makeWidget(const std::shared_ptr<View>& view) const;
+  [[nodiscard]] int bearable(double length) const;
   void syncProperties(const View& view);
   void syncChildren(const View& view);
   void syncNative();
@@ -44,6 +47,7 @@ class ViewWidget : public Gtk::Widget {
   void allocateChild(const View& view, Gtk::Widget& child);
 
   std::weak_ptr<View> view_;
+  const double longestSide_;
   std::vector<Child> children_;  // back to front
   GtkWidget* native_ = nullptr;  // the view's own widget while it stands here; referenced
 };

@@ -7,8 +7,9 @@
 
 namespace tavo::gtk {
 
-WindowScene::WindowScene(Gtk::Window& window, Events events)
+WindowScene::WindowScene(Gtk::Window& window, double longestSide, Events events)
     : native_{window},
+      longestSide_{longestSide},
       events_{std::move(events)},
       window_{std::make_shared<Window>()},
       root_{std::make_shared<ViewController>()} {
@@ -140,7 +141,7 @@ void WindowScene::installLayer() {
     content->unreference();
   }
   native_.set_child(*overlay_);
-  layer_ = std::make_unique<SceneRoot>(window_, [this] { followCover(); });
+  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
   overlay_->add_overlay(layer_->widget());
 }
 

@@ -29,7 +29,7 @@ class WindowScene : private View::Listener {
     std::function<void(WindowScene&)> visibilityChanged{};
   };
 
-  WindowScene(Gtk::Window& window, Events events);
+  WindowScene(Gtk::Window& window, double longestSide, Events events);
   ~WindowScene() override;
 
   [[nodiscard]] Gtk::Window& nativeWindow() const { return native_; }
@@ -53,6 +53,7 @@ class WindowScene : private View::Listener {
   void installLayer();
 
   Gtk::Window& native_;
+  const double longestSide_;  // the longest, in points
   Events events_;
   std::shared_ptr<Window> window_;
   std::shared_ptr<ViewController> root_;

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <tavo/Runtime.h>
-
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
@@ -18,7 +16,11 @@ namespace {
 constexpr std::size_t longestArgument = 120'000;
 }  // namespace
 
-GtkApplication::GtkApplication() = default;
+GtkApplication::GtkApplication(std::shared_ptr<NotificationCenter> notifications,
+                               double longestSide)
+    : notifications_{std::move(notifications)},
+      longestSide_{longestSide},
+      systemEvents_{notifications_} {}
 GtkApplication::~GtkApplication() = default;
 
 WindowScene::Events GtkApplication::events() {
@@ -35,7 +37,7 @@ std::shared_ptr<WindowScene> GtkApplication::sceneOf(Gtk::Window& window) {
   for (const auto& scene : scenes_) {
     if (&scene->nativeWindow() == &window) return scene;
   }
-  scenes_.push_back(std::make_shared<WindowScene>(window, events()));
+  scenes_.push_back(std::make_shared<WindowScene>(window, longestSide_, events()));
   window.signal_destroy().connect([this, &window] { drop(window); });
   updateOrientation();
   updateVisibility();
@@ -78,7 +80,7 @@ void GtkApplication::updateOrientation() {
                                               : InterfaceOrientation::portrait;
   if (now == orientation_) return;
   const auto before = std::exchange(orientation_, now);
-  Runtime::current().notifications().post(notifications::deviceOrientationDidChange);
+  notifications_->post(notifications::deviceOrientationDidChange);
   ViewController* top = window->topViewController();
   if (top == nullptr) return;
   const auto held = top->shared_from_this();
@@ -94,10 +96,10 @@ void GtkApplication::updateVisibility() {
     seen_ = true;
     if (!background_) return;
     background_ = false;
-    Runtime::current().notifications().post(notifications::willEnterForeground);
+    notifications_->post(notifications::willEnterForeground);
   } else if (seen_ && !background_) {
     background_ = true;
-    Runtime::current().notifications().post(notifications::didEnterBackground);
+    notifications_->post(notifications::didEnterBackground);
   }
 }
 

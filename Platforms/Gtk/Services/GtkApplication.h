@@ -16,7 +16,9 @@ namespace tavo::gtk {
 // lock and memory notifications. Main thread only.
 class GtkApplication : public Application {
  public:
-  GtkApplication();
+  // The notifications are posted to `notifications`; no widget is made larger than `longestSide`
+  // points a side.
+  GtkApplication(std::shared_ptr<NotificationCenter> notifications, double longestSide);
   ~GtkApplication() override;
 
   // The scene of a window of the host's, made on the first call and kept until the window is
@@ -45,6 +47,8 @@ class GtkApplication : public Application {
   void updateVisibility();
   void drop(const Gtk::Window& window);
 
+  const std::shared_ptr<NotificationCenter> notifications_;
+  const double longestSide_;
   GtkSystemEvents systemEvents_;
   std::vector<std::shared_ptr<WindowScene>> scenes_;
   const Gtk::Window* lastActive_ = nullptr;

@@ -4,10 +4,7 @@
 
 #include <algorithm>
 
-#include <tavo/Runtime.h>
-
 #include "Scene/Window.h"
-#include "Services/Application.h"
 
 namespace tavo::gtk {
 
@@ -28,7 +25,7 @@ Rect upright(double width, double height) {
 }  // namespace
 
 Rect GtkScreen::bounds() const {
-  const auto window = Runtime::current().platform().application->keyWindow();
+  const auto window = application_->keyWindow();
   if (window && !window->frame().empty()) {
     return upright(window->frame().width, window->frame().height);
   }

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
+#include "Services/Application.h"
 #include "Services/Screen.h"
 
 namespace tavo::gtk {
@@ -8,8 +12,14 @@ namespace tavo::gtk {
 // monitor. Main thread only.
 class GtkScreen : public Screen {
  public:
+  explicit GtkScreen(std::shared_ptr<Application> application)
+      : application_{std::move(application)} {}
+
   [[nodiscard]] Rect bounds() const override;
   [[nodiscard]] std::optional<double> scale() const override;
+
+ private:
+  std::shared_ptr<Application> application_;
 };
 
 }  // namespace tavo::gtk

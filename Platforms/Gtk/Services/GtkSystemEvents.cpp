@@ -3,8 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include <tavo/Runtime.h>
+#include <utility>
 
 #include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
@@ -15,22 +14,24 @@ namespace {
 
 // logind: "Lock" is sent to the session that is to be locked.
 void heardLock(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
-               gpointer) {
-  Runtime::current().notifications().post(notifications::screenLocked);
+               gpointer center) {
+  static_cast<NotificationCenter*>(center)->post(notifications::screenLocked);
 }
 
 // Screen savers: true when the screen is covered.
 void heardActiveChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                        GVariant* parameters, gpointer) {
+                        GVariant* parameters, gpointer center) {
   gboolean active = FALSE;
   if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)")) == FALSE) return;
   g_variant_get(parameters, "(b)", &active);
-  if (active != FALSE) Runtime::current().notifications().post(notifications::screenLocked);
+  if (active != FALSE) static_cast<NotificationCenter*>(center)->post(notifications::screenLocked);
 }
 
 }  // namespace
 
-GtkSystemEvents::GtkSystemEvents() : cancellable_{GPtr<GCancellable>::adopt(g_cancellable_new())} {
+GtkSystemEvents::GtkSystemEvents(std::shared_ptr<NotificationCenter> notifications)
+    : notifications_{std::move(notifications)},
+      cancellable_{GPtr<GCancellable>::adopt(g_cancellable_new())} {
   watchMemory();
   watchBus(G_BUS_TYPE_SYSTEM);
   watchBus(G_BUS_TYPE_SESSION);
@@ -46,14 +47,14 @@ GtkSystemEvents::~GtkSystemEvents() {
 
 void GtkSystemEvents::watchMemory() {
   memory_ = GPtr<GMemoryMonitor>::adopt(g_memory_monitor_dup_default());
-  const auto heard = +[](GMemoryMonitor*, GMemoryMonitorWarningLevel level, gpointer) {
+  const auto heard = +[](GMemoryMonitor*, GMemoryMonitorWarningLevel level, gpointer center) {
     // Below this the system only asks for thrift; content on the screen stays.
     if (level >= G_MEMORY_MONITOR_WARNING_LEVEL_MEDIUM) {
-      Runtime::current().notifications().post(notifications::didReceiveMemoryWarning);
+      static_cast<NotificationCenter*>(center)->post(notifications::didReceiveMemoryWarning);
     }
   };
-  lowMemoryHandler_ =
-      g_signal_connect(memory_.get(), "low-memory-warning", G_CALLBACK(heard), nullptr);
+  lowMemoryHandler_ = g_signal_connect(memory_.get(), "low-memory-warning", G_CALLBACK(heard),
+                                       notifications_.get());
 }
 
 // Connecting waits for a daemon that may not be there, so it happens beside the loop.
@@ -87,9 +88,9 @@ void GtkSystemEvents::gotBus(const GPtr<GDBusConnection>& bus, GBusType type) {
 
 void GtkSystemEvents::subscribe(const GPtr<GDBusConnection>& bus, const char* interface,
                                 const char* signal, GDBusSignalCallback heard) {
-  const guint id =
-      g_dbus_connection_signal_subscribe(bus.get(), nullptr, interface, signal, nullptr, nullptr,
-                                         G_DBUS_SIGNAL_FLAGS_NONE, heard, nullptr, nullptr);
+  const guint id = g_dbus_connection_signal_subscribe(bus.get(), nullptr, interface, signal,
+                                                      nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+                                                      heard, notifications_.get(), nullptr);
   subscriptions_.push_back({bus, id});
 }
 

@@ -2,9 +2,11 @@
 
 #include <gio/gio.h>
 
+#include <memory>
 #include <vector>
 
 #include "Gtk/GPtr.h"
+#include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
 
@@ -13,7 +15,7 @@ namespace tavo::gtk {
 // Where a service is not there, its events do not come. Main thread only.
 class GtkSystemEvents {
  public:
-  GtkSystemEvents();
+  explicit GtkSystemEvents(std::shared_ptr<NotificationCenter> notifications);
   ~GtkSystemEvents();
   GtkSystemEvents(const GtkSystemEvents&) = delete;
   GtkSystemEvents& operator=(const GtkSystemEvents&) = delete;
@@ -30,6 +32,7 @@ class GtkSystemEvents {
   void subscribe(const GPtr<GDBusConnection>& bus, const char* interface, const char* signal,
                  GDBusSignalCallback heard);
 
+  std::shared_ptr<NotificationCenter> notifications_;
   GPtr<GMemoryMonitor> memory_;
   gulong lowMemoryHandler_ = 0;
   GPtr<GCancellable> cancellable_;
