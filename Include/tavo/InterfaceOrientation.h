@@ -2,16 +2,18 @@
 
 namespace tavo {
 
-// How the application's interface stands on the screen, named after the side on which a phone's
-// home button would be. Counted as the field does: landscapeRight is turned to the left.
+// How the application's interface stands on the screen. On a desktop a window counts as a screen:
+// portrait when it is at least as high as wide, landscapeLeft otherwise. The values are part of the
+// interface; creatives and the ad server see them.
 enum class InterfaceOrientation {
-  unknown = 0,
+  unknown = 0,  // no window yet
   portrait = 1,
   portraitUpsideDown = 2,
   landscapeRight = 3,
   landscapeLeft = 4,
 };
 
+// Neither holds for an unknown orientation.
 [[nodiscard]] constexpr bool isPortrait(InterfaceOrientation orientation) {
   return orientation == InterfaceOrientation::portrait ||
          orientation == InterfaceOrientation::portraitUpsideDown;

@@ -4,13 +4,14 @@
 
 namespace tavo {
 
-// Where a creative stands in its life. The values are part of the interface.
+// Where a creative stands in its life, by MRAID 2.0. It hears of each change through its state
+// listener. The values are part of the interface.
 enum class MRAIDState : int {
-  loading = 0,
-  normal = 1,  // "default" in MRAID, which is a keyword here
-  expanded = 2,
-  hidden = 3,
-  resized = 4,
+  loading = 0,   // its script may not be called yet
+  normal = 1,    // at its place; "default" in MRAID, which is a keyword here
+  expanded = 2,  // over the whole window, a close control in reach
+  hidden = 3,    // closed for good
+  resized = 4,   // larger or elsewhere, above the host's content
 };
 
 // The state's name in scripts; "(null)" for a value that has none.

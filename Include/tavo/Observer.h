@@ -11,6 +11,16 @@ namespace tavo {
 // Holds an observer without owning it. A protocol is a `Table`: an aggregate of std::function
 // members, of which the observer fills those that interest it. A table never changes once it is
 // handed over; to change it, set another one. Main thread only.
+//
+// A host fills a table, keeps it as a member and sets it:
+//
+//   const std::shared_ptr<const XAdViewDelegate> events_ = std::make_shared<XAdViewDelegate>(
+//       XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { showBanner(); }});
+//   ...
+//   banner->delegate.set(events_);
+//
+// Its last member, so that the first to go is what leads back into it. A host never needs the other
+// operations; they are the library's.
 template <typename Table>
 class Observer {
  public:

@@ -4,7 +4,8 @@
 
 namespace tavo {
 
-// Whether an ad stands among the host's content or covers it. The values are part of the interface.
+// Whether an ad stands among the host's content or covers it, as a creative hears it (MRAID 2.0,
+// getPlacementType). An interstitial cannot expand or resize. The values are part of the interface.
 enum class PlacementType : int {
   inlined = 0,  // "inline" in MRAID, which is a keyword here
   interstitial = 1,

@@ -28,9 +28,14 @@ class Telephony;
 class UserDefaults;
 class WebViewFactory;
 
-// The services of one platform, all of them present, and the bounds within which they and the SDK
-// keep hostile input. A platform's make function fills one: `gtk::makePlatform` for GTK. A host
-// hands it to its Runtime and never looks inside.
+// The services of one platform, and the bounds within which they and the SDK keep hostile input. A
+// platform's make function fills it whole: `gtk::makePlatform` for GTK. A host hands it to its
+// Runtime, which refuses one that lacks a service, and never looks inside.
+//
+// A host that replaces a service (a test, a kiosk with a transport of its own) derives from the
+// service's class in the platform boundary and sets the pointer before it makes the runtime; the
+// runtime and everything made in it share the service and keep it for as long as they live. Each
+// class says in its header which thread it is called on.
 struct Platform {
   Limits limits{};
 

@@ -16,7 +16,8 @@ namespace tavo {
 class ViewController;
 class Window;
 
-// How a view's frame follows a change of its superview's size; bits that can be combined.
+// How a view's frame follows a change of its superview's size; bits that can be combined. What is
+// flexible takes its share of the change, in proportion to its present length; what is not, stays.
 enum Autoresizing : unsigned {
   flexibleNothing = 0,
   flexibleLeftMargin = 1U << 0U,
@@ -28,8 +29,13 @@ enum Autoresizing : unsigned {
   flexibleAll = (1U << 6U) - 1U,
 };
 
-// A rectangle on the screen with views inside: a retained tree that a platform mirrors into its
-// own widgets. Made with std::make_shared only; a superview owns its subviews. Main thread only.
+// A rectangle on the screen with views inside: a retained tree that a platform mirrors into its own
+// widgets. An ad view is one, and so is all that an ad network draws.
+//
+// Made with std::make_shared (or the `create` of its class) only. A superview owns its subviews;
+// everything else about the tree is a plain pointer that is valid while the views are in it. Main
+// thread only. A change is seen with the next frame, however many there are in a turn. Nothing here
+// fails: what makes no sense does nothing.
 class View : public std::enable_shared_from_this<View> {
  public:
   // Hears that something in the tree below a view has changed and must be shown again.
@@ -51,8 +57,10 @@ class View : public std::enable_shared_from_this<View> {
   // The same rectangle in the view's own coordinates: its origin is zero.
   [[nodiscard]] Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
 
+  // A hidden view is not drawn and takes no input, nor does anything below it.
   [[nodiscard]] bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
+  // From 0, nothing is seen of the view and all below it, to 1.
   [[nodiscard]] float alpha() const { return alpha_; }
   void setAlpha(float alpha);
   // None: nothing is painted behind the content.
@@ -61,12 +69,17 @@ class View : public std::enable_shared_from_this<View> {
   // A picture that is repeated over the whole background, above the colour; empty: none.
   [[nodiscard]] const Image& backgroundPattern() const { return backgroundPattern_; }
   void setBackgroundPattern(Image pattern);
+  // Whether what reaches beyond the bounds is cut off; for the drawing only.
   [[nodiscard]] bool clipsToBounds() const { return clipsToBounds_; }
   void setClipsToBounds(bool clips);
+  // A hint that nothing shines through; a web view without it has a transparent page.
   [[nodiscard]] bool isOpaque() const { return opaque_; }
   void setOpaque(bool opaque) { opaque_ = opaque; }
+  // Off: the view and all below it take no input, and what lies behind does.
   [[nodiscard]] bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
   void setUserInteractionEnabled(bool enabled);
+  // How the frame follows the superview (bits of Autoresizing), and whether the subviews follow
+  // this view at all.
   [[nodiscard]] unsigned autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
   [[nodiscard]] bool autoresizesSubviews() const { return autoresizesSubviews_; }
@@ -88,8 +101,10 @@ class View : public std::enable_shared_from_this<View> {
   // Puts `view` in front of the other subviews, taking it out of its former superview. A view is
   // never put below itself: such a call does nothing.
   void addSubview(const std::shared_ptr<View>& view);
+  // Taken out, a view lives on with whoever shares it; a view that nobody shares is gone.
   void removeFromSuperview();
   void removeAllSubviews();
+  // Does nothing for a view that is not a subview.
   void bringSubviewToFront(const View& view);
 
   // From this view's coordinates to those of `target`; null: to those of the topmost view.
@@ -100,6 +115,7 @@ class View : public std::enable_shared_from_this<View> {
   // none, nor does anything below them.
   [[nodiscard]] View* hitTest(Point point);
 
+  // A recogniser is told of taps on the view and on all below it.
   void addTapRecognizer(std::shared_ptr<TapRecognizer> recognizer);
   void removeTapRecognizer(const TapRecognizer& recognizer);
   [[nodiscard]] const std::vector<std::shared_ptr<TapRecognizer>>& tapRecognizers() const {

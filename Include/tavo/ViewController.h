@@ -8,11 +8,13 @@
 
 namespace tavo {
 
+// How a presented controller stands above the one that presents it: with what is behind taken out
+// of sight, or still there. Transitions are hints that a platform without animations may ignore.
 enum class ModalPresentation { fullScreen, overFullScreen };
 enum class ModalTransition { coverVertical, crossDissolve };
 enum class Animated { no, yes };
 
-// Bits: 1 << orientation.
+// A set of orientations; bits: 1 << orientation.
 using OrientationMask = unsigned;
 [[nodiscard]] constexpr OrientationMask maskOf(InterfaceOrientation orientation) {
   return 1U << static_cast<unsigned>(orientation);
@@ -24,7 +26,13 @@ inline constexpr OrientationMask landscapeOrientations =
     maskOf(InterfaceOrientation::landscapeRight) | maskOf(InterfaceOrientation::landscapeLeft);
 
 // Looks after one view that fills the screen or a part of it, and presents other controllers above
-// it. A presenting controller owns the one that it presents. Main thread only.
+// it. An interstitial is one; the one behind a window's content comes from the platform
+// (gtk::rootViewControllerOf).
+//
+// Made with std::make_shared (or the `create` of its class) only. A presenting controller owns the
+// one that it presents; the pointers back are valid while it does. Main thread only. Appearance
+// operations run inside the call that presents or dismisses, each once, in the order of their
+// names; a controller may be dropped inside any of them.
 class ViewController : public std::enable_shared_from_this<ViewController> {
  public:
   ViewController() = default;
@@ -52,6 +60,7 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   // is nothing to take away.
   void dismissViewController(Animated animated, const std::function<void()>& completion = {});
 
+  // Set before the controller is presented.
   ModalPresentation modalPresentationStyle = ModalPresentation::fullScreen;
   ModalTransition modalTransitionStyle = ModalTransition::coverVertical;
 

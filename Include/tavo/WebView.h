@@ -12,6 +12,8 @@ namespace tavo {
 
 class WebView;
 
+// What made a page navigate, as the engine tells it. A script that presses a link counts as the
+// person: it is no proof of a touch.
 enum class NavigationType {
   linkClicked,
   formSubmitted,
@@ -21,6 +23,7 @@ enum class NavigationType {
   other
 };
 
+// One navigation of one frame, before it happens.
 struct Navigation {
   Url url;
   // Equal to `url` when the navigation is one of the main frame, as far as the engine can tell;
@@ -57,7 +60,11 @@ class WebViewClient {
   virtual void webViewProcessDidTerminate(WebView& webView, const Error& error) = 0;
 };
 
-// A page of the system's web engine in the scene. Main thread only.
+// A page of the system's web engine in the scene. The engine runs in processes of its own: loads,
+// evaluations and reports arrive later, in order, and what a hostile page does to its process never
+// reaches the host. Main thread only. Made by the library; a host meets the page of its ad in
+// `xAdViewShouldDisplayAdOnWebViewFinishRender`, may look at it and evaluate scripts in it, and
+// does not keep it.
 class WebView : public View {
  public:
   using View::View;
@@ -81,10 +88,12 @@ class WebView : public View {
   virtual void evaluate(const std::string& script,
                         std::function<void(const std::string& result)> completion = {}) = 0;
 
+  // What the engine last said about the page; empty before the first load.
   [[nodiscard]] virtual Url url() const = 0;
   [[nodiscard]] virtual std::string title() const = 0;
   [[nodiscard]] virtual bool isLoading() const = 0;
   [[nodiscard]] virtual double estimatedProgress() const = 0;  // 0 to 1
+  // The pages that were shown in this view. Without one in that direction nothing happens.
   [[nodiscard]] virtual bool canGoBack() const = 0;
   [[nodiscard]] virtual bool canGoForward() const = 0;
   virtual void goBack() = 0;
