@@ -14,6 +14,7 @@
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessMoviePlayerFactory.h"
 #include "Headless/HeadlessRunLoop.h"
+#include "Support/Places.h"
 #include "Support/AdServerThread.h"
 #include "Support/HostileServer.h"
 
@@ -107,7 +108,7 @@ class GtkMovieRig {
       unknown.replace(unknown.find("avc1"), 4, "zzzz");
       hostile.on(path(Movie::withoutRanges), sent(clip));
       hostile.on(path(Movie::picture),
-                 sent(bytesOf(std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png")));
+                 sent(bytesOf(sampleCampaigns() + "/image-banner/banner.png")));
       hostile.on(path(Movie::unknownCodec), sent(unknown));
       hostile.on(path(Movie::silent), NeverAnswer{});
       hostile.on(path(Movie::cut), sent(half));
@@ -115,7 +116,7 @@ class GtkMovieRig {
     }
 
     HostileServer hostile;
-    AdServerThread server{TAVO_CAMPAIGNS};
+    AdServerThread server{sampleCampaigns()};
     std::shared_ptr<gtk::GtkRunLoop> loop = std::make_shared<gtk::GtkRunLoop>();
     gtk::GtkVideoModule module{{.runLoop = loop,
                                 .log = std::make_shared<gtk::GtkLog>(),
@@ -129,7 +130,7 @@ class GtkMovieRig {
     static auto& engine = *new Engine;
     return engine;
   }
-  static std::string clipPath() { return std::string{TAVO_CAMPAIGNS} + "/vast-preroll/clip.mp4"; }
+  static std::string clipPath() { return sampleCampaigns() + "/vast-preroll/clip.mp4"; }
   static std::string path(Movie movie) {
     return "/" + std::to_string(static_cast<int>(movie)) + ".mp4";
   }

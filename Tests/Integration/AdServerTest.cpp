@@ -14,6 +14,7 @@
 #include "AdServer/Route.h"
 #include "Support/AdServerThread.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/RawExchange.h"
 
 namespace tavo::test {
@@ -277,7 +278,7 @@ std::size_t countOf(std::string_view part, std::string_view text) {
 }
 
 TEST(SampleCampaignsTest, ComeWithTitlesAndDescriptionsAndNoMistakes) {
-  const CampaignFolder folder{TAVO_CAMPAIGNS};
+  const CampaignFolder folder{sampleCampaigns()};
   for (const char* name :
        {"image-banner", "html-banner", "empty-ad", "no-ad", "server-error", "broken-json"}) {
     EXPECT_TRUE(folder.campaign(name).has_value()) << name;
@@ -292,7 +293,7 @@ TEST(SampleCampaignsTest, ComeWithTitlesAndDescriptionsAndNoMistakes) {
 }
 
 TEST(SampleCampaignsTest, AnswerAsTheirNamesSay) {
-  AdServerThread server{TAVO_CAMPAIGNS};
+  AdServerThread server{sampleCampaigns()};
   const auto ad = [&server](const std::string& campaign) {
     return get(server.url("/Halvern/ads/spoolwire_dx.ads/sdk/" + campaign + "/@Bottom1"));
   };

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 
 namespace tavo::test {
 namespace {
@@ -11,14 +12,14 @@ using testing::ElementsAre;
 
 // One host for the whole process, as in real life.
 GtkHost& host() {
-  static GtkHost only{TAVO_CAMPAIGNS};
+  static GtkHost only{sampleCampaigns()};
   return only;
 }
 
 // The pixel of the sample picture (640 x 100) as the decoder reads it.
 Color pixelOfPicture(int x, int y) {
   const auto file =
-      Gdk::Texture::create_from_filename(std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png");
+      Gdk::Texture::create_from_filename(sampleCampaigns() + "/image-banner/banner.png");
   std::vector<guchar> pixels(640 * 100 * 4);
   gdk_texture_download(file->gobj(), pixels.data(), 640 * 4);
   const auto at = static_cast<std::size_t>(y * 640 + x) * 4;

@@ -6,6 +6,7 @@
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/Movie/MovieViewController.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 class ClickVideoOnScreen : public testing::Test {
  protected:
-  static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(TAVO_CAMPAIGNS); }
+  static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(sampleCampaigns()); }
   static void TearDownTestSuite() { shared_.reset(); }
   static GtkHost& host() { return *shared_; }
 

@@ -15,6 +15,7 @@
 #include "Services/PhotoAlbum.h"
 #include "Support/GtkHost.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -33,7 +34,7 @@ const std::string oneMegabyte(1'000'000, 'x');
 std::string campaignOfCreative(const TemporaryFolder& folder) {
   const fs::path campaign = folder.path("errors");
   fs::create_directories(campaign);
-  fs::copy_file(std::string{TAVO_TEST_DATA} + "/creatives/errors.html", campaign / "creative.html");
+  fs::copy_file(testData() + "/creatives/errors.html", campaign / "creative.html");
   std::ofstream{campaign / "answer.json"}
       << R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})";
   return folder.path("");
@@ -252,9 +253,8 @@ TEST_F(HostileClicks, PicturesThatAreNoneAreReported) {
     return text.append(" ").append(std::to_string(static_cast<int>(code)));
   };
   std::ostringstream picture;
-  picture << std::ifstream{std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png",
-                           std::ios::binary}
-                 .rdbuf();
+  picture
+      << std::ifstream{sampleCampaigns() + "/image-banner/banner.png", std::ios::binary}.rdbuf();
   server.on("/picture", PlainAnswer{.body = picture.str(), .contentType = "image/png"});
   std::ofstream{handlers.picturesFolder()} << "a file where a folder should be";
   const std::pair<std::string, std::string> rows[] = {

@@ -12,6 +12,7 @@
 
 #include "Runtime/NotificationCenter.h"
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
 
@@ -34,7 +35,7 @@ constexpr Color posterCorner{0x11 / 255.0F, 0x8a / 255.0F, 0xb2 / 255.0F, 1};
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
 GtkHost& host() {
-  static GtkHost only{TAVO_CAMPAIGNS};
+  static GtkHost only{sampleCampaigns()};
   return only;
 }
 

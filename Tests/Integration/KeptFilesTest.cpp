@@ -15,6 +15,7 @@
 #include "Services/Folders.h"
 #include "Support/GtkHost.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
 
@@ -30,7 +31,7 @@ StandInHandlers handlers;  // before GLib reads where the user's folders are
 // The lines that a reader of ours, a script on another program's libraries, says of a file.
 std::vector<std::string> readBack(const std::string& reader, const std::string& file) {
   constexpr Seconds longerThanEver{60};
-  const std::string script = std::string{TAVO_TEST_DATA} + "/readers/" + reader + ".py";
+  const std::string script = testData() + "/readers/" + reader + ".py";
   const auto output = gtk::runHelperProgram({"python3", script, file}, longerThanEver);
   if (!output) return {"the reader refused it"};
   std::vector<std::string> lines;
@@ -42,7 +43,7 @@ std::vector<std::string> readBack(const std::string& reader, const std::string& 
 class KeptFiles : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    shared_ = std::make_unique<GtkHost>(TAVO_CAMPAIGNS);
+    shared_ = std::make_unique<GtkHost>(sampleCampaigns());
     host().runUntil([] { return host().window().get_mapped() && host().window().get_width() > 0; });
   }
   static void TearDownTestSuite() { shared_.reset(); }
@@ -83,7 +84,7 @@ TEST_F(KeptFiles, AnEventThatACreativeAskedForAndTheUserSaved) {
 
 TEST_F(KeptFiles, APictureThatTheUserAgreedTo) {
   HostileServer server;
-  const fs::path banner = fs::path{TAVO_CAMPAIGNS} / "image-banner" / "banner.png";
+  const fs::path banner = fs::path{sampleCampaigns()} / "image-banner" / "banner.png";
   std::ostringstream bytes;
   bytes << std::ifstream{banner, std::ios::binary}.rdbuf();
   server.on("/a.png", PlainAnswer{.body = bytes.str(), .contentType = "image/png"});

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/WindowManager.h"
 
 namespace tavo::test {
@@ -12,7 +13,7 @@ namespace {
 using adserver::RequestKind;
 
 GtkHost& host() {
-  static GtkHost only{TAVO_CAMPAIGNS};
+  static GtkHost only{sampleCampaigns()};
   return only;
 }
 

@@ -7,6 +7,7 @@
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/WidgetTree.h"
 
 namespace tavo::test {
@@ -33,7 +34,7 @@ bool pressClose(Gtk::Window& window) {
 // A host with the network library of a path, and a list of what its banner tells.
 class MediatedHost {
  public:
-  explicit MediatedHost(const std::string& library) : host_{TAVO_CAMPAIGNS, {}, library} {
+  explicit MediatedHost(const std::string& library) : host_{sampleCampaigns(), {}, library} {
     host_.banner()->delegate.set(events_);
     host_.banner()->pDelegate.set(interstitialEvents_);
     host_.settings->mediationBannerWidth = 320;
@@ -163,7 +164,7 @@ TEST(MediationOnScreenTest, WithoutALibraryToUseTheBannerFailsAndKeepsItsSubview
   g_unsetenv("TAVO_AD_NETWORK");
   const std::string nothing;
   for (const std::string& library : {nothing, std::string{"/nonexistent/network.so"},
-                                     std::string{TAVO_CAMPAIGNS} + "/mediated-banner/answer.json",
+                                     sampleCampaigns() + "/mediated-banner/answer.json",
                                      std::string{TAVO_WRONG_VERSION_NETWORK}}) {
     SCOPED_TRACE(library);
     MediatedHost host{library};

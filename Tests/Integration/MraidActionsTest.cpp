@@ -6,6 +6,7 @@
 #include "RequestEnrichment/XDeviceSupportProperties.h"
 #include "Support/CreativeScreenTest.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "UserInterface/Movie/MovieViewController.h"
 
@@ -62,7 +63,7 @@ TEST_F(MraidActionsTest, OpensUrlsInOtherApplications) {
 
 TEST_F(MraidActionsTest, PlaysAVideoOverTheWindow) {
   HostileServer server;
-  std::ifstream clip{std::string{TAVO_CAMPAIGNS} + "/vast-preroll/clip.mp4", std::ios::binary};
+  std::ifstream clip{sampleCampaigns() + "/vast-preroll/clip.mp4", std::ios::binary};
   server.on("/clip.mp4", PlainAnswer{.body = {std::istreambuf_iterator<char>{clip}, {}},
                                      .contentType = "video/mp4"});
   show("ad");
@@ -78,7 +79,7 @@ TEST_F(MraidActionsTest, PlaysAVideoOverTheWindow) {
 
 TEST_F(MraidActionsTest, StoresAPictureThatAPersonAgreesTo) {
   HostileServer server;
-  std::ifstream file{std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png", std::ios::binary};
+  std::ifstream file{sampleCampaigns() + "/image-banner/banner.png", std::ios::binary};
   const std::string picture{std::istreambuf_iterator<char>{file}, {}};
   server.on("/tea.png", PlainAnswer{.body = picture, .contentType = "image/png"});
   show("ad");

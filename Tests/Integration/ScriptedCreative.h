@@ -20,6 +20,7 @@
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Support/HostLoop.h"
+#include "Support/Places.h"
 
 namespace tavo::test {
 
@@ -69,12 +70,12 @@ class ScriptedCreative : public WebViewClient {
     creative->placement_ = placement;
     creative->view->setClient(creative);
     creative->view->addDocumentStartScript(script());
-    creative->view->loadHtml(contentsOf(TAVO_TEST_DATA "/creatives/" + name + ".html"), {});
+    creative->view->loadHtml(contentsOf(testData() + "/creatives/" + name + ".html"), {});
     return creative;
   }
 
   static std::string script() {
-    return contentsOf(TAVO_RESOURCES "/CorvaneTAVOSDKMRAID.bundle/XMraid.js");
+    return contentsOf(resources() + "/CorvaneTAVOSDKMRAID.bundle/XMraid.js");
   }
 
   // What the page's own script has written down.

@@ -15,6 +15,7 @@
 #include "Services/PhotoAlbum.h"
 #include "Support/GtkHost.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -30,7 +31,7 @@ StandInHandlers handlers;  // before GLib reads where the user's folders are
 
 class SheetsOnScreen : public testing::Test {
  protected:
-  static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(TAVO_CAMPAIGNS); }
+  static void SetUpTestSuite() { shared_ = std::make_unique<GtkHost>(sampleCampaigns()); }
   static void TearDownTestSuite() { shared_.reset(); }
   static GtkHost& host() { return *shared_; }
 

@@ -17,6 +17,7 @@
 #include "Support/AdServerThread.h"
 #include "Support/FakeNetwork.h"
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 
 namespace tavo::test {
 namespace {
@@ -141,7 +142,7 @@ TEST_F(Launches, AChildDirectedSlotAsksWithTheAdServersOwnCookiesOnly) {
 TEST(Network, GoingAndComingBackAreToldOnceEach) {
   FakeNetwork network;
   network.set(true, G_NETWORK_CONNECTIVITY_FULL);
-  GtkHost host{TAVO_CAMPAIGNS, [&](Platform& platform) {
+  GtkHost host{sampleCampaigns(), [&](Platform& platform) {
                  platform.network = std::make_shared<gtk::GtkNetworkMonitor>(
                      network.monitor(), gtk::GtkNetworkMonitor::Assumption::none);
                }};

@@ -10,6 +10,7 @@
 #include <tavo/gtk/MovieSlot.h>
 
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 
 namespace tavo::test {
@@ -35,15 +36,13 @@ inline std::string bytesOf(const std::string& path) {
   return bytes.str();
 }
 
-inline std::string clip() {
-  return bytesOf(std::string{TAVO_CAMPAIGNS} + "/vast-preroll/clip.mp4");
-}
+inline std::string clip() { return bytesOf(sampleCampaigns() + "/vast-preroll/clip.mp4"); }
 
 // The sample campaigns, and those that a test adds.
 class Campaigns {
  public:
   Campaigns() {
-    std::filesystem::copy(TAVO_CAMPAIGNS, folder_.path("all"),
+    std::filesystem::copy(sampleCampaigns(), folder_.path("all"),
                           std::filesystem::copy_options::recursive);
   }
   [[nodiscard]] std::string path() const { return folder_.path("all"); }

@@ -6,6 +6,7 @@
 #include "Scene/Window.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
@@ -85,9 +86,8 @@ TEST_F(VideoOnScreenTest, ServersAndFilesThatAreNoGoodEndTheAdInTime) {
   const PlainAnswer whole{.body = clip(), .contentType = "video/mp4"};
   PlainAnswer cut = whole;
   cut.body.resize(cut.body.size() / 2);
-  const PlainAnswer picture{
-      .body = bytesOf(std::string{TAVO_CAMPAIGNS} + "/image-banner/banner.png"),
-      .contentType = "video/mp4"};
+  const PlainAnswer picture{.body = bytesOf(sampleCampaigns() + "/image-banner/banner.png"),
+                            .contentType = "video/mp4"};
   const PlainAnswer text{.body = "<html>not a video</html>", .contentType = "video/mp4"};
   const PlainAnswer gone{.status = 404};
   const CloseInBody hangsUp{.body = cut.body, .promisedBytes = whole.body.size()};
@@ -144,7 +144,7 @@ TEST_F(VideoOnScreenTest, OnlyTheWebIsPlayed) {
   };
   const auto listener = std::make_shared<Listener>();
   player_->addClient(listener);
-  const std::string file = std::string{"file://"} + TAVO_CAMPAIGNS + "/vast-preroll/clip.mp4";
+  const std::string file = std::string{"file://"} + sampleCampaigns() + "/vast-preroll/clip.mp4";
   for (const std::string& url : {file, std::string{"v4l2:///dev/video0"}}) {
     listener->failed = false;
     player_->setContentUrl(Url::parse(url));

@@ -13,14 +13,14 @@
 #include <tavo/TapRecognizer.h>
 
 #include "Support/GtkHost.h"
+#include "Support/Places.h"
 #include "Support/WidgetTree.h"
 
 namespace tavo::test {
 
 // A campaign for each creative of the tests' own.
 inline std::string campaignsOfCreatives(const TemporaryFolder& folder) {
-  for (const auto& creative :
-       std::filesystem::directory_iterator{std::string{TAVO_TEST_DATA} + "/creatives"}) {
+  for (const auto& creative : std::filesystem::directory_iterator{testData() + "/creatives"}) {
     const auto campaign = std::filesystem::path{folder.path(creative.path().stem())};
     std::filesystem::create_directories(campaign);
     std::filesystem::copy_file(creative.path(), campaign / "creative.html");
