@@ -14,9 +14,9 @@
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessMoviePlayerFactory.h"
 #include "Headless/HeadlessRunLoop.h"
-#include "Support/Places.h"
 #include "Support/AdServerThread.h"
 #include "Support/HostileServer.h"
+#include "Support/Places.h"
 
 namespace tavo::test {
 
