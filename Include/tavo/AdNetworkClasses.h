@@ -11,6 +11,9 @@
 
 namespace tavo {
 
+class AdNetworkLibrary;
+class Environment;
+
 // Finds the classes of the external ad network by their names: first among those that the host has
 // registered, then in the library that the platform was configured with. The SDK needs neither; an
 // ad that would be mediated then fails with error 1008. One per process; main thread only.
@@ -20,6 +23,8 @@ class AdNetworkClasses {
   using Factory = std::function<std::shared_ptr<CVAd>()>;
 
   [[nodiscard]] static AdNetworkClasses& sharedInstance();
+
+  explicit AdNetworkClasses(Environment& environment);
 
   // Offers a class of the host's own under `name`, in place of an earlier one and of the library's.
   // An empty factory takes it back.
@@ -37,6 +42,7 @@ class AdNetworkClasses {
   // The library's exports, looked for once; null when there is no library to be used.
   [[nodiscard]] const AdNetworkExports* library();
 
+  const std::shared_ptr<AdNetworkLibrary> service_;
   std::map<std::string, Factory, std::less<>> registered_;
   bool lookedForLibrary_ = false;
   const AdNetworkExports* library_ = nullptr;

@@ -26,18 +26,28 @@ void MainThreadDelegate::adRequestFailedWithError(CVAd& /*ad*/, const Error& err
   pass([error](MediatedAd& ad) { ad.failed(error); });
 }
 
-void MainThreadDelegate::adWasClicked(CVAd& /*ad*/) { pass(&Table::adWasClickedWithXAdView); }
+void MainThreadDelegate::adWasClicked(CVAd& /*ad*/) {
+  pass(&Table::XMediationInterfaceAdWasClickedWithXAdView);
+}
 
-void MainThreadDelegate::adWillClose(CVAd& /*ad*/) { pass(&Table::adWillCloseWithXAdView); }
+void MainThreadDelegate::adWillClose(CVAd& /*ad*/) {
+  pass(&Table::XMediationInterfaceAdWillCloseWithXAdView);
+}
 
-void MainThreadDelegate::adDidClose(CVAd& /*ad*/) { pass(&Table::adDidCloseWithXAdView); }
+void MainThreadDelegate::adDidClose(CVAd& /*ad*/) {
+  pass(&Table::XMediationInterfaceAdDidCloseWithXAdView);
+}
 
-void MainThreadDelegate::adWillPresent(CVAd& /*ad*/) { pass(&Table::adWillPresentWithXAdView); }
+void MainThreadDelegate::adWillPresent(CVAd& /*ad*/) {
+  pass(&Table::XMediationInterfaceAdWillPresentWithXAdView);
+}
 
-void MainThreadDelegate::adDidPresent(CVAd& /*ad*/) { pass(&Table::adDidPresentWithXAdView); }
+void MainThreadDelegate::adDidPresent(CVAd& /*ad*/) {
+  pass(&Table::XMediationInterfaceAdDidPresentWithXAdView);
+}
 
 void MainThreadDelegate::adWillLeaveApplication(CVAd& /*ad*/) {
-  pass(&Table::adWillLeaveApplicationWithXAdView);
+  pass(&Table::XMediationInterfaceAdWillLeaveApplicationWithXAdView);
 }
 
 }  // namespace tavo

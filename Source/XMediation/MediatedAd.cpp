@@ -2,7 +2,6 @@
 
 #include <exception>
 
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
@@ -11,14 +10,17 @@
 
 namespace tavo {
 
-MediatedAd::MediatedAd(XMediationInterface& adapter, const std::shared_ptr<MediatedView>& adView,
-                       std::shared_ptr<CVAd> network)
-    : adapter_{adapter}, adView_{adView}, key_{adView.get()}, network_{std::move(network)} {}
+MediatedAd::MediatedAd(XMediationInterface& adapter, std::shared_ptr<RunLoop> runLoop,
+                       const std::shared_ptr<MediatedView>& adView, std::shared_ptr<CVAd> network)
+    : adapter_{adapter},
+      runLoop_{std::move(runLoop)},
+      adView_{adView},
+      key_{adView.get()},
+      network_{std::move(network)} {}
 
 std::weak_ptr<CVAdDelegate> MediatedAd::delegate() {
   if (!delegate_ && state_ != State::over) {
-    delegate_ = std::make_shared<MainThreadDelegate>(Runtime::current().platform().runLoop,
-                                                     weak_from_this());
+    delegate_ = std::make_shared<MainThreadDelegate>(runLoop_, weak_from_this());
   }
   return delegate_;
 }
@@ -42,7 +44,7 @@ void MediatedAd::end() {
   delegate_.reset();
   takeAway();
   if (!network_) return;
-  Runtime::current().platform().runLoop->post([network = std::move(network_)] {});
+  runLoop_->post([network = std::move(network_)] {});
 }
 
 void MediatedAd::abandon() {
@@ -57,7 +59,7 @@ void MediatedAd::received() {
   attempt([this] { present(); });
   if (state_ != State::presenting) return;
   state_ = State::received;
-  adapter_.delegate.tell(&Table::adDidReceiveWithXAdView, adapter_, *adView);
+  adapter_.delegate.tell(&Table::XMediationInterfaceAdDidReceiveWithXAdView, adapter_, *adView);
 }
 
 void MediatedAd::failed(const Error& error) {
@@ -65,7 +67,8 @@ void MediatedAd::failed(const Error& error) {
   const auto adView = adView_.lock();
   if (!adView || state_ == State::received || state_ == State::over) return;
   end();
-  adapter_.delegate.tell(&Table::adRequestFailedWithError, adapter_, error, *adView);
+  adapter_.delegate.tell(&Table::XMediationInterfaceAdRequestFailedWithErrorXAdView, adapter_,
+                         error, *adView);
 }
 
 void MediatedAd::report(Table::Event Table::*event) {

@@ -5,6 +5,7 @@
 
 #include <tavo/CVAd.h>
 
+#include "Services/RunLoop.h"
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {
@@ -17,8 +18,8 @@ class MediatedAd : public std::enable_shared_from_this<MediatedAd> {
   using Table = XMediationInterfaceDelegate;
 
   // `adapter` is told what happens, in the name of `adView`; it outlives the ad.
-  MediatedAd(XMediationInterface& adapter, const std::shared_ptr<MediatedView>& adView,
-             std::shared_ptr<CVAd> network);
+  MediatedAd(XMediationInterface& adapter, std::shared_ptr<RunLoop> runLoop,
+             const std::shared_ptr<MediatedView>& adView, std::shared_ptr<CVAd> network);
   virtual ~MediatedAd() = default;
   MediatedAd(const MediatedAd&) = delete;
   MediatedAd& operator=(const MediatedAd&) = delete;
@@ -55,6 +56,7 @@ class MediatedAd : public std::enable_shared_from_this<MediatedAd> {
   void end();
 
   XMediationInterface& adapter_;
+  const std::shared_ptr<RunLoop> runLoop_;
   std::weak_ptr<MediatedView> adView_;
   const MediatedView* key_;  // an identity, also while the view is being destroyed
   std::shared_ptr<CVAd> network_;

@@ -38,9 +38,9 @@ void NetworkAdapter::releaseAll() {
 }
 
 void NetworkAdapter::refuse(MediatedView& adView) {
-  delegate.tell(&XMediationInterfaceDelegate::adRequestFailedWithError, *this,
-                makeError(SdkError::mediationImpossible, "Missing required mediation classes."),
-                adView);
+  delegate.tell(
+      &XMediationInterfaceDelegate::XMediationInterfaceAdRequestFailedWithErrorXAdView, *this,
+      makeError(SdkError::mediationImpossible, "Missing required mediation classes."), adView);
 }
 
 // Quirk: an age that is not known is told as well, as "-1".

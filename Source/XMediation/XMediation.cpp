@@ -17,7 +17,13 @@ XMediation& XMediation::sharedInstance() {
   return Runtime::current().environment()->shared<XMediation>();
 }
 
-XMediation::XMediation() { makeRelay(); }
+XMediation::XMediation(Environment& environment) : environment_{environment} { makeRelay(); }
+
+XMediationInterface& XMediation::banner() const { return environment_.shared<XMediationBanner>(); }
+
+XMediationInterface& XMediation::interstitial() const {
+  return environment_.shared<XMediationInterstitial>();
+}
 
 // The events of the adapters go to the observer that came with the view, as they are.
 //
@@ -30,18 +36,23 @@ void XMediation::makeRelay() {
     };
   };
   const auto accept = [](XMediationInterface&, MediatedView&) {};
-  relay_ = std::make_shared<Table>(
-      Table{.adDidReceiveWithXAdView = pass(&Table::adDidReceiveWithXAdView),
-            .adRequestFailedWithError =
-                [this](XMediationInterface&, const Error& error, MediatedView& adView) {
-                  observerOf(adView).tell(&Table::adRequestFailedWithError, *this, error, adView);
-                },
-            .adWasClickedWithXAdView = pass(&Table::adWasClickedWithXAdView),
-            .adWillCloseWithXAdView = accept,
-            .adDidCloseWithXAdView = accept,
-            .adWillPresentWithXAdView = pass(&Table::adWillPresentWithXAdView),
-            .adDidPresentWithXAdView = accept,
-            .adWillLeaveApplicationWithXAdView = pass(&Table::adWillLeaveApplicationWithXAdView)});
+  relay_ = std::make_shared<Table>(Table{
+      .XMediationInterfaceAdDidReceiveWithXAdView =
+          pass(&Table::XMediationInterfaceAdDidReceiveWithXAdView),
+      .XMediationInterfaceAdRequestFailedWithErrorXAdView =
+          [this](XMediationInterface&, const Error& error, MediatedView& adView) {
+            observerOf(adView).tell(&Table::XMediationInterfaceAdRequestFailedWithErrorXAdView,
+                                    *this, error, adView);
+          },
+      .XMediationInterfaceAdWasClickedWithXAdView =
+          pass(&Table::XMediationInterfaceAdWasClickedWithXAdView),
+      .XMediationInterfaceAdWillCloseWithXAdView = accept,
+      .XMediationInterfaceAdDidCloseWithXAdView = accept,
+      .XMediationInterfaceAdWillPresentWithXAdView =
+          pass(&Table::XMediationInterfaceAdWillPresentWithXAdView),
+      .XMediationInterfaceAdDidPresentWithXAdView = accept,
+      .XMediationInterfaceAdWillLeaveApplicationWithXAdView =
+          pass(&Table::XMediationInterfaceAdWillLeaveApplicationWithXAdView)});
 }
 
 Observer<XMediationInterfaceDelegate> XMediation::observerOf(const MediatedView& adView) const {
@@ -54,7 +65,7 @@ std::optional<std::string> XMediation::canMediateWithPlacementId(const std::stri
   const OperationLog log{"-[XMediation canMediateWithPlacementId:size:error:]"};
   const std::int32_t slotSwitch = slotConfiguration ? slotConfiguration->canMediate : -1;
   const bool allowed =
-      mediationIsSwitchedOn(XGlobalConfiguration::sharedInstance().canMediate, slotSwitch);
+      mediationIsSwitchedOn(environment_.shared<XGlobalConfiguration>().canMediate, slotSwitch);
   if (!allowed && !isMediationMandate) {
     return std::string{mediationSwitchedOffText};
   }
@@ -66,20 +77,20 @@ std::optional<std::string> XMediation::canMediateWithPlacementId(const std::stri
 }
 
 void XMediation::refuse(MediatedView& adView, const std::string& reason) {
-  observerOf(adView).tell(&Table::adRequestFailedWithError, *this,
+  observerOf(adView).tell(&Table::XMediationInterfaceAdRequestFailedWithErrorXAdView, *this,
                           makeError(SdkError::mediationImpossible, reason), adView);
 }
 
 XMediationInterface* XMediation::adapter() const {
   switch (xMediationType) {
     case MediationType::banner: {
-      auto& banner = XMediationBanner::sharedInstance();
+      auto& banner = environment_.shared<XMediationBanner>();
       banner.bannerWidth = slotConfiguration ? slotConfiguration->mediationBannerWidth : 0;
       banner.bannerHeight = slotConfiguration ? slotConfiguration->mediationBannerHeight : 0;
       return &banner;
     }
     case MediationType::interstitial:
-      return &XMediationInterstitial::sharedInstance();
+      return &interstitial();
   }
   return nullptr;
 }
@@ -87,7 +98,7 @@ XMediationInterface* XMediation::adapter() const {
 void XMediation::copyTargeting(XMediationInterface& adapter) const {
   adapter.xMediationType = xMediationType;
   adapter.shouldOpenInAppBrowser = shouldOpenInAppBrowser;
-  adapter.userLocation = XGlobalConfiguration::sharedInstance().mediationTargetedLocation;
+  adapter.userLocation = environment_.shared<XGlobalConfiguration>().mediationTargetedLocation;
   if (!slotConfiguration) return;
   adapter.mediationAge = slotConfiguration->mediationTargetedAge;
   adapter.mediationGender = slotConfiguration->mediationTargetedGender;
@@ -113,19 +124,19 @@ void XMediation::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,
 void XMediation::releaseMemory() {
   const OperationLog log{"-[XMediation releaseMemory]"};
   observers_.clear();
-  XMediationBanner::sharedInstance().releaseMemory();
-  XMediationInterstitial::sharedInstance().releaseMemory();
+  banner().releaseMemory();
+  interstitial().releaseMemory();
 }
 
 void XMediation::releaseAdOf(const MediatedView& adView) {
   observers_.erase(&adView);
-  XMediationBanner::sharedInstance().releaseAdOf(adView);
-  XMediationInterstitial::sharedInstance().releaseAdOf(adView);
+  banner().releaseAdOf(adView);
+  interstitial().releaseAdOf(adView);
 }
 
 void XMediation::abandonLoadOf(const MediatedView& adView) {
-  XMediationBanner::sharedInstance().abandonLoadOf(adView);
-  XMediationInterstitial::sharedInstance().abandonLoadOf(adView);
+  banner().abandonLoadOf(adView);
+  interstitial().abandonLoadOf(adView);
 }
 
 }  // namespace tavo

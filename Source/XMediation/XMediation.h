@@ -7,6 +7,7 @@
 
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "Runtime/Environment.h"
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {
@@ -18,7 +19,7 @@ class XMediation : public XMediationInterface {
  public:
   [[nodiscard]] static XMediation& sharedInstance();
 
-  XMediation();
+  explicit XMediation(Environment& environment);
 
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
 
@@ -37,6 +38,8 @@ class XMediation : public XMediationInterface {
   using Table = XMediationInterfaceDelegate;
 
   void makeRelay();
+  [[nodiscard]] XMediationInterface& banner() const;
+  [[nodiscard]] XMediationInterface& interstitial() const;
   void refuse(MediatedView& adView, const std::string& reason);
   // The adapter of the present type, ready for a load; null for a type that has none.
   [[nodiscard]] XMediationInterface* adapter() const;
@@ -44,6 +47,7 @@ class XMediation : public XMediationInterface {
   // Who was the delegate when the view's ad was asked for.
   [[nodiscard]] Observer<Table> observerOf(const MediatedView& adView) const;
 
+  Environment& environment_;
   std::map<const MediatedView*, Observer<Table>> observers_;
   std::shared_ptr<const Table> relay_;
 };

@@ -62,9 +62,9 @@ void XMediationBanner::loadAdWithXAdView(const std::shared_ptr<MediatedView>& ad
   const OperationLog log{
       "-[XMediationBanner loadAdWithXAdView:placementId:size:rootViewController:]"};
   platformLog("Loading banner ad from Corvane Mediation Network for placementId: " + placementId);
-  const auto banner = AdNetworkClasses::sharedInstance().make<CVBannerAdView>();
+  const auto banner = makeNetworkAd<CVBannerAdView>();
   if (!banner) return refuse(*adView);
-  const auto ad = std::make_shared<MediatedBanner>(*this, adView, banner);
+  const auto ad = std::make_shared<MediatedBanner>(*this, runLoop(), adView, banner);
   keep(ad, *adView);
   bannerWidth = static_cast<float>(size.width);
   bannerHeight = static_cast<float>(size.height);

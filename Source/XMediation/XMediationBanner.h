@@ -7,6 +7,8 @@ namespace tavo {
 // Brings banners of the external network into ad views. One per process; main thread only.
 class XMediationBanner : public NetworkAdapter {
  public:
+  using NetworkAdapter::NetworkAdapter;
+
   [[nodiscard]] static XMediationBanner& sharedInstance();
 
   // The size that the network is asked for, in points: that of the last load.

@@ -26,14 +26,15 @@ enum class MediationType { banner = 0, interstitial = 1 };
 struct XMediationInterfaceDelegate {
   using Event = std::function<void(XMediationInterface&, MediatedView&)>;
 
-  Event adDidReceiveWithXAdView{};
-  std::function<void(XMediationInterface&, const Error&, MediatedView&)> adRequestFailedWithError{};
-  Event adWasClickedWithXAdView{};
-  Event adWillCloseWithXAdView{};
-  Event adDidCloseWithXAdView{};
-  Event adWillPresentWithXAdView{};
-  Event adDidPresentWithXAdView{};
-  Event adWillLeaveApplicationWithXAdView{};
+  Event XMediationInterfaceAdDidReceiveWithXAdView{};
+  std::function<void(XMediationInterface&, const Error&, MediatedView&)>
+      XMediationInterfaceAdRequestFailedWithErrorXAdView{};
+  Event XMediationInterfaceAdWasClickedWithXAdView{};
+  Event XMediationInterfaceAdWillCloseWithXAdView{};
+  Event XMediationInterfaceAdDidCloseWithXAdView{};
+  Event XMediationInterfaceAdWillPresentWithXAdView{};
+  Event XMediationInterfaceAdDidPresentWithXAdView{};
+  Event XMediationInterfaceAdWillLeaveApplicationWithXAdView{};
 };
 
 // What the coordinator and its adapters have in common: the settings of one mediated request and
@@ -57,11 +58,11 @@ class XMediationInterface {
                                  const std::string& placementId, const Size& size,
                                  ViewController* rootViewController) = 0;
   // Drops what is held of the network.
-  virtual void releaseMemory() {}
+  virtual void releaseMemory() = 0;
   // The same for one view, which hears nothing more of its mediated ad.
-  virtual void releaseAdOf(const MediatedView& /*adView*/) {}
+  virtual void releaseAdOf(const MediatedView& adView) = 0;
   // The same if the ad is still being waited for.
-  virtual void abandonLoadOf(const MediatedView& /*adView*/) {}
+  virtual void abandonLoadOf(const MediatedView& adView) = 0;
 };
 
 }  // namespace tavo

@@ -15,10 +15,11 @@ namespace {
 
 class MediatedInterstitial : public MediatedAd {
  public:
-  MediatedInterstitial(XMediationInterface& adapter, const std::shared_ptr<MediatedView>& adView,
+  MediatedInterstitial(XMediationInterface& adapter, std::shared_ptr<RunLoop> runLoop,
+                       const std::shared_ptr<MediatedView>& adView,
                        const std::shared_ptr<CVInterstitialAd>& network,
                        ViewController* rootViewController)
-      : MediatedAd{adapter, adView, network}, network_{network} {
+      : MediatedAd{adapter, std::move(runLoop), adView, network}, network_{network} {
     if (rootViewController != nullptr) root_ = rootViewController->weak_from_this();
   }
 
@@ -49,10 +50,10 @@ void XMediationInterstitial::loadAdWithXAdView(const std::shared_ptr<MediatedVie
       "-[XMediationInterstitial loadAdWithXAdView:placementId:size:rootViewController:]"};
   platformLog("Loading interstitial ad from Corvane Mediation Network for placementId: " +
               placementId);
-  const auto interstitial = AdNetworkClasses::sharedInstance().make<CVInterstitialAd>();
+  const auto interstitial = makeNetworkAd<CVInterstitialAd>();
   if (!interstitial) return refuse(*adView);
-  const auto ad =
-      std::make_shared<MediatedInterstitial>(*this, adView, interstitial, rootViewController);
+  const auto ad = std::make_shared<MediatedInterstitial>(*this, runLoop(), adView, interstitial,
+                                                         rootViewController);
   keep(ad, *adView);
   ad->attempt([&] {
     interstitial->setPlacementId(placementId);

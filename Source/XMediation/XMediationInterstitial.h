@@ -8,6 +8,8 @@ namespace tavo {
 // thread only.
 class XMediationInterstitial : public NetworkAdapter {
  public:
+  using NetworkAdapter::NetworkAdapter;
+
   [[nodiscard]] static XMediationInterstitial& sharedInstance();
 
   // The ad is displayed over `rootViewController` as soon as it is there. `size` has no meaning.

@@ -60,17 +60,17 @@ class MediationNetworkTest : public testing::Test {
   }
   std::vector<std::string> told_;
   const std::shared_ptr<const Table> events_ = std::make_shared<Table>(
-      Table{.adDidReceiveWithXAdView = note("received"),
-            .adRequestFailedWithError =
+      Table{.XMediationInterfaceAdDidReceiveWithXAdView = note("received"),
+            .XMediationInterfaceAdRequestFailedWithErrorXAdView =
                 [this](XMediationInterface&, const Error& error, MediatedView&) {
                   told_.push_back("failed " + std::to_string(error.code) + " " + error.description);
                 },
-            .adWasClickedWithXAdView = note("clicked"),
-            .adWillCloseWithXAdView = note("willClose"),
-            .adDidCloseWithXAdView = note("didClose"),
-            .adWillPresentWithXAdView = note("willPresent"),
-            .adDidPresentWithXAdView = note("didPresent"),
-            .adWillLeaveApplicationWithXAdView = note("willLeave")});
+            .XMediationInterfaceAdWasClickedWithXAdView = note("clicked"),
+            .XMediationInterfaceAdWillCloseWithXAdView = note("willClose"),
+            .XMediationInterfaceAdDidCloseWithXAdView = note("didClose"),
+            .XMediationInterfaceAdWillPresentWithXAdView = note("willPresent"),
+            .XMediationInterfaceAdDidPresentWithXAdView = note("didPresent"),
+            .XMediationInterfaceAdWillLeaveApplicationWithXAdView = note("willLeave")});
 };
 
 TEST_F(MediationNetworkTest, TheSlotsSwitchWinsAndAMandateNeedsNone) {
@@ -313,7 +313,7 @@ TEST_F(MediationNetworkTest, CallsFromAnotherThreadArriveOnTheMainOneWhileTheyIn
 
 TEST_F(MediationNetworkTest, AHostMayEndEverythingInsideACall) {
   const auto ending = std::make_shared<XMediationInterfaceDelegate>(XMediationInterfaceDelegate{
-      .adDidReceiveWithXAdView = [this](XMediationInterface&, MediatedView&) {
+      .XMediationInterfaceAdDidReceiveWithXAdView = [this](XMediationInterface&, MediatedView&) {
         coordinator_.releaseMemory();
         slot_.reset();
       }});

@@ -27,9 +27,8 @@ auto guarded(const Call& call) -> decltype(call()) {
   return {};
 }
 
-const AdNetworkExports* openLibrary() {
-  const auto service = Runtime::current().platform().adNetwork;
-  void* const address = service ? service->find(adNetworkEntryName) : nullptr;
+const AdNetworkExports* openLibrary(AdNetworkLibrary& service) {
+  void* const address = service.find(adNetworkEntryName);
   if (address == nullptr) return nullptr;
   const AdNetworkExports* exports = guarded(reinterpret_cast<AdNetworkEntry>(address));
   if (exports == nullptr) return nullptr;
@@ -48,6 +47,9 @@ AdNetworkClasses& AdNetworkClasses::sharedInstance() {
   return Runtime::current().environment()->shared<AdNetworkClasses>();
 }
 
+AdNetworkClasses::AdNetworkClasses(Environment& environment)
+    : service_{environment.platform().adNetwork} {}
+
 void AdNetworkClasses::registerClass(const std::string& name, Factory factory) {
   if (factory) {
     registered_[name] = std::move(factory);
@@ -59,7 +61,7 @@ void AdNetworkClasses::registerClass(const std::string& name, Factory factory) {
 const AdNetworkExports* AdNetworkClasses::library() {
   if (!lookedForLibrary_) {
     lookedForLibrary_ = true;
-    library_ = openLibrary();
+    library_ = openLibrary(*service_);
   }
   return library_;
 }

@@ -82,17 +82,20 @@ void AdViewMediation::makeObserver() {
     };
   };
   events_ = std::make_shared<XMediationInterfaceDelegate>(XMediationInterfaceDelegate{
-      .adDidReceiveWithXAdView = relay("ad retrieved successfully.", &Host::mediatedAdDidLoad),
-      .adRequestFailedWithError =
+      .XMediationInterfaceAdDidReceiveWithXAdView =
+          relay("ad retrieved successfully.", &Host::mediatedAdDidLoad),
+      .XMediationInterfaceAdRequestFailedWithErrorXAdView =
           [this](XMediationInterface&, const Error& error, MediatedView&) {
             const auto held = host_.mediatedView();
             platformLog("Corvane Mediation Network: Failed to retrieve ad.");
             host_.mediatedAdDidFail(error);
           },
-      .adWasClickedWithXAdView = relay("ad clicked.", &Host::mediatedAdWasClicked),
-      .adDidCloseWithXAdView = relay("ad closed.", &Host::mediatedAdDidClose),
-      .adWillPresentWithXAdView = relay("opening InAppBrowser.", &Host::mediatedAdWillPresent),
-      .adWillLeaveApplicationWithXAdView =
+      .XMediationInterfaceAdWasClickedWithXAdView =
+          relay("ad clicked.", &Host::mediatedAdWasClicked),
+      .XMediationInterfaceAdDidCloseWithXAdView = relay("ad closed.", &Host::mediatedAdDidClose),
+      .XMediationInterfaceAdWillPresentWithXAdView =
+          relay("opening InAppBrowser.", &Host::mediatedAdWillPresent),
+      .XMediationInterfaceAdWillLeaveApplicationWithXAdView =
           relay("opening external browser.", &Host::mediatedAdWillLeaveApplication)});
 }
 
