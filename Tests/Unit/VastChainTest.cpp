@@ -17,7 +17,8 @@ std::string wrapperTo(const std::string& uri) {
          "]]></VASTAdTagURI></Wrapper></Ad></VAST>";
 }
 
-const std::string kInline = "<VAST><Ad><InLine><AdTitle>final</AdTitle></InLine></Ad></VAST>";
+const std::string inlineDocument =
+    "<VAST><Ad><InLine><AdTitle>final</AdTitle></InLine></Ad></VAST>";
 
 // A small web: documents by URL, a clock that each fetch moves, and a record of what was fetched.
 class VastChainTest : public ::testing::Test {
@@ -57,7 +58,7 @@ using List = std::vector<std::string>;
 
 TEST_F(VastChainTest, anInlineDocumentNeedsNoFetch) {
   XVASTAd::sharedInstance()->vastTagURI = "left over";
-  run(kInline);
+  run(inlineDocument);
   EXPECT_EQ(result_, "ok");
   EXPECT_EQ(fetched_, List{});
   EXPECT_EQ(XVASTAd::sharedInstance()->inlineAd->adTitle, "final");
@@ -65,7 +66,7 @@ TEST_F(VastChainTest, anInlineDocumentNeedsNoFetch) {
 }
 
 TEST_F(VastChainTest, wrappersAreFollowedInOrder) {
-  web_ = {{"http://a/", wrapperTo(" http://b/ \n")}, {"http://b/", kInline}};
+  web_ = {{"http://a/", wrapperTo(" http://b/ \n")}, {"http://b/", inlineDocument}};
   run(wrapperTo("http://a/"));
   EXPECT_EQ(result_, "ok");
   EXPECT_EQ(fetched_, (List{"http://a/ 4", "http://b/ 4"}));
@@ -75,7 +76,7 @@ TEST_F(VastChainTest, wrappersAreFollowedInOrder) {
 
 TEST_F(VastChainTest, goesOnWhenAnAnswerArrivesLater) {
   later_ = true;
-  web_ = {{"http://a/", wrapperTo("http://b/")}, {"http://b/", kInline}};
+  web_ = {{"http://a/", wrapperTo("http://b/")}, {"http://b/", inlineDocument}};
   run(wrapperTo("http://a/"));
   EXPECT_EQ(completions_, 0);
   ASSERT_EQ(waiting_.size(), 1U);
@@ -155,14 +156,14 @@ TEST_F(VastChainTest, endsWhenItsTimeIsOver) {
 
 TEST_F(VastChainTest, aLongChainIsNoReasonToFail) {
   fetchTime_ = Seconds{0};
-  constexpr int kHops = 20'000;
-  for (int hop = 0; hop < kHops; ++hop) {
+  constexpr int hops = 20'000;
+  for (int hop = 0; hop < hops; ++hop) {
     web_["http://" + std::to_string(hop) + "/"] =
-        hop + 1 < kHops ? wrapperTo("http://" + std::to_string(hop + 1) + "/") : kInline;
+        hop + 1 < hops ? wrapperTo("http://" + std::to_string(hop + 1) + "/") : inlineDocument;
   }
   run(wrapperTo("http://0/"));
   EXPECT_EQ(result_, "ok");
-  EXPECT_EQ(XVASTAd::sharedInstance()->wrapperAd.size(), static_cast<std::size_t>(kHops));
+  EXPECT_EQ(XVASTAd::sharedInstance()->wrapperAd.size(), static_cast<std::size_t>(hops));
   EXPECT_EQ(completions_, 1);
 }
 

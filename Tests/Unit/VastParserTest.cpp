@@ -14,7 +14,7 @@
 namespace tavo::test {
 namespace {
 
-const std::filesystem::path kData = std::filesystem::path{TAVO_TEST_DATA} / "vast";
+const std::filesystem::path dataFolder = std::filesystem::path{TAVO_TEST_DATA} / "vast";
 
 std::string fileContent(const std::filesystem::path& path) {
   std::ifstream file{path, std::ios::binary};
@@ -52,17 +52,18 @@ class VastParserTest : public ::testing::Test {
   std::shared_ptr<XVASTXMLParser> parser_ = std::make_shared<XVASTXMLParser>();
 };
 
-constexpr std::string_view kInvalidXML =
+constexpr std::string_view invalidXML =
     "INVALIDXMLFOUND/INVALIDXMLFORMAT/The XML response has an invalid XML format";
-constexpr std::string_view kInvalidURL = "INVALIDURL/INVALIDURL/Invalid URL. Unable to parse XML.";
+constexpr std::string_view invalidURL = "INVALIDURL/INVALIDURL/Invalid URL. Unable to parse XML.";
 
 // Recorded documents, each with the whole model that it becomes.
 class VastDocumentTest : public VastParserTest,
                          public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(VastDocumentTest, becomesTheWholeModel) {
-  const auto root = parser().loadXMLContentFromFile(kData / (std::string{GetParam()} + ".xml"));
-  EXPECT_EQ(printed(*root), fileContent(kData / (std::string{GetParam()} + ".model")));
+  const auto root =
+      parser().loadXMLContentFromFile(dataFolder / (std::string{GetParam()} + ".xml"));
+  EXPECT_EQ(printed(*root), fileContent(dataFolder / (std::string{GetParam()} + ".model")));
   EXPECT_EQ(root, XVASTAd::sharedInstance());
 }
 
@@ -72,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Documents, VastDocumentTest,
 
 TEST_F(VastParserTest, badTextFailsAsInvalidXml) {
   for (const std::string text : {"", "   ", "no markup", "<!-- only a comment -->", "<VAST"}) {
-    EXPECT_EQ(failureOfText(text), kInvalidXML) << text;
+    EXPECT_EQ(failureOfText(text), invalidXML) << text;
     EXPECT_FALSE(parser().isXMLValid()) << text;
   }
   EXPECT_EQ(failureOfText("<VAST/>"), "");
@@ -81,10 +82,10 @@ TEST_F(VastParserTest, badTextFailsAsInvalidXml) {
 
 TEST_F(VastParserTest, badDataFailsAsInvalidUrl) {
   for (const std::string data : {"", "no markup", "{\"json\": true}", "<?xml version='1.0'?>"}) {
-    EXPECT_EQ(failureOfData(data), kInvalidURL) << data;
+    EXPECT_EQ(failureOfData(data), invalidURL) << data;
   }
-  EXPECT_EQ(failureOf([&] { return parser().loadXMLContentFromFile(kData / "missing.xml"); }),
-            kInvalidURL);
+  EXPECT_EQ(failureOf([&] { return parser().loadXMLContentFromFile(dataFolder / "missing.xml"); }),
+            invalidURL);
   EXPECT_EQ(failureOfData("<html><body>Not found</body></html>"), "");
 }
 
@@ -99,8 +100,8 @@ TEST_F(VastParserTest, documentsBeyondALimitFailAsInvalidXml) {
                                    "<a><b><c><d></d></c></b></a>", std::string(101, '\xFF')};
   EXPECT_EQ(failureOfText(inside), "");
   for (const std::string& document : documents) {
-    EXPECT_EQ(failureOfText(document), kInvalidXML) << document;
-    EXPECT_EQ(failureOfData(document), kInvalidXML) << document;
+    EXPECT_EQ(failureOfText(document), invalidXML) << document;
+    EXPECT_EQ(failureOfData(document), invalidXML) << document;
     EXPECT_FALSE(parser().isXMLValid());
   }
 }
@@ -114,8 +115,8 @@ TEST_F(VastParserTest, creativeExtensionsRefuseTheDocumentAndKeepWhatWasParsed) 
        {"<CreativeExtensions/>",
         "<CreativeExtensions><CreativeExtension>x</CreativeExtension>"
         "</CreativeExtensions>"}) {
-    EXPECT_EQ(failureOfText(before + extensions + after), kInvalidXML);
-    EXPECT_EQ(failureOfData(before + extensions + after), kInvalidXML);
+    EXPECT_EQ(failureOfText(before + extensions + after), invalidXML);
+    EXPECT_EQ(failureOfData(before + extensions + after), invalidXML);
   }
   ASSERT_NE(XVASTAd::sharedInstance()->inlineAd, nullptr);
 }
@@ -248,13 +249,12 @@ TEST_F(VastParserTest, hostileDocumentsWithinTheLimitsAreOverSoon) {
   };
   const std::string ad = "<VAST><Ad>";
   const std::string icons = ad + "<InLine><Creatives><Creative><Linear><Icons>";
-  EXPECT_EQ(failureOfText(ad + many("<Wrapper/>", 99'000) + many("<InLine/>", 99'000)),
-            kInvalidXML);
+  EXPECT_EQ(failureOfText(ad + many("<Wrapper/>", 99'000) + many("<InLine/>", 99'000)), invalidXML);
   EXPECT_EQ(failureOfText(ad + many("<InLine/>", 199'000)), "");
   EXPECT_EQ(failureOfText(icons + many("<Icon/>", 199'000)), "");
   EXPECT_EQ(failureOfText(ad + "<InLine><Creatives><Creative" + many(" a=''", 199'000) + "/>"), "");
-  EXPECT_EQ(failureOfText(many("<VAST>", 199'000)), kInvalidXML);
-  EXPECT_EQ(failureOfText(std::string(50'000'000, '<')), kInvalidXML);
+  EXPECT_EQ(failureOfText(many("<VAST>", 199'000)), invalidXML);
+  EXPECT_EQ(failureOfText(std::string(50'000'000, '<')), invalidXML);
 }
 
 }  // namespace

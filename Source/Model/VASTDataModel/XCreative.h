@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Model/VASTDataModel/AttributeMap.h"
 #include "Model/VASTDataModel/CompanionAds/XCompanion.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 #include "Model/VASTDataModel/LinearAds/XLinear.h"
 #include "Model/VASTDataModel/NonLinearAds/XNonLinearAds.h"
 #include "Model/VASTDataModel/XCreativeExtension.h"

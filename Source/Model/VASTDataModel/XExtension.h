@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 
 namespace tavo {
 

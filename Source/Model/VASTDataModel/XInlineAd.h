@@ -3,7 +3,7 @@
 #include <any>
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 #include "Model/VASTDataModel/XCreative.h"
 #include "Model/VASTDataModel/XExtension.h"
 #include "Model/VASTDataModel/XImpression.h"

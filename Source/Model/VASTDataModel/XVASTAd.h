@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 #include "Model/VASTDataModel/XInlineAd.h"
 #include "Model/VASTDataModel/XWrapperAd.h"
 

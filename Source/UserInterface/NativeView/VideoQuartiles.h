@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "Model/VASTDataModel/XTrackingEvent.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 
 namespace tavo {
 

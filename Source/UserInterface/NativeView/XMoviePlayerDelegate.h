@@ -7,7 +7,7 @@
 #include <tavo/Error.h>
 #include <tavo/MoviePlayer.h>
 
-#include "Model/VASTDataModel/XTrackingEvent.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 
 namespace tavo {
 

@@ -36,9 +36,7 @@ OptionalList<XCreative> CreativeWalk::parseCreativeXMLData(XTBXMLElement* creati
 void CreativeWalk::readCreative(XCreative& creative, XTBXMLElement* element) {
   // Quirk: a creative with extensions is not read. Nobody has defined what to make of them, so the
   // whole document is refused rather than shown without what its server thought it had to say.
-  if (childOf(element, "CreativeExtensions") != nullptr) {
-    throw VastFailure::invalidXML();
-  }
+  if (childOf(element, "CreativeExtensions") != nullptr) throw VastFailure::invalidXML();
   creative.setCreativeAttributes(takenAttributes(element));
   creative.creativeExtensionsArray = std::nullopt;
   creative.linearAds = parseLinearXMLData(childOf(element, "Linear"));
@@ -69,9 +67,7 @@ XLinear CreativeWalk::parseLinearXMLData(XTBXMLElement* linear) {
 
 OptionalList<XMediaFile> CreativeWalk::parseMediaFileXMLData(XTBXMLElement* mediaFiles) {
   const OperationLog log{"-[XVASTXMLParser parseMediaFileXMLData:]"};
-  if (mediaFiles == nullptr) {
-    return std::nullopt;
-  }
+  if (mediaFiles == nullptr) return std::nullopt;
   std::vector<XMediaFile> list;
   list.reserve(countOfChildren(mediaFiles, "MediaFile"));
   forChildren(mediaFiles, "MediaFile", [this, &list](XTBXMLElement* element) {
@@ -102,9 +98,7 @@ std::vector<XTrackingEvent> CreativeWalk::parseTrackingEventsXMLData(
 
 OptionalList<XVideoClick> CreativeWalk::parseVideoClicksElement(XTBXMLElement* videoClicks) {
   const OperationLog log{"-[XVASTXMLParser parseVideoClicksElement:]"};
-  if (videoClicks == nullptr) {
-    return std::nullopt;
-  }
+  if (videoClicks == nullptr) return std::nullopt;
   std::vector<XVideoClick> list;
   forThisAndSiblings(videoClicks, "VideoClicks", [this, &list](XTBXMLElement* element) {
     list.push_back(parseVideoClick(element));
@@ -146,9 +140,7 @@ XClickTracking CreativeWalk::parseClickTracking(XTBXMLElement* element) {
 
 OptionalList<XIcon> CreativeWalk::parseIconsXMLData(XTBXMLElement* icons) {
   const OperationLog log{"-[XVASTXMLParser parseIconsXMLData:]"};
-  if (icons == nullptr) {
-    return std::nullopt;
-  }
+  if (icons == nullptr) return std::nullopt;
   // Quirk: the view tracking of every icon is that of the Icons element, where the standard has one
   // for each Icon. Without one its text counts as empty.
   const std::string viewTracking = textOf(childOf(icons, "IconViewTracking"));
@@ -205,9 +197,7 @@ void CreativeWalk::readCompanion(XCompanion& companion, XTBXMLElement* element) 
 
 OptionalList<XNonLinearAds> CreativeWalk::parseNonLinearAdXMLElement(XTBXMLElement* nonLinearAds) {
   const OperationLog log{"-[XVASTXMLParser parseNonLinearAdXMLElement:]"};
-  if (nonLinearAds == nullptr) {
-    return std::nullopt;
-  }
+  if (nonLinearAds == nullptr) return std::nullopt;
   std::vector<XNonLinearAds> list;
   forThisAndSiblings(nonLinearAds, "NonLinearAds", [this, &list](XTBXMLElement* element) {
     XNonLinearAds& ads = list.emplace_back();

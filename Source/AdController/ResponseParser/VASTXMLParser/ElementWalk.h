@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "External/TBXML/XTBXML.h"
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 
 namespace tavo {
 

@@ -26,9 +26,9 @@ class VastFailure : public std::exception {
 
  private:
   VastFailure(std::string name, std::string reason, std::string localizedDescription)
-      : name_(std::move(name)),
-        reason_(std::move(reason)),
-        localizedDescription_(std::move(localizedDescription)) {}
+      : name_{std::move(name)},
+        reason_{std::move(reason)},
+        localizedDescription_{std::move(localizedDescription)} {}
 
   std::string name_;
   std::string reason_;

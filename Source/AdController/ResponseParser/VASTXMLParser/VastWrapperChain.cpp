@@ -13,11 +13,11 @@ class Chain : public std::enable_shared_from_this<Chain> {
  public:
   Chain(std::shared_ptr<XVASTXMLParser> parser, VastFetch fetch, VastChainTiming timing,
         VastCompletion completion)
-      : parser_(std::move(parser)),
-        fetch_(std::move(fetch)),
-        timing_(std::move(timing)),
-        completion_(std::move(completion)),
-        start_(timing_.now()) {}
+      : parser_{std::move(parser)},
+        fetch_{std::move(fetch)},
+        timing_{std::move(timing)},
+        completion_{std::move(completion)},
+        start_{timing_.now()} {}
 
   void begin(std::string_view text) {
     XVASTAd::resetInstance();
@@ -29,9 +29,7 @@ class Chain : public std::enable_shared_from_this<Chain> {
   // outcome for the loop that made the call, so that a long chain does not grow the stack.
   void receive(const VastOutcome& outcome) {
     waiting_ = outcome;
-    if (std::exchange(running_, true)) {
-      return;
-    }
+    if (std::exchange(running_, true)) return;
     while (waiting_) {
       step(*std::exchange(waiting_, std::nullopt));
     }
@@ -56,9 +54,7 @@ class Chain : public std::enable_shared_from_this<Chain> {
   // the name cannot be a URL.
   [[nodiscard]] std::optional<Url> nextDocument() const {
     const auto& wrappers = XVASTAd::sharedInstance()->wrapperAd;
-    if (wrappers.empty() || wrappers.back()->vastTagURI.value_or("").empty()) {
-      return std::nullopt;
-    }
+    if (wrappers.empty() || wrappers.back()->vastTagURI.value_or("").empty()) return std::nullopt;
     Url url = Url::fromText(*wrappers.back()->vastTagURI);
     return !url.empty() && url.text() == previous_ ? std::nullopt : std::optional{std::move(url)};
   }

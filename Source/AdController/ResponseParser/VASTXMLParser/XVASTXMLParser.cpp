@@ -70,29 +70,21 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLString(std::string_view text) {
   const OperationLog log{"-[XVASTXMLParser parseXMLString:]"};
   read(text);
   isXMLValid_ = tbxml_ && tbxml_->rootXMLElement() != nullptr;
-  if (!isXMLValid_) {
-    throw VastFailure::invalidXML();
-  }
+  if (!isXMLValid_) throw VastFailure::invalidXML();
   return parseXMLRootElement(tbxml_->rootXMLElement());
 }
 
 std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLData(std::string_view data) {
   const OperationLog log{"-[XVASTXMLParser parseXMLData:]"};
   read(data);
-  if (!tbxml_) {
-    throw VastFailure::invalidXML();
-  }
-  if (tbxml_->rootXMLElement() == nullptr) {
-    throw VastFailure::invalidURL();
-  }
+  if (!tbxml_) throw VastFailure::invalidXML();
+  if (tbxml_->rootXMLElement() == nullptr) throw VastFailure::invalidURL();
   return parseXMLRootElement(tbxml_->rootXMLElement());
 }
 
 std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLRootElement(XTBXMLElement* root) {
   const OperationLog log{"-[XVASTXMLParser parseXMLRootElement:]"};
-  if (root == nullptr) {
-    return nullptr;
-  }
+  if (root == nullptr) return nullptr;
   VASTAd_ = XVASTAd::sharedInstance();
   forChildren(root, "Ad", [this](XTBXMLElement* ad) {
     if (XTBXMLElement* const inLine = childOf(ad, "InLine"); inLine != nullptr) {
@@ -101,9 +93,7 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLRootElement(XTBXMLElement* root
     }
     std::size_t count = 0;
     forChildren(ad, "Wrapper", [this, &count](XTBXMLElement* wrapper) {
-      if (++count > mostWrappersInAd) {
-        throw VastFailure::invalidXML();
-      }
+      if (++count > mostWrappersInAd) throw VastFailure::invalidXML();
       VASTAd_->wrapperAd.push_back(parseWrapperXMLData(wrapper));
     });
   });
@@ -112,9 +102,7 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLRootElement(XTBXMLElement* root
 
 std::shared_ptr<XInlineAd> XVASTXMLParser::parseInlineXMLData(XTBXMLElement* inLine) {
   const OperationLog log{"-[XVASTXMLParser parseInlineXMLData:]"};
-  if (inLine == nullptr) {
-    return nullptr;
-  }
+  if (inLine == nullptr) return nullptr;
   auto ad = std::make_shared<XInlineAd>();
   forThisAndSiblings(inLine, "InLine",
                      [this, &ad](XTBXMLElement* element) { readAdContent(*ad, element); });
@@ -146,9 +134,7 @@ void XVASTXMLParser::readAdContent(XInlineAd& ad, XTBXMLElement* inLine) {
 
 std::shared_ptr<XWrapperAd> XVASTXMLParser::parseWrapperXMLData(XTBXMLElement* wrapper) {
   const OperationLog log{"-[XVASTXMLParser parseWrapperXMLData:]"};
-  if (wrapper == nullptr) {
-    return nullptr;
-  }
+  if (wrapper == nullptr) return nullptr;
   wrapperAd_ = std::make_shared<XWrapperAd>();
   // Quirk: the walk steps on to InLine siblings, whose content overwrites the wrapper's. Ads that
   // have both are read by players that rely on it.

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
-#include "Model/VASTDataModel/XResource.h"
-#include "Model/VASTDataModel/XTrackingEvent.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XResource.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 
 namespace tavo {
 

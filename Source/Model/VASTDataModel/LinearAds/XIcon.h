@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XResource.h"
 #include "Model/VASTDataModel/LinearAds/XIconClick.h"
-#include "Model/VASTDataModel/XResource.h"
 
 namespace tavo {
 

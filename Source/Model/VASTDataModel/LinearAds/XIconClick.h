@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
-#include "Model/VASTDataModel/XClickTracking.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XClickTracking.h"
 
 namespace tavo {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 #include "Model/VASTDataModel/LinearAds/XIcon.h"
 #include "Model/VASTDataModel/LinearAds/XMediaFile.h"
 #include "Model/VASTDataModel/LinearAds/XVideoClick.h"
-#include "Model/VASTDataModel/XTrackingEvent.h"
 
 namespace tavo {
 

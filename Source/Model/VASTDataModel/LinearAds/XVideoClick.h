@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XClickTracking.h"
 #include "Model/VASTDataModel/LinearAds/XCustomClick.h"
-#include "Model/VASTDataModel/XClickTracking.h"
 
 namespace tavo {
 

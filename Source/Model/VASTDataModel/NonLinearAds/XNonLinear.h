@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
-#include "Model/VASTDataModel/XClickTracking.h"
-#include "Model/VASTDataModel/XResource.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XClickTracking.h"
+#include "Model/VASTDataModel/Elements/XResource.h"
 
 namespace tavo {
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 #include "Model/VASTDataModel/NonLinearAds/XNonLinear.h"
-#include "Model/VASTDataModel/XTrackingEvent.h"
 
 namespace tavo {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 
 namespace tavo {
 

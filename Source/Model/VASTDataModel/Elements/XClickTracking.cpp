@@ -1,4 +1,4 @@
-#include "Model/VASTDataModel/XClickTracking.h"
+#include "Model/VASTDataModel/Elements/XClickTracking.h"
 
 #include "ErrorHandler/OperationLog.h"
 

@@ -1,4 +1,4 @@
-#include "Model/VASTDataModel/AttributeMap.h"
+#include "Model/VASTDataModel/Elements/AttributeMap.h"
 
 #include <algorithm>
 

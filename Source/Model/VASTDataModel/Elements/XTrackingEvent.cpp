@@ -1,4 +1,4 @@
-#include "Model/VASTDataModel/XTrackingEvent.h"
+#include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,7 +16,7 @@ struct NamedType {
 };
 
 // Two names stand for one type each, from two versions of the standard.
-constexpr NamedType kTypes[] = {
+constexpr NamedType types[] = {
     {"start", TrackingEventType::start},
     {"midpoint", TrackingEventType::midpoint},
     {"firstQuartile", TrackingEventType::firstQuartile},
@@ -42,9 +42,9 @@ constexpr NamedType kTypes[] = {
 XTrackingEvent XTrackingEvent::getTrackingEventWithEvent(std::string_view event, OptionalText URL) {
   const OperationLog log{"+[XTrackingEvent getTrackingEventWithEvent:URL:]"};
   const auto* const found =
-      std::find_if(std::begin(kTypes), std::end(kTypes),
+      std::find_if(std::begin(types), std::end(types),
                    [event](const NamedType& one) { return isSameName(one.name, event); });
-  return {found != std::end(kTypes) ? found->type : TrackingEventType::unknown, std::move(URL)};
+  return {found != std::end(types) ? found->type : TrackingEventType::unknown, std::move(URL)};
 }
 
 }  // namespace tavo

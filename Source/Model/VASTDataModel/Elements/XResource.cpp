@@ -1,4 +1,4 @@
-#include "Model/VASTDataModel/XResource.h"
+#include "Model/VASTDataModel/Elements/XResource.h"
 
 #include "ErrorHandler/OperationLog.h"
 
