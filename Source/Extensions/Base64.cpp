@@ -6,15 +6,15 @@
 namespace tavo {
 namespace {
 
-constexpr std::string_view kAlphabet =
+constexpr std::string_view alphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::uint8_t kNone = 0xFF;
+constexpr std::uint8_t none = 0xFF;
 
-constexpr std::array<std::uint8_t, 256> kValues = [] {
+constexpr std::array<std::uint8_t, 256> valueOfLetter = [] {
   std::array<std::uint8_t, 256> values{};
-  values.fill(kNone);
-  for (std::size_t value = 0; value < kAlphabet.size(); ++value) {
-    values[static_cast<unsigned char>(kAlphabet[value])] = static_cast<std::uint8_t>(value);
+  values.fill(none);
+  for (std::size_t value = 0; value < alphabet.size(); ++value) {
+    values[static_cast<unsigned char>(alphabet[value])] = static_cast<std::uint8_t>(value);
   }
   return values;
 }();
@@ -26,7 +26,7 @@ void appendGroup(std::string& text, std::string_view bytes) {
     bits = bits << 8 | (at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0U);
   }
   for (std::size_t at = 0; at < 4; ++at) {
-    text += at <= bytes.size() ? kAlphabet[bits >> (18 - 6 * at) & 63U] : '=';
+    text += at <= bytes.size() ? alphabet[bits >> (18 - 6 * at) & 63U] : '=';
   }
 }
 
@@ -43,9 +43,7 @@ std::string base64Encoding(std::string_view data) {
 
 std::string base64EncodingWithLineLength(std::string_view data, std::size_t lineLength) {
   std::string text = base64Encoding(data);
-  if (lineLength == 0 || text.size() <= lineLength) {
-    return text;
-  }
+  if (lineLength == 0 || text.size() <= lineLength) return text;
   std::string lines;
   lines.reserve(text.size() + text.size() / lineLength);
   for (std::size_t at = 0; at < text.size(); at += lineLength) {
@@ -60,10 +58,8 @@ std::optional<std::string> dataWithBase64EncodedString(std::string_view text) {
   std::uint32_t bits = 0;
   std::size_t characters = 0;
   for (const char c : text.substr(0, text.find('='))) {
-    const std::uint8_t value = kValues[static_cast<unsigned char>(c)];
-    if (value == kNone) {
-      continue;
-    }
+    const std::uint8_t value = valueOfLetter[static_cast<unsigned char>(c)];
+    if (value == none) continue;
     bits = bits << 6 | value;
     // The second to fourth character of each group complete a byte.
     if (const std::size_t place = characters++ % 4; place != 0) {

@@ -10,15 +10,13 @@
 namespace tavo {
 namespace {
 
-constexpr int kDetectHeader = 32;  // added to the window bits: zlib tells gzip and zlib apart
-constexpr int kGzipHeader = 16;
-constexpr std::size_t kPiece = std::size_t{64} * 1024;
+constexpr int detectHeader = 32;  // added to the window bits: zlib tells gzip and zlib apart
+constexpr int gzipHeader = 16;
+constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
 // zlib counts in 32 bits, so long input is handed over in pieces.
 void feed(z_stream& stream, std::string_view& input) {
-  if (stream.avail_in != 0) {
-    return;
-  }
+  if (stream.avail_in != 0) return;
   const std::size_t size = std::min(input.size(), std::size_t{1} << 30);
   stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input.data()));
   stream.avail_in = static_cast<uInt>(size);
@@ -31,12 +29,10 @@ bool isGzip(std::string_view data) { return data.starts_with("\x1f\x8b"); }
 std::optional<std::string> readFile(const std::filesystem::path& path, std::size_t largest) {
   std::error_code error;
   std::ifstream file{path, std::ios::binary};
-  if (!std::filesystem::is_regular_file(path, error) || !file) {
-    return std::nullopt;
-  }
+  if (!std::filesystem::is_regular_file(path, error) || !file) return std::nullopt;
   std::string bytes;
-  constexpr std::size_t kReadSize = 16384;
-  std::array<char, kReadSize> piece{};
+  constexpr std::size_t readSize = 16384;
+  std::array<char, readSize> piece{};
   while (bytes.size() <= largest && file) {
     file.read(piece.data(), static_cast<std::streamsize>(piece.size()));
     bytes.append(piece.data(), static_cast<std::size_t>(file.gcount()));
@@ -48,19 +44,17 @@ std::optional<std::string> readFile(const std::filesystem::path& path, std::size
 
 std::optional<std::string> gzipInflate(std::string_view data, std::size_t largest) {
   z_stream stream{};
-  if (inflateInit2(&stream, MAX_WBITS + kDetectHeader) != Z_OK) {
-    return std::nullopt;
-  }
+  if (inflateInit2(&stream, MAX_WBITS + detectHeader) != Z_OK) return std::nullopt;
   const std::unique_ptr<z_stream, int (*)(z_stream*)> guard{&stream, inflateEnd};
-  const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);
+  const auto piece = std::make_unique_for_overwrite<char[]>(pieceSize);
   std::string content;
   int state = Z_OK;
   while (state == Z_OK && content.size() <= largest) {
     feed(stream, data);
     stream.next_out = reinterpret_cast<Bytef*>(piece.get());
-    stream.avail_out = kPiece;
+    stream.avail_out = pieceSize;
     state = inflate(&stream, Z_NO_FLUSH);
-    content.append(piece.get(), kPiece - stream.avail_out);
+    content.append(piece.get(), pieceSize - stream.avail_out);
   }
   return state == Z_STREAM_END && content.size() <= largest ? std::optional{std::move(content)}
                                                             : std::nullopt;
@@ -68,21 +62,21 @@ std::optional<std::string> gzipInflate(std::string_view data, std::size_t larges
 
 std::string gzipDeflate(std::string_view data) {
   z_stream stream{};
-  constexpr int kMemoryLevel = 8;
-  if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + kGzipHeader,
-                   kMemoryLevel, Z_DEFAULT_STRATEGY) != Z_OK) {
+  constexpr int memoryLevel = 8;
+  if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + gzipHeader, memoryLevel,
+                   Z_DEFAULT_STRATEGY) != Z_OK) {
     return {};
   }
   const std::unique_ptr<z_stream, int (*)(z_stream*)> guard{&stream, deflateEnd};
-  const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);
+  const auto piece = std::make_unique_for_overwrite<char[]>(pieceSize);
   std::string compressed;
   int state = Z_OK;
   while (state == Z_OK) {
     feed(stream, data);
     stream.next_out = reinterpret_cast<Bytef*>(piece.get());
-    stream.avail_out = kPiece;
+    stream.avail_out = pieceSize;
     state = deflate(&stream, data.empty() ? Z_FINISH : Z_NO_FLUSH);
-    compressed.append(piece.get(), kPiece - stream.avail_out);
+    compressed.append(piece.get(), pieceSize - stream.avail_out);
   }
   return compressed;
 }
@@ -90,9 +84,7 @@ std::string gzipDeflate(std::string_view data) {
 std::optional<std::string> dataWithUncompressedContentsOfFile(const std::filesystem::path& path,
                                                               std::size_t largest) {
   std::optional<std::string> bytes = readFile(path, largest);
-  if (!bytes || bytes->size() > largest) {
-    return std::nullopt;
-  }
+  if (!bytes || bytes->size() > largest) return std::nullopt;
   return isGzip(*bytes) ? gzipInflate(*bytes, largest) : std::move(bytes);
 }
 

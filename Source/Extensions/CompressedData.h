@@ -21,11 +21,11 @@ namespace tavo {
 
 // The largest file, before and after it is inflated, that dataWithUncompressedContentsOfFile reads
 // unless told otherwise.
-inline constexpr std::size_t kLargestResourceFile = std::size_t{64} * 1024 * 1024;
+inline constexpr std::size_t largestResourceFile = std::size_t{64} * 1024 * 1024;
 
 // The file's bytes, inflated when they are gzip data. None when the file cannot be read, is damaged
 // gzip data or is larger than `largest`.
 [[nodiscard]] std::optional<std::string> dataWithUncompressedContentsOfFile(
-    const std::filesystem::path& path, std::size_t largest = kLargestResourceFile);
+    const std::filesystem::path& path, std::size_t largest = largestResourceFile);
 
 }  // namespace tavo

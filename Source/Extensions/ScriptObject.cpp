@@ -60,7 +60,7 @@ class Reader {
   }
 
   std::optional<ScriptValue> readObject(int depth) {
-    if (depth > kDeepestScriptObject) refused_ = true;
+    if (depth > deepestScriptObject) refused_ = true;
     auto object = std::make_shared<ScriptObject>();
     while (!refused_) {
       skip(",");
@@ -119,7 +119,7 @@ const std::string* ScriptObject::text(std::string_view key) const {
 }
 
 std::optional<ScriptObject> dictionaryWithJavaScriptObject(std::string_view text) {
-  if (text.size() > kLongestScriptObject) return std::nullopt;
+  if (text.size() > longestScriptObject) return std::nullopt;
   Reader reader{text};
   const auto value = reader.readValue(0);
   if (reader.isRefused() || !value) return std::nullopt;

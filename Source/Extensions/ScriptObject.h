@@ -25,8 +25,8 @@ struct ScriptObject {
 };
 
 // What is read at most. A description of an event takes a few hundred bytes and one level.
-inline constexpr std::size_t kLongestScriptObject = std::size_t{256} * 1024;
-inline constexpr int kDeepestScriptObject = 64;
+inline constexpr std::size_t longestScriptObject = std::size_t{256} * 1024;
+inline constexpr int deepestScriptObject = 64;
 
 // The object in a script's object literal, read leniently: names may lack their opening quote,
 // commas and colons may be missing. Numbers are passed over. None when the text is no object, does

@@ -29,7 +29,7 @@ class XmlFileTest : public ::testing::Test {
   std::filesystem::path folder_;
 };
 
-constexpr std::string_view kDocument = "<a><b>x</b></a>";
+constexpr std::string_view plainDocument = "<a><b>x</b></a>";
 
 std::string textOfB(const XTBXML& document) {
   return std::string{
@@ -37,14 +37,14 @@ std::string textOfB(const XTBXML& document) {
 }
 
 TEST_F(XmlFileTest, readsPlainAndCompressedFiles) {
-  const std::string plain{kDocument};
+  const std::string plain{plainDocument};
   EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLFile(write("plain.xml", plain))), "x");
   write("packed.xml", gzipDeflate(plain));
   EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLFile(folder_ / "packed", "xml")), "x");
 }
 
 TEST_F(XmlFileTest, aFileThatCannotBeReadHasNoRoot) {
-  const std::string damaged = gzipDeflate(kDocument).substr(0, 20);
+  const std::string damaged = gzipDeflate(plainDocument).substr(0, 20);
   for (const auto& file : {folder_, folder_ / "missing.xml", write("damaged", damaged),
                            write("empty", ""), std::filesystem::path{}}) {
     EXPECT_EQ(XTBXML::XTBXMLWithXMLFile(file).rootXMLElement(), nullptr) << file;
@@ -62,12 +62,12 @@ TEST_F(XmlFileTest, aFileThatGrowsBeyondTheLimitIsRefused) {
 }
 
 TEST(XmlSourceTest, readsTextDataAndUrl) {
-  EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLString(kDocument)), "x");
-  EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLData(kDocument)), "x");
+  EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLString(plainDocument)), "x");
+  EXPECT_EQ(textOfB(XTBXML::XTBXMLWithXMLData(plainDocument)), "x");
   std::string asked;
   const auto fetch = [&asked](const std::string& url) {
     asked = url;
-    return std::string{kDocument};
+    return std::string{plainDocument};
   };
   EXPECT_EQ(textOfB(XTBXML::XTBXMLWithURL("http://example.com/a.xml", fetch)), "x");
   EXPECT_EQ(asked, "http://example.com/a.xml");

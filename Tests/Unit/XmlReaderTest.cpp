@@ -66,7 +66,7 @@ TEST_P(XmlReaderTest, readsTheTree) {
   }
 }
 
-constexpr Case kStructure[] = {
+constexpr Case structureCases[] = {
     {"nothing", "", "none"},
     {"onlyText", "no markup ] at \" all", "none"},
     {"onlyDeclarationAndComments", "<?xml version=\"1.0\"?><!-- <a/> --><!---->", "none"},
@@ -89,7 +89,7 @@ constexpr Case kStructure[] = {
     {"brokenUtf8", "<a b=\"\xC3\">\xF0\x9F</a>", "a[b=\xC3]\"\xF0\x9F\""},
 };
 
-constexpr Case kText[] = {
+constexpr Case textCases[] = {
     {"upToNextMarkup", "<a>x<b/>y</a>", "a\"x\"(b)"},
     {"noTextAfterChild", "<a><b/>y</a>", "a(b)"},
     {"blanksAreKept", "<a>\n x </a>", "a\"\\n x \""},
@@ -113,7 +113,7 @@ constexpr Case kText[] = {
     {"lowerCaseIsNoSection", "<a><![cdata[x]]></a>", "a(![cdata[x]])"},
 };
 
-constexpr Case kAttributes[] = {
+constexpr Case attributesCases[] = {
     {"bothQuotes", "<a b=\"it's\" c='say \"x\"'/>", "a[b=it's c=say \"x\"]"},
     {"blanksAroundEquals", "<a b = \"1\" c\n=\t'2'/>", "a[b=1 c=2]"},
     {"markupInValue", "<a b=\"x > y < z ] <!-- </a>\">t</a>", "a[b=x > y < z ] <!-- </a>]\"t\""},
@@ -133,7 +133,7 @@ constexpr Case kAttributes[] = {
 };
 
 // What breaks off keeps what was complete before.
-constexpr Case kBrokenOff[] = {
+constexpr Case brokenOffCases[] = {
     {"inElement", "<a><b>text", "a(b\"text\")"},
     {"afterOpening", "<a><", "a"},
     {"inName", "<a>x<bcd", "a\"x\""},
@@ -154,10 +154,10 @@ constexpr Case kBrokenOff[] = {
 };
 
 const auto caseName = [](const auto& info) { return std::string{info.param.name}; };
-INSTANTIATE_TEST_SUITE_P(Structure, XmlReaderTest, ::testing::ValuesIn(kStructure), caseName);
-INSTANTIATE_TEST_SUITE_P(Text, XmlReaderTest, ::testing::ValuesIn(kText), caseName);
-INSTANTIATE_TEST_SUITE_P(Attributes, XmlReaderTest, ::testing::ValuesIn(kAttributes), caseName);
-INSTANTIATE_TEST_SUITE_P(BrokenOff, XmlReaderTest, ::testing::ValuesIn(kBrokenOff), caseName);
+INSTANTIATE_TEST_SUITE_P(Structure, XmlReaderTest, ::testing::ValuesIn(structureCases), caseName);
+INSTANTIATE_TEST_SUITE_P(Text, XmlReaderTest, ::testing::ValuesIn(textCases), caseName);
+INSTANTIATE_TEST_SUITE_P(Attributes, XmlReaderTest, ::testing::ValuesIn(attributesCases), caseName);
+INSTANTIATE_TEST_SUITE_P(BrokenOff, XmlReaderTest, ::testing::ValuesIn(brokenOffCases), caseName);
 
 // The quirk that a document type opens an element.
 TEST(XmlReaderQuirkTest, documentTypeIsAnElement) {
@@ -223,14 +223,14 @@ TEST(XmlLimitsTest, readingStopsWhereALimitIsPassed) {
 }
 
 TEST(XmlHostileTest, aMillionNestedElements) {
-  constexpr std::size_t kCount = 1'000'000;
-  const XTBXML document{repeated("<a>", kCount)};
+  constexpr std::size_t count = 1'000'000;
+  const XTBXML document{repeated("<a>", count)};
   std::size_t depth = 0;
   for (auto* at = document.rootXMLElement(); at != nullptr; at = at->firstChild) {
     ++depth;
   }
-  EXPECT_EQ(depth, kCount);
-  EXPECT_TRUE((XTBXML{repeated("<a>", kCount), {.depth = 256}}.passedLimit()));
+  EXPECT_EQ(depth, count);
+  EXPECT_TRUE((XTBXML{repeated("<a>", count), {.depth = 256}}.passedLimit()));
 }
 
 TEST(XmlHostileTest, fiftyMegabytes) {
@@ -241,19 +241,19 @@ TEST(XmlHostileTest, fiftyMegabytes) {
 
 // Each of these takes minutes when reading it costs the square of its length.
 TEST(XmlHostileTest, megabytesOfOneKind) {
-  constexpr std::size_t kSize = 3'000'000;
+  constexpr std::size_t size = 3'000'000;
   for (const std::string_view piece : {"<", "<![CDATA[x]]>", "<!---", "<![CDATA[", "]]", "<a b='",
                                        "<a b=\"<![CDATA[\"]]>", "=", "</"}) {
-    const std::string text = "<r>" + repeated(piece, kSize / piece.size());
+    const std::string text = "<r>" + repeated(piece, size / piece.size());
     const XTBXML document{text};
     EXPECT_EQ(XTBXML::elementName(document.rootXMLElement()), "r") << piece;
   }
 }
 
 TEST(XmlHostileTest, manySectionsAreJoinedInOrder) {
-  constexpr std::size_t kCount = 100'000;
-  const XTBXML document{"<a>" + repeated("<![CDATA[ab]]>c", kCount) + "</a>"};
-  EXPECT_EQ(document.rootXMLElement()->text, repeated("abc", kCount));
+  constexpr std::size_t count = 100'000;
+  const XTBXML document{"<a>" + repeated("<![CDATA[ab]]>c", count) + "</a>"};
+  EXPECT_EQ(document.rootXMLElement()->text, repeated("abc", count));
 }
 
 }  // namespace

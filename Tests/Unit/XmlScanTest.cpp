@@ -13,17 +13,17 @@ namespace tavo {
 namespace {
 
 std::vector<std::uint64_t> scanned(const NamedMarkupScan& form, const std::string& text) {
-  std::vector<std::uint64_t> bits(text.size() / kMarkupBlock);
+  std::vector<std::uint64_t> bits(text.size() / markupBlock);
   form.scan(text.data(), bits.size(), bits.data());
   return bits;
 }
 
 // What the scans have to find, in the plainest words.
 std::vector<std::uint64_t> expected(const std::string& text) {
-  std::vector<std::uint64_t> bits(text.size() / kMarkupBlock);
+  std::vector<std::uint64_t> bits(text.size() / markupBlock);
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (std::string_view{"<]\"'"}.find(text[at]) != std::string_view::npos) {
-      bits[at / kMarkupBlock] |= std::uint64_t{1} << at % kMarkupBlock;
+      bits[at / markupBlock] |= std::uint64_t{1} << at % markupBlock;
     }
   }
   return bits;
@@ -34,12 +34,12 @@ TEST(XmlScanTest, everyFormTellsEveryByteAtEveryPlace) {
   ASSERT_EQ(scans.forms[0].name, "portable");
   for (std::size_t form = 0; form < scans.count; ++form) {
     for (int byte = 0; byte < 256; ++byte) {
-      std::string text(2 * kMarkupBlock, static_cast<char>(byte));
+      std::string text(2 * markupBlock, static_cast<char>(byte));
       EXPECT_EQ(scanned(scans.forms[form], text), expected(text))
           << scans.forms[form].name << " byte " << byte;
     }
-    for (std::size_t place = 0; place < kMarkupBlock; ++place) {
-      std::string text(kMarkupBlock, 'x');
+    for (std::size_t place = 0; place < markupBlock; ++place) {
+      std::string text(markupBlock, 'x');
       text[place] = '<';
       EXPECT_EQ(scanned(scans.forms[form], text), expected(text)) << scans.forms[form].name;
     }
@@ -51,7 +51,7 @@ TEST(XmlScanTest, formsAgreeOnRandomText) {
   const std::string_view alphabet = "<>]\"'=/ a\n\x80\xFF&[";
   const MarkupScans& scans = availableMarkupScans();
   for (int turn = 0; turn < 200; ++turn) {
-    std::string text(kMarkupBlock * (1 + random() % 8), ' ');
+    std::string text(markupBlock * (1 + random() % 8), ' ');
     for (char& c : text) {
       c = alphabet[random() % alphabet.size()];
     }
@@ -66,7 +66,7 @@ TEST(XmlScanTest, namesEndInBothFormsAtTheSamePlace) {
     for (std::size_t length = 0; length < 40; ++length) {
       std::string text(length, 'n');
       text += static_cast<char>(end);
-      text += std::string{"nn>"} + std::string(kNameScanReach, '\0');
+      text += std::string{"nn>"} + std::string(nameScanReach, '\0');
       for (const char stop : {'/', '=', '>'}) {
         ASSERT_EQ(nameLength(text.data(), stop), nameLengthPortable(text.data(), stop))
             << "end " << end << " length " << length << " stop " << stop;

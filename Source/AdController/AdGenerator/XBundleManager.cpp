@@ -15,9 +15,9 @@ XBundleManager& XBundleManager::sharedManager() {
 
 std::optional<std::string> XBundleManager::bundlePathForResource(std::string_view name,
                                                                  std::string_view type,
-                                                                 std::string_view bundle) {
+                                                                 std::string_view bundle) const {
   const OperationLog log{"+[XBundleManager bundlePathForResource:ofType:]"};
-  return Runtime::current().platform().bundle->pathForResource(bundle, name, type);
+  return bundle_->pathForResource(bundle, name, type);
 }
 
 }  // namespace tavo

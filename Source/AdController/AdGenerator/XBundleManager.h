@@ -1,8 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "Runtime/Environment.h"
+#include "Services/Bundle.h"
 
 namespace tavo {
 
@@ -11,10 +15,15 @@ class XBundleManager {
  public:
   [[nodiscard]] static XBundleManager& sharedManager();
 
+  explicit XBundleManager(Environment& environment) : bundle_{environment.platform().bundle} {}
+
   // The path of the library's own resource `name`.`type`, or of one in its resource bundle
   // `bundle`; none when there is no such file.
-  [[nodiscard]] static std::optional<std::string> bundlePathForResource(
-      std::string_view name, std::string_view type, std::string_view bundle = {});
+  [[nodiscard]] std::optional<std::string> bundlePathForResource(
+      std::string_view name, std::string_view type, std::string_view bundle = {}) const;
+
+ private:
+  const std::shared_ptr<Bundle> bundle_;
 };
 
 }  // namespace tavo

@@ -76,9 +76,10 @@ void XWebViewAgent::orientationDidChange() {
   if (superview() != nullptr) setFrame(superview()->frame());
 }
 
-std::optional<std::string> XWebViewAgent::MRAIDScriptPath() {
+std::optional<std::string> XWebViewAgent::MRAIDScriptPath() const {
   const OperationLog log{"-[XWebViewAgent MRAIDScriptPath]"};
-  return XBundleManager::bundlePathForResource("XMraid", "js", "CorvaneTAVOSDKMRAID");
+  return environment_->shared<XBundleManager>().bundlePathForResource("XMraid", "js",
+                                                                      "CorvaneTAVOSDKMRAID");
 }
 
 void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,

@@ -46,7 +46,7 @@ class XWebViewAgent : public View, public WebViewClient {
                       std::weak_ptr<WebViewAgentHost> xAdView);
 
   // The path of the MRAID script among the resources, or none.
-  [[nodiscard]] static std::optional<std::string> MRAIDScriptPath();
+  [[nodiscard]] std::optional<std::string> MRAIDScriptPath() const;
 
   // Follows a click.
   void openUrl(const Url& url);

@@ -10,8 +10,8 @@ namespace {
 void scanPortable(const char* text, std::size_t blocks, std::uint64_t* bits) {
   for (std::size_t block = 0; block < blocks; ++block) {
     std::uint64_t word = 0;
-    for (std::size_t at = 0; at < kMarkupBlock; ++at) {
-      const char c = text[block * kMarkupBlock + at];
+    for (std::size_t at = 0; at < markupBlock; ++at) {
+      const char c = text[block * markupBlock + at];
       word |= static_cast<std::uint64_t>((c == '<') | (c == ']') | (c == '"') | (c == '\'')) << at;
     }
     bits[block] = word;
@@ -30,7 +30,7 @@ std::uint64_t bitsOf16(const char* text) {
 }
 
 void scanSse2(const char* text, std::size_t blocks, std::uint64_t* bits) {
-  for (std::size_t block = 0; block < blocks; ++block, text += kMarkupBlock) {
+  for (std::size_t block = 0; block < blocks; ++block, text += markupBlock) {
     bits[block] = bitsOf16(text) | bitsOf16(text + 16) << 16 | bitsOf16(text + 32) << 32 |
                   bitsOf16(text + 48) << 48;
   }
@@ -47,7 +47,7 @@ void scanSse2(const char* text, std::size_t blocks, std::uint64_t* bits) {
 }
 
 [[gnu::target("avx2")]] void scanAvx2(const char* text, std::size_t blocks, std::uint64_t* bits) {
-  for (std::size_t block = 0; block < blocks; ++block, text += kMarkupBlock) {
+  for (std::size_t block = 0; block < blocks; ++block, text += markupBlock) {
     bits[block] = bitsOf32(text) | bitsOf32(text + 32) << 32;
   }
 }

@@ -6,7 +6,7 @@
 
 namespace tavo {
 
-inline constexpr std::size_t kMarkupBlock = 64;
+inline constexpr std::size_t markupBlock = 64;
 
 // Tells where the reader has to look: sets one word per block of 64 bytes, whose bit n says whether
 // byte n of the block is one of '<', ']', '"' and '\''. The other characters that mean something in

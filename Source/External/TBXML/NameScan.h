@@ -14,8 +14,8 @@ namespace tavo {
 [[nodiscard]] inline bool isBlankInTag(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
 // The length of the name that starts at `text`: it runs to the first blank, '>' or `stop`. The text
-// must hold such a character and be readable for kNameScanReach bytes after it.
-inline constexpr std::size_t kNameScanReach = 16;
+// must hold such a character and be readable for nameScanReach bytes after it.
+inline constexpr std::size_t nameScanReach = 16;
 
 [[nodiscard]] inline std::size_t nameLengthPortable(const char* text, char stop) {
   std::size_t length = 0;
@@ -35,9 +35,8 @@ inline constexpr std::size_t kNameScanReach = 16;
     const __m128i stops = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('>')),
                                        _mm_cmpeq_epi8(bytes, _mm_set1_epi8(stop)));
     const auto ends = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(blank, stops)));
-    if (ends != 0) [[likely]] {
+    if (ends != 0) [[likely]]
       return length + static_cast<std::size_t>(std::countr_zero(ends));
-    }
   }
 }
 #else

@@ -17,9 +17,9 @@ class RecordPool {
   // The first block is the caller's: room for `count` records, suitably aligned, that outlives the
   // pool.
   RecordPool(std::byte* memory, std::size_t count)
-      : free_(reinterpret_cast<Record*>(memory)),
-        end_(free_ + count),
-        size_(std::clamp(2 * count, kSmallestBlock, kLargestBlock)) {}
+      : free_{reinterpret_cast<Record*>(memory)},
+        end_{free_ + count},
+        size_{std::clamp(2 * count, smallestBlock, largestBlock)} {}
   ~RecordPool() {
     while (newest_ != nullptr) {
       ::operator delete(std::exchange(newest_, newest_->previous));
@@ -39,8 +39,8 @@ class RecordPool {
 
  private:
   static_assert(std::is_trivially_destructible_v<Record>, "blocks are dropped as raw memory");
-  static constexpr std::size_t kSmallestBlock = 32;
-  static constexpr std::size_t kLargestBlock = 16384;
+  static constexpr std::size_t smallestBlock = 32;
+  static constexpr std::size_t largestBlock = 16384;
 
   struct alignas(Record) Block {
     Block* previous;
@@ -51,7 +51,7 @@ class RecordPool {
     newest_ = ::new (memory) Block{newest_};
     free_ = reinterpret_cast<Record*>(newest_ + 1);
     end_ = free_ + size_;
-    size_ = std::min(2 * size_, kLargestBlock);
+    size_ = std::min(2 * size_, largestBlock);
   }
 
   Record* free_;

@@ -12,8 +12,8 @@ namespace {
 
 // Sizes are added up on the way to an allocation, so there is a bound for documents without one.
 std::size_t largestDocument(const XmlReadLimits& limits) {
-  constexpr std::size_t kLargest = std::numeric_limits<std::uint32_t>::max();
-  return std::min(limits.bytes, kLargest);
+  constexpr std::size_t largest = std::numeric_limits<std::uint32_t>::max();
+  return std::min(limits.bytes, largest);
 }
 
 }  // namespace
@@ -22,13 +22,13 @@ XTBXML::XTBXML(std::string_view document, const XmlReadLimits& limits)
     : XTBXML(document, limits, availableMarkupScans().fastest()) {}
 
 XTBXML::XTBXML(std::string_view document, const XmlReadLimits& limits, MarkupScan scan)
-    : tree_(document.size() <= largestDocument(limits) ? document.size() : 0) {
+    : tree_{document.size() <= largestDocument(limits) ? document.size() : 0} {
   if (document.size() > largestDocument(limits)) {
     tree_.passedLimit = true;
     return;
   }
   std::copy(document.begin(), document.end(), tree_.text());
-  std::fill_n(tree_.text() + document.size(), XmlTree::kTextSlack, '\0');
+  std::fill_n(tree_.text() + document.size(), XmlTree::textSlack, '\0');
   tokenizeXml(tree_, document.size(), limits, scan);
 }
 

@@ -18,10 +18,10 @@
 namespace tavo {
 namespace {
 
-constexpr std::string_view kComment = "<!--";
-constexpr std::string_view kCommentEnd = "-->";
-constexpr std::string_view kSection = "<![CDATA[";
-constexpr std::string_view kSectionEnd = "]]>";
+constexpr std::string_view comment = "<!--";
+constexpr std::string_view commentEnd = "-->";
+constexpr std::string_view section = "<![CDATA[";
+constexpr std::string_view sectionEndMark = "]]>";
 
 // A stretch of the text.
 struct Run {
@@ -77,9 +77,7 @@ struct Text {
 // Adds a stretch further on in the text to what has been joined so far. Each byte moves once at
 // most, towards the front, so a text of many sections still costs one pass.
 Run joined(const Text& text, Run before, Run more) {
-  if (before.begin == before.end) {
-    return more;
-  }
+  if (before.begin == before.end) return more;
   std::memmove(text.bytes + before.end, text.bytes + more.begin, more.end - more.begin);
   return {before.begin, before.end + more.end - more.begin};
 }
@@ -88,7 +86,7 @@ Run joined(const Text& text, Run before, Run more) {
 [[gnu::always_inline]] inline MarkupCursor sectionEnd(const Text& text, MarkupCursor cursor) {
   do {
     cursor.advance();
-  } while (!text.atEnd(cursor) && !text.has(text.at(cursor), kSectionEnd));
+  } while (!text.atEnd(cursor) && !text.has(text.at(cursor), sectionEndMark));
   return cursor;
 }
 
@@ -99,13 +97,13 @@ Run joined(const Text& text, Run before, Run more) {
   Run whole{begin, begin};
   while (!text.atEnd(cursor)) {
     const std::size_t place = text.at(cursor);
-    if (text.has(place, kSection)) {
-      const std::size_t content = place + kSection.size();
+    if (text.has(place, section)) {
+      const std::size_t content = place + section.size();
       cursor = sectionEnd(text, cursor);
       const std::size_t contentEnd = text.at(cursor);
       whole = joined(text, whole, {begin, place});
       whole = joined(text, whole, {content, contentEnd});
-      begin = text.behind(kSectionEnd, contentEnd);
+      begin = text.behind(sectionEndMark, contentEnd);
       cursor = skippedTo(text, cursor, begin);
     } else if (text.bytes[place] == terminator) {
       break;
@@ -122,14 +120,13 @@ Run joined(const Text& text, Run before, Run more) {
 class Tokenizer {
  public:
   Tokenizer(const Text& text, XmlTree& tree, const XmlReadLimits& limits)
-      : text_(text), tree_(tree), limits_(limits), cursor_(text.bits) {}
+      : text_{text}, tree_{tree}, limits_{limits}, cursor_{text.bits} {}
 
   void run() {
     for (seek('<'); !text_.atEnd(cursor_); seek('<')) {
       readMarkup();
-      if (tree_.passedLimit) [[unlikely]] {
+      if (tree_.passedLimit) [[unlikely]]
         return;
-      }
     }
   }
 
@@ -145,11 +142,9 @@ class Tokenizer {
       case '?':
         return skipBehind(">", place);
       case '!':
-        if (text_.has(place, kComment)) {
-          return skipBehind(kCommentEnd, place + kComment.size());
-        }
-        if (text_.has(place, kSection)) {  // the text of the element around it has ended before
-          return skipBehind(kSectionEnd, place + kSection.size());
+        if (text_.has(place, comment)) return skipBehind(commentEnd, place + comment.size());
+        if (text_.has(place, section)) {  // the text of the element around it has ended before
+          return skipBehind(sectionEndMark, place + section.size());
         }
         // Quirk: every other tag is an element, "<!DOCTYPE" too. It opens one and never closes it,
         // so that such a document has a root without the expected children. Ad servers send none,
@@ -216,9 +211,7 @@ class Tokenizer {
       while (readPlainAttribute(link, place)) {
       }
       place = skipBlanks(place);
-      if (place >= text_.size || text_.bytes[place] == '>') {
-        break;
-      }
+      if (place >= text_.size || text_.bytes[place] == '>') break;
       place = readOddAttribute(link, place);
     }
     return place;
@@ -237,9 +230,8 @@ class Tokenizer {
     MarkupCursor cursor = cursor_;
     cursor.advance();
     const std::size_t end = text_.at(cursor);
-    if (text_.bytes[end] != text_.bytes[quote]) [[unlikely]] {
+    if (text_.bytes[end] != text_.bytes[quote]) [[unlikely]]
       return false;
-    }
     append(link, {name, quote - 1}, {quote + 1, end});
     cursor.advance();
     cursor_ = cursor;
@@ -251,13 +243,9 @@ class Tokenizer {
   std::size_t readOddAttribute(XTBXMLAttribute**& link, std::size_t name) {
     const std::size_t nameEnd = name + nameLength(text_.bytes + name, '=');
     const std::size_t equals = skipBlanks(nameEnd);
-    if (text_.bytes[equals] != '=') {
-      return equals;
-    }
+    if (text_.bytes[equals] != '=') return equals;
     const std::size_t quote = skipBlanks(equals + 1);
-    if (!isQuote(text_.bytes[quote])) {
-      return quote + nameLength(text_.bytes + quote, '>');
-    }
+    if (!isQuote(text_.bytes[quote])) return quote + nameLength(text_.bytes + quote, '>');
     MarkupCursor cursor = skippedTo(text_, cursor_, quote);
     cursor.advance();
     append(link, {name, nameEnd}, unwrapped(text_, cursor, quote + 1, text_.bytes[quote]));
@@ -279,9 +267,9 @@ class Tokenizer {
   void readText(XTBXMLElement& element, std::size_t begin) {
     seek('<');
     const std::size_t end = text_.at(cursor_);
-    if (!text_.has(end, kSection)) {
+    if (!text_.has(end, section)) {
       element.text = text_.view({begin, end});
-    } else if (begin != end || !readWholeSection(element, end + kSection.size())) {
+    } else if (begin != end || !readWholeSection(element, end + section.size())) {
       MarkupCursor cursor = cursor_;
       element.text = text_.view(unwrapped(text_, cursor, begin, '<'));
       cursor_ = cursor;
@@ -293,9 +281,7 @@ class Tokenizer {
   bool readWholeSection(XTBXMLElement& element, std::size_t content) {
     MarkupCursor cursor = sectionEnd(text_, cursor_);
     const std::size_t end = text_.at(cursor);
-    if (end == text_.size || text_.bytes[end + kSectionEnd.size()] != '<') {
-      return false;
-    }
+    if (end == text_.size || text_.bytes[end + sectionEndMark.size()] != '<') return false;
     element.text = text_.view({content, end});
     cursor.advance();
     cursor.advance();
@@ -322,17 +308,17 @@ class Tokenizer {
 }  // namespace
 
 void tokenizeXml(XmlTree& tree, std::size_t size, const XmlReadLimits& limits, MarkupScan scan) {
-  constexpr std::size_t kFewBlocks = 512;  // 32 KB, more than most documents have
-  const std::size_t blocks = size / kMarkupBlock + 1;
-  std::array<std::uint64_t, kFewBlocks> few;
+  constexpr std::size_t fewBlocks = 512;  // 32 KB, more than most documents have
+  const std::size_t blocks = size / markupBlock + 1;
+  std::array<std::uint64_t, fewBlocks> few;
   std::unique_ptr<std::uint64_t[]> many;
   std::uint64_t* bits = few.data();
-  if (blocks > kFewBlocks) {
+  if (blocks > fewBlocks) {
     many = std::make_unique_for_overwrite<std::uint64_t[]>(blocks);
     bits = many.get();
   }
   scan(tree.text(), blocks, bits);
-  bits[size / kMarkupBlock] |= std::uint64_t{1} << size % kMarkupBlock;
+  bits[size / markupBlock] |= std::uint64_t{1} << size % markupBlock;
   Tokenizer{Text{tree.text(), size, bits}, tree, limits}.run();
 }
 

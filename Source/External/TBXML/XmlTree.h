@@ -14,22 +14,22 @@ namespace tavo {
 class XmlTree {
  public:
   explicit XmlTree(std::size_t textSize)
-      : XmlTree(textSize, textSize / kBytesForElement + 1, textSize / kBytesForAttribute + 1) {}
+      : XmlTree(textSize, textSize / bytesForElement + 1, textSize / bytesForAttribute + 1) {}
 
-  // Room for the text and kTextSlack bytes behind it.
+  // Room for the text and textSlack bytes behind it.
   [[nodiscard]] char* text() const { return text_; }
 
   // Zero bytes that the tokenizer wants to be able to read behind a text.
-  static constexpr std::size_t kTextSlack = 2 * kMarkupBlock;
+  static constexpr std::size_t textSlack = 2 * markupBlock;
 
  private:
-  static constexpr std::size_t kBytesForElement = 64;
-  static constexpr std::size_t kBytesForAttribute = 40;
+  static constexpr std::size_t bytesForElement = 64;
+  static constexpr std::size_t bytesForAttribute = 40;
 
   XmlTree(std::size_t textSize, std::size_t elementCount, std::size_t attributeCount)
       : memory_(std::make_unique_for_overwrite<std::byte[]>(
             elementCount * sizeof(XTBXMLElement) + attributeCount * sizeof(XTBXMLAttribute) +
-            textSize + kTextSlack)),
+            textSize + textSlack)),
         text_(reinterpret_cast<char*>(memory_.get() + elementCount * sizeof(XTBXMLElement) +
                                       attributeCount * sizeof(XTBXMLAttribute))),
         elements(memory_.get(), elementCount),
