@@ -40,9 +40,10 @@ enum class MailComposeResult { cancelled = 0, saved = 1, sent = 2, failed = 3 };
 enum class EventEditAction { cancelled = 0, saved = 1, deleted = 2 };
 
 // Makes the system's sheets in which the user looks over what a creative wants done, changes it,
-// and goes on or not. Whoever asks for a sheet presents it, and dismisses it once it reports;
-// nothing leaves the machine before the user has said so. A sheet reports once, on the main thread,
-// never inside the call that made it; it may be dropped from inside the report. Main thread only.
+// and goes on or not. Whoever asks for a sheet presents it, and may dismiss it once it reports; a
+// sheet that is still there after its report leaves by itself. Nothing leaves the machine before
+// the user has said so. A sheet reports once, on the main thread, never inside the call that made
+// it; it may be dropped from inside the report. Main thread only.
 class Composers {
  public:
   virtual ~Composers() = default;

@@ -285,7 +285,8 @@ void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
   emptySlot(view);
   View& slotView = view.sceneView();
   const Rect& frame = slotView.frame();
-  const auto banner = XMRAIDBannerView::create({0, 0, frame.width, frame.height}, bannerEvents_);
+  const auto banner =
+      XMRAIDBannerView::create(environment_, {0, 0, frame.width, frame.height}, bannerEvents_);
   // An interstitial's picture is fetched before its screen is there.
   if (view.mobileAdTypes() == MobileAdTypes::interstitial) {
     banner->setAutoresizingMask(flexibleWidth | flexibleHeight);

@@ -32,8 +32,13 @@ void StorePresenter::show(std::int64_t application) {
   delay_ = platform.runLoop->after(storeSheetDelay, [this, sheet] { present(sheet); });
 }
 
-void StorePresenter::present(const std::shared_ptr<ViewController>& sheet) const {
-  if (auto* presenter = events_.presenter()) presenter->presentViewController(sheet, Animated::yes);
+void StorePresenter::present(const std::shared_ptr<ViewController>& sheet) {
+  if (auto* presenter = events_.presenter()) sheets_.present(*presenter, sheet);
+}
+
+void StorePresenter::end() {
+  forget();
+  sheets_.dismissAll();
 }
 
 void StorePresenter::sheetFinished() {

@@ -6,13 +6,14 @@
 
 #include <tavo/ViewController.h>
 
+#include "ClickThrough/OpenSheets.h"
 #include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
 
 // Shows an application's page in the store, in the system's sheet above what is in front. Main
-// thread only; dropping it forgets a sheet that is not on the screen yet.
+// thread only; dropping it ends it.
 class StorePresenter : public std::enable_shared_from_this<StorePresenter> {
  public:
   struct Events {
@@ -30,15 +31,18 @@ class StorePresenter : public std::enable_shared_from_this<StorePresenter> {
   void show(std::int64_t application);
   // A sheet that is still to come stays away.
   void forget() { delay_.invalidate(); }
+  // The same, and one that is on the screen leaves it without a report.
+  void end();
 
  private:
   StorePresenter(std::shared_ptr<Environment> environment, Events events);
 
-  void present(const std::shared_ptr<ViewController>& sheet) const;
+  void present(const std::shared_ptr<ViewController>& sheet);
   void sheetFinished();
 
   std::shared_ptr<Environment> environment_;
   Events events_;
+  OpenSheets sheets_;
   std::weak_ptr<ViewController> sheet_;
   Timer delay_;
 };

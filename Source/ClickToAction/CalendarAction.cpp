@@ -1,6 +1,6 @@
 #include "ClickToAction/CalendarAction.h"
 
-#include "ClickThrough/Sheets.h"
+#include "ClickThrough/OpenSheets.h"
 #include "ClickToAction/CalendarClick.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -76,7 +76,7 @@ void CalendarAction::presentEditor(ViewController& presenter, const CalendarEven
         if (const auto self = weak.lock()) self->editorFinished(action, edited);
       });
   editor_ = editor;
-  presenter.presentViewController(editor, Animated::yes);
+  sheets_.present(presenter, editor);
 }
 
 void CalendarAction::editorFinished(EventEditAction action, const CalendarEvent& event) {

@@ -6,6 +6,7 @@
 
 #include <tavo/ClickToAction.h>
 
+#include "ClickThrough/OpenSheets.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "Runtime/Environment.h"
 #include "Services/Composers.h"
@@ -24,6 +25,9 @@ class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
 
   void createCalendarEventWithParamter(const ClickToActionParameters& parameters);
 
+  // Takes an open editor away.
+  void end() { sheets_.dismissAll(); }
+
   // Asks for access in the background, where nothing has been decided.
   void checkCalendarAuthorizationStatus();
 
@@ -40,6 +44,7 @@ class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
 
   std::shared_ptr<Environment> environment_;
   ClickActionsView& view_;
+  OpenSheets sheets_;
   std::weak_ptr<ViewController> editor_;
 };
 

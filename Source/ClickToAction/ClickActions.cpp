@@ -1,6 +1,6 @@
 #include "ClickToAction/ClickActions.h"
 
-#include "ClickThrough/Sheets.h"
+#include "ClickThrough/OpenSheets.h"
 #include "ClickToAction/ClickUrls.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -67,6 +67,12 @@ ClickActions::ClickActions(std::shared_ptr<Environment> environment, ClickAction
       view_{view},
       calendar_{CalendarAction::create(environment_, view)},
       browser_{WebClickThrough::create(environment_, view)} {}
+
+void ClickActions::end() {
+  browser_->end();
+  calendar_->end();
+  sheets_.dismissAll();
+}
 
 void ClickActions::openDiallerWithUrl(const Url& url) {
   const OperationLog log{"-[XAdView openDiallerWithUrl:]"};
@@ -168,7 +174,7 @@ void ClickActions::sendSMSWithParamter(const ClickToActionParameters& parameters
         dismissSheet(*sheet, Animated::yes);
       });
   *sheet = composer;
-  presenter->presentViewController(composer, Animated::yes);
+  sheets_.present(*presenter, composer);
 }
 
 // The expanded controller has nothing on the screen to present from while the ad is not expanded;
@@ -195,7 +201,7 @@ void ClickActions::sendMailWithParameters(const ClickToActionParameters& paramet
     dismissSheet(*sheet, Animated::yes);
   });
   *sheet = composer;
-  presenter->presentViewController(composer, Animated::yes);
+  sheets_.present(*presenter, composer);
 }
 
 void ClickActions::handlePlayVideoWithURL(const Url& url) {
@@ -206,7 +212,7 @@ void ClickActions::handlePlayVideoWithURL(const Url& url) {
   if (view_.state() == MRAIDState::expanded) {
     // Quirk: above an expanded ad the user starts the video.
     if (auto* expanded = view_.expandedViewController()) {
-      expanded->presentViewController(player, Animated::yes);
+      sheets_.present(*expanded, player);
     }
     return;
   }
@@ -215,7 +221,7 @@ void ClickActions::handlePlayVideoWithURL(const Url& url) {
   auto* presenter =
       isInterstitial ? view_.currentViewController() : view_.windowRootViewController();
   if (presenter == nullptr) return;
-  presenter->presentViewController(player, Animated::yes);
+  sheets_.present(*presenter, player);
   player->play();
 }
 

@@ -6,6 +6,7 @@
 #include <tavo/ClickToAction.h>
 #include <tavo/Url.h>
 
+#include "ClickThrough/OpenSheets.h"
 #include "ClickToAction/CalendarAction.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "ClickToAction/WebClickThrough.h"
@@ -37,6 +38,10 @@ class ClickActions : public std::enable_shared_from_this<ClickActions> {
     return browser_->appBrowser();
   }
 
+  // The ad goes: what its clicks have put on the screen is taken away, and nothing is to follow. A
+  // browser that was open reports that it has closed.
+  void end();
+
   // Plays a video over the whole window; the user may close it.
   void handlePlayVideoWithURL(const Url& url);
 
@@ -57,6 +62,7 @@ class ClickActions : public std::enable_shared_from_this<ClickActions> {
 
   std::shared_ptr<Environment> environment_;
   ClickActionsView& view_;
+  OpenSheets sheets_;
   std::shared_ptr<CalendarAction> calendar_;
   std::shared_ptr<WebClickThrough> browser_;
 };

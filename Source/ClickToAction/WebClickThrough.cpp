@@ -13,11 +13,12 @@ namespace tavo {
 
 namespace {
 
-// `url`, or else the same with a web scheme in front, whichever the system can open; empty: none.
+// `url`, or else the same with a web scheme in front, whichever can be opened: by the browser of
+// this library, which needs no other program for pages, or by the system. Empty: none.
 Url openableForm(const Url& url, const Application& application) {
   for (const char* const prefix : {"", "http://", "https://"}) {
     auto form = Url::fromText(prefix + url.text());
-    if (!form.empty() && application.canOpenUrl(form)) return form;
+    if (form.isHttp() || (!form.empty() && application.canOpenUrl(form))) return form;
   }
   return {};
 }
@@ -130,8 +131,14 @@ void WebClickThrough::presentInAppBrowserWithViewController(ViewController* cont
   if (platform.device->systemVersion() == "7.0") {
     platform.application->setStatusBarHidden(true, StatusBarAnimation::fade);
   }
-  held->presentViewController(browser, Animated::yes);
+  sheets_.present(*held, browser);
   browser->setURL(page);
+}
+
+void WebClickThrough::end() {
+  resolution_.forget();
+  store_->end();
+  sheets_.dismissAll();
 }
 
 bool WebClickThrough::appBrowserOpen() const {

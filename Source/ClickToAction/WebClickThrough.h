@@ -5,6 +5,7 @@
 #include <tavo/Url.h>
 
 #include "ClickThrough/ClickResolution.h"
+#include "ClickThrough/OpenSheets.h"
 #include "ClickThrough/StorePresenter.h"
 #include "ClickToAction/ClickActionsView.h"
 #include "Runtime/Environment.h"
@@ -23,6 +24,9 @@ class WebClickThrough : public std::enable_shared_from_this<WebClickThrough> {
   // Where the way leads is found out first, without holding anything up; a second click meanwhile
   // takes the place of the first.
   void openUrlInBrowser(const Url& url);
+
+  // Takes the page or the sheet away and forgets a click whose way is still looked up.
+  void end();
 
   [[nodiscard]] bool appBrowserOpen() const;
   [[nodiscard]] const std::shared_ptr<XInAppBrowser>& appBrowser() const { return appBrowser_; }
@@ -45,6 +49,7 @@ class WebClickThrough : public std::enable_shared_from_this<WebClickThrough> {
   ClickActionsView& view_;
   std::shared_ptr<XInAppBrowser> appBrowser_;
   std::shared_ptr<const XInAppBrowserDelegate> browserEvents_;
+  OpenSheets sheets_;
   ClickResolution resolution_;
   std::shared_ptr<StorePresenter> store_;
 };

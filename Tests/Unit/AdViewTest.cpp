@@ -288,8 +288,8 @@ TEST_F(AdViewTest, ABannerBesideTheOriginCropsFromThereQuirk) {
   settle();
   // The picture's view stands at the banner's own origin, so its crop begins at zero; a view that
   // stands elsewhere crops from there.
-  const auto picture =
-      XMRAIDBannerView::create({600, 90, 320, 50}, std::make_shared<XMRAIDBannerViewDelegate>());
+  const auto picture = XMRAIDBannerView::create(runtime_.environment(), {600, 90, 320, 50},
+                                                std::make_shared<XMRAIDBannerViewDelegate>());
   picture->loadImageWithURL(Url::parse("http://cdn.example/a.png"), banner_);
   settle();
   EXPECT_EQ(picture->image().width(), 40);

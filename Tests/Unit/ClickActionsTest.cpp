@@ -362,6 +362,38 @@ TEST_F(ClickActionsTest, WithoutAWindowNothingIsShown) {
   }
 }
 
+TEST_F(ClickVideoTest, NothingStaysOnTheScreenBeyondItsAd) {
+  view_.slot->shouldOpenClickThroughURLInAppBrowser = true;
+  platform_.http->answerWith("http://click.example/", "text/html", "<p></p>");
+  platform_.http->answerWith("http://store.example/id1", "text/html", "<p></p>");
+  const auto with = [](void (ClickActions::*open)(const Url&), const char* clicked) {
+    return [open, clicked](ClickActions& actions) { (actions.*open)(Url::fromText(clicked)); };
+  };
+  const std::function<void(ClickActions&)> rows[] = {
+      with(&ClickActions::sendSMSWithUrl, "sms:1"),
+      with(&ClickActions::sendEmailWithUrl, "mailto:a@b.example"),
+      with(&ClickActions::handlePlayVideoWithURL, url),
+      with(&ClickActions::openUrlInBrowser, "http://click.example/"),
+      with(&ClickActions::openUrlInBrowser, "http://store.example/id1"),
+      [](ClickActions& actions) { actions.createCalendarEvent(eventText); }};
+  for (const bool ends : {true, false}) {
+    for (const auto& open : rows) {
+      SCOPED_TRACE(&open - rows);
+      open(*actions_);
+      platform_.runLoop->advance(Seconds{0.6});
+      EXPECT_NE(presenters(), "");
+      if (ends) {
+        actions_->end();
+      } else {
+        actions_ = ClickActions::create(runtime_.environment(), view_);
+      }
+      EXPECT_EQ(presenters(), "");
+      settle();
+      happened();
+    }
+  }
+}
+
 TEST_F(ClickActionsTest, AViewThatIsGoneIsNotAskedAgain) {
   actions_->createCalendarEvent(eventText);
   actions_.reset();

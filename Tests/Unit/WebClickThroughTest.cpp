@@ -143,12 +143,31 @@ TEST_F(WebClickThroughTest, AUrlThatTheSystemDoesNotKnowIsTriedAsAWebPage) {
   settle();
   EXPECT_THAT(platform_.log->messages(), Contains("Can Open URL: http://click.example/page, 1"));
   EXPECT_EQ(platform_.webViews->last()->url().text(), "http://click.example/page");
-  close();
+}
+
+TEST_F(WebClickThroughTest, ThePageInsideNeedsNoOtherProgram) {
   platform_.application->openableSchemes = {};
   click();
   settle();
-  EXPECT_THAT(happened(), ElementsAre("expanded"));
-  EXPECT_FALSE(actions_->appBrowserOpen());
+  EXPECT_THAT(happened(), ElementsAre("expanded", "willOpenInInAppBrowser"));
+}
+
+TEST_F(WebClickThroughTest, ABrowserThatGoesWithWhatItStandsOnSaysSo) {
+  view_.mraidState = MRAIDState::expanded;
+  click();
+  settle();
+  happened();
+  expanded_->dismissViewController(Animated::no);
+  EXPECT_THAT(happened(), IsEmpty()) << "not while somebody else is taking it away";
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("not expanded", "appBrowserClosed"));
+}
+
+TEST_F(WebClickThroughTest, AClickWhoseAdHasEndedOpensNothing) {
+  click();
+  actions_->end();
+  settle();
+  EXPECT_EQ(presenters(), "");
 }
 
 TEST_F(WebClickThroughTest, QuirkOneVersionHidesTheStatusBar) {

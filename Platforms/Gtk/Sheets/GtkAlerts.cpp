@@ -70,12 +70,21 @@ void GtkAlerts::show(const Alert& alert, std::function<void(std::size_t)> answer
   const auto shown = std::make_shared<Shown>(*parent, alert);
   shown->answered = std::move(answered);
   shown_.push_back(shown);
-  // A negative response is the dialog being closed: by Escape, by its window, by its parent.
-  shown->dialog.signal_response().connect(
-      [this, weak = std::weak_ptr{shown}, cancel = alert.cancelButton](int response) {
-        const auto held = weak.lock();
-        if (held) answer(held, response < 0 ? cancel : static_cast<std::size_t>(response));
-      });
+  const auto chosen = [this, weak = std::weak_ptr{shown}](std::size_t button) {
+    if (const auto held = weak.lock()) answer(held, button);
+  };
+  // A negative response is the dialog being closed from inside the program.
+  shown->dialog.signal_response().connect([chosen, cancel = alert.cancelButton](int response) {
+    chosen(response < 0 ? cancel : static_cast<std::size_t>(response));
+  });
+  // By Escape, or by its window. Left to the toolkit the dialog would be destroyed inside the
+  // answer.
+  shown->dialog.signal_close_request().connect(
+      [chosen, cancel = alert.cancelButton] {
+        chosen(cancel);
+        return true;
+      },
+      false);
   shown->dialog.present();
 }
 

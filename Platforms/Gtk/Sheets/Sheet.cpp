@@ -134,9 +134,12 @@ void SheetForm::addButton(const Glib::ustring& label, Role role, std::function<v
   auto* button = Gtk::make_managed<Gtk::Button>(label);
   if (role == Role::suggested) button->add_css_class("suggested-action");
   if (role == Role::destructive) button->add_css_class("destructive-action");
-  button->signal_clicked().connect([pressed = std::move(pressed)] {
-    const auto run = pressed;  // the button may be gone afterwards
+  button->signal_clicked().connect([this, pressed = std::move(pressed)] {
+    // The button and its form may be gone afterwards.
+    const auto run = pressed;
+    const auto finished = finished_;
     run();
+    if (finished) finished();
   });
   actions_.append(*button);
 }
@@ -146,11 +149,23 @@ Sheet::Sheet(SheetForm& form, std::function<void()> cancel)
       form_{form},
       cancel_{std::move(cancel)} {}
 
-std::shared_ptr<View> Sheet::loadView() { return std::make_shared<SheetView>(widget_); }
+void closeSheet(ViewController& sheet) {
+  if (auto* presenter = sheet.presentingViewController()) {
+    presenter->dismissViewController(Animated::yes);
+  }
+}
+
+std::shared_ptr<View> Sheet::loadView() {
+  form_.setFinished([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) closeSheet(*self);
+  });
+  return std::make_shared<SheetView>(widget_);
+}
 
 bool Sheet::cancelOperation() {
   const auto held = shared_from_this();
   cancel_();
+  closeSheet(*this);
   return true;
 }
 

@@ -29,6 +29,8 @@ class SheetForm : public Gtk::Box {
   Gtk::TextView& addText(const Glib::ustring& label, const Glib::ustring& text);
   void addNote(const Glib::ustring& text);
   void addButton(const Glib::ustring& label, Role role, std::function<void()> pressed);
+  // Hears of every button after what the button does.
+  void setFinished(std::function<void()> finished) { finished_ = std::move(finished); }
 
  private:
   void addRow(const Glib::ustring& label, Gtk::Widget& field, Gtk::Widget& focused);
@@ -38,9 +40,14 @@ class SheetForm : public Gtk::Box {
   Gtk::Grid fields_;
   Gtk::Box actions_{Gtk::Orientation::HORIZONTAL};
   int rows_ = 0;
+  std::function<void()> finished_;
 };
 
-// A sheet in the scene: presented like any controller, drawn by the toolkit. Main thread only.
+// Takes a sheet off the screen when whoever has presented it did not: the ad behind it may be gone.
+void closeSheet(ViewController& sheet);
+
+// A sheet in the scene: presented like any controller, drawn by the toolkit. It leaves the screen
+// with whatever the user does first. Main thread only.
 class Sheet : public ViewController {
  public:
   // `cancel` is what the Escape key does.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Gtk/Sheets/Sheet.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -59,6 +61,7 @@ bool StoreSheet::cancelOperation() {
 void StoreSheet::finish() {
   const auto held = shared_from_this();
   if (const auto report = std::exchange(finished_, {})) report();
+  closeSheet(*this);
 }
 
 }  // namespace tavo::gtk

@@ -1,7 +1,7 @@
 #include "UserInterface/NativeView/VideoClickThrough.h"
 
 #include "ClickThrough/AppStore.h"
-#include "ClickThrough/Sheets.h"
+#include "ClickThrough/OpenSheets.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Relay.h"
 #include "Services/Application.h"
@@ -72,6 +72,7 @@ std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
 
 bool VideoClickThrough::closeBrowser() {
   const auto browser = std::exchange(browser_, nullptr);
+  if (browser) browser->delegate.set(nullptr);
   dismissSheet(browser, Animated::yes);
   return browser != nullptr;
 }

@@ -195,17 +195,24 @@ bool XInAppBrowser::cancelOperation() {
 
 void XInAppBrowser::dismissBrowser() {
   const auto held = shared_from_this();
-  dismissViewController(Animated::yes, [this] {
-    const OperationLog log{"-[XInAppBrowser dismissed]"};
-    log.debug("\n\nApp Browser dismissed");
-    delegate.tell(&XInAppBrowserDelegate::XInAppBrowserClose, *this);
-  });
+  dismissesItself_ = true;
+  dismissViewController(Animated::yes, [this] { tellClosed(); });
+  dismissesItself_ = false;
+}
+
+void XInAppBrowser::tellClosed() {
+  const OperationLog log{"-[XInAppBrowser dismissed]"};
+  log.debug("\n\nApp Browser dismissed");
+  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserClose, *this);
 }
 
 void XInAppBrowser::viewDidDisappear(Animated /*animated*/) {
   progress_->stop();
-  store_->forget();
+  store_->end();
   webView_->stopLoading();
+  if (!isBeingDismissed() || dismissesItself_) return;
+  // Somebody else takes it away, and is in the middle of that.
+  environment_->platform().runLoop->post([this, held = shared_from_this()] { tellClosed(); });
 }
 
 void XInAppBrowser::updateHistoryButtons() {

@@ -23,7 +23,7 @@ class XInAppBrowser;
 
 // What an in-app browser reports. Main thread.
 struct XInAppBrowserDelegate {
-  // The browser has left the screen.
+  // The browser has left the screen, by its own button or because what it stood on went.
   std::function<void(XInAppBrowser&)> XInAppBrowserClose{};
   // A page is about to open outside the application.
   std::function<void(XInAppBrowser&)> XInAppBrowserWillLeaveApplication{};
@@ -99,6 +99,7 @@ class XInAppBrowser : public ViewController, public WebViewClient {
   void nameAfter(const std::string& title);
   void leaveApplication(const Url& url);
   void dismissBrowser();
+  void tellClosed();
 
   // Whether the page loads.
   bool carryOut(const LoadPage& verdict, const Url& url);
@@ -114,6 +115,7 @@ class XInAppBrowser : public ViewController, public WebViewClient {
   std::shared_ptr<BrowserToolbar> toolbar_;
   std::shared_ptr<LoadProgress> progress_;
   std::shared_ptr<StorePresenter> store_;
+  bool dismissesItself_ = false;
 };
 
 }  // namespace tavo

@@ -1,7 +1,6 @@
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 
 #include <tavo/Button.h>
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
@@ -11,9 +10,10 @@
 namespace tavo {
 
 std::shared_ptr<XMRAIDBannerView> XMRAIDBannerView::create(
-    const Rect& frame, const std::shared_ptr<const XMRAIDBannerViewDelegate>& delegate) {
+    std::shared_ptr<Environment> environment, const Rect& frame,
+    const std::shared_ptr<const XMRAIDBannerViewDelegate>& delegate) {
   const OperationLog log{"-[XMRAIDBannerView initWithFrame:Delegate:]"};
-  std::shared_ptr<XMRAIDBannerView> banner{new XMRAIDBannerView{frame}};
+  std::shared_ptr<XMRAIDBannerView> banner{new XMRAIDBannerView{std::move(environment), frame}};
   banner->delegate.set(delegate);
   banner->setClipsToBounds(true);
   banner->addTapGesture();
@@ -52,18 +52,19 @@ void XMRAIDBannerView::loadImageWithURL(const Url& url, std::weak_ptr<ClickThrou
   const OperationLog log{"-[XMRAIDBannerView loadImageWithURL:withXadView:]"};
   xAdViewInstance = std::move(xAdView);
   if (exchange_) exchange_->cancel();
-  auto& runtime = Runtime::current();
+  const auto& limits = environment_->limits();
   HttpRequest request{.url = url};
-  request.idleTimeout = runtime.limits().requestIdleTimeout;
-  request.deadline = runtime.limits().requestDeadline;
-  request.maximumBodyBytes = runtime.limits().pictureBytes;
+  request.idleTimeout = limits.requestIdleTimeout;
+  request.deadline = limits.requestDeadline;
+  request.maximumBodyBytes = limits.pictureBytes;
   platformLog("Async Call to load image with URL: " + url.text());
   const std::weak_ptr<View> weak = weak_from_this();
   const int fetch = ++fetch_;
-  exchange_ = runtime.platform().http->send(std::move(request), [weak, fetch](const auto& result) {
-    const auto self = std::static_pointer_cast<XMRAIDBannerView>(weak.lock());
-    if (self && self->fetch_ == fetch) self->received(result);
-  });
+  exchange_ =
+      environment_->platform().http->send(std::move(request), [weak, fetch](const auto& result) {
+        const auto self = std::static_pointer_cast<XMRAIDBannerView>(weak.lock());
+        if (self && self->fetch_ == fetch) self->received(result);
+      });
 }
 
 void XMRAIDBannerView::received(const HttpResult& result) {
@@ -75,7 +76,7 @@ void XMRAIDBannerView::received(const HttpResult& result) {
     return;
   }
   const std::weak_ptr<View> weak = weak_from_this();
-  Runtime::current().platform().images->decode(
+  environment_->platform().images->decode(
       result.response ? result.response->body : std::string{},
       [weak, fetch = fetch_](const Image& picture) {
         const auto self = std::static_pointer_cast<XMRAIDBannerView>(weak.lock());

@@ -2,14 +2,14 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
+#include <utility>
 
 #include <tavo/Error.h>
 #include <tavo/ImageView.h>
 #include <tavo/Observer.h>
 
 #include "ClickThrough/ClickThroughHost.h"
-#include "Runtime/NotificationCenter.h"
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 
 namespace tavo {
@@ -28,7 +28,8 @@ struct XMRAIDBannerViewDelegate {
 class XMRAIDBannerView : public ImageView {
  public:
   [[nodiscard]] static std::shared_ptr<XMRAIDBannerView> create(
-      const Rect& frame, const std::shared_ptr<const XMRAIDBannerViewDelegate>& delegate);
+      std::shared_ptr<Environment> environment, const Rect& frame,
+      const std::shared_ptr<const XMRAIDBannerViewDelegate>& delegate);
   ~XMRAIDBannerView() override;
 
   Observer<XMRAIDBannerViewDelegate> delegate;
@@ -45,7 +46,8 @@ class XMRAIDBannerView : public ImageView {
   void openUrl(const Url& url);
 
  private:
-  explicit XMRAIDBannerView(const Rect& frame) : ImageView{frame} {}
+  XMRAIDBannerView(std::shared_ptr<Environment> environment, const Rect& frame)
+      : ImageView{frame}, environment_{std::move(environment)} {}
 
   void addTapGesture();
   void onTap(const TapRecognizer& recognizer);
@@ -53,6 +55,7 @@ class XMRAIDBannerView : public ImageView {
   void decoded(const Image& picture);
   void show(const Image& picture);
 
+  std::shared_ptr<Environment> environment_;
   std::shared_ptr<HttpClient::Exchange> exchange_;
   int fetch_ = 0;  // counts fetches, so that a late picture of a replaced one is dropped
 };
