@@ -122,6 +122,46 @@ TEST_F(VideoClickTest, AStorePageOpensTheSheetAfterAMoment) {
   EXPECT_THAT(played(), ElementsAre(handedBack));
 }
 
+TEST_F(VideoClickTest, WhatIsStillToComeOfAClickStaysAwayOnceTheAdIsOver) {
+  for (const char* way : {"http://slow.example/", "http://store.example/id42"}) {
+    for (const bool preroll : {true, false}) {
+      SCOPED_TRACE(std::string{way} + (preroll ? " preroll" : " interstitial"));
+      platform_.http->forget(clickUrl);
+      platform_.http->answer(clickUrl, {.status = 302, .headers = {{"Location", way}}});
+      platform_.http->answer("http://slow.example/", {.delay = Seconds{0.3}});
+      platform_.http->answerWith("http://store.example/id42", "text/html", "<p></p>");
+      preroll ? makePreroll() : makeInterstitial();
+      if (!preroll) host_.reset();
+      play();
+      advance(5);
+      click();
+      advance(0.1);
+      runtime_.notifications().post(notifications::didReceiveMemoryWarning);
+      advance(2);
+      EXPECT_EQ(root_->presentedViewController(), nullptr);
+    }
+  }
+}
+
+TEST_F(VideoClickTest, APageNeedsNoBrowserOfTheSystem) {
+  platform_.application->openableSchemes.clear();
+  platform_.device->version = "7.0";
+  startPreroll();
+  EXPECT_THAT(click(), ElementsAre("didClick", asked, "willOpenBrowser"));
+  EXPECT_TRUE(browser());
+  EXPECT_TRUE(platform_.application->statusBarHidden) << "only of this version";
+}
+
+TEST_F(VideoClickTest, AnAddressThatNothingCanShowOpensNothing) {
+  for (const char* address : {"", "tel:5550100"}) {
+    makePreroll();
+    play({.click = address});
+    advance(5);
+    click();
+    EXPECT_EQ(window_->topViewController(), root_.get()) << address;
+  }
+}
+
 TEST_F(VideoClickTest, WithoutRoomNothingIsShown) {
   startPreroll();
   const auto other = std::make_shared<ViewController>();

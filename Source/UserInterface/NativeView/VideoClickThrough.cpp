@@ -45,7 +45,7 @@ void VideoClickThrough::resolved(const Url& url, const HttpResult& result) {
 void VideoClickThrough::presentBrowser(const Url& url) {
   const auto& platform = environment_->platform();
   ViewController* presenter = events_.presenter();
-  if (presenter == nullptr || browser_ || !platform.application->canOpenUrl(url)) return;
+  if (presenter == nullptr || browser_ || !canShow(url)) return;
   const auto held = shared_from_this();
   const auto browser = makeBrowser();
   presenter->presentViewController(browser, Animated::yes);
@@ -59,6 +59,11 @@ void VideoClickThrough::presentBrowser(const Url& url) {
   events_.willOpenInAppBrowser();
 }
 
+// A page of the web needs no other application.
+bool VideoClickThrough::canShow(const Url& url) const {
+  return url.isHttp() || environment_->platform().application->canOpenUrl(url);
+}
+
 std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
   const Relay relay{*this};
   browserEvents_ = std::make_shared<XInAppBrowserDelegate>(XInAppBrowserDelegate{
@@ -70,7 +75,13 @@ std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
   return XInAppBrowser::create(environment_, browserEvents_);
 }
 
+void VideoClickThrough::forget() {
+  resolution_.forget();
+  if (store_) store_->forget();
+}
+
 bool VideoClickThrough::closeBrowser() {
+  forget();
   const auto browser = std::exchange(browser_, nullptr);
   if (browser) browser->delegate.set(nullptr);
   dismissSheet(browser, Animated::yes);

@@ -37,14 +37,20 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   // An empty URL opens nothing.
   void open(const Url& url, const XAdSlotConfiguration* slot);
 
-  // Takes an open page away without a report; returns whether there was one.
+  // Shows the page in the in-app browser, above everything; nothing where there is no room for it.
+  void presentBrowser(const Url& url);
+
+  // Takes an open page away without a report, and forgets a click whose page is still to come;
+  // returns whether a page was open.
   bool closeBrowser();
+  // Forgets that click and leaves an open page to the user.
+  void forget();
 
  private:
   void leaveApplication(const Url& url);
   void resolve(const Url& url);
   void resolved(const Url& url, const HttpResult& result);
-  void presentBrowser(const Url& url);
+  [[nodiscard]] bool canShow(const Url& url) const;
   [[nodiscard]] std::shared_ptr<XInAppBrowser> makeBrowser();
   void browserClosed() { events_.browserClosed(); }
   void willLeaveApplication() { events_.willLeaveApplication(); }
