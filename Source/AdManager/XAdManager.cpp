@@ -78,7 +78,14 @@ void XAdManager::makeVideoObserver() {
       .playerDidFinishWithErrorWithPlayer = relay.call(&XAdManager::playerDidFinishWithError),
       .dismissVastViewController = relay.call(&XAdManager::dismissVastViewController),
       .dismissVastViewControllerOnMemoryWarning =
-          relay.call(&XAdManager::dismissVastViewControllerOnMemoryWarning)});
+          relay.call(&XAdManager::dismissVastViewControllerOnMemoryWarning),
+      .hold = relay.call(&XAdManager::hold)});
+}
+
+// A view that is taken off the screen lets go of its manager at once.
+std::shared_ptr<const void> XAdManager::hold() {
+  return std::make_shared<std::pair<std::shared_ptr<XAdManager>, std::shared_ptr<AdManagerView>>>(
+      shared_from_this(), adView_.lock());
 }
 
 std::shared_ptr<XVASTVideoView> XAdManager::videoView() const {

@@ -89,6 +89,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void playerDidFinishWithError(const Error& error, const std::shared_ptr<MoviePlayer>& player);
   void dismissVastViewController();
   void dismissVastViewControllerOnMemoryWarning();
+  [[nodiscard]] std::shared_ptr<const void> hold();
   void processImpressionTracking();
   void fail(const Error& error);
 

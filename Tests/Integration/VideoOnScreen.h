@@ -121,6 +121,7 @@ class VideoOnScreen : public testing::Test {
         .xAdViewPrerollDidFinishWithPlayer =
             [this](XAdView&, const std::shared_ptr<MoviePlayer>& player) {
               told_.emplace_back(player == player_ ? "handedBack" : "handedBack another");
+              if (dropsSlot_) host().makeBanner();
             },
         .xAdViewDidFinishQuartile = noteQuartile,
         .xAdViewDidPauseVideo = [this](XAdView&) { told_.emplace_back("didPause"); },
@@ -150,10 +151,11 @@ class VideoOnScreen : public testing::Test {
       return std::find(all.begin(), all.end(), event) != all.end();
     });
   }
-  // The button on the video; null while there is none.
+  // The button on the video or on what shows it; null while there is none.
   [[nodiscard]] static Button* buttonOn(const View& video) {
     for (const auto& view : video.subviews()) {
       if (auto* button = dynamic_cast<Button*>(view.get())) return button;
+      if (auto* button = buttonOn(*view)) return button;
     }
     return nullptr;
   }
@@ -182,7 +184,8 @@ class VideoOnScreen : public testing::Test {
   std::shared_ptr<MoviePlayer> player_;
   std::unique_ptr<gtk::MovieSlot> slot_;
   Lines told_;
-  std::string why_;  // what the last failure said
+  std::string why_;         // what the last failure said
+  bool dropsSlot_ = false;  // as soon as the pre-roll is over
   std::shared_ptr<const XAdViewDelegate> events_;
 };
 

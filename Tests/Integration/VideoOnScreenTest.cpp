@@ -8,6 +8,7 @@
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/WidgetTree.h"
+#include "UserInterface/NativeView/XVASTVideoView.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
@@ -18,7 +19,23 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-class VideoOnScreenTest : public VideoOnScreen {};
+class VideoOnScreenTest : public VideoOnScreen {
+ protected:
+  // In place of the banner, without its controller.
+  static void loadInterstitial(const std::string& campaign) {
+    const auto& banner = host().banner();
+    banner->setMoviePlayerInstance(nullptr);
+    banner->setFrame({0, 0, 320, 240});
+    host().slot().queue_resize();
+    banner->setMobileAdTypes(MobileAdTypes::interstitial);
+    host().load(campaign);
+  }
+  static MoviePlayer& film() {
+    const auto view =
+        std::dynamic_pointer_cast<XVASTVideoView>(host().banner()->subviews().front());
+    return *view->mpMoviePlayer()->moviePlayerController();
+  }
+};
 
 TEST_F(VideoOnScreenTest, APrerollPlaysAndTheServerHearsEachMilestoneOnceAndInOrder) {
   player_->setContentUrl(Url::parse("http://127.0.0.1:1/film.mp4"));
@@ -180,8 +197,27 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
   EXPECT_TRUE(waitForPicture());
 }
 
-TEST_F(VideoOnScreenTest, TheCountdownStandsInSixPlaces) {
-  for (unsigned position = 0; position < 6; ++position) {
+TEST_F(VideoOnScreenTest, TheControlKeepsToTheCornerOfAPlayerThatChangesItsSize) {
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitForControl(*player_));
+  player_->pause();
+  for (const Rect& place : {Rect{0, 0, 200, 112}, Rect{0, 0, 640, 360}}) {
+    player_->setFrame(place);
+    EXPECT_EQ(buttonOn(*player_)->frame(), (Rect{place.width - 49, 0, 44, 44}));
+  }
+}
+
+TEST_F(VideoOnScreenTest, TheSkipIsToldThoughTheHostDropsTheSlotWhenThePrerollIsOver) {
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitForControl(*player_));
+  dropsSlot_ = true;
+  buttonOn(*player_)->press();
+  EXPECT_EQ(told_.back(), "didSkip");
+  EXPECT_TRUE(waitForPing("skip"));
+}
+
+TEST_F(VideoOnScreenTest, TheCountdownStandsInTheMiddleAndBelow) {
+  for (const unsigned position : {1U, 3U}) {
     SCOPED_TRACE(position);
     told_.clear();
     host().settings->countdownTimerPosition = position;
@@ -196,21 +232,36 @@ TEST_F(VideoOnScreenTest, TheCountdownStandsInSixPlaces) {
 }
 
 TEST_F(VideoOnScreenTest, ClosingTheInterstitialCountsAsASkip) {
-  const auto& banner = host().banner();
-  banner->setMoviePlayerInstance(nullptr);
-  banner->setFrame({0, 0, 320, 240});
-  host().slot().queue_resize();
-  banner->setMobileAdTypes(MobileAdTypes::interstitial);
-  host().load("vast-preroll");
+  loadInterstitial("vast-preroll");
   ASSERT_TRUE(waitFor("didLoad"));
-  ASSERT_EQ(banner->subviews().size(), 1U);
-  const View& video = *banner->subviews().front();
   host().keepPicture("interstitial-countdown");
-  ASSERT_TRUE(waitForControl(video));
+  ASSERT_TRUE(waitForControl(*host().banner()));
   host().keepPicture("interstitial-close");
-  buttonOn(video)->press();
+  buttonOn(*host().banner())->press();
   EXPECT_TRUE(waitForPing("skip"));
   EXPECT_EQ(told_.back(), "dismissed");
+}
+
+TEST_F(VideoOnScreenTest, AnInterstitialInFullScreenIsClosedWhereItsControlIsSeen) {
+  loadInterstitial("vast-preroll");
+  ASSERT_TRUE(waitForControl(*host().banner()));
+  film().setFullscreen(true);
+  ASSERT_TRUE(waitForPing("fullscreen"));
+  host().keepPicture("interstitial-full-screen");
+  EXPECT_TRUE(host().runUntil(
+      [] { return pressButtonAt(host().window(), host().window().get_width() - 27, 22); }));
+  EXPECT_EQ(told_.back(), "dismissed");
+  EXPECT_TRUE(waitForPing("skip"));
+}
+
+TEST_F(VideoOnScreenTest, AnInterstitialThatFailsIsToldAsThatAndNothingElse) {
+  HostileServer server;
+  server.on("/text.mp4", PlainAnswer{.body = "no video", .contentType = "video/mp4"});
+  campaigns().add("failing", campaigns().document(server.url("/text.mp4")));
+  loadInterstitial("failing");
+  ASSERT_TRUE(waitFor("didFail 2"));
+  EXPECT_TRUE(host().waitForFrames());
+  EXPECT_THAT(told_, ElementsAre("didFail 2"));
 }
 
 }  // namespace

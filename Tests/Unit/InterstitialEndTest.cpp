@@ -15,6 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
+using testing::StartsWith;
 using Lines = std::vector<std::string>;
 
 enum class Ad { page, picture, video, nothingYet };
@@ -233,18 +234,16 @@ TEST_F(InterstitialEndTest, ACancelledLoadIsNeitherToldNorAnEnd) {
   EXPECT_THAT(told(), IsEmpty());
 }
 
-TEST_F(InterstitialEndTest, AnAdThatCannotPlayFailsAndEnds) {
+TEST_F(InterstitialEndTest, AnAdThatCannotPlayFailsAndGoesWithoutAnotherWord) {
   makeController();
   (*platform_.moviePlayers->movies)[mediaUrl] = {.hasVideo = false};
   answer(vastAnswer(VastDocument{}.text()));
   loadController();
   present();
   settle();
+  EXPECT_TRUE(isOnScreen());
   advance(20);
-  const auto lines = told();
-  ASSERT_EQ(lines.size(), 2U);
-  EXPECT_TRUE(lines.front().starts_with("didFail "));
-  EXPECT_EQ(lines.back(), "dismissed");
+  EXPECT_THAT(told(), ElementsAre(StartsWith("didFail ")));
   EXPECT_FALSE(isOnScreen());
 }
 

@@ -83,6 +83,7 @@ std::vector<std::string> VastTest::played() {
 std::shared_ptr<Button> VastTest::buttonOn(View& video) {
   for (const auto& subview : video.subviews()) {
     if (auto button = std::dynamic_pointer_cast<Button>(subview)) return button;
+    if (auto button = buttonOn(*subview)) return button;
   }
   return nullptr;
 }

@@ -38,7 +38,7 @@ class VastTest : public AdViewTest {
   [[nodiscard]] headless::HeadlessMoviePlayer& movie();
   // What happened since the last call, without the requests that lead to the video.
   std::vector<std::string> played();
-  // The button that the ad shows on `video`; null when there is none.
+  // The button that the ad shows on `video` or below it; null when there is none.
   [[nodiscard]] static std::shared_ptr<Button> buttonOn(View& video);
 
   static constexpr const char* mediaUrl = "http://cdn.example/ad.mp4";

@@ -180,6 +180,47 @@ TEST_F(VideoPlaybackTest, AnAdWithoutAWayOutGetsOneAfterFifteenSeconds) {
   }
 }
 
+TEST_F(VideoPlaybackTest, BothCountdownsStandWhereTheSettingsSay) {
+  slot_->countdownTimerPosition = 4;
+  for (const bool preroll : {false, true}) {
+    preroll ? makePreroll() : makeInterstitial();
+    play({.linearAttributes = "skipOffset='00:00:05'"});
+    advance(0.15);
+    const auto countdown = preroll ? buttonOn(*host_) : buttonOn(*banner_);
+    EXPECT_EQ(countdown->frame(), (Rect{138, preroll ? 136.0 : 436.0, 44, 44}));
+  }
+  const auto countdown = buttonOn(*host_);
+  countdown->setFrame({});
+  post(notifications::deviceOrientationDidChange);
+  EXPECT_EQ(countdown->frame(), (Rect{138, 136, 44, 44})) << "also after a rotation";
+}
+
+TEST_F(VideoPlaybackTest, AQuartileIsToldAtItsTimeAlsoAfterAPause) {
+  (*platform_.moviePlayers->movies)[mediaUrl] = {.duration = 31};
+  makePreroll();
+  play();
+  advance(0.1 + 7.74);
+  host_->pause();
+  advance(60);
+  host_->play();
+  settle();
+  played();
+  advance(0.03);
+  EXPECT_THAT(played(), ElementsAre(ping("firstQuartile"), "quartile 0"));
+  EXPECT_THAT(host_->currentPlaybackTime(), testing::AllOf(testing::Ge(7.75), testing::Lt(7.8)));
+}
+
+TEST_F(VideoPlaybackTest, WithoutAConnectionThereIsNoAd) {
+  platform_.http->forget(mediaUrl);
+  platform_.http->answer(mediaUrl, {.delay = Seconds{1}});
+  makePreroll();
+  play();
+  platform_.network->setReachable(false);
+  advance(2);
+  EXPECT_THAT(played(), ElementsAre(handedBack));
+  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+}
+
 TEST_F(VideoPlaybackTest, ConnectivityThatGoesBeforeTheFirstPictureEndsTheAd) {
   makePreroll();
   play();

@@ -5,7 +5,7 @@
 
 #include <tavo/MoviePlayer.h>
 
-#include "UserInterface/Movie/CountdownPlacement.h"
+#include "UserInterface/Movie/SkipControl.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/TrackingList.h"
@@ -111,23 +111,38 @@ TEST(SkipPointTest, TheFirstCountdownOfAWholePrerollIgnoresTheTimeThatPassedQuir
   EXPECT_EQ(countdown(1e30F, 0), convertIntToHHSS(2147483647));
 }
 
-TEST(CountdownPlacementTest, SixPlacesAndTheRest) {
-  const Size video{321, 180};
+TEST(CountdownPlacementTest, SixPlacesAndTheRestEachAtItsEdgeOfAVideoOfAnySize) {
   const Rect control{272, 0, 44, 44};
-  const CountdownPlacement places[] = {
-      {{277, 0, 44, 44}, TextAlignment::right},
-      {{138, 0, 44, 44}, TextAlignment::center},
-      {{0, 0, 44, 44}, TextAlignment::left},
-      {{0, 136, 44, 44}, TextAlignment::left},
-      {{138, 136, 44, 44}, TextAlignment::center},
-      {{277, 136, 44, 44}, TextAlignment::right},
-      {control, TextAlignment::left},
+  struct Case {
+    std::optional<unsigned> position;
+    Rect frame;
+    TextAlignment alignment;
+    Rect whenLarger;
   };
-  for (unsigned position = 0; position < std::size(places); ++position) {
-    EXPECT_EQ(countdownPlacement(position, video), places[position]) << position;
+  const Case cases[] = {
+      {0, {277, 0, 44, 44}, TextAlignment::right, {597, 0, 44, 44}},
+      {1, {138, 0, 44, 44}, TextAlignment::center, {298, 0, 44, 44}},
+      {2, {0, 0, 44, 44}, TextAlignment::left, {0, 0, 44, 44}},
+      {3, {0, 136, 44, 44}, TextAlignment::left, {0, 336, 44, 44}},
+      {4, {138, 136, 44, 44}, TextAlignment::center, {298, 336, 44, 44}},
+      {5, {277, 136, 44, 44}, TextAlignment::right, {597, 336, 44, 44}},
+      {6, control, TextAlignment::left, {592, 0, 44, 44}},
+      {std::nullopt, control, TextAlignment::left, {592, 0, 44, 44}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.position.value_or(99));
+    const auto video = std::make_shared<View>(Rect{0, 0, 321, 180});
+    SkipControl shown;
+    shown.showCountdown(*video, "00:05", test.position);
+    EXPECT_EQ(shown.button()->frame(), test.frame);
+    EXPECT_EQ(shown.button()->titleStyle()->alignment, test.alignment);
+    video->setFrame({0, 0, 641, 380});
+    EXPECT_NEAR(shown.button()->frame().x, test.whenLarger.x, 1);
+    EXPECT_EQ(shown.button()->frame().y, test.whenLarger.y);
+    shown.layOut();
+    EXPECT_EQ(shown.button()->frame(), test.whenLarger);
   }
-  EXPECT_EQ(countdownPlacement(std::nullopt, video), places[6]);
-  EXPECT_EQ(skipButtonFrame(video), control);
+  EXPECT_EQ(controlPlacement({321, 180}).frame, control);
 }
 
 TEST(SkipProgressTest, TheCountdownLeadsToTheControlAndNoFurther) {
@@ -238,6 +253,7 @@ TEST(VideoReturnTest, WhatFollowsWhenTheUserIsBack) {
   const Case cases[] = {
       {{.over = true, .prepared = true, .state = paused}, {.handBack = true}},
       {{.prepared = false, .state = stopped, .endsWithClick = true}, {.beginAgain = true}},
+      {{.prepared = false, .state = stopped}, {.beginAgain = true, .playOn = true}},
       {{.prepared = true, .state = paused}, {.playOn = true}},
       {{.prepared = true, .state = stopped}, {.playOn = true}},
       {{.prepared = true, .state = playing}, {}},

@@ -4,10 +4,18 @@
 
 namespace tavo {
 
+namespace {
+constexpr unsigned cornerMargins = flexibleLeftMargin | flexibleBottomMargin;
+}  // namespace
+
 Rect skipButtonFrame(Size video) {
   constexpr double side = 44;
   constexpr double distance = 49;  // of its left edge from the video's right one
   return {video.width - distance, 0, side, side};
+}
+
+CountdownPlacement controlPlacement(Size video) {
+  return {skipButtonFrame(video), TextAlignment::right, cornerMargins};
 }
 
 CountdownPlacement countdownPlacement(std::optional<unsigned> position, Size video) {
@@ -16,7 +24,10 @@ CountdownPlacement countdownPlacement(std::optional<unsigned> position, Size vid
   const double center = std::floor(video.width / 2) - std::floor(control.width / 2);
   const double bottom = video.height - control.height;
   const auto at = [&](double x, double y, TextAlignment alignment) {
-    return CountdownPlacement{{x, y, control.width, control.height}, alignment};
+    unsigned margins = y > 0 ? flexibleTopMargin : flexibleBottomMargin;
+    if (alignment != TextAlignment::left) margins |= flexibleLeftMargin;
+    if (alignment != TextAlignment::right) margins |= flexibleRightMargin;
+    return CountdownPlacement{{x, y, control.width, control.height}, alignment, margins};
   };
   constexpr unsigned unknown = 6;
   switch (position.value_or(unknown)) {
@@ -33,7 +44,7 @@ CountdownPlacement countdownPlacement(std::optional<unsigned> position, Size vid
     case 5:
       return at(right, bottom, TextAlignment::right);
     default:
-      return {control, TextAlignment::left};
+      return {control, TextAlignment::left, cornerMargins};
   }
 }
 

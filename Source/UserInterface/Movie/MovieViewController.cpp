@@ -39,9 +39,7 @@ void MovieViewController::viewDidLoad() {
 
 void MovieViewController::viewDidAppear(Animated /*animated*/) {
   player_->setFrame(view()->bounds());
-  // It stands on the video, and so goes with it when the video takes the whole screen.
   closeButton_.showClose(*player_, [this] { close(); });
-  closeButton_.button()->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
   player_->prepareToPlay();
 }
 

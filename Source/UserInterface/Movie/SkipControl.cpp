@@ -22,14 +22,14 @@ Button& SkipControl::shownOn(View& video) {
 
 CountdownPlacement SkipControl::placeOn(const View& video) const {
   const Size size = video.frame().size();
-  if (close_) return {skipButtonFrame(size), TextAlignment::right};
-  return countdownPlacement(position_, size);
+  return close_ ? controlPlacement(size) : countdownPlacement(position_, size);
 }
 
 void SkipControl::layOut() {
   if (!button_ || button_->superview() == nullptr) return;
   const CountdownPlacement place = placeOn(*button_->superview());
   button_->setFrame(place.frame);
+  button_->setAutoresizingMask(place.autoresizing);
   button_->setTitleStyle(ButtonTitleStyle{style_.text, titleSize, place.alignment});
 }
 

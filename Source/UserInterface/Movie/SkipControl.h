@@ -12,7 +12,7 @@
 namespace tavo {
 
 // The one control that stands on a video: first a countdown that takes no touch, then a button with
-// the close picture. Main thread only.
+// the close picture. It follows the video's size, and the video into full screen. Main thread only.
 class SkipControl {
  public:
   // How the countdown is written.
@@ -32,7 +32,7 @@ class SkipControl {
   void showCountdown(View& video, const std::string& text, std::optional<unsigned> position);
   // Shows the close picture; `action` runs when it is pressed.
   void showClose(View& video, std::function<void()> action);
-  // Puts what is shown at its place on a video of a new size.
+  // Puts what is shown at its exact place on the video as it is now.
   void layOut();
   void remove();
 

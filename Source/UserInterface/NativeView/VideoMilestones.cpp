@@ -31,4 +31,9 @@ std::span<const Quartile> VideoMilestones::reached(double part) {
   return quartilesBetween(before, furthest_);
 }
 
+std::optional<double> VideoMilestones::nextQuartile() const {
+  const auto left = quartilesBetween(furthest_, 1);
+  return left.empty() ? std::nullopt : std::optional{left.front().part};
+}
+
 }  // namespace tavo

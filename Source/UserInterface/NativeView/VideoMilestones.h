@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 
 #include <tavo/MoviePlayer.h>
@@ -30,8 +31,11 @@ class VideoMilestones {
   // The quartiles that are new at this place, a part of the video's length; each is told once,
   // wherever the video goes afterwards.
   [[nodiscard]] std::span<const Quartile> reached(double part);
-  // The furthest place until now, as a part of the length.
-  [[nodiscard]] double furthest() const { return furthest_; }
+  [[nodiscard]] bool isReached(const Quartile& quartile) const {
+    return furthest_ >= quartile.part;
+  }
+  // The part of the length at which the next quartile is; none behind the last.
+  [[nodiscard]] std::optional<double> nextQuartile() const;
 
  private:
   bool started_ = true;

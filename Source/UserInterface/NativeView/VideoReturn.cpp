@@ -6,8 +6,7 @@ VideoReturn planReturn(const VideoStanding& standing) {
   if (standing.over) return {.handBack = true};
   const bool waits =
       standing.state == MoviePlaybackState::paused || standing.state == MoviePlaybackState::stopped;
-  if (!standing.prepared) return {.beginAgain = true};
-  return {.playOn = waits && !standing.endsWithClick};
+  return {.beginAgain = !standing.prepared, .playOn = waits && !standing.endsWithClick};
 }
 
 }  // namespace tavo

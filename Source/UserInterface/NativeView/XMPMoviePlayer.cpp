@@ -12,7 +12,6 @@ namespace tavo {
 
 namespace {
 
-constexpr Seconds progressPeriod{0.5};
 // A video that has drawn nothing to leave it by for so long is left by the common control.
 constexpr Seconds longestWithoutControl{15};
 
@@ -50,7 +49,8 @@ XMPMoviePlayer::XMPMoviePlayer(std::shared_ptr<Environment> environment, const R
                       .memoryLow = [this] { dismissAdOnMemoryWarning(); },
                       .turned = [this] { rotateToOrientation(); },
                       .lock = {.hibernate = [this] { hibernate(); },
-                               .foreground = [this] { didEnterForeground(); }}}} {}
+                               .foreground = [this] { didEnterForeground(); }}}},
+      progress_{environment_->platform().runLoop, [this] { updatePlaybackTime(); }} {}
 
 XMPMoviePlayer::~XMPMoviePlayer() { XMPMoviePlayer::releaseMemory(); }
 
@@ -66,19 +66,15 @@ void XMPMoviePlayer::playAdWithPlayer() {
   const OperationLog log{"-[XMPMoviePlayer playAdWithPlayer]"};
   if (!movie_) return;
   movie_->setControlStyle(MovieControlStyle::none);
-  setContentForAd();
-  registerForNotifications();
-  milestones_.begin();
-  addTap();
-  controlTimer_ = environment_->platform().runLoop->after(longestWithoutControl,
-                                                          [this] { showControlAnyway(); });
-  movie_->prepareToPlay();
-}
-
-void XMPMoviePlayer::setContentForAd() {
   iCounterForAdDisplay_ = 1;
   if (isPreroll()) borrowed_.borrow();
   movie_->setContentUrl(movieURL);
+  registerForNotifications();
+  milestones_.begin();
+  addTap();
+  skipTimer_ = environment_->platform().runLoop->after(longestWithoutControl,
+                                                       [this] { showControlAnyway(); });
+  movie_->prepareToPlay();
 }
 
 void XMPMoviePlayer::registerForNotifications() {
@@ -157,12 +153,13 @@ void XMPMoviePlayer::moviePlaybackDidFinish(MoviePlayer& /*player*/, MovieFinish
     track(TrackingEventType::complete);
   }
   if (movie_) movie_->setFullscreen(false);
-  if (reason == MovieFinishReason::playbackError && iCounterForAdDisplay_ == 1) {
+  const bool failed = reason == MovieFinishReason::playbackError;
+  if (failed && iCounterForAdDisplay_ == 1) {
     delegate.tell(&Told::playerDidFinishWithErrorWithPlayer, *this,
                   error.value_or(makeError(MovieError::notPlayable, "The video cannot be played.")),
                   borrowed_.host());
   }
-  if (iCounterForAdDisplay_ == 1) dismissAdTapped();
+  if (iCounterForAdDisplay_ == 1) dismiss(failed ? Cause::failure : Cause::user);
 }
 
 void XMPMoviePlayer::movieDidEnterFullscreen(MoviePlayer& /*player*/) {
@@ -181,13 +178,13 @@ void XMPMoviePlayer::movieDidExitFullscreen(MoviePlayer& /*player*/) {
 
 void XMPMoviePlayer::startTimer() {
   const OperationLog log{"-[XMPMoviePlayer startTimer]"};
-  timer_ =
-      environment_->platform().runLoop->every(progressPeriod, [this] { updatePlaybackTime(); });
+  progress_.start();
+  awaitQuartile();
 }
 
 void XMPMoviePlayer::killTimer() {
   const OperationLog log{"-[XMPMoviePlayer killTimer]"};
-  timer_.invalidate();
+  progress_.stop();
 }
 
 void XMPMoviePlayer::updatePlaybackTime() {
@@ -197,6 +194,18 @@ void XMPMoviePlayer::updatePlaybackTime() {
   if (step.countdown) showCountdown(*step.countdown);
   if (step.control) showControl();
   reportQuartiles();
+  if (progress_.isRunning()) awaitQuartile();
+}
+
+// Half a second is too long for a report by the time of which campaigns are measured.
+void XMPMoviePlayer::awaitQuartile() {
+  const auto next = milestones_.nextQuartile();
+  if (!next || !movie_ || !(movie_->duration() > 0)) return;
+  progress_.lookAfter(Seconds{*next * movie_->duration() - now()}, [this] {
+    const auto held = shared_from_this();
+    reportQuartiles();
+    if (progress_.isRunning()) awaitQuartile();
+  });
 }
 
 void XMPMoviePlayer::reportQuartiles() {
@@ -285,6 +294,7 @@ void XMPMoviePlayer::skipButtonTapped() {
   const OperationLog log{"-[XMPMoviePlayer skipButtonTapped]"};
   if (!bShowSkipAdLabel) return;
   const auto held = shared_from_this();
+  const auto observers = delegate.ask(&Told::hold);
   const double time = now();
   dismissAdTapped();
   track(TrackingEventType::skip);
@@ -311,7 +321,8 @@ void XMPMoviePlayer::dismiss(Cause cause) {
   clearVideo();
   if (isInterstitial()) {
     dropOwnMovie();
-    delegate.tell(cause == Cause::user ? &Told::dismissVideo : &Told::dismissVideoOnMemoryWarning);
+    if (cause == Cause::user) delegate.tell(&Told::dismissVideo);
+    if (cause == Cause::memoryWarning) delegate.tell(&Told::dismissVideoOnMemoryWarning);
   } else if (!interruptions_.lock().isDeviceLocked() &&
              !interruptions_.lock().isHibernationDone()) {
     handBack(cause);
@@ -326,7 +337,7 @@ void XMPMoviePlayer::handBack(Cause cause) {
 
 // Takes what the ad has put on the video off it.
 void XMPMoviePlayer::clearVideo() {
-  controlTimer_.invalidate();
+  skipTimer_.invalidate();
   btnSkip_.remove();
   if (movie_ && tap_) movie_->removeTapRecognizer(*tap_);
   tap_.reset();

@@ -13,6 +13,7 @@
 #include "Runtime/Environment.h"
 #include "UserInterface/Movie/SkipControl.h"
 #include "UserInterface/NativeView/BorrowedPlayer.h"
+#include "UserInterface/NativeView/ProgressTimer.h"
 #include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/TrackingList.h"
 #include "UserInterface/NativeView/VideoInterruptions.h"
@@ -84,6 +85,12 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   }
   [[nodiscard]] float skipDelay() const { return skip_.skipDelay(); }
   [[nodiscard]] bool isSkipButtonAdded() const { return skip_.isControlShown(); }
+  // Shows the control in any case, unless a countdown that leads to it is running by then.
+  [[nodiscard]] const Timer& skipTimer() const { return skipTimer_; }
+  // Whether the quartile has been reported.
+  [[nodiscard]] bool firstQuartile() const { return milestones_.isReached(quartiles[0]); }
+  [[nodiscard]] bool midpoint() const { return milestones_.isReached(quartiles[1]); }
+  [[nodiscard]] bool thirdQuartile() const { return milestones_.isReached(quartiles[2]); }
 
   // MoviePlayerClient
   void movieDurationAvailable(MoviePlayer& player) override;
@@ -95,7 +102,7 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
 
  private:
   using Told = XMoviePlayerDelegate;
-  enum class Cause { user, memoryWarning };
+  enum class Cause { user, memoryWarning, failure };
 
   XMPMoviePlayer(std::shared_ptr<Environment> environment, const Rect& frame,
                  std::shared_ptr<MoviePlayer> host);
@@ -106,10 +113,10 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   [[nodiscard]] bool isPreroll() const { return mobileAdSubTypes == MobileAdSubTypes::vastBanner; }
   [[nodiscard]] double now() const { return movie_ ? movie_->currentPlaybackTime() : 0; }
 
-  void setContentForAd();
   void addTap();
   void report(Milestone milestone);
   void reportQuartiles();
+  void awaitQuartile();
   void track(TrackingEventType type);
   void showCountdown(const std::string& text);
   void showControl();
@@ -132,8 +139,8 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   VideoMilestones milestones_;
   VideoInterruptions interruptions_;
   int iCounterForAdDisplay_ = 0;
-  Timer timer_;         // of the progress
-  Timer controlTimer_;  // of the control that comes in any case
+  ProgressTimer progress_;
+  Timer skipTimer_;
 };
 
 }  // namespace tavo

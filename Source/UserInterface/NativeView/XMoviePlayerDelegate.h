@@ -44,6 +44,8 @@ struct XMoviePlayerDelegate {
   std::function<void()> dismissVideo{};
   std::function<void()> dismissVideoOnMemoryWarning{};
   std::function<void()> closeInAppBrowser{};
+  // Whatever has to outlive a turn of several reports: the host may drop everything in the first.
+  std::function<std::shared_ptr<const void>()> hold{};
 };
 
 }  // namespace tavo

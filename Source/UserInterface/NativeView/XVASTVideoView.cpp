@@ -42,12 +42,13 @@ void XVASTVideoView::makeObservers() {
       .playerDidClickVideo = relay.call(&Self::didClickVideo),
       .playerPrerollDidFinishWithPlayer = relay.pass(&Told::prerollDidFinishWithPlayer),
       .playerDismissOnMemoryWarning = relay.pass(&Told::vastVideoViewDismissOnMemoryWarning),
-      .playerDidFinishWithErrorWithPlayer = relay.pass(&Told::playerDidFinishWithErrorWithPlayer),
+      .playerDidFinishWithErrorWithPlayer = relay.call(&Self::didFail),
       .displayCloseButton = relay.call(&Self::displayCloseButton),
       .displayCloseButtonText = relay.call(&Self::displayCloseButtonText),
       .dismissVideo = relay.call(&Self::dismissVideo),
       .dismissVideoOnMemoryWarning = relay.call(&Self::dismissVideoOnMemoryWarning),
-      .closeInAppBrowser = relay.call(&Self::closeInAppBrowser)});
+      .closeInAppBrowser = relay.call(&Self::closeInAppBrowser),
+      .hold = relay.pass(&Told::hold)});
 }
 
 XVASTVideoView::~XVASTVideoView() { XVASTVideoView::releaseMemory(); }
@@ -110,7 +111,7 @@ Url XVASTVideoView::clickThroughURL() const {
 void XVASTVideoView::didClickVideo() {
   const auto held = shared_from_this();
   const Url url = clickThroughURL();
-  delegate.tell(&XVASTVidoeViewDelegate::vastVideoViewDidClickVideoWithURL, *this, url);
+  delegate.tell(&Told::vastVideoViewDidClickVideoWithURL, *this, url);
   openUrlInBrowser(url);
 }
 
@@ -119,10 +120,15 @@ void XVASTVideoView::openUrlInBrowser(const Url& url) {
   clickThrough_->open(url, slotConfiguration.get());
 }
 
+void XVASTVideoView::openBrowserWithURL(const Url& url) {
+  const OperationLog log{"-[XVASTVideoView openBrowserWithURL:]"};
+  clickThrough_->presentBrowser(url);
+}
+
 void XVASTVideoView::closeInAppBrowser() {
   const OperationLog log{"-[XVASTVideoView closeInAppBrowser]"};
   if (!clickThrough_->closeBrowser()) return;
-  delegate.tell(&XVASTVidoeViewDelegate::vastVideoViewDidCloseInAppBrowser, *this);
+  delegate.tell(&Told::vastVideoViewDidCloseInAppBrowser, *this);
 }
 
 std::shared_ptr<const Window> XVASTVideoView::standingWindow() const {
@@ -163,7 +169,7 @@ void XVASTVideoView::productViewControllerDidFinish() {
 
 void XVASTVideoView::XInAppBrowserWillLeaveApplication() {
   const OperationLog log{"-[XVASTVideoView XInAppBrowserWillLeaveApplication:]"};
-  delegate.tell(&XVASTVidoeViewDelegate::vastVideoViewWillLeaveApplication, *this);
+  delegate.tell(&Told::vastVideoViewWillLeaveApplication, *this);
 }
 
 void XVASTVideoView::endVideoAfterClick() {
@@ -183,12 +189,18 @@ void XVASTVideoView::closeButtonClicked() {
 
 void XVASTVideoView::displayCloseButtonText(const std::string& text) {
   const OperationLog log{"-[XVASTVideoView displayCloseButtonText:]"};
-  adCloseButton_.showCountdown(*this, text, countdownPosition(slotConfiguration.get()));
+  adCloseButton_.showCountdown(film(), text, countdownPosition(slotConfiguration.get()));
 }
 
 void XVASTVideoView::displayCloseButton() {
   const OperationLog log{"-[XVASTVideoView displayCloseButton]"};
-  adCloseButton_.showClose(*this, [this] { closeButtonClicked(); });
+  adCloseButton_.showClose(film(), [this] { closeButtonClicked(); });
+}
+
+// What is lifted into full screen takes its controls along.
+View& XVASTVideoView::film() {
+  const auto movie = player_ ? player_->moviePlayerController() : nullptr;
+  return movie ? static_cast<View&>(*movie) : *this;
 }
 
 Rect XVASTVideoView::closeButtonFrame() const { return skipButtonFrame(frame().size()); }
@@ -199,23 +211,33 @@ CountdownPlacement XVASTVideoView::getCountdownTimerRect(unsigned position) cons
 
 void XVASTVideoView::rotateToOrientation() { adCloseButton_.layOut(); }
 
+// Nothing of the film may come after its end, not even the page of a click that is looked up.
+bool XVASTVideoView::endFilm() {
+  adCloseButton_.remove();
+  clickThrough_->forget();
+  return !std::exchange(dismissed_, true);
+}
+
 void XVASTVideoView::dismissVideo() {
   const OperationLog log{"-[XVASTVideoView dismissVideo]"};
-  if (std::exchange(dismissed_, true)) return;
-  adCloseButton_.remove();
-  delegate.tell(&XVASTVidoeViewDelegate::dismissVastViewController);
+  if (endFilm()) delegate.tell(&Told::dismissVastViewController);
 }
 
 void XVASTVideoView::dismissVideoOnMemoryWarning() {
   const OperationLog log{"-[XVASTVideoView dismissVideoOnMemoryWarning]"};
-  if (std::exchange(dismissed_, true)) return;
-  adCloseButton_.remove();
-  delegate.tell(&XVASTVidoeViewDelegate::dismissVastViewControllerOnMemoryWarning);
+  if (endFilm()) delegate.tell(&Told::dismissVastViewControllerOnMemoryWarning);
+}
+
+// An interstitial that has failed is taken off the screen by whoever hears of the failure.
+void XVASTVideoView::didFail(const Error& error, const std::shared_ptr<MoviePlayer>& host) {
+  if (isInterstitial()) endFilm();
+  delegate.tell(&Told::playerDidFinishWithErrorWithPlayer, error, host);
 }
 
 void XVASTVideoView::releaseMemory() {
   const OperationLog log{"-[XVASTVideoView releaseMemory]"};
   adCloseButton_.remove();
+  clickThrough_->forget();
   if (const auto player = std::move(player_)) {
     player->delegate.set(nullptr);
     player->releaseMemory();

@@ -52,7 +52,10 @@ class XVASTVideoView : public View {
   void trackEventWithEventType(TrackingEventType type);
   // The page behind a click; empty when the document names none.
   [[nodiscard]] Url clickThroughURL() const;
+  // Follows a click to `url`, by the slot's settings: out of the application, to the store's sheet,
+  // or into the in-app browser, which the second operation shows at once.
   void openUrlInBrowser(const Url& url);
+  void openBrowserWithURL(const Url& url);
   void closeInAppBrowser();
 
   // Who presents a page above the video: the root controller of the window that the video (a
@@ -83,9 +86,6 @@ class XVASTVideoView : public View {
   [[nodiscard]] const std::shared_ptr<XMPMoviePlayer>& mpMoviePlayer() const { return player_; }
   [[nodiscard]] bool isCloseButtonDisplayed() const { return adCloseButton_.isClose(); }
 
- protected:
-  void layoutSubviews() override { rotateToOrientation(); }
-
  private:
   using Told = XVASTVidoeViewDelegate;
 
@@ -94,10 +94,13 @@ class XVASTVideoView : public View {
 
   void makeObservers();
   [[nodiscard]] std::shared_ptr<XMPMoviePlayer> makePlayer();
+  [[nodiscard]] View& film();
   void didClickVideo();
   [[nodiscard]] ViewController* clickPresenter() const;
   [[nodiscard]] std::shared_ptr<const Window> standingWindow() const;
   void endVideoAfterClick();
+  bool endFilm();
+  void didFail(const Error& error, const std::shared_ptr<MoviePlayer>& host);
   [[nodiscard]] bool isInterstitial() const {
     return mobileAdSubTypes == MobileAdSubTypes::vastInterstitial;
   }

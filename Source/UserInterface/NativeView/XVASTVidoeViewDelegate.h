@@ -38,6 +38,8 @@ struct XVASTVidoeViewDelegate {
   // The interstitial video is over and wants to be taken off the screen; told once.
   std::function<void()> dismissVastViewController{};
   std::function<void()> dismissVastViewControllerOnMemoryWarning{};
+  // Whatever has to outlive a turn of several reports: the host may drop everything in the first.
+  std::function<std::shared_ptr<const void>()> hold{};
 };
 
 }  // namespace tavo
