@@ -17,6 +17,13 @@ struct Limits {
   int redirectAnswers = 10;                                // answers in a row that name another ad
   Seconds automaticRequestDistance{1};  // between two requests that nobody asked for
 
+  // Cookies, as in browsers.
+  std::size_t cookiesPerAnswer = 50;
+  std::size_t cookieBytes = 4'096;  // name and value together
+  std::size_t cookiesPerDomain = 180;
+  std::size_t cookies = 3'000;
+  Seconds cookieLife{400.0 * 24 * 3'600};  // at most, whatever the server asks for
+
   // VAST.
   std::size_t vastBytes = std::size_t{5} * 1024 * 1024;
   std::size_t vastNodes = 200'000;

@@ -65,6 +65,10 @@ class Url {
   Piece fragment_;
 };
 
+// Where `reference`, which may be relative, leads from `base` (RFC 3986, 5.2). Empty when one of
+// them is, when `base` has no scheme, and where the result would read as another URL than it is.
+[[nodiscard]] Url resolved(const Url& base, const Url& reference);
+
 // `text` with every byte that may not appear in a URL written as "%XX". Delimiters stay, and so
 // does a "%" that starts a valid escape: text that was escaped before is not escaped twice.
 [[nodiscard]] std::string percentEscaped(std::string_view text);

@@ -1,29 +1,18 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include <tavo/Date.h>
 #include <tavo/Url.h>
 
 #include "Services/HttpClient.h"
+#include "Values/Cookie.h"
 
 namespace tavo {
 
-struct Cookie {
-  std::string name;
-  std::string value;
-  std::string domain;
-  std::string path = "/";
-  std::optional<Date> expires;  // none: until the process ends
-  bool secure = false;
-  bool httpOnly = false;
-  friend bool operator==(const Cookie&, const Cookie&) = default;
-};
-
 // The process-wide, persistent cookie store, with the matching rules of RFC 6265 (domain, path,
-// expiry, secure) and public suffixes refused as domains. Every operation from any thread.
+// expiry, secure), public suffixes refused as domains, and the promises kept that a cookie's name
+// makes. Every operation from any thread.
 class CookieStore {
  public:
   virtual ~CookieStore() = default;

@@ -11,6 +11,8 @@
 #include <tavo/Error.h>
 #include <tavo/Url.h>
 
+#include "Values/Cookie.h"
+
 namespace tavo {
 
 struct HttpHeader {
@@ -26,8 +28,8 @@ enum class CompletionThread { main, background };
 
 // How the exchange of a request treats stored cookies.
 enum class CookieHandling {
-  // Cookies of the shared store are attached on every hop, unless the request carries a "Cookie"
-  // header of its own.
+  // On every hop the cookies that the shared store has for its URL are attached, and after them
+  // the extra cookies of the request. A "Cookie" header of the request's own replaces both.
   attachStored,
   // The request's own "Cookie" header, if any, is all that is ever sent, and to its own host only.
   onlyOwnHeader,
@@ -44,6 +46,9 @@ struct HttpRequest {
   std::string body{};
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
   CookieHandling cookies = CookieHandling::attachStored;
+  // What the caller adds to the stored cookies. Each goes where its domain and path say, so one
+  // that is made for the first host does not travel to another.
+  std::vector<Cookie> extraCookies{};
   Seconds idleTimeout{60};  // nothing arrives for so long
   Seconds deadline{0};      // the whole exchange with all redirects; 0: no bound of its own
   std::size_t maximumBodyBytes = 0;  // decoded; 0: no bound

@@ -12,6 +12,12 @@ bool equalsIgnoringCase(std::string_view left, std::string_view right) {
                     [](char a, char b) { return g_ascii_tolower(a) == g_ascii_tolower(b); });
 }
 
+std::string lowerCased(std::string_view text) {
+  std::string lower{text};
+  std::transform(lower.begin(), lower.end(), lower.begin(), &g_ascii_tolower);
+  return lower;
+}
+
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n\f\v";
   const auto first = text.find_first_not_of(blanks);

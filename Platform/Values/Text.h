@@ -9,6 +9,14 @@ namespace tavo {
 
 [[nodiscard]] bool equalsIgnoringCase(std::string_view left, std::string_view right);
 
+// Whether `c` is a control character; bytes outside ASCII are none.
+[[nodiscard]] constexpr bool isControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20 || byte == 0x7f;
+}
+
+[[nodiscard]] std::string lowerCased(std::string_view text);
+
 // `text` without the ASCII blanks, tabs and line ends around it.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 

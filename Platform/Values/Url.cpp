@@ -205,4 +205,74 @@ bool Url::isHttp() const {
   return equalsIgnoringCase(scheme(), "http") || equalsIgnoringCase(scheme(), "https");
 }
 
+namespace {
+
+// A URL in the pieces that RFC 3986 puts together again, delimiters included.
+struct Reference {
+  explicit Reference(const Url& url) {
+    const std::string_view text = url.text();
+    const auto pathStart = static_cast<std::size_t>(url.path().data() - text.data());
+    const auto pathEnd = pathStart + url.path().size();
+    const auto hash = std::min(text.find('#', pathEnd), text.size());
+    scheme = url.scheme();
+    authority = text.substr(0, pathStart);
+    if (!scheme.empty()) authority.remove_prefix(scheme.size() + 1);
+    path = url.path();
+    query = text.substr(pathEnd, hash - pathEnd);
+    fragment = text.substr(hash);
+  }
+
+  std::string_view scheme;  // the only one without its delimiter
+  std::string_view authority;
+  std::string_view path;
+  std::string_view query;
+  std::string_view fragment;
+};
+
+// Without the steps "." and "..".
+std::string withoutDots(std::string_view path) {
+  std::string clean;
+  while (!path.empty()) {
+    const auto end = std::min(path.find('/', 1), path.size());
+    const auto step = path.substr(0, end);
+    path.remove_prefix(end);
+    const auto name = step.substr(step.starts_with('/') ? 1 : 0);
+    if (name == "..") clean.erase(std::min(clean.rfind('/'), clean.size()));
+    if (name != "." && name != "..") {
+      clean.append(step);
+    } else if (path.empty()) {
+      clean.push_back('/');
+    }
+  }
+  return clean;
+}
+
+std::string mergedPath(const Reference& base, const Reference& to) {
+  if (to.path.starts_with('/')) return withoutDots(to.path);
+  if (to.path.empty()) return std::string{base.path};
+  if (!base.authority.empty() && base.path.empty()) return withoutDots("/" + std::string{to.path});
+  const auto slash = base.path.rfind('/');
+  const auto folder = base.path.substr(0, slash == std::string_view::npos ? 0 : slash + 1);
+  return withoutDots(std::string{folder} + std::string{to.path});
+}
+
+}  // namespace
+
+Url resolved(const Url& base, const Url& reference) {
+  if (!reference || base.scheme().empty()) return {};
+  const Reference from{base};
+  const Reference to{reference};
+  const bool hasOwnServer = !to.scheme.empty() || !to.authority.empty();
+  const auto scheme = to.scheme.empty() ? from.scheme : to.scheme;
+  const auto authority = hasOwnServer ? to.authority : from.authority;
+  const auto path = hasOwnServer ? withoutDots(to.path) : mergedPath(from, to);
+  const bool keepsQuery = !hasOwnServer && to.path.empty() && to.query.empty();
+  // Such a path would be taken for a server's name.
+  if (authority.empty() && path.starts_with("//")) return {};
+  std::string text{scheme};
+  text.append(":").append(authority).append(path);
+  text.append(keepsQuery ? from.query : to.query).append(to.fragment);
+  return Url::parse(std::move(text));
+}
+
 }  // namespace tavo

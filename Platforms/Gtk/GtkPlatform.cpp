@@ -79,7 +79,8 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   platform.runLoop = std::make_shared<GtkRunLoop>();
   platform.log = std::make_shared<GtkLog>();
   platform.adNetwork = std::make_shared<GtkAdNetworkLibrary>(adNetworkPath(options), platform.log);
-  const auto cookies = std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options));
+  const auto cookies =
+      std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options), options.limits);
   platform.cookies = cookies;
   platform.http =
       std::make_shared<GtkHttpClient>(platform.runLoop, platform.cookies, options.limits);

@@ -1,49 +1,23 @@
 #include "Headless/HeadlessHttpClient.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "Values/Text.h"
+#include "Rules/HttpHops.h"
 
 namespace tavo::headless {
-
-namespace {
-
-bool isRedirect(int status) {
-  return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-}
-
-std::string mimeTypeOf(const std::string* contentType) {
-  if (contentType == nullptr) return {};
-  std::string type{trimmed(std::string_view{*contentType}.substr(0, contentType->find(';')))};
-  std::transform(type.begin(), type.end(), type.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return type;
-}
-
-// Where a "Location" header leads: an absolute URL, or a path on the same server.
-Url target(const Url& from, const std::string& location) {
-  Url absolute = Url::fromText(location);
-  if (!absolute.scheme().empty()) return absolute;
-  const auto& text = from.text();
-  const auto authority = text.find("//") + 2;
-  return Url::fromText(text.substr(0, text.find('/', authority)) + location);
-}
-
-}  // namespace
 
 // One request on its way through the script, redirects included.
 class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_from_this<Flight> {
  public:
   Flight(HeadlessHttpClient& client, HttpRequest request, HttpCompletion completion)
-      : client_{client}, request_{std::move(request)}, completion_{std::move(completion)} {}
+      : client_{client},
+        request_{request},
+        completion_{std::move(completion)},
+        hops_{std::move(request), client.redirectLimit_} {}
 
   void start() {
-    if (request_.deadline > Seconds{0}) {
-      deadline_ = client_.runLoop_->after(request_.deadline, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->fail(TransportError::timedOut, "Timed out.");
-      });
-    }
-    hop(request_.url);
+    if (request_.deadline > Seconds{0}) deadline_ = failAfter(request_.deadline);
+    hop();
   }
 
   void cancel() override { fail(TransportError::cancelled, "Cancelled."); }
@@ -56,87 +30,73 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
   }
 
  private:
-  void hop(const Url& url) {
-    if (!url.isHttp()) return fail(TransportError::unsupportedUrl, "Not an http URL.");
-    HttpRequest sent = request_;
-    sent.url = url;
-    prepareCookies(sent);
-    client_.requests_.push_back(sent);
-    auto answer = client_.nextAnswer(url.text());
+  [[nodiscard]] Timer failAfter(Seconds patience) {
+    return client_.runLoop_->after(patience,
+                                   [this] { fail(TransportError::timedOut, "Timed out."); });
+  }
+
+  void hop() {
+    const auto sent = hops_.request(*client_.cookies_, client_.runLoop_->today());
+    if (!sent) return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.");
+    client_.requests_.push_back(*sent);
+    auto answer = client_.nextAnswer(sent->url.text());
     if (!answer) return fail(TransportError::cannotConnect, "Could not connect to the server.");
     if (answer->neverAnswers) {
-      wait_ = client_.runLoop_->after(request_.idleTimeout, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->fail(TransportError::timedOut, "Timed out.");
-      });
+      wait_ = failAfter(request_.idleTimeout);
       return;
     }
     wait_ = client_.runLoop_->after(answer->delay,
-                                    [weak = weak_from_this(), url, answer = std::move(*answer)] {
-                                      if (const auto self = weak.lock()) self->arrived(url, answer);
-                                    });
+                                    [this, answer = std::move(*answer)] { arrived(answer); });
   }
 
-  void prepareCookies(HttpRequest& sent) const {
-    const bool ownHost = sent.url.host() == request_.url.host();
-    if (!ownHost) {
-      std::erase_if(sent.headers, [](const HttpHeader& header) {
-        return equalsIgnoringCase(header.name, "Cookie") ||
-               equalsIgnoringCase(header.name, "Authorization");
-      });
-    }
-    if (request_.cookies == CookieHandling::onlyOwnHeader || sent.header("Cookie") != nullptr) {
-      return;
-    }
-    const auto cookies = client_.cookies_->cookiesFor(sent.url);
-    if (!cookies.empty()) sent.setHeader("Cookie", cookieHeader(cookies));
-  }
-
-  void arrived(const Url& url, const ScriptedAnswer& answer) {
-    if (answer.error) return finish({std::nullopt, answer.error});
-    HttpResponse response{url, answer.status, answer.headers, {}, answer.body};
-    client_.cookies_->storeFromHeaders(response.headers, url);
-    const auto* location = response.header("Location");
-    if (request_.followsRedirects && isRedirect(answer.status) && location != nullptr) {
-      if (++hops_ > client_.redirectLimit_) {
+  void arrived(const ScriptedAnswer& answer) {
+    if (answer.error) return finish(answer.error);
+    response_ = HttpResponse{hops_.url(), answer.status, answer.headers, {}, {}};
+    const auto* const type = response_->header("Content-Type");
+    if (type != nullptr) response_->mimeType = mimeTypeOf(*type);
+    switch (hops_.take(*response_, *client_.cookies_)) {
+      case HttpHops::Next::follow:
+        return hop();
+      case HttpHops::Next::giveUp:
         return fail(TransportError::tooManyRedirects, "Too many redirects.");
-      }
-      return hop(target(url, *location));
+      case HttpHops::Next::deliver:
+        break;
     }
-    response.mimeType = mimeTypeOf(response.header("Content-Type"));
-    if (request_.maximumBodyBytes > 0 && response.body.size() > request_.maximumBodyBytes) {
-      response.body.clear();
-      return finish(
-          {std::move(response), makeError(TransportError::bodyTooLarge, "The body is too large.")});
+    if (request_.maximumBodyBytes > 0 && answer.body.size() > request_.maximumBodyBytes) {
+      return fail(TransportError::bodyTooLarge, "The body is too large.");
     }
-    finish({std::move(response), std::nullopt});
+    response_->body = answer.body;
+    finish(std::nullopt);
   }
 
   void fail(TransportError code, std::string description) {
-    finish({std::nullopt, makeError(code, std::move(description))});
+    finish(makeError(code, std::move(description)));
   }
 
-  void finish(HttpResult result) {
+  void finish(std::optional<Error> error) {
     if (!completion_) return;
+    const auto self = shared_from_this();
     wait_.invalidate();
     deadline_.invalidate();
-    auto deliver = [completion = std::move(completion_), result = std::move(result)] {
+    auto deliver = [completion = std::exchange(completion_, nullptr),
+                    result = HttpResult{std::move(response_), std::move(error)}] {
       completion(result);
     };
-    completion_ = nullptr;
     if (request_.completionThread == CompletionThread::background) {
       client_.runLoop_->background(std::move(deliver));
     } else {
       client_.runLoop_->post(std::move(deliver));
     }
-    client_.flights_.erase(shared_from_this());
+    client_.flights_.erase(self);
   }
 
   HeadlessHttpClient& client_;
   HttpRequest request_;
   HttpCompletion completion_;
+  HttpHops hops_;
+  std::optional<HttpResponse> response_;  // of the last hop whose head has arrived
   Timer wait_;
   Timer deadline_;
-  int hops_ = 0;
 };
 
 HeadlessHttpClient::HeadlessHttpClient(std::shared_ptr<RunLoop> runLoop,

@@ -1,36 +1,46 @@
 #include "Headless/HeadlessNetworkMonitor.h"
 
+#include "Rules/WayToTarget.h"
+
 namespace tavo::headless {
 
-namespace {
-class HeadlessWatch : public NetworkMonitor::Watch {
+struct HeadlessNetworkMonitor::Watched {
+  ReachabilityTarget target;
+  std::function<void()> changed;
+  std::optional<std::uint32_t> flags;
+};
+
+class HeadlessNetworkMonitor::HeadlessWatch : public Watch {
  public:
-  explicit HeadlessWatch(std::shared_ptr<std::function<void()>> changed)
-      : changed_{std::move(changed)} {}
+  explicit HeadlessWatch(std::shared_ptr<Watched> watched) : watched_{std::move(watched)} {}
 
  private:
-  std::shared_ptr<std::function<void()>> changed_;
+  std::shared_ptr<Watched> watched_;
 };
-}  // namespace
 
 std::optional<std::uint32_t> HeadlessNetworkMonitor::flagsFor(
-    const ReachabilityTarget& /*target*/) const {
-  return flags_;
+    const ReachabilityTarget& target) const {
+  const WayToTarget way = wayTo(target);
+  if (way == WayToTarget::none || !flags_) return std::nullopt;
+  return way == WayToTarget::thisMachine ? thisMachineFlags : *flags_;
 }
 
 std::unique_ptr<NetworkMonitor::Watch> HeadlessNetworkMonitor::watch(
-    const ReachabilityTarget& /*target*/, std::function<void()> changed) {
-  auto shared = std::make_shared<std::function<void()>>(std::move(changed));
-  watchers_.push_back(shared);
-  return std::make_unique<HeadlessWatch>(std::move(shared));
+    const ReachabilityTarget& target, std::function<void()> changed) {
+  if (wayTo(target) == WayToTarget::none) return nullptr;
+  auto watched = std::make_shared<Watched>(Watched{target, std::move(changed), flagsFor(target)});
+  watched_.push_back(watched);
+  return std::make_unique<HeadlessWatch>(std::move(watched));
 }
 
 void HeadlessNetworkMonitor::setFlags(std::optional<std::uint32_t> flags) {
-  if (flags == flags_) return;
   flags_ = flags;
-  const auto watchers = watchers_;
-  for (const auto& weak : watchers) {
-    if (const auto watcher = weak.lock()) (*watcher)();
+  const auto all = watched_;
+  for (const auto& weak : all) {
+    const auto watched = weak.lock();
+    if (!watched || watched->flags == flagsFor(watched->target)) continue;
+    watched->flags = flagsFor(watched->target);
+    watched->changed();
   }
 }
 

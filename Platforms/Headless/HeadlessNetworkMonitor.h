@@ -8,7 +8,7 @@
 
 namespace tavo::headless {
 
-// A network whose flags a test sets; one network for every target.
+// A network whose flags a test sets: those of the way to other machines, by whatever link.
 class HeadlessNetworkMonitor : public NetworkMonitor {
  public:
   [[nodiscard]] std::optional<std::uint32_t> flagsFor(
@@ -16,13 +16,16 @@ class HeadlessNetworkMonitor : public NetworkMonitor {
   [[nodiscard]] std::unique_ptr<Watch> watch(const ReachabilityTarget& target,
                                              std::function<void()> changed) override;
 
-  // Tells the watchers when the flags have become others.
+  // None: the platform cannot tell. Tells the watchers whose flags have become others.
   void setFlags(std::optional<std::uint32_t> flags);
   void setReachable(bool reachable) { setFlags(reachable ? reachabilityReachable : 0U); }
 
  private:
+  struct Watched;
+  class HeadlessWatch;
+
   std::optional<std::uint32_t> flags_ = reachabilityReachable;
-  std::vector<std::weak_ptr<std::function<void()>>> watchers_;
+  std::vector<std::weak_ptr<Watched>> watched_;
 };
 
 }  // namespace tavo::headless

@@ -2,6 +2,10 @@
 
 #include <cstdio>
 
+#include <tavo/Runtime.h>
+
+#include "Runtime/NotificationCenter.h"
+
 namespace tavo::headless {
 
 void HeadlessLog::write(std::string_view message) {
@@ -21,6 +25,7 @@ std::optional<std::string> HeadlessUserDefaults::value(std::string_view key) con
 }
 
 void HeadlessUserDefaults::setValue(std::string_view key, std::optional<std::string> value) {
+  if (key.empty()) return;
   if (value) {
     values_[std::string{key}] = std::move(*value);
   } else if (const auto found = values_.find(key); found != values_.end()) {
@@ -33,7 +38,8 @@ std::optional<std::string> HeadlessBundle::pathForResource(std::string_view bund
                                                            std::string_view type) const {
   std::string path = "/bundle/";
   if (!bundle.empty()) path += std::string{bundle} + ".bundle/";
-  path += std::string{name} + "." + std::string{type};
+  path += name;
+  if (!type.empty()) path += "." + std::string{type};
   if (!files.contains(path)) return std::nullopt;
   return path;
 }
@@ -48,8 +54,11 @@ Image HeadlessImageDecoder::decodeNow(const std::string& bytes) const {
   int width = 0;
   int height = 0;
   if (std::sscanf(bytes.c_str(), "image %dx%d", &width, &height) != 2) return {};
+  if (width <= 0 || height <= 0) return {};
+  const auto rows = static_cast<std::size_t>(height);
   const auto stride = static_cast<std::size_t>(width) * 4;
-  const auto size = stride * static_cast<std::size_t>(height);
+  const auto size = stride * rows;
+  if (size / 4 > picturePixels_) return {};
   auto pixels = std::make_shared<std::vector<std::uint8_t>>(size, std::uint8_t{0x80});
   return {width, height, stride, Image::Pixels{pixels, pixels->data()}};
 }
@@ -57,6 +66,14 @@ Image HeadlessImageDecoder::decodeNow(const std::string& bytes) const {
 void HeadlessImageDecoder::decode(std::string bytes, std::function<void(Image)> completion) {
   runLoop_->post(
       [image = decodeNow(bytes), completion = std::move(completion)] { completion(image); });
+}
+
+void HeadlessApplication::showWindows(bool shown) { post(presence_.windowsShown(shown)); }
+
+void HeadlessApplication::lockScreen(bool locked) { post(presence_.screenLocked(locked)); }
+
+void HeadlessApplication::post(const Presence::Due& due) {
+  if (due) Runtime::current().notifications().post(*due);
 }
 
 void HeadlessApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Rules/Presence.h"
 #include "Services/Application.h"
 #include "Services/Bundle.h"
 #include "Services/Device.h"
@@ -75,12 +76,14 @@ class HeadlessBundle : public Bundle {
 // makes is one grey pixel value all over.
 class HeadlessImageDecoder : public ImageDecoder {
  public:
-  explicit HeadlessImageDecoder(std::shared_ptr<RunLoop> runLoop) : runLoop_{std::move(runLoop)} {}
+  HeadlessImageDecoder(std::shared_ptr<RunLoop> runLoop, std::size_t picturePixels)
+      : runLoop_{std::move(runLoop)}, picturePixels_{picturePixels} {}
   void decode(std::string bytes, std::function<void(Image)> completion) override;
   [[nodiscard]] Image decodeNow(const std::string& bytes) const override;
 
  private:
   std::shared_ptr<RunLoop> runLoop_;
+  std::size_t picturePixels_;
 };
 
 // A device whose carrier nobody knows, until a test says so.
@@ -104,6 +107,10 @@ class HeadlessApplication : public Application {
   bool openUrl(const Url& url) override;
   [[nodiscard]] std::string localizedString(std::string_view key) const override;
 
+  // Plays the host, whose windows come and go, and the person at the screen. Posts what is due.
+  void showWindows(bool shown);
+  void lockScreen(bool locked);
+
   std::vector<std::shared_ptr<Window>> allWindows;
   InterfaceOrientation orientation = InterfaceOrientation::portrait;
   Rect statusBar{0, 0, 320, 20};
@@ -111,6 +118,11 @@ class HeadlessApplication : public Application {
   std::set<std::string, std::less<>> openableSchemes{"http", "https"};
   std::vector<Url> openedUrls;
   std::map<std::string, std::string, std::less<>> translations;
+
+ private:
+  static void post(const Presence::Due& due);
+
+  Presence presence_;
 };
 
 }  // namespace tavo::headless

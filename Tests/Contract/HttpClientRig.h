@@ -59,7 +59,8 @@ class HttpClientRig {
  protected:
   // The same store for both: these tests are about the client.
   std::shared_ptr<headless::HeadlessCookieStore> cookies_ =
-      std::make_shared<headless::HeadlessCookieStore>();
+      std::make_shared<headless::HeadlessCookieStore>(
+          std::make_shared<headless::HeadlessRunLoop>());
 };
 
 class HeadlessHttpRig : public HttpClientRig {

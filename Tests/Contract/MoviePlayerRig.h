@@ -65,7 +65,7 @@ class HeadlessMovieRig {
   }
   // A person drags the position.
   static void drag(MoviePlayer& player, double seconds) {
-    static_cast<headless::HeadlessMoviePlayer&>(player).seek(seconds);
+    static_cast<headless::HeadlessMoviePlayer&>(player).seekByHand(seconds);
   }
 
  private:

@@ -100,66 +100,6 @@ class GtkNetwork : public GtkLoopTest {
   gtk::GtkNetworkMonitor monitor_{network_.monitor(), Assumption::none};
 };
 
-TEST_F(GtkNetwork, ReportsRealChangesOnly) {
-  int changes = 0;
-  auto watch = monitor_.watch({}, [&] { ++changes; });
-  ASSERT_TRUE(watch);
-  const auto become = [&](bool available, GNetworkConnectivity connectivity) {
-    network_.set(available, connectivity);
-    network_.announce();
-    network_.announce();
-    return changes;
-  };
-  EXPECT_EQ(become(false, G_NETWORK_CONNECTIVITY_LOCAL), 0);
-  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_FULL), 1);
-  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_LIMITED), 1);
-  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_PORTAL), 2);
-  EXPECT_EQ(become(false, G_NETWORK_CONNECTIVITY_LOCAL), 3);
-  watch.reset();
-  EXPECT_EQ(become(true, G_NETWORK_CONNECTIVITY_FULL), 3);
-}
-
-TEST_F(GtkNetwork, LetsAWatchEndItself) {
-  std::unique_ptr<NetworkMonitor::Watch> watch;
-  int changes = 0;
-  watch = monitor_.watch({}, [&] {
-    ++changes;
-    watch.reset();
-  });
-  network_.set(true, G_NETWORK_CONNECTIVITY_FULL);
-  network_.announce();
-  network_.set(false, G_NETWORK_CONNECTIVITY_LOCAL);
-  network_.announce();
-  EXPECT_EQ(changes, 1);
-}
-
-TEST_F(GtkNetwork, TellsTheWayToEachTarget) {
-  constexpr auto local = reachabilityReachable | reachabilityIsLocalAddress | reachabilityIsDirect;
-  struct Case {
-    ReachabilityTarget target;
-    std::optional<std::uint32_t> offline;
-    std::optional<std::uint32_t> online;
-  };
-  const std::vector<Case> cases{
-      {{Kind::internet, ""}, 0U, reachabilityReachable},
-      {{Kind::hostName, "ads.example.com"}, 0U, reachabilityReachable},
-      {{Kind::hostName, "localhost"}, local, local},
-      {{Kind::hostName, ""}, std::nullopt, std::nullopt},
-      {{Kind::address, "127.0.0.1"}, local, local},
-      {{Kind::address, "::1"}, local, local},
-      {{Kind::address, "0.0.0.0"}, 0U, reachabilityReachable},
-      {{Kind::address, "192.0.2.1"}, 0U, reachabilityReachable},
-      {{Kind::address, "192.0.2.1.5"}, std::nullopt, std::nullopt},
-  };
-  for (const auto& way : cases) {
-    network_.set(false, G_NETWORK_CONNECTIVITY_LOCAL);
-    EXPECT_EQ(monitor_.flagsFor(way.target), way.offline) << way.target.host;
-    network_.set(true, G_NETWORK_CONNECTIVITY_FULL);
-    EXPECT_EQ(monitor_.flagsFor(way.target), way.online) << way.target.host;
-    EXPECT_EQ(monitor_.watch(way.target, [] {}) != nullptr, way.online.has_value());
-  }
-}
-
 TEST_F(GtkNetwork, CanBeToldToAssumeOne) {
   const gtk::GtkNetworkMonitor assuming{network_.monitor(), Assumption::reachable};
   EXPECT_EQ(assuming.flagsFor({}), reachabilityReachable);

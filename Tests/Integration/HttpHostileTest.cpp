@@ -106,6 +106,7 @@ TEST_F(HttpHostile, TurnsEveryBadAnswerIntoItsError) {
       {"gzip with a wrong sum", gzipAnswer(wrongSum, packed.size()), TransportError::cannotDecode},
       {"circles", RedirectLoop{}, TransportError::tooManyRedirects},
       {"a way out of HTTP", Redirect{"file:///etc/passwd"}, TransportError::unsupportedUrl},
+      {"a way to no host at all", Redirect{"http:/.//9"}, TransportError::unsupportedUrl},
       {"a way to lines of its own", Redirect{"http://127.0.0.1%0d%0aX-Evil:1/"},
        TransportError::unsupportedUrl},
       {"a way to no host", Redirect{"http://"}, TransportError::unsupportedUrl},
@@ -202,62 +203,6 @@ TEST_F(HttpHostile, TakesABodyOfExactlyTheLimit) {
         EXPECT_EQ(codeOf(exchange(sent)), TransportError::bodyTooLarge) << limit;
       }
     }
-  }
-}
-
-TEST_F(HttpHostile, TakesNoCookieOrSecretToAnotherHost) {
-  server_.on("/start", PlainAnswer{.status = 302,
-                                   .headers = {{"Location", server_.url("/end", "localhost")},
-                                               {"Set-Cookie", "stored=1"}}});
-  server_.on("/end", PlainAnswer{});
-  auto sent = request("/start");
-  sent.setHeader("Cookie", "DAPROPS=1");
-  sent.setHeader("Authorization", "Bearer x");
-  sent.setHeader("User-Agent", "Test/1");
-  exchange(sent);
-  ASSERT_EQ(received().size(), 2U);
-  EXPECT_THAT(received()[0], HasSubstr("DAPROPS=1"));
-  EXPECT_THAT(received()[1], Not(HasSubstr("Cookie")));
-  EXPECT_THAT(received()[1], Not(HasSubstr("Authorization")));
-  EXPECT_THAT(received()[1], HasSubstr("Test/1"));
-  EXPECT_EQ(cookieHeader(cookies_->cookiesFor(sent.url)), "stored=1");
-}
-
-TEST_F(HttpHostile, SendsNoHeaderThatWouldBeTwo) {
-  server_.on("/ad", PlainAnswer{});
-  auto sent = request("/ad");
-  sent.setHeader("X-Good", "kept");
-  sent.setHeader("X-Split", "a\r\nX-Evil: 1");
-  sent.setHeader("X-Evil: 1\r\nX", "b");
-  EXPECT_FALSE(exchange(sent).error);
-  EXPECT_THAT(received()[0], HasSubstr("X-Good: kept"));
-  EXPECT_THAT(received()[0], Not(HasSubstr("X-Evil")));
-}
-
-TEST_F(HttpHostile, RepeatsOrDropsTheMethodAsTheRedirectSays) {
-  struct Case {
-    const char* method;
-    int status;
-    const char* then;
-  };
-  for (const Case& rule :
-       {Case{"POST", 301, "GET"}, Case{"POST", 302, "GET"}, Case{"POST", 303, "GET"},
-        Case{"POST", 307, "POST"}, Case{"POST", 308, "POST"}, Case{"PUT", 302, "PUT"},
-        Case{"PUT", 303, "GET"}, Case{"HEAD", 303, "HEAD"}}) {
-    server_.on("/start", Redirect{"/end", rule.status});
-    server_.on("/end", PlainAnswer{});
-    auto sent = request("/start");
-    sent.method = rule.method;
-    const bool hasBody = sent.method != "HEAD";
-    if (hasBody) sent.body = "a=1";
-    if (hasBody) sent.setHeader("Content-Type", "text/plain");
-    exchange(sent);
-    const std::string last = received().back();
-    const std::string what = std::string{rule.method} + " " + std::to_string(rule.status);
-    EXPECT_THAT(last, testing::StartsWith(std::string{rule.then} + " /end ")) << what;
-    const bool repeats = hasBody && sent.method == rule.then;
-    EXPECT_EQ(last.find("Content-Type: text/plain") != std::string::npos, repeats) << what;
-    EXPECT_EQ(last.find("Content-Length: 3") != std::string::npos, repeats) << what;
   }
 }
 

@@ -80,12 +80,13 @@ TEST_F(Cookies, AttachesNothingWithoutADomainOrAUrl) {
 // A store that hands out whatever a test puts in.
 class LooseStore : public headless::HeadlessCookieStore {
  public:
+  using HeadlessCookieStore::HeadlessCookieStore;
   [[nodiscard]] std::vector<Cookie> cookiesFor(const Url& /*url*/) const override { return held; }
   std::vector<Cookie> held;
 };
 
 TEST_F(Cookies, NeverBecomeASecondHeaderNorAnEndlessOne) {
-  const auto loose = std::make_shared<LooseStore>();
+  const auto loose = std::make_shared<LooseStore>(platform_.runLoop);
   loose->held.push_back(cookie("evil", "1\r\nHost: other.test"));
   loose->held.push_back(cookie("e\x01vil", "1"));
   for (int i = 0; i < 10'000; ++i) {

@@ -82,7 +82,7 @@ TEST_F(VideoPlaybackTest, AVideoThatWaitsIsSilentAndOneThatGoesBackTellsNoQuarti
   advance(60);
   EXPECT_THAT(played(), IsEmpty());
   host_->play();
-  host_->seek(1);
+  host_->seekByHand(1);
   settle();
   EXPECT_THAT(played(), ElementsAre(ping("rewind"), "didRewind", ping("resume"), "didResume"));
   advance(10);

@@ -1,28 +1,19 @@
 #include "Gtk/Http/GtkCookieStore.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/HttpCookieJar.h"
 #include "Gtk/Http/HttpUri.h"
-#include "Values/Text.h"
+#include "Rules/CookieRules.h"
 
 namespace tavo::gtk {
 
 namespace {
 
-constexpr int mostInAnswer = 50;
-constexpr std::size_t mostBytes = 4096;  // name and value together
-
-bool isAcceptable(const Cookie& cookie) {
-  return isStorable(cookie) && cookie.name.size() + cookie.value.size() <= mostBytes;
-}
-
-// libsoup would cut the text at a control character and store the front.
-bool hasControls(std::string_view header) {
-  return std::any_of(header.begin(), header.end(),
-                     [](char c) { return g_ascii_iscntrl(c) != FALSE && c != '\t'; });
+bool isPublicSuffix(std::string_view domain) {
+  return soup_tld_domain_is_public_suffix(std::string{domain}.c_str()) != FALSE;
 }
 
 std::optional<Cookie> optionalCookie(SoupCookie* cookie) {
@@ -31,21 +22,22 @@ std::optional<Cookie> optionalCookie(SoupCookie* cookie) {
 
 }  // namespace
 
-GtkCookieStore::GtkCookieStore(std::shared_ptr<RunLoop> runLoop, std::string path)
-    : runLoop_{std::move(runLoop)}, path_{std::move(path)} {}
+GtkCookieStore::GtkCookieStore(std::shared_ptr<RunLoop> runLoop, std::string path,
+                               const Limits& limits)
+    : runLoop_{std::move(runLoop)}, path_{std::move(path)}, limits_{limits} {}
 
 GtkCookieStore::~GtkCookieStore() = default;
 
 std::string GtkCookieStore::defaultPath(const std::string& applicationId) {
   const GText path{
       g_build_filename(g_get_user_data_dir(), applicationId.c_str(), "cookies.sqlite", nullptr)};
-  return path.get();
+  return textOf(path.get());
 }
 
 HttpCookieJar& GtkCookieStore::jar() const {
   if (!jar_) {
-    jar_ =
-        std::make_unique<HttpCookieJar>(path_, [this](SoupCookie* previous, SoupCookie* current) {
+    jar_ = std::make_unique<HttpCookieJar>(
+        path_, limits_, [this](SoupCookie* previous, SoupCookie* current) {
           if (!listener_ || origin_ == Origin::engine) return;
           announce({optionalCookie(previous), optionalCookie(current)});
         });
@@ -64,31 +56,28 @@ std::vector<Cookie> GtkCookieStore::cookiesFor(const Url& url) const {
   const GUriPtr uri = httpUri(url);
   if (!uri) return {};
   const std::scoped_lock lock{mutex_};
-  return jar().cookiesFor(uri.get());
+  auto cookies = jar().cookiesFor(uri.get());
+  // The jar goes by the system's clock, and knows nothing of jumps.
+  std::erase_if(
+      cookies, [now = runLoop_->today()](const Cookie& cookie) { return hasExpired(cookie, now); });
+  return cookies;
 }
 
 void GtkCookieStore::store(const Cookie& cookie, const Url& url) {
-  const GUriPtr uri = httpUri(url);
-  if (!uri || !isAcceptable(cookie)) return;
-  Cookie whole = cookie;
-  if (whole.domain.empty()) whole.domain = g_uri_get_host(uri.get());
-  SoupCookiePtr made = toSoupCookie(whole);
-  if (soup_cookie_domain_matches(made.get(), g_uri_get_host(uri.get())) == FALSE) return;
-  const std::scoped_lock lock{mutex_};
-  jar().add(std::move(made), uri.get());
+  if (maySet(cookie, url, isPublicSuffix, limits_)) put({cookie}, url);
 }
 
 void GtkCookieStore::storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) {
-  GUriPtr uri;
-  int left = mostInAnswer;
-  for (const auto& header : headers) {
-    if (!equalsIgnoringCase(header.name, "Set-Cookie") || hasControls(header.value)) continue;
-    if (!uri) uri = httpUri(url);
-    if (!uri || left-- == 0) return;
-    SoupCookiePtr cookie{soup_cookie_parse(header.value.c_str(), uri.get())};
-    if (!cookie || !isAcceptable(cookieFrom(cookie.get()))) continue;
-    const std::scoped_lock lock{mutex_};
-    jar().add(std::move(cookie), uri.get());
+  put(cookiesSetBy(headers, url, runLoop_->today(), isPublicSuffix, limits_), url);
+}
+
+void GtkCookieStore::put(std::vector<Cookie> cookies, const Url& url) {
+  const GUriPtr uri = cookies.empty() ? nullptr : httpUri(url);
+  if (!uri) return;
+  const std::scoped_lock lock{mutex_};
+  for (auto& cookie : cookies) {
+    boundLife(cookie, runLoop_->today(), limits_);
+    jar().add(cookie, uri.get());
   }
 }
 
@@ -98,10 +87,12 @@ std::vector<Cookie> GtkCookieStore::all() const {
 }
 
 void GtkCookieStore::adopt(const Cookie& cookie) {
-  if (!isAcceptable(cookie) || cookie.domain.empty()) return;
+  if (!isStorable(cookie, limits_) || cookie.domain.empty()) return;
+  Cookie bounded = cookie;
+  boundLife(bounded, runLoop_->today(), limits_);
   const std::scoped_lock lock{mutex_};
   origin_ = Origin::engine;
-  jar().add(toSoupCookie(cookie), nullptr);
+  jar().add(bounded, nullptr);
   origin_ = Origin::requests;
 }
 

@@ -5,6 +5,9 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include <tavo/Limits.h>
 
 #include "Services/CookieStore.h"
 #include "Services/RunLoop.h"
@@ -23,14 +26,13 @@ struct CookieChange {
 // other's writes, so a web engine keeps a copy that is fed from the change listener and reports its
 // own cookies through `adopt` and `discard`.
 //
-// One answer sets at most 50 cookies of at most 4 KB; how many are kept, and for how long, is in
-// HttpCookieJar.
+// What may be set, and for how long, is in CookieRules; how many are kept, in HttpCookieJar.
 class GtkCookieStore : public CookieStore {
  public:
   using Listener = std::function<void(const CookieChange&)>;
 
   // The file is opened at the first use. One that cannot be written costs the persistence only.
-  GtkCookieStore(std::shared_ptr<RunLoop> runLoop, std::string path);
+  GtkCookieStore(std::shared_ptr<RunLoop> runLoop, std::string path, const Limits& limits = {});
   ~GtkCookieStore() override;
   GtkCookieStore(const GtkCookieStore&) = delete;
   GtkCookieStore& operator=(const GtkCookieStore&) = delete;
@@ -59,10 +61,12 @@ class GtkCookieStore : public CookieStore {
   enum class Origin { requests, engine };
 
   [[nodiscard]] HttpCookieJar& jar() const;  // the lock is held
+  void put(std::vector<Cookie> cookies, const Url& url);
   void announce(CookieChange change) const;
 
   const std::shared_ptr<RunLoop> runLoop_;
   const std::string path_;
+  const Limits limits_;
   mutable std::mutex mutex_;
   mutable std::unique_ptr<HttpCookieJar> jar_;
   std::shared_ptr<const Listener> listener_;

@@ -1,7 +1,8 @@
 #include "Gtk/Http/HttpCookie.h"
 
 #include <algorithm>
-#include <string_view>
+
+#include "Gtk/ForeignText.h"
 
 namespace tavo::gtk {
 
@@ -10,19 +11,11 @@ namespace {
 using std::chrono::duration_cast;
 using std::chrono::seconds;
 
-std::string textOf(const char* text) { return text == nullptr ? std::string{} : text; }
-
 // Years that a clock in nanoseconds does not reach stand for its ends.
 Date dateOf(GDateTime* moment) {
   constexpr auto first = duration_cast<seconds>(Date::min().time_since_epoch());
   constexpr auto last = duration_cast<seconds>(Date::max().time_since_epoch());
   return Date{std::clamp(seconds{g_date_time_to_unix(moment)}, first, last)};
-}
-
-bool isClean(std::string_view text, std::string_view separators) {
-  return std::none_of(text.begin(), text.end(), [&](char c) {
-    return g_ascii_iscntrl(c) != FALSE || separators.find(c) != std::string_view::npos;
-  });
 }
 
 }  // namespace
@@ -56,11 +49,6 @@ SoupCookiePtr toSoupCookie(const Cookie& cookie) {
   soup_cookie_set_secure(made.get(), cookie.secure ? TRUE : FALSE);
   soup_cookie_set_http_only(made.get(), cookie.httpOnly ? TRUE : FALSE);
   return made;
-}
-
-bool isStorable(const Cookie& cookie) {
-  return !cookie.name.empty() && isClean(cookie.name, ";=") && isClean(cookie.value, ";") &&
-         isClean(cookie.path, ";") && isClean(cookie.domain, ";");
 }
 
 }  // namespace tavo::gtk

@@ -14,8 +14,4 @@ using SoupCookiePtr = GOwned<SoupCookie, &soup_cookie_free>;
 [[nodiscard]] Cookie cookieFrom(SoupCookie* cookie);
 [[nodiscard]] SoupCookiePtr toSoupCookie(const Cookie& cookie);
 
-// Whether the cookie can be written into a header and read back: no control characters, and none
-// of the separators where they would end the name or the value.
-[[nodiscard]] bool isStorable(const Cookie& cookie);
-
 }  // namespace tavo::gtk

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "Gtk/ForeignText.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -30,19 +32,13 @@ GPtr<SoupCookieJar> openJar(const std::string& path) {
   return GPtr<SoupCookieJar>::adopt(soup_cookie_jar_db_new(path.c_str(), FALSE));
 }
 
-void boundLife(SoupCookie* cookie) {
-  GDateTime* const expires = soup_cookie_get_expires(cookie);
-  if (expires == nullptr) return;
-  const GDateTimePtr now{g_date_time_new_now_utc()};
-  const GDateTimePtr latest{
-      g_date_time_add_hours(now.get(), static_cast<int>(HttpCookieJar::longestLife.count()))};
-  if (g_date_time_compare(expires, latest.get()) > 0) soup_cookie_set_expires(cookie, latest.get());
-}
-
 }  // namespace
 
-HttpCookieJar::HttpCookieJar(const std::string& path, Changed changed)
-    : jar_{openJar(path)}, changed_{std::move(changed)} {
+HttpCookieJar::HttpCookieJar(const std::string& path, const Limits& limits, Changed changed)
+    : jar_{openJar(path)},
+      mostInDomain_{limits.cookiesPerDomain},
+      mostInAll_{limits.cookies},
+      changed_{std::move(changed)} {
   const CookieList stored{soup_cookie_jar_all_cookies(jar_.get())};
   for (const GSList* node = stored.get(); node != nullptr; node = node->next) {
     count(cookieAt(node), 1);
@@ -60,11 +56,9 @@ std::vector<Cookie> HttpCookieJar::all() {
   return copied(CookieList{soup_cookie_jar_all_cookies(jar_.get())});
 }
 
-void HttpCookieJar::add(SoupCookiePtr cookie, GUri* origin) {
-  boundLife(cookie.get());
-  const std::string domain = soup_cookie_get_domain(cookie.get());
-  soup_cookie_jar_add_cookie_full(jar_.get(), cookie.release(), origin, nullptr);
-  makeRoomFor(domain);
+void HttpCookieJar::add(const Cookie& cookie, GUri* origin) {
+  soup_cookie_jar_add_cookie_full(jar_.get(), toSoupCookie(cookie).release(), origin, nullptr);
+  makeRoomFor(cookie.domain);
 }
 
 void HttpCookieJar::remove(const Cookie& cookie) {
@@ -81,7 +75,7 @@ void HttpCookieJar::jarChanged(SoupCookieJar* /*jar*/, SoupCookie* previous, Sou
 }
 
 void HttpCookieJar::count(SoupCookie* cookie, int difference) {
-  const auto entry = counts_.try_emplace(soup_cookie_get_domain(cookie), 0).first;
+  const auto entry = counts_.try_emplace(textOf(soup_cookie_get_domain(cookie)), 0).first;
   entry->second += static_cast<std::size_t>(difference);
   total_ += static_cast<std::size_t>(difference);
   if (entry->second == 0) counts_.erase(entry);
@@ -90,10 +84,10 @@ void HttpCookieJar::count(SoupCookie* cookie, int difference) {
 // Room is made for several at a time, because finding what can go means looking at all.
 void HttpCookieJar::makeRoomFor(const std::string& domain) {
   const auto entry = counts_.find(domain);
-  if (entry != counts_.end() && entry->second > mostInDomain) {
-    dropOldest(domain, entry->second - mostInDomain * 5 / 6);
+  if (entry != counts_.end() && entry->second > mostInDomain_) {
+    dropOldest(domain, entry->second - mostInDomain_ * 5 / 6);
   }
-  if (total_ > mostInAll) dropOthers(domain, total_ - mostInAll * 5 / 6);
+  if (total_ > mostInAll_) dropOthers(domain, total_ - mostInAll_ * 5 / 6);
 }
 
 void HttpCookieJar::dropOldest(const std::string& domain, std::size_t count) {
@@ -101,7 +95,7 @@ void HttpCookieJar::dropOldest(const std::string& domain, std::size_t count) {
   const CookieList cookies{soup_cookie_jar_all_cookies(jar_.get())};
   // The jar lists the cookies of one domain with the newest first.
   for (const GSList* node = cookies.get(); node != nullptr; node = node->next) {
-    if (domain != soup_cookie_get_domain(cookieAt(node))) continue;
+    if (domain != textOf(soup_cookie_get_domain(cookieAt(node)))) continue;
     if (kept > 0) {
       --kept;
     } else {
@@ -114,7 +108,7 @@ void HttpCookieJar::dropOldest(const std::string& domain, std::size_t count) {
 void HttpCookieJar::dropOthers(const std::string& domain, std::size_t count) {
   const CookieList cookies{soup_cookie_jar_all_cookies(jar_.get())};
   for (const GSList* node = cookies.get(); node != nullptr && count > 0; node = node->next) {
-    if (domain == soup_cookie_get_domain(cookieAt(node))) continue;
+    if (domain == textOf(soup_cookie_get_domain(cookieAt(node)))) continue;
     soup_cookie_jar_delete_cookie(jar_.get(), cookieAt(node));
     --count;
   }

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Limits.h>
+
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/HttpCookie.h"
 
@@ -17,17 +19,12 @@ namespace tavo::gtk {
 // server could otherwise fill memory and every later request. One thread at a time.
 class HttpCookieJar {
  public:
-  // As in browsers.
-  static constexpr std::size_t mostInDomain = 180;
-  static constexpr std::size_t mostInAll = 3'000;
-  static constexpr std::chrono::hours longestLife{400 * 24};
-
   // One of the two is null: the cookie has been added or removed.
   using Changed = std::function<void(SoupCookie* previous, SoupCookie* current)>;
 
   // Reads the file, and makes it and its folders when there is none. `changed` is called inside the
   // operation that changes the jar, expired cookies included.
-  HttpCookieJar(const std::string& path, Changed changed);
+  HttpCookieJar(const std::string& path, const Limits& limits, Changed changed);
   ~HttpCookieJar();
   HttpCookieJar(const HttpCookieJar&) = delete;
   HttpCookieJar& operator=(const HttpCookieJar&) = delete;
@@ -39,7 +36,7 @@ class HttpCookieJar {
   // Adds, replaces, or removes when it has expired. With an `origin` the cookie must not be secure
   // if that is not, and must not replace one that is. The oldest cookies of its domain make
   // room, and when the jar is full, some of other domains.
-  void add(SoupCookiePtr cookie, GUri* origin);
+  void add(const Cookie& cookie, GUri* origin);
 
   void remove(const Cookie& cookie);
 
@@ -52,6 +49,8 @@ class HttpCookieJar {
   void dropOthers(const std::string& domain, std::size_t count);
 
   GPtr<SoupCookieJar> jar_;
+  std::size_t mostInDomain_;
+  std::size_t mostInAll_;
   Changed changed_;
   std::map<std::string, std::size_t> counts_;  // per domain
   std::size_t total_ = 0;

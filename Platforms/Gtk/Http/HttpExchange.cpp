@@ -3,9 +3,7 @@
 #include <utility>
 
 #include "Gtk/Http/HttpFailure.h"
-#include "Gtk/Http/HttpHopRules.h"
 #include "Gtk/Http/HttpMessage.h"
-#include "Gtk/Http/HttpUri.h"
 
 namespace tavo::gtk {
 
@@ -31,8 +29,8 @@ HttpExchange::HttpExchange(std::shared_ptr<const HttpServices> services, HttpReq
                            HttpCompletion completion)
     : services_{std::move(services)},
       request_{std::move(request)},
-      completion_{std::move(completion)},
-      hopUrl_{request_.url} {}
+      hops_{request_, services_->redirectLimit},
+      completion_{std::move(completion)} {}
 
 void HttpExchange::start() {
   if (!completion_) return;
@@ -53,8 +51,8 @@ SoupSession* HttpExchange::session() const {
 }
 
 void HttpExchange::startHop(Delivery ofFailure) {
-  const auto message =
-      makeMessage(request_, hopUrl_, hopHeaders(request_, hopUrl_, *services_->cookies));
+  const auto hop = hops_.request(*services_->cookies, services_->runLoop->today());
+  const auto message = hop ? makeMessage(*hop) : nullptr;
   if (!message) {
     return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.", ofFailure);
   }
@@ -84,26 +82,24 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   if (!stream) return finish(httpError(*failure.get()));
   watchdog_->touch();
   message_ = GPtr<SoupMessage>::share(soup_session_get_async_result_message(source, result));
-  response_ = responseHead(message_.get(), hopUrl_);
-  services_->cookies->storeFromHeaders(response_->headers, hopUrl_);
-  const auto* location = response_->header("Location");
-  if (request_.followsRedirects && isRedirect(response_->status) && location != nullptr) {
-    return follow(*location, std::move(stream));
+  response_ = responseHead(message_.get(), hops_.url());
+  switch (hops_.take(*response_, *services_->cookies)) {
+    case HttpHops::Next::follow:
+      return follow(std::move(stream));
+    case HttpHops::Next::giveUp:
+      return fail(TransportError::tooManyRedirects, "Too many redirects.");
+    case HttpHops::Next::deliver:
+      break;
   }
   reader_ = std::make_unique<HttpBodyReader>(std::move(stream), request_.maximumBodyBytes,
                                              announcedLength(message_.get()).value_or(0));
   readBody();
 }
 
-void HttpExchange::follow(const std::string& location, GPtr<GInputStream> stream) {
-  if (++redirects_ > services_->redirectLimit) {
-    return fail(TransportError::tooManyRedirects, "Too many redirects.");
-  }
-  // The body itself is of no use, and its server may take for ever: what is not there already costs
-  // the connection, not the time.
+// The body itself is of no use, and its server may take for ever: what is not there already costs
+// the connection, not the time.
+void HttpExchange::follow(GPtr<GInputStream> stream) {
   static_cast<void>(HttpBodyReader{std::move(stream), redirectBodyLimit, 0}.readAvailable());
-  hopUrl_ = redirectTarget(hopUrl_, location);
-  applyRedirect(request_, response_->status);
   startHop(Delivery::now);
 }
 

@@ -9,6 +9,7 @@
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/HttpBodyReader.h"
 #include "Gtk/Http/HttpWatchdog.h"
+#include "Rules/HttpHops.h"
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
@@ -47,7 +48,7 @@ class HttpExchange : public HttpClient::Exchange,
   void startHop(Delivery ofFailure);
   void watchProgress(SoupMessage* message);
   void headArrived(SoupSession* source, GAsyncResult* result);
-  void follow(const std::string& location, GPtr<GInputStream> stream);
+  void follow(GPtr<GInputStream> stream);
   void readBody();
 
   void fail(TransportError code, std::string description, Delivery delivery = Delivery::now);
@@ -55,13 +56,12 @@ class HttpExchange : public HttpClient::Exchange,
   void stopEverything();
 
   std::shared_ptr<const HttpServices> services_;
-  HttpRequest request_;        // as the redirects so far have left it; its URL is the first one
+  const HttpRequest request_;
+  HttpHops hops_;
   HttpCompletion completion_;  // none once finished
   std::shared_ptr<HttpExchange> keepAlive_;
   std::shared_ptr<HttpWatchdog> watchdog_;
 
-  Url hopUrl_;
-  int redirects_ = 0;
   GPtr<GCancellable> cancellable_;        // of the current hop
   GPtr<SoupMessage> message_;             // whose head arrived last
   std::optional<HttpResponse> response_;  // the same as a record

@@ -1,20 +1,12 @@
 #include "Gtk/Http/HttpMessage.h"
 
-#include <algorithm>
-
+#include "Gtk/ForeignText.h"
 #include "Gtk/Http/HttpUri.h"
-#include "Values/Text.h"
+#include "Rules/HttpHops.h"
 
 namespace tavo::gtk {
 
 namespace {
-
-bool isSendable(const HttpHeader& header) {
-  const auto isControl = [](char c) { return g_ascii_iscntrl(c) != FALSE; };
-  const auto breaksName = [](char c) { return g_ascii_isgraph(c) == FALSE || c == ':'; };
-  return !header.name.empty() && std::none_of(header.name.begin(), header.name.end(), breaksName) &&
-         std::none_of(header.value.begin(), header.value.end(), isControl);
-}
 
 void setBody(SoupMessage* message, const std::string& body) {
   if (body.empty()) return;
@@ -24,19 +16,16 @@ void setBody(SoupMessage* message, const std::string& body) {
 
 }  // namespace
 
-GPtr<SoupMessage> makeMessage(const HttpRequest& request, const Url& url,
-                              const std::vector<HttpHeader>& headers) {
-  const GUriPtr uri = httpUri(url);
+GPtr<SoupMessage> makeMessage(const HttpRequest& hop) {
+  const GUriPtr uri = httpUri(hop.url);
   if (!uri) return nullptr;
-  auto message =
-      GPtr<SoupMessage>::adopt(soup_message_new_from_uri(request.method.c_str(), uri.get()));
+  auto message = GPtr<SoupMessage>::adopt(soup_message_new_from_uri(hop.method.c_str(), uri.get()));
   constexpr auto flags =
       static_cast<SoupMessageFlags>(SOUP_MESSAGE_NO_REDIRECT | SOUP_MESSAGE_COLLECT_METRICS);
   soup_message_set_flags(message.get(), flags);
-  setBody(message.get(), request.body);
+  setBody(message.get(), hop.body);
   SoupMessageHeaders* const sent = soup_message_get_request_headers(message.get());
-  for (const auto& header : headers) {
-    if (!isSendable(header)) continue;
+  for (const auto& header : hop.headers) {
     soup_message_headers_append(sent, header.name.c_str(), header.value.c_str());
   }
   return message;
@@ -51,7 +40,7 @@ HttpResponse responseHead(SoupMessage* message, const Url& url) {
   const char* name = nullptr;
   const char* value = nullptr;
   while (soup_message_headers_iter_next(&iterator, &name, &value) != FALSE) {
-    response.headers.push_back({name, value});
+    response.headers.push_back({textOf(name), textOf(value)});
   }
   if (const auto* type = response.header("Content-Type")) response.mimeType = mimeTypeOf(*type);
   return response;
@@ -74,12 +63,6 @@ bool isCutOff(SoupMessage* message) {
   if (!announced || soup_message_get_http_version(message) == SOUP_HTTP_2_0) return false;
   SoupMessageMetrics* const metrics = soup_message_get_metrics(message);
   return soup_message_metrics_get_response_body_bytes_received(metrics) < *announced;
-}
-
-std::string mimeTypeOf(std::string_view contentType) {
-  std::string type{trimmed(contentType.substr(0, contentType.find(';')))};
-  std::transform(type.begin(), type.end(), type.begin(), &g_ascii_tolower);
-  return type;
 }
 
 }  // namespace tavo::gtk

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "Gtk/ForeignText.h"
+#include "Rules/WayToTarget.h"
 #include "Values/Text.h"
 
 namespace tavo::gtk {
@@ -9,9 +11,6 @@ namespace tavo::gtk {
 namespace {
 
 using GFolder = GOwned<GDir, &g_dir_close>;
-
-constexpr std::uint32_t thisMachine =
-    reachabilityReachable | reachabilityIsLocalAddress | reachabilityIsDirect;
 
 bool isWirelessAndUp(const std::string& interface) {
   const std::string folder = "/sys/class/net/" + interface;
@@ -21,21 +20,21 @@ bool isWirelessAndUp(const std::string& interface) {
     return false;
   }
   const GText owned{state};
-  return trimmed(owned.get()) == "up";
+  return trimmed(textOf(owned.get())) == "up";
 }
 
 }  // namespace
 
 std::optional<std::uint32_t> NetworkReading::flagsFor(const ReachabilityTarget& target) const {
-  switch (target.kind) {
-    case ReachabilityTarget::Kind::internet:
-      return internetFlags();
-    case ReachabilityTarget::Kind::localWiFi:
+  switch (wayTo(target)) {
+    case WayToTarget::none:
+      return std::nullopt;
+    case WayToTarget::thisMachine:
+      return thisMachineFlags;
+    case WayToTarget::localWiFi:
       return wiFiFlags();
-    case ReachabilityTarget::Kind::hostName:
-      return hostFlags(target.host);
-    case ReachabilityTarget::Kind::address:
-      return addressFlags(target.host);
+    case WayToTarget::internet:
+      return internetFlags();
   }
   return std::nullopt;
 }
@@ -58,20 +57,6 @@ std::uint32_t NetworkReading::wiFiFlags() const {
     if (isWirelessAndUp(name)) return reachabilityReachable | reachabilityIsDirect;
   }
   return 0;
-}
-
-std::optional<std::uint32_t> NetworkReading::addressFlags(const std::string& text) const {
-  const auto address = GPtr<GInetAddress>::adopt(g_inet_address_new_from_string(text.c_str()));
-  if (!address) return std::nullopt;
-  if (g_inet_address_get_is_loopback(address.get()) != FALSE) return thisMachine;
-  return internetFlags();
-}
-
-std::optional<std::uint32_t> NetworkReading::hostFlags(const std::string& name) const {
-  if (name.empty()) return std::nullopt;
-  if (g_hostname_is_ip_address(name.c_str()) != FALSE) return addressFlags(name);
-  const bool isLocal = equalsIgnoringCase(name, "localhost") || name.ends_with(".localhost");
-  return isLocal ? thisMachine : internetFlags();
 }
 
 }  // namespace tavo::gtk

@@ -11,8 +11,7 @@
 
 namespace tavo::gtk {
 
-// What a network monitor says now, as reachability flags. Looks nothing up: a name counts as
-// reachable when the internet is.
+// What a network monitor says now, as reachability flags.
 class NetworkReading {
  public:
   NetworkReading(GPtr<GNetworkMonitor> monitor, bool assumesReachable)
@@ -26,8 +25,6 @@ class NetworkReading {
  private:
   [[nodiscard]] std::uint32_t internetFlags() const;
   [[nodiscard]] std::uint32_t wiFiFlags() const;
-  [[nodiscard]] std::optional<std::uint32_t> addressFlags(const std::string& text) const;
-  [[nodiscard]] std::optional<std::uint32_t> hostFlags(const std::string& name) const;
 
   GPtr<GNetworkMonitor> monitor_;
   bool assumesReachable_;

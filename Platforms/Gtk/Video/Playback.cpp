@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/Video/SourcePolicy.h"
 
 namespace tavo::gtk {
@@ -41,9 +42,14 @@ void configure(GstPlay* play, const MediaEngine& engine) {
 
 }  // namespace
 
-Playback::Playback(const MediaEngine& engine, const std::string& url, Events events)
+Playback::Playback(const MediaEngine& engine, const std::string& url,
+                   std::function<void(GdkTexture*)> show, Events events)
     : events_{std::move(events)}, runLoop_{engine.services().runLoop} {
-  sink_ = FrameSink::create(runLoop_, [this](GdkTexture* picture) { events_.picture(picture); });
+  sink_ = FrameSink::create(runLoop_, [this, show = std::move(show)](GdkTexture* picture) {
+    show(picture);
+    const auto told = events_.picture;
+    told();
+  });
   play_ =
       gst_play_new(gst_play_video_overlay_video_renderer_new_with_sink(nullptr, sink_->element()));
   configure(play_, engine);
@@ -90,12 +96,8 @@ void Playback::hear(GstMessage* message) {
   GstPlayMessage type{};
   gst_play_message_parse_type(message, &type);
   switch (type) {
-    case GST_PLAY_MESSAGE_STATE_CHANGED: {
-      GstPlayState state{};
-      gst_play_message_parse_state_changed(message, &state);
-      const auto told = events_.state;
-      return told(state);
-    }
+    case GST_PLAY_MESSAGE_STATE_CHANGED:
+      return hearState(message);
     case GST_PLAY_MESSAGE_DURATION_CHANGED:
     case GST_PLAY_MESSAGE_MEDIA_INFO_UPDATED:
     case GST_PLAY_MESSAGE_POSITION_UPDATED: {
@@ -117,10 +119,18 @@ void Playback::hear(GstMessage* message) {
   }
 }
 
+void Playback::hearState(GstMessage* message) {
+  GstPlayState state{};
+  gst_play_message_parse_state_changed(message, &state);
+  if (state != GST_PLAY_STATE_PLAYING && state != GST_PLAY_STATE_PAUSED) return;
+  const auto told = state == GST_PLAY_STATE_PLAYING ? events_.playing : events_.paused;
+  told();
+}
+
 void Playback::hearError(GstMessage* message) {
   GError* error = nullptr;
   gst_play_message_parse_error(message, &error, nullptr);
-  const std::string why = error != nullptr ? error->message : "";
+  const std::string why = error != nullptr ? textOf(error->message) : std::string{};
   g_clear_error(&error);
   const auto told = events_.failed;
   told(why);
