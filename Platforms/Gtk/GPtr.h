@@ -86,7 +86,6 @@ class GFailure {
   [[nodiscard]] bool is(GQuark domain, int code) const {
     return g_error_matches(error_, domain, code) != FALSE;
   }
-  [[nodiscard]] const char* message() const { return error_ == nullptr ? "" : error_->message; }
   explicit operator bool() const { return error_ != nullptr; }
 
  private:

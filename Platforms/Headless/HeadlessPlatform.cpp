@@ -6,6 +6,7 @@ namespace tavo::headless {
 
 HeadlessPlatform::HeadlessPlatform(const Limits& bounds)
     : limits{bounds},
+      notifications{std::make_shared<NotificationCenter>()},
       runLoop{std::make_shared<HeadlessRunLoop>()},
       log{std::make_shared<HeadlessLog>()},
       cookies{std::make_shared<HeadlessCookieStore>(runLoop, limits)},
@@ -16,7 +17,7 @@ HeadlessPlatform::HeadlessPlatform(const Limits& bounds)
       userDefaults{std::make_shared<HeadlessUserDefaults>()},
       bundle{std::make_shared<HeadlessBundle>()},
       images{std::make_shared<HeadlessImageDecoder>(runLoop, limits.picturePixels)},
-      application{std::make_shared<HeadlessApplication>()},
+      application{std::make_shared<HeadlessApplication>(notifications)},
       webViews{std::make_shared<HeadlessWebViewFactory>(runLoop)},
       alerts{std::make_shared<HeadlessAlerts>()},
       calendarAccess{std::make_shared<HeadlessCalendarAccess>(runLoop)},
@@ -45,7 +46,7 @@ Platform HeadlessPlatform::platform() const {
           .log = log,
           .moviePlayers = moviePlayers,
           .network = network,
-          .notifications = std::make_shared<NotificationCenter>(),
+          .notifications = notifications,
           .photoAlbum = photoAlbum,
           .runLoop = runLoop,
           .screen = screen,

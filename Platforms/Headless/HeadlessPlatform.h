@@ -26,6 +26,7 @@ struct HeadlessPlatform {
   [[nodiscard]] Platform platform() const;
 
   Limits limits;
+  std::shared_ptr<NotificationCenter> notifications;
   std::shared_ptr<HeadlessRunLoop> runLoop;
   std::shared_ptr<HeadlessLog> log;
   std::shared_ptr<HeadlessCookieStore> cookies;

@@ -2,8 +2,6 @@
 
 #include <cstdio>
 
-#include <tavo/Runtime.h>
-
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::headless {
@@ -73,7 +71,7 @@ void HeadlessApplication::showWindows(bool shown) { post(presence_.windowsShown(
 void HeadlessApplication::lockScreen(bool locked) { post(presence_.screenLocked(locked)); }
 
 void HeadlessApplication::post(const Presence::Due& due) {
-  if (due) Runtime::current().notifications().post(*due);
+  if (due) notifications_->post(*due);
 }
 
 void HeadlessApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {

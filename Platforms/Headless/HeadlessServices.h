@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Rules/Presence.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 #include "Services/Bundle.h"
 #include "Services/Device.h"
@@ -95,6 +96,8 @@ class HeadlessTelephony : public Telephony {
 
 class HeadlessApplication : public Application {
  public:
+  explicit HeadlessApplication(std::shared_ptr<NotificationCenter> notifications)
+      : notifications_{std::move(notifications)} {}
   [[nodiscard]] std::vector<std::shared_ptr<Window>> windows() const override { return allWindows; }
   [[nodiscard]] std::shared_ptr<Window> keyWindow() const override {
     return allWindows.empty() ? nullptr : allWindows.front();
@@ -120,8 +123,9 @@ class HeadlessApplication : public Application {
   std::map<std::string, std::string, std::less<>> translations;
 
  private:
-  static void post(const Presence::Due& due);
+  void post(const Presence::Due& due);
 
+  std::shared_ptr<NotificationCenter> notifications_;
   Presence presence_;
 };
 

@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include <tavo/Runtime.h>
-
 #include "Gtk/GPtr.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkBundle.h"
@@ -43,6 +41,7 @@ class HeadlessRig {
   Bundle& bundle() { return *platform_.bundle; }
   ImageDecoder& images() { return *platform_.images; }
   Application& application() { return *platform_.application; }
+  NotificationCenter& notifications() { return *platform_.notifications; }
   static std::string picture(int width, int height) {
     return "image " + std::to_string(width) + "x" + std::to_string(height);
   }
@@ -58,7 +57,6 @@ class HeadlessRig {
     return limits;
   }
   headless::HeadlessPlatform platform_{limits()};
-  Runtime runtime_{platform_.platform()};
 };
 
 class GtkRig {
@@ -73,6 +71,7 @@ class GtkRig {
   Bundle& bundle() { return bundle_; }
   ImageDecoder& images() { return images_; }
   Application& application() { return scene().application; }
+  NotificationCenter& notifications() { return *notifications_; }
   static std::string picture(int width, int height) {
     const auto pixbuf =
         gtk::GPtr<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, width, height));
@@ -92,19 +91,21 @@ class GtkRig {
  private:
   // A toolkit is set up once in a process, and only for the tests that need one.
   struct Scene {
-    Scene() { (void)application.sceneOf(window); }
+    explicit Scene(std::shared_ptr<NotificationCenter> center) : notifications{std::move(center)} {
+      (void)application.sceneOf(window);
+    }
+    std::shared_ptr<NotificationCenter> notifications;
     Gtk::Window window;
-    gtk::GtkApplication application;
+    gtk::GtkApplication application{notifications, 8'192};
   };
   Scene& scene() {
     static const auto toolkit = Gtk::Application::create("com.example.contract");
-    if (!scene_) scene_ = std::make_unique<Scene>();
+    if (!scene_) scene_ = std::make_unique<Scene>(notifications_);
     return *scene_;
   }
 
   TemporaryFolder folder_;
-  headless::HeadlessPlatform platform_;
-  Runtime runtime_{platform_.platform()};
+  std::shared_ptr<NotificationCenter> notifications_ = std::make_shared<NotificationCenter>();
   std::shared_ptr<gtk::GtkRunLoop> loop_ = std::make_shared<gtk::GtkRunLoop>();
   gtk::GtkUserDefaults defaults_{folder_.path("defaults.ini")};
   gtk::GtkBundle bundle_{{folder_.path("absent"), folder_.path("root")}};
@@ -181,7 +182,7 @@ TYPED_TEST(SmallServicesContract, AnApplicationGoesAwayWithItsLastWindowAndComes
   std::vector<Subscription> subscriptions;
   (void)this->rig_.application();
   for (const auto name : {notifications::didEnterBackground, notifications::willEnterForeground}) {
-    subscriptions.push_back(Runtime::current().notifications().subscribe(
+    subscriptions.push_back(this->rig_.notifications().subscribe(
         name, [&told, name](const Notification&) { told.emplace_back(name); }));
   }
   this->rig_.showWindow(true);

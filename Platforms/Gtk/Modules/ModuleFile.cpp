@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "Gtk/ForeignText.h"
+
 namespace tavo::gtk {
 
 std::filesystem::path moduleFolder() {
@@ -17,7 +19,7 @@ OpenModule::OpenModule(const std::filesystem::path& file, std::string& failure)
     : module_{g_module_open(file.c_str(),
                             static_cast<GModuleFlags>(G_MODULE_BIND_LAZY | G_MODULE_BIND_LOCAL))} {
   if (module_ == nullptr) {
-    failure = g_module_error();
+    failure = textOf(g_module_error());
   } else {
     g_module_make_resident(static_cast<GModule*>(module_));
   }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Gtk/ForeignText.h"
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
@@ -92,15 +93,7 @@ void GtkApplication::updateOrientation() {
 void GtkApplication::updateVisibility() {
   const bool shown = std::any_of(scenes_.begin(), scenes_.end(),
                                  [](const auto& scene) { return scene->isShown(); });
-  if (shown) {
-    seen_ = true;
-    if (!background_) return;
-    background_ = false;
-    notifications_->post(notifications::willEnterForeground);
-  } else if (seen_ && !background_) {
-    background_ = true;
-    notifications_->post(notifications::didEnterBackground);
-  }
+  if (const auto due = presence_.windowsShown(shown)) notifications_->post(*due);
 }
 
 void GtkApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {
@@ -121,7 +114,7 @@ bool GtkApplication::openUrl(const Url& url) {
 
 std::string GtkApplication::localizedString(std::string_view key) const {
   // The empty key stands for the head of a translation file, which is not for users.
-  return key.empty() ? std::string{} : dgettext(nullptr, std::string{key}.c_str());
+  return key.empty() ? std::string{} : textOf(dgettext(nullptr, std::string{key}.c_str()));
 }
 
 }  // namespace tavo::gtk

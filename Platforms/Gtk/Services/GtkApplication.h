@@ -7,6 +7,7 @@
 
 #include "Gtk/Scene/WindowScene.h"
 #include "Gtk/Services/GtkSystemEvents.h"
+#include "Rules/Presence.h"
 #include "Services/Application.h"
 
 namespace tavo::gtk {
@@ -54,8 +55,7 @@ class GtkApplication : public Application {
   const Gtk::Window* lastActive_ = nullptr;
   InterfaceOrientation orientation_ = InterfaceOrientation::portrait;
   bool statusBarHidden_ = false;
-  bool seen_ = false;        // a window has been on the screen
-  bool background_ = false;  // no window is on the screen any more
+  Presence presence_;
 };
 
 }  // namespace tavo::gtk

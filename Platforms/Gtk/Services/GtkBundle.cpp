@@ -1,5 +1,6 @@
 #include "Gtk/Services/GtkBundle.h"
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 
 namespace tavo::gtk {
@@ -18,7 +19,7 @@ std::optional<std::string> GtkBundle::pathForResource(std::string_view bundle,
   if (!type.empty()) file += "." + std::string{type};
   for (const auto& root : roots_) {
     const GText path{g_build_filename(root.c_str(), file.c_str(), nullptr)};
-    if (g_file_test(path.get(), G_FILE_TEST_IS_REGULAR) != FALSE) return path.get();
+    if (g_file_test(path.get(), G_FILE_TEST_IS_REGULAR) != FALSE) return textOf(path.get());
   }
   return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Values/Text.h"
 
@@ -23,7 +24,7 @@ std::string lineOf(const char* path) {
   char* data = nullptr;
   if (g_file_get_contents(path, &data, nullptr, nullptr) == FALSE) return {};
   const GText owned{data};
-  return validUtf8(trimmed(owned.get()));
+  return validUtf8(trimmed(textOf(owned.get())));
 }
 
 // What firmware says that was never filled in.
@@ -67,7 +68,7 @@ std::string GtkDevice::hardwareMachine() const { return kernel().machine; }
 
 std::string GtkDevice::systemVersion() const {
   const GText version{g_get_os_info(G_OS_INFO_KEY_VERSION_ID)};
-  return version ? version.get() : kernel().release;
+  return version ? textOf(version.get()) : kernel().release;
 }
 
 // The environment's list repeats each locale with and without its territory and character set.

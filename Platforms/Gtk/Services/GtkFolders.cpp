@@ -2,13 +2,14 @@
 
 #include <glib/gstdio.h>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 
 namespace tavo::gtk {
 
 std::string GtkFolders::defaultFolder(const std::string& applicationId) {
   const GText path{g_build_filename(g_get_user_data_dir(), applicationId.c_str(), nullptr)};
-  return path.get();
+  return textOf(path.get());
 }
 
 // Named also when it cannot be made: whoever writes there learns why.

@@ -4,6 +4,7 @@
 
 #include <ctime>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Gtk/Services/NewFile.h"
 
@@ -63,7 +64,7 @@ std::string pictureEnding(std::string_view bytes) {
 std::string GtkPhotoAlbum::defaultFolder() {
   if (const char* folder = g_get_user_special_dir(G_USER_DIRECTORY_PICTURES)) return folder;
   const GText path{g_build_filename(g_get_home_dir(), "Pictures", nullptr)};
-  return path.get();
+  return textOf(path.get());
 }
 
 void GtkPhotoAlbum::save(std::string bytes, const Image& picture,

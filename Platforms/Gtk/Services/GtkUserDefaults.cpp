@@ -7,6 +7,7 @@
 
 #include <tavo/Url.h>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 
 namespace tavo::gtk {
@@ -30,7 +31,7 @@ std::string escaped(std::string_view bytes, std::string_view marks) {
       text += byte;
     } else {
       const GText escape{g_strdup_printf("%%%02X", static_cast<unsigned char>(byte))};
-      text += escape.get();
+      text += textOf(escape.get());
     }
   }
   return text;
@@ -43,7 +44,7 @@ GtkUserDefaults::GtkUserDefaults(std::string path) : path_{std::move(path)}, val
 std::string GtkUserDefaults::defaultPath(const std::string& applicationId) {
   const GText path{
       g_build_filename(g_get_user_config_dir(), applicationId.c_str(), "defaults.ini", nullptr)};
-  return path.get();
+  return textOf(path.get());
 }
 
 std::optional<std::string> GtkUserDefaults::value(std::string_view key) const {
@@ -98,8 +99,8 @@ bool GtkUserDefaults::writeFile(const Values& values) const {
   const GText text{g_key_file_to_data(file.get(), &size, nullptr)};
   const GText folder{g_path_get_dirname(path_.c_str())};
   g_mkdir_with_parents(folder.get(), 0700);
-  return g_file_set_contents_full(path_.c_str(), text.get(), static_cast<gssize>(size),
-                                  G_FILE_SET_CONTENTS_CONSISTENT, 0600, nullptr) != FALSE;
+  return text && g_file_set_contents_full(path_.c_str(), text.get(), static_cast<gssize>(size),
+                                          G_FILE_SET_CONTENTS_CONSISTENT, 0600, nullptr) != FALSE;
 }
 
 }  // namespace tavo::gtk

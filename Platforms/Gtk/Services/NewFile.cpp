@@ -6,6 +6,8 @@
 
 #include <cerrno>
 
+#include "Gtk/ForeignText.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -49,13 +51,13 @@ std::optional<std::string> writeNewFile(const std::string& folder, const std::st
                        ? createNew(folder, name, ending, path)
                        : -1;
   if (file < 0) {
-    reason = g_strerror(errno);
+    reason = textOf(g_strerror(errno));
     return std::nullopt;
   }
   const bool written = writeAll(file, bytes);
   const int failure = errno;
   if (close(file) == 0 && written) return path;
-  reason = g_strerror(written ? errno : failure);
+  reason = textOf(g_strerror(written ? errno : failure));
   unlink(path.c_str());
   return std::nullopt;
 }

@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Values/Text.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 std::string escaped(const std::string& text, const char* allowed) {
   const GText result{g_uri_escape_string(text.c_str(), allowed, FALSE)};
-  return result.get();
+  return textOf(result.get());
 }
 
 std::string recipientList(const std::vector<std::string>& recipients) {

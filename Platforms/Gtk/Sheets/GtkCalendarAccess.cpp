@@ -2,6 +2,7 @@
 
 #include <giomm.h>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Gtk/Services/NewFile.h"
 
@@ -28,7 +29,7 @@ bool openFile(const Glib::RefPtr<Gio::AppInfo>& application, const std::string& 
 std::string GtkCalendarAccess::defaultFolder(const std::string& applicationId) {
   const GText path{
       g_build_filename(g_get_user_cache_dir(), applicationId.c_str(), "events", nullptr)};
-  return path.get();
+  return textOf(path.get());
 }
 
 void GtkCalendarAccess::requestAccess(std::function<void(bool)> answered) {
@@ -46,10 +47,10 @@ std::optional<Error> GtkCalendarAccess::saveNow(const CalendarEvent& event) {
   const GText identifier{g_uuid_string_random()};
   std::string reason;
   if (!module_.isAvailable(reason)) return failure("Events cannot be written: " + reason);
-  const auto text = module_.file(event, identifier.get(), runLoop_->today());
+  const auto text = module_.file(event, textOf(identifier.get()), runLoop_->today());
   if (!text) return failure("The event ends before it starts.");
   const auto path =
-      writeNewFile(folder_, std::string{"event-"} + identifier.get(), ".ics", *text, reason);
+      writeNewFile(folder_, "event-" + textOf(identifier.get()), ".ics", *text, reason);
   if (!path) return failure("The event could not be written: " + reason);
   if (openFile(application, *path)) return std::nullopt;
   unlink(path->c_str());

@@ -1,5 +1,6 @@
 #include "Gtk/Web/EvaluationQueue.h"
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Values/Text.h"
 
@@ -13,13 +14,13 @@ constexpr double mostPatience = 5;
 // long to be read.
 constexpr Seconds lastChance{0.25};
 
-std::string textOf(JSCValue* value) {
+std::string answerText(JSCValue* value) {
   if (value == nullptr || jsc_value_is_undefined(value) != FALSE ||
       jsc_value_is_null(value) != FALSE) {
     return {};
   }
   const GText text{jsc_value_to_string(value)};
-  return text ? validUtf8(text.get()) : std::string{};
+  return validUtf8(textOf(text.get()));
 }
 
 }  // namespace
@@ -122,7 +123,7 @@ void EvaluationQueue::finished(GObject* view, GAsyncResult* result, gpointer eva
       webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, failure.out()));
   --done->watch->outstanding;
   done->watch->restart();
-  if (done->completion) done->completion(textOf(value.get()));
+  if (done->completion) done->completion(answerText(value.get()));
 }
 
 }  // namespace tavo::gtk

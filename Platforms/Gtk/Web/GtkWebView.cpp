@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/Web/PageErrors.h"
 #include "Values/Text.h"
 
@@ -86,13 +87,11 @@ void GtkWebView::evaluate(const std::string& script,
 }
 
 Url GtkWebView::url() const {
-  const char* text = webkit_web_view_get_uri(native_->webKit());
-  return Url::fromText(text == nullptr ? "" : text);
+  return Url::fromText(textOf(webkit_web_view_get_uri(native_->webKit())));
 }
 
 std::string GtkWebView::title() const {
-  const char* text = webkit_web_view_get_title(native_->webKit());
-  return text == nullptr ? std::string{} : validUtf8(text);
+  return validUtf8(textOf(webkit_web_view_get_title(native_->webKit())));
 }
 
 bool GtkWebView::isLoading() const { return native_->isLoading(); }

@@ -5,6 +5,8 @@
 
 #include <tavo/WebView.h>
 
+#include "Gtk/ForeignText.h"
+
 namespace tavo::gtk {
 namespace {
 
@@ -32,7 +34,7 @@ TransportError transportCode(const GError& error) {
 }  // namespace
 
 Error pageError(const GError& error) {
-  const std::string text = error.message == nullptr ? "" : error.message;
+  const std::string text = textOf(error.message);
   if (error.domain == WEBKIT_POLICY_ERROR) {
     return {std::string{webErrorDomain}, error.code, text};
   }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/Web/PolicyQuestion.h"
 #include "Values/Text.h"
 
@@ -120,10 +121,9 @@ void PagePolicy::decideResponse(WebKitResponsePolicyDecision* decision) {
 
   const bool mainFrame =
       webkit_response_policy_decision_is_main_frame_main_resource(decision) != FALSE;
-  const char* type =
-      webkit_uri_response_get_mime_type(webkit_response_policy_decision_get_response(decision));
-  const std::string reason =
-      "A document of the type \"" + validUtf8(type == nullptr ? "" : type) + "\" cannot be shown.";
+  const std::string type = textOf(
+      webkit_uri_response_get_mime_type(webkit_response_policy_decision_get_response(decision)));
+  const std::string reason = "A document of the type \"" + validUtf8(type) + "\" cannot be shown.";
   webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
   if (mainFrame && judgement_->judge != nullptr) judgement_->judge->pageRefusedDocument(reason);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/Web/PageRefusals.h"
 
 namespace tavo::gtk {
@@ -50,8 +51,7 @@ GPtr<WebKitSettings> WebEngine::makeSettings() const {
 
 std::string WebEngine::userAgent() const {
   const auto settings = makeSettings();
-  const char* text = webkit_settings_get_user_agent(settings.get());
-  return text == nullptr ? "" : text;
+  return textOf(webkit_settings_get_user_agent(settings.get()));
 }
 
 void WebEngine::forgetHistory(WebKitWebView* view) {
