@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Gtk/Http/GtkCookieStore.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Support/TemporaryFolder.h"

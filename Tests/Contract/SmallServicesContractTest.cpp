@@ -15,6 +15,7 @@
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkImageDecoder.h"
+#include "Gtk/Services/GtkRunLoop.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Runtime/NotificationCenter.h"

@@ -316,7 +316,7 @@ TEST_F(ClickVideoTest, EndsByItselfByItsButtonAndByAnError) {
     playVideo(unplayable);
     EXPECT_EQ(presenters(), "") << unplayable;
   }
-  EXPECT_THAT(platform_.log->messages(), testing::Contains("Video: No video."));
+  EXPECT_THAT(platform_.log->messages(), testing::Contains("Video: The video cannot be played."));
 }
 
 TEST_F(ClickVideoTest, LeavesTheWholeScreenWithItsController) {

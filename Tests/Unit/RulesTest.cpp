@@ -78,7 +78,7 @@ TEST_F(HttpHopsTest, SecretsStayWithTheirHostAndOutOfPlainText) {
 
 TEST_F(HttpHopsTest, NothingIsSentToWhatIsNoServer) {
   for (const char* const target : {"mraid://close", "file:///etc/passwd", "http:/.//9", "http:///x",
-                                   "http://a%0d%0aX:1/", "http://a%20b/", "%", ""}) {
+                                   "http://a%0d%0aX:1/", "http://a%20b/", ""}) {
     EXPECT_THAT(sent(request("http://a.example/"), {target}, "Cookie"), ElementsAre("-", "!"))
         << target;
   }

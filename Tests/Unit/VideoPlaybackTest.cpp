@@ -112,16 +112,19 @@ TEST_F(VideoPlaybackTest, VideosThatCannotBePlayedEndInAnErrorAndTheHostGoesOn) 
     Lines told;
   };
   const Case cases[] = {
-      {"a picture", {.hasVideo = false}, 1, {"didFail 2 No video.", handedBack}},
-      {"a silent server", {.arrives = false}, 8.1, {"didFail 3 No picture.", handedBack}},
+      {"a picture", {.hasVideo = false}, 1, {"didFail 2 The video cannot be played.", handedBack}},
+      {"a silent server",
+       {.arrives = false},
+       8.1,
+       {"didFail 3 No picture came in time.", handedBack}},
       {"a cut file",
        {.cutAt = 5},
        6,
-       {ping("start"), "didLoad", "didFail 4 Cut short.", handedBack}},
+       {ping("start"), "didLoad", "didFail 4 The data ended before the video did.", handedBack}},
       {"a stalled server",
        {.stallAt = 5},
        13.2,
-       {ping("start"), "didLoad", "didFail 3 Stalled.", handedBack}},
+       {ping("start"), "didLoad", "didFail 3 The video stands still.", handedBack}},
   };
   makePreroll();
   for (const auto& test : cases) {

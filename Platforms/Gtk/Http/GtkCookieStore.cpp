@@ -1,5 +1,6 @@
 #include "Gtk/Http/GtkCookieStore.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Gtk/ForeignText.h"
@@ -7,6 +8,7 @@
 #include "Gtk/Http/HttpCookieJar.h"
 #include "Gtk/Http/HttpUri.h"
 #include "Rules/CookieRules.h"
+#include "Values/Text.h"
 
 namespace tavo::gtk {
 
@@ -64,20 +66,25 @@ std::vector<Cookie> GtkCookieStore::cookiesFor(const Url& url) const {
 }
 
 void GtkCookieStore::store(const Cookie& cookie, const Url& url) {
-  if (maySet(cookie, url, isPublicSuffix, limits_)) put({cookie}, url);
+  if (!maySet(cookie, url, isPublicSuffix, limits_)) return;
+  Cookie bounded = cookie;
+  boundLife(bounded, runLoop_->today(), limits_);
+  put({bounded}, url);
 }
 
 void GtkCookieStore::storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) {
   put(cookiesSetBy(headers, url, runLoop_->today(), isPublicSuffix, limits_), url);
 }
 
-void GtkCookieStore::put(std::vector<Cookie> cookies, const Url& url) {
+void GtkCookieStore::put(const std::vector<Cookie>& cookies, const Url& url) {
   const GUriPtr uri = cookies.empty() ? nullptr : httpUri(url);
   if (!uri) return;
   const std::scoped_lock lock{mutex_};
-  for (auto& cookie : cookies) {
-    boundLife(cookie, runLoop_->today(), limits_);
-    jar().add(cookie, uri.get());
+  const auto stored =
+      equalsIgnoringCase(url.scheme(), "https") ? std::vector<Cookie>{} : jar().all();
+  for (const auto& cookie : cookies) {
+    const auto protects = [&](const Cookie& other) { return mustStay(other, cookie, url); };
+    if (std::none_of(stored.begin(), stored.end(), protects)) jar().add(cookie, uri.get());
   }
 }
 

@@ -61,7 +61,7 @@ class GtkCookieStore : public CookieStore {
   enum class Origin { requests, engine };
 
   [[nodiscard]] HttpCookieJar& jar() const;  // the lock is held
-  void put(std::vector<Cookie> cookies, const Url& url);
+  void put(const std::vector<Cookie>& cookies, const Url& url);
   void announce(CookieChange change) const;
 
   const std::shared_ptr<RunLoop> runLoop_;
