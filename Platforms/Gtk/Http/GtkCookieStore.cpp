@@ -8,7 +8,6 @@
 #include "Gtk/Http/HttpCookieJar.h"
 #include "Gtk/Http/HttpUri.h"
 #include "Rules/CookieRules.h"
-#include "Values/Text.h"
 
 namespace tavo::gtk {
 
@@ -80,12 +79,17 @@ void GtkCookieStore::put(const std::vector<Cookie>& cookies, const Url& url) {
   const GUriPtr uri = cookies.empty() ? nullptr : httpUri(url);
   if (!uri) return;
   const std::scoped_lock lock{mutex_};
-  const auto stored =
-      equalsIgnoringCase(url.scheme(), "https") ? std::vector<Cookie>{} : jar().all();
   for (const auto& cookie : cookies) {
-    const auto protects = [&](const Cookie& other) { return mustStay(other, cookie, url); };
-    if (std::none_of(stored.begin(), stored.end(), protects)) jar().add(cookie, uri.get());
+    if (mayReplaceStored(cookie, url)) jar().add(cookie, uri.get());
   }
+}
+
+// Looking at all there are is slow, and secure ones of the same name are few.
+bool GtkCookieStore::mayReplaceStored(const Cookie& cookie, const Url& url) const {
+  if (!jar().hasSecure(cookie.name)) return true;
+  const auto stored = jar().all();
+  return std::none_of(stored.begin(), stored.end(),
+                      [&](const Cookie& other) { return mustStay(other, cookie, url); });
 }
 
 std::vector<Cookie> GtkCookieStore::all() const {

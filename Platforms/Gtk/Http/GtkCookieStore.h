@@ -62,6 +62,7 @@ class GtkCookieStore : public CookieStore {
 
   [[nodiscard]] HttpCookieJar& jar() const;  // the lock is held
   void put(const std::vector<Cookie>& cookies, const Url& url);
+  [[nodiscard]] bool mayReplaceStored(const Cookie& cookie, const Url& url) const;
   void announce(CookieChange change) const;
 
   const std::shared_ptr<RunLoop> runLoop_;

@@ -75,10 +75,16 @@ void HttpCookieJar::jarChanged(SoupCookieJar* /*jar*/, SoupCookie* previous, Sou
 }
 
 void HttpCookieJar::count(SoupCookie* cookie, int difference) {
-  const auto entry = counts_.try_emplace(textOf(soup_cookie_get_domain(cookie)), 0).first;
-  entry->second += static_cast<std::size_t>(difference);
+  const auto change = [difference](auto& counts, const std::string& key) {
+    const auto entry = counts.try_emplace(key, 0).first;
+    entry->second += static_cast<std::size_t>(difference);
+    if (entry->second == 0) counts.erase(entry);
+  };
+  change(counts_, textOf(soup_cookie_get_domain(cookie)));
+  if (soup_cookie_get_secure(cookie) != FALSE) {
+    change(secure_, textOf(soup_cookie_get_name(cookie)));
+  }
   total_ += static_cast<std::size_t>(difference);
-  if (entry->second == 0) counts_.erase(entry);
 }
 
 // Room is made for several at a time, because finding what can go means looking at all.

@@ -33,6 +33,9 @@ class HttpCookieJar {
   [[nodiscard]] std::vector<Cookie> cookiesFor(GUri* uri);
   [[nodiscard]] std::vector<Cookie> all();
 
+  // Whether one with this name is kept that may travel over https only.
+  [[nodiscard]] bool hasSecure(const std::string& name) const { return secure_.contains(name); }
+
   // Adds, replaces, or removes when it has expired. With an `origin` the cookie must not be secure
   // if that is not, and must not replace one that is. The oldest cookies of its domain make
   // room, and when the jar is full, some of other domains.
@@ -53,6 +56,7 @@ class HttpCookieJar {
   std::size_t mostInAll_;
   Changed changed_;
   std::map<std::string, std::size_t> counts_;  // per domain
+  std::map<std::string, std::size_t> secure_;  // per name
   std::size_t total_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Values/Text.h"
 
@@ -14,8 +15,6 @@ WebKitNavigationAction* actionOf(WebKitPolicyDecision* navigation) {
       WEBKIT_NAVIGATION_POLICY_DECISION(navigation));
 }
 
-std::string text(const char* answer) { return answer == nullptr ? std::string{} : answer; }
-
 bool wantsToBeSaved(WebKitURIResponse* response) {
   auto* headers = webkit_uri_response_get_http_headers(response);
   if (headers == nullptr) return false;
@@ -26,13 +25,13 @@ bool wantsToBeSaved(WebKitURIResponse* response) {
   }
   const GText kind{disposition};
   g_hash_table_unref(parameters);
-  return equalsIgnoringCase(kind.get(), "attachment");
+  return equalsIgnoringCase(textOf(kind.get()), "attachment");
 }
 
 }  // namespace
 
 std::string urlText(WebKitPolicyDecision* navigation) {
-  return text(
+  return textOf(
       webkit_uri_request_get_uri(webkit_navigation_action_get_request(actionOf(navigation))));
 }
 
@@ -59,7 +58,7 @@ bool isRedirect(WebKitPolicyDecision* navigation) {
 
 std::string engineText(const Url& url) {
   const auto request = GPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(url.text().c_str()));
-  return text(webkit_uri_request_get_uri(request.get()));
+  return textOf(webkit_uri_request_get_uri(request.get()));
 }
 
 bool canBeFollowed(const Url& url) {
