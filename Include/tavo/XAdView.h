@@ -3,68 +3,76 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include <tavo/ClickToAction.h>
+#include <tavo/Color.h>
+#include <tavo/MRAIDState.h>
 #include <tavo/MobileAdTypes.h>
 #include <tavo/Observer.h>
-#include <tavo/Runtime.h>
+#include <tavo/PlacementType.h>
 #include <tavo/View.h>
 #include <tavo/XAdSlotConfiguration.h>
 #include <tavo/XAdViewDelegate.h>
 
-#include "AdManager/AdManagerView.h"
-#include "ClickToAction/ClickActions.h"
-#include "UserInterface/WebView/BaseViews/AdViewLoader.h"
-#include "UserInterface/WebView/BaseViews/AdViewMediation.h"
-#include "UserInterface/WebView/BaseViews/InterstitialController.h"
-#include "UserInterface/WebView/BaseViews/MraidPresentation.h"
-#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
-
 namespace tavo {
 
+class AdViewCore;
 class XAdManager;
-struct XAdManagerDelegate;
+class XMRAIDEventEmitter;
+struct XAdViewOnlyForSubClassEyesDelegate;
 
 // A banner slot on the host's screen. The host makes one with `create`, sets its delegate and
-// settings, puts it into its layout and calls `loadWithDomainName`; the view asks the ad server,
-// draws what came back and refreshes it on a timer while it is visible.
+// settings, puts it into its layout and calls `loadWithDomainName`:
 //
-// Main thread only. The host owns the view through the shared pointer; leaving the screen or
-// `releaseMemory` takes the ad away, a later load brings a new one.
-class XAdView : public View,
-                public AdManagerView,
-                public MediatedView,
-                private AdViewLoader::Host,
-                private MraidPresentation::Host,
-                private AdViewMediation::Host,
-                private ClickActionsView {
+//   banner->delegate.set(events);
+//   banner->slotConfiguration()->bannerRefreshInterval = 60;
+//   root->view()->addSubview(banner);
+//   banner->loadWithDomainName("ads.example.com/delivery", "news/front", "Top");
+//
+// The view asks the ad server, draws what came back and refreshes it on a timer while it is
+// visible. Each outcome is told to the delegate.
+//
+// Main thread only, without exception. The host owns the view through the shared pointer and may
+// drop it at any time, also inside a report: an operation that runs keeps the view for its own
+// length. Leaving the screen or `releaseMemory` takes the ad away, a later load brings a new one.
+// Lengths are points, times seconds. Nothing here throws; what fails is reported.
+class XAdView : public View {
  public:
-  // `frame` in points, in the coordinates of the view that it will stand in.
+  // Makes a slot in the current runtime, which must be there. `frame` is in points, in the
+  // coordinates of the view that it will stand in.
   [[nodiscard]] static std::shared_ptr<XAdView> create(const Rect& frame);
+  // Takes the ad and everything that it had opened off the screen; reports nothing.
   ~XAdView() override;
 
   // The version of this library: "Ver 2.2.2".
   [[nodiscard]] static std::string corvaneTAVOSDKVersion();
 
-  // Hears every outcome.
+  // Hears every outcome. Held weakly: the host keeps the table as long as it wants to hear.
   Observer<XAdViewDelegate> delegate;
-  // For the SDK's own full-screen controller.
+  // The same for the SDK's own full-screen controller, which sets it; a host leaves it alone.
   Observer<XAdViewOnlyForSubClassEyesDelegate> pDelegate;
 
-  // Where the ad stands: among the host's content, or above all of it.
-  [[nodiscard]] PlacementType placementType() const override { return placementType_; }
+  // Where the ad stands: among the host's content, which is the default, or above all of it. Set it
+  // before the load.
+  [[nodiscard]] PlacementType placementType() const { return placementType_; }
   void setPlacementType(PlacementType placement) { placementType_ = placement; }
 
-  // The slot's settings, shared with the host; never null before the view is destroyed.
-  [[nodiscard]] std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const override {
+  // The slot's settings, shared with the host, which may change them at any time: each is read when
+  // it is used. Never null, and made with its defaults where the host sets none; setting null
+  // changes nothing. Another record counts from the next load on.
+  [[nodiscard]] const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration() const {
     return slotConfiguration_;
   }
   void setSlotConfiguration(std::shared_ptr<XAdSlotConfiguration> configuration);
 
-  // What the current ad is, as the ad manager found.
-  [[nodiscard]] MobileAdTypes mobileAdTypes() const override { return adType_; }
+  // What the current ad is, as the ad manager found; the sub-type is unknown before the first
+  // answer. A full-screen slot is made one by setting its type before the load. The sub-type is the
+  // SDK's to set.
+  [[nodiscard]] MobileAdTypes mobileAdTypes() const { return adType_; }
   void setMobileAdTypes(MobileAdTypes type) { adType_ = type; }
-  [[nodiscard]] MobileAdSubTypes mobileAdSubTypes() const override { return adSubType_; }
-  void setMobileAdSubTypes(MobileAdSubTypes subType) override { adSubType_ = subType; }
+  [[nodiscard]] MobileAdSubTypes mobileAdSubTypes() const { return adSubType_; }
+  void setMobileAdSubTypes(MobileAdSubTypes subType) { adSubType_ = subType; }
 
   // Lends the host's player to the slot, which then serves a pre-roll: the ad plays in it and hands
   // it back with the content that it had. Set it before the load; null ends the loan.
@@ -75,212 +83,109 @@ class XAdView : public View,
 
   // Asks the server at `domainName` (host and delivery path, without scheme) for an ad of page
   // `pageName` at position `adPosition`; keywords and query string are "key=value" pairs joined by
-  // "&". Outcomes reach the delegate, offline ones inside this call.
+  // "&". The five are remembered for every refresh. The answer to an earlier load is not waited for
+  // any more. Outcomes reach the delegate later, that of a device without a network inside this
+  // call.
   void loadWithDomainName(const std::string& domainName, const std::string& pageName,
                           const std::string& adPosition, const std::string& keywords = {},
                           const std::string& queryString = {});
 
   // Starts or stops the refresh timer, by the settings and by what the view shows. Called by the
-  // SDK after every render and failure; a host calls it after it has changed what decides.
-  void refreshAd() { loader_.refreshAd(); }
-  [[nodiscard]] bool isRefreshTimerRunning() const { return loader_.isRefreshTimerRunning(); }
+  // SDK after every render and failure; a host calls it after it has changed what decides. Where
+  // the timer had been stopped it asks for an ad at once.
+  void refreshAd();
+  [[nodiscard]] bool isRefreshTimerRunning() const;
 
-  // Takes the ad away and ends the timer and all requests. May be called any number of times, also
-  // from inside a delegate operation.
-  void releaseMemory() override;
+  // Takes the ad away, closes what it had opened, and ends the timer and all requests. May be
+  // called any number of times, also from inside a delegate operation.
+  void releaseMemory();
 
-  // Opens the page behind a click.
-  void openUrlInBrowser(const Url& url) override { clickActions_->openUrlInBrowser(url); }
+  // The manager of the current load; null before the first one and after `releaseMemory`.
+  [[nodiscard]] std::shared_ptr<XAdManager> adManager() const;
+
+  // Opens the page behind a click, inside or outside the application as the settings say.
+  void openUrlInBrowser(const Url& url);
   // Whether that page stands above the application.
-  [[nodiscard]] bool appBrowserOpen() const override { return clickActions_->appBrowserOpen(); }
+  [[nodiscard]] bool appBrowserOpen() const;
 
-  // What else a click may ask for. The host is asked first.
-  void openDiallerWithUrl(const Url& url) override { clickActions_->openDiallerWithUrl(url); }
-  void sendSMSWithUrl(const Url& url) override { clickActions_->sendSMSWithUrl(url); }
-  void sendEmailWithUrl(const Url& url) override { clickActions_->sendEmailWithUrl(url); }
-  void makeFaceTimeCallWithUrl(const Url& url) override {
-    clickActions_->makeFaceTimeCallWithUrl(url);
-  }
-  void openAppStoreWithURL(const Url& url) { clickActions_->openAppStoreWithURL(url); }
-  [[nodiscard]] std::shared_ptr<PictureSaver> makePictureManager(
-      PictureSaver::Failed failed) override;
-  void createCalenderEvent(const std::string& event) override { createCalendarEvent(event); }
-  void createCalendarEvent(const std::string& event) { clickActions_->createCalendarEvent(event); }
-  void handlePlayVideoWithURL(const Url& url) override {
-    clickActions_->handlePlayVideoWithURL(url);
-  }
-  // The same without the question, for whoever has asked already.
-  void performClickToAction(ClickToAction actionType, const ClickToActionParameters& parameters) {
-    clickActions_->performClickToAction(actionType, parameters);
-  }
-  void checkCalendarAuthorizationStatus() { clickActions_->checkCalendarAuthorizationStatus(); }
+  // What else a click may ask for. The host is asked first, by
+  // `xAdViewShouldHandleClickToAction`; what the system cannot do is left undone without a word.
+  void openDiallerWithUrl(const Url& url);
+  void sendSMSWithUrl(const Url& url);
+  void sendEmailWithUrl(const Url& url);
+  void makeFaceTimeCallWithUrl(const Url& url);
+  void openAppStoreWithURL(const Url& url);
+  // `event` is the creative's description of it, the text of a script object.
+  void createCalendarEvent(const std::string& event);
+  // Plays a video over the whole window until the user closes it; the host is not asked.
+  void handlePlayVideoWithURL(const Url& url);
+  // An action without the question, for whoever has asked already.
+  void performClickToAction(ClickToAction actionType, const ClickToActionParameters& parameters);
+  // Asks the user for access to the calendar ahead of the first event, where nothing is decided.
+  void checkCalendarAuthorizationStatus();
   // Whether the ad takes the full screen again when the user leaves the calendar; set by the SDK
   // for an expanded ad.
-  [[nodiscard]] bool calendarReExpand() const override { return calendarReExpand_; }
-  void setCalendarReExpand(bool reExpand) override { calendarReExpand_ = reExpand; }
+  [[nodiscard]] bool calendarReExpand() const { return calendarReExpand_; }
+  void setCalendarReExpand(bool reExpand) { calendarReExpand_ = reExpand; }
 
-  // Whether an external network fills the slot.
+  // Whether an external network fills the slot; set by the SDK.
   [[nodiscard]] bool isMediationAdServed() const { return mediationAdServed_; }
-  void setIsMediationAdServed(bool served) override { mediationAdServed_ = served; }
+  void setIsMediationAdServed(bool served) { mediationAdServed_ = served; }
 
-  // The creative's place and what it has opened. The close button of an expanded ad leads back, as
-  // does its own request.
-  void closeButtonPressed() { presentation_.closeButtonPressed(); }
-  void setCustomCloseButton(bool isCustomClose) {
-    presentation_.setCustomCloseButton(isCustomClose);
-  }
-  // The name of a picture among the resources, "png" unless it has an ending.
-  void setCloseButtonImageWithImageNamed(std::string_view name) {
-    presentation_.setCloseButtonImageWithImageNamed(name);
-  }
-  // Takes every button off the view itself.
+  // For the host's own use: whether it expects a full-screen video.
+  bool isVastInterestitial = false;
+  // The background that the host had set before the SDK put its picture of an empty slot there;
+  // none: no background. It is put back when an ad has loaded.
+  std::optional<Color> userColor;
+
+  // Leads an expanded ad back to its place, as its close button does.
+  void closeButtonPressed();
+  // With true the creative draws the close button of the expanded ad; its place can be hit all the
+  // same.
+  void setCustomCloseButton(bool isCustomClose);
+  // Gives the close button another picture: the name of one among the host's or the library's
+  // resources, "png" unless it has an ending.
+  void setCloseButtonImageWithImageNamed(std::string_view name);
+  // Takes every button off the view itself, whoever put it there.
   void removeCloseButtonFromSuperView();
-  // Tells the creative about its place as it is in `state`.
-  void updateLayOutForNewState(MRAIDState state) { presentation_.updateLayOutForNewState(state); }
-  [[nodiscard]] const std::shared_ptr<XMRAIDEventEmitter>& eventEmitter() const {
-    return presentation_.eventEmitter();
-  }
-  [[nodiscard]] std::shared_ptr<WebView> webViewInstance() const {
-    return presentation_.webViewInstance();
-  }
-  [[nodiscard]] bool isAdExpanded() const { return presentation_.isAdExpanded(); }
+
+  // Where a collapsed ad belongs: the view's frame when it was made.
+  [[nodiscard]] const Rect& defaultFrame() const { return defaultFrame_; }
+  // Whether the status bar was hidden already when the ad was expanded, and stays so after it.
+  [[nodiscard]] bool statusBarHidden() const;
+  [[nodiscard]] bool isAdExpanded() const;
+  // Tells the creative about its place as it is in `state`; nothing while there is none.
+  void updateLayOutForNewState(MRAIDState state);
+  // What speaks to the creative; null after `releaseMemory`, until the next creative is there.
+  [[nodiscard]] std::shared_ptr<XMRAIDEventEmitter> eventEmitter() const;
+  // The page of the current creative; null when there is none.
+  [[nodiscard]] std::shared_ptr<WebView> webViewInstance() const;
 
   // The controller that the view stands in, the root one of its window (or of the application's),
   // and that one's view; null when there is none.
-  [[nodiscard]] ViewController* currentViewController() const override {
-    return nearestController();
-  }
-  [[nodiscard]] ViewController* getRootViewController() const {
-    return presentation_.getRootViewController();
-  }
+  [[nodiscard]] ViewController* currentViewController() const { return nearestController(); }
+  [[nodiscard]] ViewController* getRootViewController() const;
   [[nodiscard]] std::shared_ptr<View> resizeViewSuperview() const;
 
-  // WebViewAgentHost
-  void handleInitMRAIDAdWithWebView(const PageRef& webView,
-                                    const std::shared_ptr<XMRAIDEventEmitter>& emitter) override;
-  void expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
-                     const PageRef& webView) override;
-  void collapseToFrame(const Rect& frame) override;
-  void resizeAd(const std::optional<XMRAIDResizeProperties>& properties,
-                const PageRef& webView) override;
-  void setExpandPropertiesWithDict(const XMRAIDExpandProperties& properties) override;
-  void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
-                                    const PageRef& webView) override;
-  void updateCurrentPositionOfWebView(const PageRef& webView) override;
-  void webViewLeavesScreen(const PageRef& webView) override {
-    presentation_.webViewLeavesScreen(webView);
-  }
-
-  // View
+  // Called by the platform.
   void didAppearOnScreen() override;
-
-  // AdManagerView
-  void setEnterForegroundNotification() override { loader_.setEnterForegroundNotification(); }
-  void setOrientationNotification() override { loader_.setOrientationNotification(); }
-  [[nodiscard]] View& sceneView() override { return *this; }
-  void dismissVastVideoView() override;
-  void dismissVastVideoViewOnMemoryWarning() override;
 
  protected:
   void willMoveToSuperview(View* newSuperview) override;
   void layoutSubviews() override;
 
  private:
-  // The arguments of the last load, for every later one.
-  struct RequestParameters {
-    std::string domainName;
-    std::string pageName;
-    std::string adPosition;
-    std::string keywords;
-    std::string queryString;
-  };
-
   explicit XAdView(const Rect& frame);
-
-  void makeObservers();
-  void addVideoEvents(XAdManagerDelegate& events);
-  void makeManager();
-  void showBackgroundImage();
-  [[nodiscard]] bool showsRenderer() const;
-  // The controller that shows the view on the whole screen; null for a banner.
-  [[nodiscard]] InterstitialController* interstitialController() const;
-
-  // What the ad manager reports.
-  void adManagerDidLoad();
-  void adManagerDidReceiveEmptyAd();
-  void adManagerDidFailWithError(const std::optional<Error>& error);
-  [[nodiscard]] bool webViewDidFinishRender(WebView& webView);
-  void openCustomURL(const Url& url);
-
-  // AdViewLoader::Host
-  [[nodiscard]] RefreshFacts refreshFacts() const override;
-  [[nodiscard]] bool isExpandedOrResized() const override;
-  [[nodiscard]] std::shared_ptr<void> hold() override { return weak_from_this().lock(); }
-  void requestAd() override;
-  void reload() override;
-  void didReceiveMemoryWarning() override;
-  void didLockScreen() override;
-  void orientatioDidChange() override { presentation_.orientationDidChange(); }
-  void willLoad() override;
-
-  // MraidPresentation::Host
-  [[nodiscard]] const Rect& defaultFrame() const override { return defaultFrame_; }
-  [[nodiscard]] bool isDeviceLocked() const override { return loader_.isDeviceLocked(); }
-  void adDidExpand() override;
-  void adDidCollapse() override;
-  void interstitialAdDidClose() override;
-  void orientationPropertiesDidChange(const XMRAIDOrientationProperties& properties) override;
-
-  // AdViewMediation::Host
-  [[nodiscard]] std::shared_ptr<MediatedView> mediatedView() override;
-  [[nodiscard]] std::optional<MediationType> mediationType() const override;
-  [[nodiscard]] bool isRequiredDelegateImplementedByPublisher() const override;
-  [[nodiscard]] std::shared_ptr<XAdSlotConfiguration> mediationSettings() const override {
-    return slotConfiguration_;
-  }
-  [[nodiscard]] ViewController* mediationRootController() override;
-  void mediatedAdDidLoad() override;
-  void mediatedAdDidFail(const Error& error) override;
-  void mediationWasRefused(const Error& error) override;
-  void mediatedAdWasClicked() override;
-  void mediatedAdWillPresent() override;
-  void mediatedAdDidClose() override;
-  void mediatedAdWillLeaveApplication() override;
-
-  // ClickActionsView
-  [[nodiscard]] MRAIDState state() const override { return presentation_.state(); }
-  [[nodiscard]] Rect adFrame() const override { return frame(); }
-  [[nodiscard]] ViewController* windowRootViewController() override;
-  [[nodiscard]] ViewController* expandedViewController() override {
-    return presentation_.expandedViewController().get();
-  }
-  void presentExpandView() override { presentation_.presentModalView(presentation_.expandView()); }
-  void setAdExpanded(bool expanded) override { presentation_.setAdExpanded(expanded); }
-  void appBrowserClosed() override;
-  [[nodiscard]] bool shouldHandleClickToAction(ClickToAction action,
-                                               const ClickToActionParameters& parameters) override;
-  void willOpenInInAppBrowser() override;
-  void willLeaveApplication() override;
-  void reportErrorMessage(std::string_view message, std::string_view action) override;
 
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration_;
   MobileAdTypes adType_ = MobileAdTypes::banner;
   MobileAdSubTypes adSubType_ = MobileAdSubTypes::unknown;
-  std::optional<Color> userColor_;  // the background that the host had set
-  Rect defaultFrame_;
   PlacementType placementType_ = PlacementType::inlined;
+  Rect defaultFrame_;
   std::shared_ptr<MoviePlayer> moviePlayerInstance_;
-  RequestParameters parameters_;
   bool mediationAdServed_ = false;
   bool calendarReExpand_ = false;
-  bool mediatedAdDidFailToLoad_ = false;  // stops further mediation and the ordinary failure path
-  AdViewLoader loader_{*this};
-  AdViewMediation mediation_{*this};
-  const std::shared_ptr<ClickActions> clickActions_ =
-      ClickActions::create(Runtime::current().environment(), *this);
-  MraidPresentation presentation_{*this};
-  std::shared_ptr<XAdManager> adManager_;
-  std::shared_ptr<const XAdManagerDelegate> managerEvents_;
+  std::unique_ptr<AdViewCore> core_;
 };
 
 }  // namespace tavo

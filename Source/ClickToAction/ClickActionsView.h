@@ -6,23 +6,18 @@
 #include <tavo/ClickToAction.h>
 #include <tavo/MRAIDState.h>
 #include <tavo/MobileAdTypes.h>
-#include <tavo/PlacementType.h>
 #include <tavo/ViewController.h>
 #include <tavo/XAdSlotConfiguration.h>
+
+#include "AdController/AdGenerator/AdViewIdentity.h"
 
 namespace tavo {
 
 // What click actions need of the ad view that they belong to: what it shows, who can present
 // something above it, and whom to tell. Main thread only.
-class ClickActionsView {
+class ClickActionsView : public virtual AdViewIdentity {
  public:
-  virtual ~ClickActionsView() = default;
-
-  // Keeps the view alive for the length of a turn; null once it is going.
-  [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
-
   [[nodiscard]] virtual MRAIDState state() const = 0;
-  [[nodiscard]] virtual PlacementType placementType() const = 0;
   [[nodiscard]] virtual MobileAdTypes mobileAdTypes() const = 0;
   [[nodiscard]] virtual MobileAdSubTypes mobileAdSubTypes() const = 0;
   [[nodiscard]] virtual std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const = 0;

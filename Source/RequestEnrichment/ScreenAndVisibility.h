@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include <tavo/Geometry.h>
 
@@ -12,6 +13,11 @@ class View;
 
 // Questions about the screen as the user holds it, and about what of a view can be seen. Main
 // thread only; lengths in points.
+
+// Posted by an interstitial that stands on a screen in landscape, or follows its turn; what stands
+// on it fits itself anew. "UIInterfaceOrientation" is the orientation as a number.
+inline constexpr std::string_view interstitialOrientationDidChangeNotification =
+    "XAdInterstitialOrientationDidChange";
 
 [[nodiscard]] InterfaceOrientation XDeviceInterfaceOrientation();
 

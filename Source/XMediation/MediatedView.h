@@ -2,15 +2,13 @@
 
 #include <tavo/View.h>
 
+#include "AdController/AdGenerator/AdViewIdentity.h"
+
 namespace tavo {
 
 // What mediation needs of the view whose slot it fills.
-class MediatedView {
+class MediatedView : public virtual AdViewIdentity {
  public:
-  virtual ~MediatedView() = default;
-
-  // The view itself: a mediated banner becomes its subview.
-  [[nodiscard]] virtual View& sceneView() = 0;
   // The slot is handed to the mediated network.
   virtual void setIsMediationAdServed(bool served) = 0;
 };

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "ClickToAction/XPictureManager.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Sheets/GtkAlerts.h"

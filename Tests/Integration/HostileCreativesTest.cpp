@@ -9,6 +9,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include <tavo/ViewController.h>
+
+#include "Services/Application.h"
+#include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 #include "Support/StandInHandlers.h"
 

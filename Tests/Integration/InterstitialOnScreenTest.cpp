@@ -11,10 +11,12 @@
 #include <tavo/gtk/AdWindow.h>
 
 #include "Runtime/NotificationCenter.h"
+#include "Services/Application.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
+#include "UserInterface/NativeView/XVASTVideoView.h"
 
 namespace tavo::test {
 namespace {

@@ -6,9 +6,11 @@
 
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
+#include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/WidgetTree.h"
+#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
 namespace tavo::test {
 namespace {

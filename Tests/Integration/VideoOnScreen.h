@@ -6,6 +6,7 @@
 #include <fstream>
 #include <sstream>
 
+#include <tavo/Button.h>
 #include <tavo/MoviePlayerFactory.h>
 #include <tavo/gtk/MovieSlot.h>
 

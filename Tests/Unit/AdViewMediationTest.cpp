@@ -6,6 +6,7 @@
 #include "Unit/AdViewFixture.h"
 #include "Unit/FakeAdNetwork.h"
 #include "UserInterface/WebView/BaseViews/AdViewMediation.h"
+#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
 namespace tavo::test {
 namespace {

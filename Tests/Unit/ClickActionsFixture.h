@@ -18,6 +18,7 @@ namespace tavo::test {
 class FakeClickView : public ClickActionsView {
  public:
   [[nodiscard]] std::shared_ptr<void> hold() override { return alive; }
+  [[nodiscard]] View& sceneView() override { return *scene; }
   [[nodiscard]] MRAIDState state() const override { return mraidState; }
   [[nodiscard]] PlacementType placementType() const override { return placement; }
   [[nodiscard]] MobileAdTypes mobileAdTypes() const override { return type; }
@@ -47,6 +48,7 @@ class FakeClickView : public ClickActionsView {
   }
 
   std::shared_ptr<void> alive = std::make_shared<int>();
+  std::shared_ptr<View> scene = std::make_shared<View>();
   MRAIDState mraidState = MRAIDState::normal;
   PlacementType placement = PlacementType::inlined;
   MobileAdTypes type = MobileAdTypes::banner;

@@ -8,6 +8,7 @@
 
 #include "AdManager/XAdManager.h"
 #include "Unit/InterstitialFixture.h"
+#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
 namespace tavo::test {
 namespace {
@@ -59,7 +60,8 @@ class InterstitialEndTest : public InterstitialTest {
 
   void fail(int code) {
     if (!controller_) return;
-    controller_->xAdViewDidFailWithError(*controller_->xadView(), Error{"test", code, "lost"});
+    fromAdView(&XAdViewDelegate::xAdViewDidFailWithError,
+               std::optional{Error{"test", code, "lost"}});
   }
 
   // Everything that could end an interstitial, once more.
@@ -67,9 +69,9 @@ class InterstitialEndTest : public InterstitialTest {
     const auto held = controller_;
     if (held->xadView()) {
       const auto adView = held->xadView();
-      held->XInterstitialAdDidClose(*adView);
-      held->interstitialAdDismissed(*adView);
-      held->xAdViewDidDismissOnMemoryWarning(*adView);
+      adView->pDelegate.tell(&XAdViewOnlyForSubClassEyesDelegate::XInterstitialAdDidClose, *adView);
+      fromAdView(&XAdViewDelegate::interstitialAdDismissed);
+      fromAdView(&XAdViewDelegate::xAdViewDidDismissOnMemoryWarning);
     }
     held->closeInterstitialAd();
     for (const auto name : {notifications::screenLocked, notifications::didReceiveMemoryWarning,
@@ -107,8 +109,7 @@ const std::vector<InterstitialEndTest::Way>& InterstitialEndTest::ways() {
       {"low memory in a video", Ad::video,
        [](T& t) { t.post(notifications::didReceiveMemoryWarning); }, memory},
       {"the ad view's low memory", Ad::page,
-       [](T& t) { t.controller_->xAdViewDidDismissOnMemoryWarning(*t.controller_->xadView()); },
-       memory},
+       [](T& t) { t.fromAdView(&XAdViewDelegate::xAdViewDidDismissOnMemoryWarning); }, memory},
       {"an error", Ad::page, [](T& t) { t.fail(-1005); }, {"didFail -1005 lost"}, 1.0},
       {"a lost page",
        Ad::page,
@@ -265,12 +266,11 @@ TEST_F(InterstitialEndTest, WhatTheAdHasPresentedGoesWithIt) {
     const char* name;
     std::function<void()> act;
   };
-  const Case cases[] = {{"the creative", [this] { creative("close"); }},
-                        {"the lock", [this] { post(notifications::screenLocked); }},
-                        {"an error", [this] { fail(1), advance(1.1); }},
-                        {"the end of a video", [this] {
-                           controller_->interstitialAdDismissed(*controller_->xadView());
-                         }}};
+  const Case cases[] = {
+      {"the creative", [this] { creative("close"); }},
+      {"the lock", [this] { post(notifications::screenLocked); }},
+      {"an error", [this] { fail(1), advance(1.1); }},
+      {"the end of a video", [this] { fromAdView(&XAdViewDelegate::interstitialAdDismissed); }}};
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
     showPage();
@@ -304,7 +304,7 @@ TEST_F(InterstitialEndTest, ReleasedMemoryIsReallyFree) {
   EXPECT_EQ(controller_->slotConfiguration, nullptr);
   EXPECT_EQ(controller_->adManager, nullptr);
   EXPECT_EQ(controller_->viewController, nullptr);
-  EXPECT_EQ(controller_->orientationProp(), std::nullopt);
+  EXPECT_EQ(controller_->orientationProp(), nullptr);
   EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
   happened();
   loadController();

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <tavo/XAdInterstitialViewController.h>
+#include <tavo/XAdView.h>
 
 #include "Unit/VastFixture.h"
 
@@ -30,6 +31,12 @@ class InterstitialTest : public VastTest {
   void creative(const std::string& command);
   void post(std::string_view name);
   void tapCloseButton();
+  // The ad view reports to whoever hears it.
+  template <typename Operation, typename... Arguments>
+  void fromAdView(Operation operation, const Arguments&... arguments) {
+    const auto adView = controller_->xadView();
+    adView->delegate.tell(operation, *adView, arguments...);
+  }
   // The button where interstitials have it, as the user finds it; null when there is none.
   [[nodiscard]] Button* buttonInCorner();
 

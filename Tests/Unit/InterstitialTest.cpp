@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "AdController/AdGenerator/XMRAIDExpandProperties.h"
+#include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/InterstitialFixture.h"
+#include "UserInterface/ActivityIndicator/ActivityIndicator.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 #include "XMediation/XMediation.h"
 
@@ -39,7 +42,7 @@ TEST_F(InterstitialTest, SetUpMakesAnAdViewForTheWholeScreen) {
   EXPECT_EQ(adView->mobileAdTypes(), MobileAdTypes::interstitial);
   EXPECT_EQ(adView->autoresizingMask(), 63U);
   EXPECT_TRUE(controller_->isFirstMRAIDAd);
-  EXPECT_EQ(controller_->orientationProp(), XMRAIDOrientationProperties{});
+  EXPECT_EQ(*controller_->orientationProp(), XMRAIDOrientationProperties{});
   EXPECT_EQ(controller_->orientationWhileLeaving, InterfaceOrientation::landscapeLeft);
   EXPECT_EQ(XAdInterstitialViewController::corvaneTAVOSDKVersion(), "Ver 2.2.2");
 }
@@ -254,7 +257,10 @@ TEST_F(InterstitialTest, EachReportIsPassedOnUnderItsOwnName) {
   adView.delegate.tell(&Table::xAdViewShouldHandleCustomURL, adView, Url::fromText("app://x"));
   EXPECT_THAT(happened(), ElementsAre("shouldHandle? 1", "customURL app://x"));
   controller_->delegate.set(nullptr);
-  EXPECT_TRUE(controller_->xAdViewShouldHandleClickToAction(adView, ClickToAction::phone, {}));
+  EXPECT_TRUE(adView.delegate
+                  .ask(&Table::xAdViewShouldHandleClickToAction, adView, ClickToAction::phone,
+                       ClickToActionParameters{})
+                  .value_or(false));
   EXPECT_FALSE(controller_->isRequiredDelegateImplementedByPublisher());
 }
 
@@ -262,13 +268,13 @@ TEST_F(InterstitialTest, WhoDoesNotHearOfTheEndDoesNotHearOfFullScreenQuirk) {
   makeController();
   hostTable_->xAdInterstitialDidExitFullScreen = {};
   (void)controller_->view();
-  controller_->xAdViewDidEnterFullScreen(*controller_->xadView());
+  fromAdView(&XAdViewDelegate::xAdViewDidEnterFullScreen);
   EXPECT_THAT(happened(), IsEmpty());
 }
 
 TEST_F(InterstitialTest, ComingBackFromAnotherApplicationTheUserFindsTheButton) {
   showPage();
-  controller_->xAdViewWillLeaveApplication(*controller_->xadView());
+  fromAdView(&XAdViewDelegate::xAdViewWillLeaveApplication);
   EXPECT_EQ(controller_->closeButton(), nullptr);
   EXPECT_THAT(happened(), ElementsAre("willLeave"));
   tapCloseButton();
@@ -278,13 +284,12 @@ TEST_F(InterstitialTest, ComingBackFromAnotherApplicationTheUserFindsTheButton) 
 TEST_F(InterstitialTest, AMediatedAdIsReportedWithoutTheController) {
   makeController();
   (void)controller_->view();
-  auto& adView = *controller_->xadView();
-  adView.setIsMediationAdServed(true);
-  controller_->xAdViewDidLoad(adView);
+  controller_->xadView()->setIsMediationAdServed(true);
+  fromAdView(&XAdViewDelegate::xAdViewDidLoad);
   EXPECT_THAT(happened(), ElementsAre("didLoad mediated"));
   EXPECT_FALSE(platform_.application->statusBarHidden);
   hostTable_->xAdInterstitialDidLoad = {};
-  controller_->xAdViewDidLoad(adView);
+  fromAdView(&XAdViewDelegate::xAdViewDidLoad);
   EXPECT_THAT(happened(), IsEmpty());
   EXPECT_EQ(platform_.log->messages().back(),
             "Required delegate xAdInterstitialDidLoad is not implemented.");

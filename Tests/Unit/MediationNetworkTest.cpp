@@ -18,7 +18,9 @@ using testing::IsEmpty;
 class Slot : public View, public MediatedView {
  public:
   using View::View;
+  std::shared_ptr<void> hold() override { return shared_from_this(); }
   View& sceneView() override { return *this; }
+  PlacementType placementType() const override { return PlacementType::inlined; }
   void setIsMediationAdServed(bool served) override { isServed = served; }
   bool isServed = false;
 };

@@ -28,6 +28,7 @@ class RecordingAdView : public View, public WebViewAgentHost {
 
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const override { return slot_; }
   MobileAdSubTypes mobileAdSubTypes() const override { return MobileAdSubTypes::richMediaBanner; }
+  std::shared_ptr<void> hold() override { return shared_from_this(); }
   View& sceneView() override { return *this; }
   PlacementType placementType() const override { return placement; }
   void openUrlInBrowser(const Url& url) override { note("openUrlInBrowser " + url.text()); }

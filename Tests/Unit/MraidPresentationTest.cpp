@@ -6,9 +6,11 @@
 #include <tavo/Button.h>
 #include <tavo/TapRecognizer.h>
 
+#include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/AdViewFixture.h"
 #include "UserInterface/ActivityIndicator/ActivityIndicator.h"
+#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
 namespace tavo::test {

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Button.h>
+
 #include "Headless/HeadlessMoviePlayer.h"
 #include "Unit/AdViewFixture.h"
 

@@ -5,11 +5,11 @@
 #include <string>
 
 #include <tavo/MobileAdTypes.h>
-#include <tavo/PlacementType.h>
 #include <tavo/Url.h>
 #include <tavo/WebView.h>
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "AdController/AdGenerator/AdViewIdentity.h"
 #include "AdController/AdGenerator/PictureSaver.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
@@ -20,18 +20,13 @@ namespace tavo {
 
 // What a web view agent needs of the view that shows its page. `webView` is the agent's page in
 // each operation. Main thread only.
-class WebViewAgentHost {
+class WebViewAgentHost : public virtual AdViewIdentity {
  public:
   using PageRef = std::shared_ptr<WebView>;
-
-  virtual ~WebViewAgentHost() = default;
 
   // Null once the view has let go of its settings.
   [[nodiscard]] virtual std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const = 0;
   [[nodiscard]] virtual MobileAdSubTypes mobileAdSubTypes() const = 0;
-  // The view itself: the page becomes its subview.
-  [[nodiscard]] virtual View& sceneView() = 0;
-  [[nodiscard]] virtual PlacementType placementType() const = 0;
   // A saver for one creative; `failed` may be called as long as the saver lives.
   [[nodiscard]] virtual std::shared_ptr<PictureSaver> makePictureManager(
       PictureSaver::Failed failed) = 0;

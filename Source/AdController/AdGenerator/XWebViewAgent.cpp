@@ -29,7 +29,8 @@ std::shared_ptr<XWebViewAgent> XWebViewAgent::create(
   agent->makeCommands();
   const Relay relay{*agent};
   agent->orientationSubscription_ = agent->environment_->notifications().subscribe(
-      "XAdInterstitialOrientationDidChange", relay.call(&XWebViewAgent::orientationDidChange));
+      interstitialOrientationDidChangeNotification,
+      relay.call(&XWebViewAgent::orientationDidChange));
   return agent;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/OperationLog.h"
+#include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Services/Application.h"
 #include "UserInterface/NativeView/VideoReturn.h"
 #include "Utilities/NumberText.h"
@@ -82,7 +83,7 @@ void XMPMoviePlayer::registerForNotifications() {
   if (!movie_) return;
   movie_->removeClient(*this);
   movie_->addClient(std::static_pointer_cast<XMPMoviePlayer>(shared_from_this()));
-  interruptions_.start(isInterstitial() ? std::string_view{"XAdInterstitialOrientationDidChange"}
+  interruptions_.start(isInterstitial() ? interstitialOrientationDidChangeNotification
                                         : notifications::deviceOrientationDidChange);
 }
 

@@ -1,13 +1,18 @@
 #include "UserInterface/WebView/BaseViews/AdViewLoader.h"
 
-#include <tavo/Runtime.h>
+#include <utility>
 
+#include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 
 namespace tavo {
+
+AdViewLoader::AdViewLoader(std::shared_ptr<Environment> environment, Host& host)
+    : environment_{std::move(environment)}, host_{host} {}
 
 void AdViewLoader::loadAd() {
   const OperationLog log{"-[XAdView loadAd]"};
@@ -16,7 +21,7 @@ void AdViewLoader::loadAd() {
   host_.willLoad();
   if (host_.isExpandedOrResized()) return;
   if (!host_.refreshFacts().visible && !flags_.firstAdRequest) return;
-  lastRequest_ = Runtime::current().platform().runLoop->now();
+  lastRequest_ = environment_->platform().runLoop->now();
   host_.requestAd();
   internetAccess_.reset();
   const RefreshFacts current = facts();
@@ -24,8 +29,8 @@ void AdViewLoader::loadAd() {
       current.type == MobileAdTypes::interstitial) {
     return;
   }
-  internetAccess_ = Runtime::current().notifications().subscribe(
-      "InternetAccessChanged", [this](const Notification& notification) {
+  internetAccess_ = environment_->notifications().subscribe(
+      internetAccessChangedNotification, [this](const Notification& notification) {
         const auto held = host_.hold();
         const auto available = notification.userInfo.find("Available");
         didInternetAccessChange(available != notification.userInfo.end() && available->second != 0);
@@ -40,9 +45,8 @@ void AdViewLoader::loadAdWithParameters() {
 }
 
 bool AdViewLoader::askedJustNow() const {
-  auto& runtime = Runtime::current();
-  return lastRequest_ && runtime.platform().runLoop->now() - *lastRequest_ <
-                             runtime.limits().automaticRequestDistance;
+  return lastRequest_ && environment_->platform().runLoop->now() - *lastRequest_ <
+                             environment_->limits().automaticRequestDistance;
 }
 
 RefreshFacts AdViewLoader::facts() const {
@@ -77,7 +81,7 @@ void AdViewLoader::didAppearOnScreen() {
 // The order matters: the timer is fired while a first request still counts as one, so that a first
 // arming loads nothing and a re-arming after a stop loads at once.
 void AdViewLoader::armTimer(float interval) {
-  adRefreshTimer_ = Runtime::current().platform().runLoop->every(Seconds{interval}, [this] {
+  adRefreshTimer_ = environment_->platform().runLoop->every(Seconds{interval}, [this] {
     const auto held = host_.hold();
     loadAdWithParameters();
   });
@@ -88,19 +92,13 @@ void AdViewLoader::armTimer(float interval) {
   flags_.firstAdRequest = false;
 }
 
-void AdViewLoader::stop(Extent extent) {
+void AdViewLoader::stop() {
   internetAccess_.reset();
   adRefreshTimer_.invalidate();
-  if (extent == Extent::whatReloads) return;
-  lock_.reset();
-  orientation_.reset();
-  background_.reset();
-  foreground_.reset();
-  memoryWarning_.reset();
 }
 
 Subscription AdViewLoader::subscribe(std::string_view name, void (AdViewLoader::*handler)()) {
-  return Runtime::current().notifications().subscribe(name, [this, handler](const Notification&) {
+  return environment_->notifications().subscribe(name, [this, handler](const Notification&) {
     const auto held = host_.hold();
     (this->*handler)();
   });
@@ -108,11 +106,11 @@ Subscription AdViewLoader::subscribe(std::string_view name, void (AdViewLoader::
 
 void AdViewLoader::setOrientationNotification() {
   const OperationLog log{"-[XAdView setOrientationNotification]"};
-  orientation_ = Runtime::current().notifications().subscribe(
-      notifications::deviceOrientationDidChange, [this](const Notification&) {
-        const auto held = host_.hold();
-        host_.orientatioDidChange();
-      });
+  orientation_ = environment_->notifications().subscribe(notifications::deviceOrientationDidChange,
+                                                         [this](const Notification&) {
+                                                           const auto held = host_.hold();
+                                                           host_.orientatioDidChange();
+                                                         });
   lock_ = subscribe(notifications::screenLocked, &AdViewLoader::onDeviceScreenLock);
 }
 
@@ -121,11 +119,11 @@ void AdViewLoader::setEnterForegroundNotification() {
   if (!isMraid(host_.refreshFacts().subType)) return;
   background_ = subscribe(notifications::didEnterBackground, &AdViewLoader::didEnterBackground);
   foreground_ = subscribe(notifications::willEnterForeground, &AdViewLoader::didEnterForeground);
-  memoryWarning_ = Runtime::current().notifications().subscribe(
-      notifications::didReceiveMemoryWarning, [this](const Notification&) {
-        const auto held = host_.hold();
-        host_.didReceiveMemoryWarning();
-      });
+  memoryWarning_ = environment_->notifications().subscribe(notifications::didReceiveMemoryWarning,
+                                                           [this](const Notification&) {
+                                                             const auto held = host_.hold();
+                                                             host_.didReceiveMemoryWarning();
+                                                           });
 }
 
 void AdViewLoader::didInternetAccessChange(bool available) {
@@ -147,7 +145,7 @@ void AdViewLoader::didInternetAccessChange(bool available) {
 void AdViewLoader::didEnterBackground() {
   const OperationLog log{"-[XAdView didEnterBackground:]"};
   flags_.enterBackground = true;
-  auto& application = *Runtime::current().platform().application;
+  auto& application = *environment_->platform().application;
   if (application.isStatusBarHidden()) {
     application.setStatusBarHidden(false, StatusBarAnimation::none);
   }

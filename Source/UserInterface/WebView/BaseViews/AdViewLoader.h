@@ -3,26 +3,26 @@
 #include <memory>
 #include <optional>
 
+#include "AdController/AdGenerator/AdViewIdentity.h"
 #include "Runtime/NotificationCenter.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/BaseViews/RefreshPolicy.h"
 
 namespace tavo {
 
+class Environment;
+
 // Decides when an ad view asks for an ad: the first load, the refresh timer, and what follows from
 // connectivity, background, lock and memory pressure. Belongs to one view; main thread only.
 class AdViewLoader {
  public:
   // What the loader needs of its view.
-  class Host {
+  class Host : public virtual AdViewIdentity {
    public:
-    virtual ~Host() = default;
     // Visible, type, sub-type and interval; the other facts are the loader's own.
     [[nodiscard]] virtual RefreshFacts refreshFacts() const = 0;
     // An ad on screen that the user has opened is never replaced.
     [[nodiscard]] virtual bool isExpandedOrResized() const = 0;
-    // Keeps the view alive for the length of a turn; null once it is going.
-    [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
     // A load begins: what the last one left behind is forgotten.
     virtual void willLoad() = 0;
     // Asks the ad manager for an ad.
@@ -35,7 +35,7 @@ class AdViewLoader {
     virtual void orientatioDidChange() = 0;
   };
 
-  explicit AdViewLoader(Host& host) : host_{host} {}
+  AdViewLoader(std::shared_ptr<Environment> environment, Host& host);
 
   // One ad request, if the view's state allows it.
   void loadAd();
@@ -48,9 +48,8 @@ class AdViewLoader {
 
   void setOrientationNotification();
   void setEnterForegroundNotification();
-  // Ends the timer and what follows the network; with `everything` also what follows the screen.
-  enum class Extent { whatReloads, everything };
-  void stop(Extent extent);
+  // Ends the timer and what follows the network; what follows the screen stays.
+  void stop();
 
   [[nodiscard]] bool isDeviceLocked() const { return flags_.deviceLocked; }
   [[nodiscard]] bool isAdLoaded() const { return flags_.adLoaded; }
@@ -78,6 +77,7 @@ class AdViewLoader {
   void onDeviceScreenLock();
   [[nodiscard]] Subscription subscribe(std::string_view name, void (AdViewLoader::*handler)());
 
+  const std::shared_ptr<Environment> environment_;
   Host& host_;
   Flags flags_;
   Timer adRefreshTimer_;

@@ -1,9 +1,14 @@
 #include "UserInterface/WebView/BaseViews/AdViewMediation.h"
 
+#include <utility>
+
 #include <tavo/SdkErrors.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Runtime/Environment.h"
+#include "Runtime/Relay.h"
+#include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 #include "XMediation/XMediation.h"
 
 namespace tavo {
@@ -25,9 +30,16 @@ std::optional<MediationType> mediationTypeFor(MobileAdTypes type, MobileAdSubTyp
   return std::nullopt;
 }
 
+AdViewMediation::AdViewMediation(std::shared_ptr<Environment> environment, XAdView& view,
+                                 MediatedView& stage, Host& host)
+    : AdViewPart{view}, environment_{std::move(environment)}, stage_{stage}, host_{host} {}
+
+XMediation& AdViewMediation::coordinator() const { return environment_->shared<XMediation>(); }
+
 bool AdViewMediation::refuse(const char* reason) {
   platformLog(reason);
-  host_.mediationWasRefused(makeError(SdkError::mediationImpossible, reason));
+  tell(&Told::xAdViewDidFailWithError,
+       std::optional{makeError(SdkError::mediationImpossible, reason)});
   return false;
 }
 
@@ -35,68 +47,87 @@ bool AdViewMediation::start(const std::string& placementId, const Size& size,
                             bool isMediationMandate) {
   const OperationLog log{
       "-[XAdView startMediationWithAdView:placementId:size:isMediationMandate:]"};
-  const auto type = host_.mediationType();
+  const auto type =
+      mediationTypeFor(view().mobileAdTypes(), view().mobileAdSubTypes(), view().placementType());
   if (!type) return refuse("Failed to retrieve ad from TAVO. Cannot mediate for Preroll ads.");
-  auto& coordinator = XMediation::sharedInstance();
-  const auto settings = host_.mediationSettings();
+  const auto settings = view().slotConfiguration();
   if (*type == MediationType::banner) {
     platformLog("TAVOSDK: Mediating for Banner AdRequest");
-    coordinator.shouldOpenInAppBrowser =
-        settings && settings->shouldOpenClickThroughURLInAppBrowser;
-  } else if (host_.isRequiredDelegateImplementedByPublisher()) {
+    coordinator().shouldOpenInAppBrowser = settings->shouldOpenClickThroughURLInAppBrowser;
+  } else if (view()
+                 .pDelegate
+                 .ask(&XAdViewOnlyForSubClassEyesDelegate::isRequiredDelegateImplementedByPublisher)
+                 .value_or(false)) {
     platformLog("TAVOSDK: Mediating for Interstitial AdRequest");
   } else {
     return refuse(
         "Failed to retrieve ad from TAVO. Cannot mediate as required delegate "
         "xAdInterstitialDidLoad is not implemented.");
   }
-  coordinator.xMediationType = *type;
   makeObserver();
-  coordinator.delegate.set(events_);
-  coordinator.isMediationMandate = isMediationMandate;
-  coordinator.slotConfiguration = settings;
+  coordinator().xMediationType = *type;
+  coordinator().delegate.set(events_);
+  coordinator().isMediationMandate = isMediationMandate;
+  coordinator().slotConfiguration = settings;
   platformLog("Initializing Mediation Network.");
-  const auto view = host_.mediatedView();
-  served_ = view.get();
-  coordinator.loadAdWithXAdView(view, placementId, size, host_.mediationRootController());
+  isServed_ = true;
+  coordinator().loadAdWithXAdView(sharedPart(hold(), stage_), placementId, size,
+                                  view().getRootViewController());
   return true;
 }
 
 // A view that never asked for mediation has nothing to end.
 void AdViewMediation::abandonLoad() {
-  if (served_ != nullptr) XMediation::sharedInstance().abandonLoadOf(*served_);
+  if (isServed_) coordinator().abandonLoadOf(stage_);
 }
 
 void AdViewMediation::release() {
-  if (served_ != nullptr) XMediation::sharedInstance().releaseAdOf(*served_);
-  served_ = nullptr;
+  if (std::exchange(isServed_, false)) coordinator().releaseAdOf(stage_);
 }
 
 void AdViewMediation::makeObserver() {
   if (events_) return;
-  const auto relay = [this](const char* text, void (Host::*report)()) {
-    return [this, text, report](XMediationInterface&, MediatedView&) {
-      const auto held = host_.mediatedView();
-      platformLog(std::string{"Corvane Mediation Network: "} + text);
-      (host_.*report)();
-    };
-  };
+  using Self = AdViewMediation;
+  const Relay<Self> relay{sharedPart(hold(), *this)};
   events_ = std::make_shared<XMediationInterfaceDelegate>(XMediationInterfaceDelegate{
-      .XMediationInterfaceAdDidReceiveWithXAdView =
-          relay("ad retrieved successfully.", &Host::mediatedAdDidLoad),
+      .XMediationInterfaceAdDidReceiveWithXAdView = relay.call(&Self::adDidReceive),
       .XMediationInterfaceAdRequestFailedWithErrorXAdView =
-          [this](XMediationInterface&, const Error& error, MediatedView&) {
-            const auto held = host_.mediatedView();
-            platformLog("Corvane Mediation Network: Failed to retrieve ad.");
-            host_.mediatedAdDidFail(error);
-          },
-      .XMediationInterfaceAdWasClickedWithXAdView =
-          relay("ad clicked.", &Host::mediatedAdWasClicked),
-      .XMediationInterfaceAdDidCloseWithXAdView = relay("ad closed.", &Host::mediatedAdDidClose),
-      .XMediationInterfaceAdWillPresentWithXAdView =
-          relay("opening InAppBrowser.", &Host::mediatedAdWillPresent),
+          relay.call(&Self::adRequestFailedWithError),
+      .XMediationInterfaceAdWasClickedWithXAdView = relay.call(&Self::adWasClicked),
+      .XMediationInterfaceAdDidCloseWithXAdView = relay.call(&Self::adDidClose),
+      .XMediationInterfaceAdWillPresentWithXAdView = relay.call(&Self::adWillPresent),
       .XMediationInterfaceAdWillLeaveApplicationWithXAdView =
-          relay("opening external browser.", &Host::mediatedAdWillLeaveApplication)});
+          relay.call(&Self::adWillLeaveApplication)});
+}
+
+void AdViewMediation::adDidReceive() {
+  platformLog("Corvane Mediation Network: ad retrieved successfully.");
+  host_.mediatedAdDidLoad();
+}
+
+void AdViewMediation::adRequestFailedWithError(const Error& error, MediatedView& /*adView*/) {
+  platformLog("Corvane Mediation Network: Failed to retrieve ad.");
+  host_.mediatedAdDidFail(error);
+}
+
+void AdViewMediation::adWasClicked() {
+  platformLog("Corvane Mediation Network: ad clicked.");
+  tell(&Told::xAdViewDidClickOnAd);
+}
+
+void AdViewMediation::adDidClose() {
+  platformLog("Corvane Mediation Network: ad closed.");
+  tell(&Told::xAdViewWillCloseInAppBrowser);
+}
+
+void AdViewMediation::adWillPresent() {
+  platformLog("Corvane Mediation Network: opening InAppBrowser.");
+  tell(&Told::xAdViewWillOpenInInAppBrowser);
+}
+
+void AdViewMediation::adWillLeaveApplication() {
+  platformLog("Corvane Mediation Network: opening external browser.");
+  tell(&Told::xAdViewWillLeaveApplication);
 }
 
 }  // namespace tavo

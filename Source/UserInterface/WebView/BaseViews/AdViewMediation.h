@@ -4,46 +4,37 @@
 #include <optional>
 #include <string>
 
-#include <tavo/MobileAdTypes.h>
-#include <tavo/PlacementType.h>
-#include <tavo/XAdSlotConfiguration.h>
-
+#include "UserInterface/WebView/BaseViews/AdViewPart.h"
 #include "XMediation/XMediationInterface.h"
 
 namespace tavo {
+
+class Environment;
+class XMediation;
 
 // Which mediation an ad of this kind at this place may have; none: it cannot be mediated.
 [[nodiscard]] std::optional<MediationType> mediationTypeFor(MobileAdTypes type,
                                                             MobileAdSubTypes subType,
                                                             PlacementType placement);
 
-// Hands an ad view's slot to the mediation coordinator and hears what comes of it. Belongs to one
-// view; main thread only.
-class AdViewMediation {
+// Hands an ad view's slot to the mediation coordinator and tells the host what comes of it. Main
+// thread only.
+class AdViewMediation : public AdViewPart {
  public:
-  // What mediation needs of its view, beside what MediatedView offers.
+  // Who decides what a mediated ad that came, or did not, means for the slot.
   class Host {
    public:
     virtual ~Host() = default;
-    [[nodiscard]] virtual std::shared_ptr<MediatedView> mediatedView() = 0;
-    [[nodiscard]] virtual std::optional<MediationType> mediationType() const = 0;
-    // Whether the application hears of loaded interstitials, which mediation relies on.
-    [[nodiscard]] virtual bool isRequiredDelegateImplementedByPublisher() const = 0;
-    [[nodiscard]] virtual std::shared_ptr<XAdSlotConfiguration> mediationSettings() const = 0;
-    [[nodiscard]] virtual ViewController* mediationRootController() = 0;
     virtual void mediatedAdDidLoad() = 0;
     virtual void mediatedAdDidFail(const Error& error) = 0;
-    virtual void mediationWasRefused(const Error& error) = 0;
-    virtual void mediatedAdWasClicked() = 0;
-    virtual void mediatedAdWillPresent() = 0;
-    virtual void mediatedAdDidClose() = 0;
-    virtual void mediatedAdWillLeaveApplication() = 0;
   };
 
-  explicit AdViewMediation(Host& host) : host_{host} {}
+  // `stage` is the view as the coordinator knows it.
+  AdViewMediation(std::shared_ptr<Environment> environment, XAdView& view, MediatedView& stage,
+                  Host& host);
 
   // Starts mediation if the ad's kind and place allow it; returns whether it was started. Refusals
-  // reach the host inside the call.
+  // reach the host application inside the call.
   bool start(const std::string& placementId, const Size& size, bool isMediationMandate);
 
   // A new load has begun: what the network has not answered yet is not waited for any more.
@@ -52,11 +43,22 @@ class AdViewMediation {
   void release();
 
  private:
+  [[nodiscard]] XMediation& coordinator() const;
   bool refuse(const char* reason);
   void makeObserver();
 
+  // What the coordinator reports.
+  void adDidReceive();
+  void adRequestFailedWithError(const Error& error, MediatedView& adView);
+  void adWasClicked();
+  void adDidClose();
+  void adWillPresent();
+  void adWillLeaveApplication();
+
+  const std::shared_ptr<Environment> environment_;
+  MediatedView& stage_;
   Host& host_;
-  const MediatedView* served_ = nullptr;  // the view, once the coordinator knows it
+  bool isServed_ = false;  // the coordinator knows the view
   std::shared_ptr<const XMediationInterfaceDelegate> events_;
 };
 

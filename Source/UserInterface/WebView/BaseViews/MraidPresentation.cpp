@@ -1,10 +1,9 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/Environment.h"
 #include "Scene/Window.h"
 #include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
@@ -18,27 +17,22 @@ constexpr double closeButtonSide = 30;
 constexpr double closeButtonTop = 8;
 constexpr Seconds reportDelay{0.0001};
 
-Application& application() { return *Runtime::current().platform().application; }
-
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
 Size screenSize() { return XDeviceScreenBounds().size(); }
 
 }  // namespace
 
-MraidPresentation::MraidPresentation(Host& host)
-    : host_{host},
-      emitter_{std::make_shared<XMRAIDEventEmitter>(Runtime::current().platform().runLoop)} {
-  controllerEvents_ = std::make_shared<XExpandedViewControllerDelegate>(
-      XExpandedViewControllerDelegate{.XExpandedViewControllerDidRotate =
-                                          [this](XExpandedViewController&) {
-                                            const auto held = host_.hold();
-                                            didRotate();
-                                          },
-                                      .XExpandedViewControllerDidCancel =
-                                          [this](XExpandedViewController&) {
-                                            const auto held = host_.hold();
-                                            closeButtonPressed();
-                                          }});
+MraidPresentation::MraidPresentation(std::shared_ptr<Environment> environment, Host& host)
+    : environment_{std::move(environment)},
+      host_{host},
+      emitter_{std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop)} {}
+
+Relay<MraidPresentation> MraidPresentation::relay() {
+  return Relay<MraidPresentation>{sharedPart(host_.hold(), *this)};
+}
+
+Application& MraidPresentation::application() const {
+  return *environment_->platform().application;
 }
 
 MRAIDState MraidPresentation::state() const {
@@ -46,10 +40,14 @@ MRAIDState MraidPresentation::state() const {
 }
 
 const std::shared_ptr<XExpandedViewController>& MraidPresentation::expandedViewController() {
-  if (!expandedViewController_) {
-    expandedViewController_ = std::make_shared<XExpandedViewController>();
-    expandedViewController_->delegate.set(controllerEvents_);
-  }
+  if (expandedViewController_) return expandedViewController_;
+  using Self = MraidPresentation;
+  controllerEvents_ =
+      std::make_shared<XExpandedViewControllerDelegate>(XExpandedViewControllerDelegate{
+          .XExpandedViewControllerDidRotate = relay().call(&Self::didRotate),
+          .XExpandedViewControllerDidCancel = relay().call(&Self::closeButtonPressed)});
+  expandedViewController_ = std::make_shared<XExpandedViewController>();
+  expandedViewController_->delegate.set(controllerEvents_);
   return expandedViewController_;
 }
 
@@ -68,10 +66,7 @@ const std::shared_ptr<Button>& MraidPresentation::closeButton() {
   closeButton_ = std::make_shared<Button>(Rect{0, 0, closeButtonSide, closeButtonSide});
   closeButton_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
   closeButton_->setAccessibilityLabel("Close Interstitial Ad");
-  closeButton_->setAction([this] {
-    const auto held = host_.hold();
-    closeButtonPressed();
-  });
+  closeButton_->setAction(relay().call(&MraidPresentation::closeButtonPressed));
   return closeButton_;
 }
 
@@ -88,10 +83,7 @@ const std::shared_ptr<Button>& MraidPresentation::resizeCloseControl() {
   resizeCloseControl_ = std::make_shared<Button>(Rect{0, 0, closeControlSide, closeControlSide});
   resizeCloseControl_->setOpaque(false);
   resizeCloseControl_->setAccessibilityLabel("Close Resized Ad");
-  resizeCloseControl_->setAction([this] {
-    const auto held = host_.hold();
-    collapseToFrame();
-  });
+  resizeCloseControl_->setAction(relay().call(&MraidPresentation::collapseToFrame));
   return resizeCloseControl_;
 }
 
@@ -145,11 +137,9 @@ void MraidPresentation::moveWebView(View& container) {
   container.addSubview(page);
 }
 
-void MraidPresentation::expandToFrame(const Rect& frame, bool isCustomClose,
-                                      const PageRef& webView) {
+void MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView) {
   const OperationLog log{"-[XAdView expandToFrame:isCustomClose:isOrientationAllowed:webView:]"};
   if (state() == MRAIDState::expanded || state() == MRAIDState::hidden) return;
-  expandedFrame_ = frame;
   adopt(webView);
   undoResize();
   moveWebView(*expandView());
@@ -206,7 +196,7 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   const OperationLog log{"-[XAdView setCustomCloseButton:]"};
   const auto& button = closeButton();
   button->setBackgroundColor(colors::clear);
-  button->setImage(isCustomClose ? Image{} : closePicture(Runtime::current().platform()));
+  button->setImage(isCustomClose ? Image{} : closePicture(environment_->platform()));
   platformLog(isCustomClose ? "SDK will not provide the close button"
                             : "SDK will provide the close button");
   button->sizeToFit();
@@ -220,7 +210,7 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
 void MraidPresentation::setCloseButtonImageWithImageNamed(std::string_view name) {
   const OperationLog log{"-[XAdView setCloseButtonImageWithImageNamed:]"};
   const auto dot = name.rfind('.');
-  const auto& platform = Runtime::current().platform();
+  const auto& platform = environment_->platform();
   closeButton()->setImage(dot == std::string_view::npos
                               ? bundlePicture(name, "png", platform)
                               : bundlePicture(name.substr(0, dot), name.substr(dot + 1), platform));
@@ -316,7 +306,8 @@ void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProp
 void MraidPresentation::didRotate() {
   const OperationLog log{"-[XAdView XExpandedViewControllerDidRotate:]"};
   updateLayOutForNewState(state());
-  tellRotation(webView_.lock(), application().statusBarOrientation());
+  tellRotation(webView_.lock(), application().statusBarOrientation(),
+               *environment_->platform().device);
 }
 
 void MraidPresentation::orientationDidChange() {
@@ -333,11 +324,13 @@ void MraidPresentation::fullScreenChanged() {
 }
 
 void MraidPresentation::scheduleReport() {
-  report_ = Runtime::current().platform().runLoop->after(reportDelay, [this] {
-    const OperationLog log{"-[XAdView manipulateScreenSize]"};
-    const auto held = host_.hold();
-    updateLayOutForNewState(state());
-  });
+  report_ = environment_->platform().runLoop->after(
+      reportDelay, relay().call(&MraidPresentation::manipulateScreenSize));
+}
+
+void MraidPresentation::manipulateScreenSize() {
+  const OperationLog log{"-[XAdView manipulateScreenSize]"};
+  updateLayOutForNewState(state());
 }
 
 // The creative is not told: it is gone, or about to be told its first state. The state is reset for

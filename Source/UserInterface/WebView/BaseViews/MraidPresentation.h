@@ -6,13 +6,17 @@
 
 #include <tavo/Button.h>
 
+#include "AdController/AdGenerator/AdViewIdentity.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
+#include "Runtime/Relay.h"
 #include "Scene/LayoutView.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
 namespace tavo {
+
+class Environment;
 
 // An ad view's side of what a creative asks for: full screen, another size, back again, and what
 // the creative is told about it. Belongs to one view, which is held by the caller of each
@@ -22,17 +26,12 @@ class MraidPresentation {
   using PageRef = std::shared_ptr<WebView>;
 
   // What the presentation needs of its view.
-  class Host {
+  class Host : public virtual AdViewIdentity {
    public:
-    virtual ~Host() = default;
-    [[nodiscard]] virtual View& sceneView() = 0;
-    [[nodiscard]] virtual PlacementType placementType() const = 0;
     // The view's place when it was made.
     [[nodiscard]] virtual const Rect& defaultFrame() const = 0;
     [[nodiscard]] virtual bool isDeviceLocked() const = 0;
     [[nodiscard]] virtual bool appBrowserOpen() const = 0;
-    // Keeps the view alive for the length of a turn; null once it is going.
-    [[nodiscard]] virtual std::shared_ptr<void> hold() = 0;
     // Reports. The receiver may release the view's memory in return.
     virtual void adDidExpand() = 0;
     virtual void adDidCollapse() = 0;
@@ -40,13 +39,15 @@ class MraidPresentation {
     virtual void orientationPropertiesDidChange(const XMRAIDOrientationProperties& properties) = 0;
   };
 
-  explicit MraidPresentation(Host& host);
+  MraidPresentation(std::shared_ptr<Environment> environment, Host& host);
   ~MraidPresentation() { release(); }
   MraidPresentation(const MraidPresentation&) = delete;
   MraidPresentation& operator=(const MraidPresentation&) = delete;
 
   // The last state told to the creative; loading where there is none.
   [[nodiscard]] MRAIDState state() const;
+  // Whether it was so already before the expanded ad was presented.
+  [[nodiscard]] bool statusBarHidden() const { return flags_.statusBarHidden; }
   [[nodiscard]] bool isAdExpanded() const { return flags_.adExpanded; }
   void setAdExpanded(bool expanded) { flags_.adExpanded = expanded; }
   // Null after a release, until the next creative has said "init".
@@ -54,7 +55,7 @@ class MraidPresentation {
   [[nodiscard]] PageRef webViewInstance() const { return webView_.lock(); }
 
   void handleInitMRAIDAd(const PageRef& webView, std::shared_ptr<XMRAIDEventEmitter> emitter);
-  void expandToFrame(const Rect& frame, bool isCustomClose, const PageRef& webView);
+  void expandToFrame(bool isCustomClose, const PageRef& webView);
   void collapseToFrame();
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef& webView);
   void closeButtonPressed();
@@ -104,10 +105,14 @@ class MraidPresentation {
   void didRotate();
   void fullScreenChanged();
   void scheduleReport();
+  void manipulateScreenSize();
+  [[nodiscard]] Relay<MraidPresentation> relay();
 
+  [[nodiscard]] Application& application() const;
+
+  const std::shared_ptr<Environment> environment_;
   Host& host_;
   Flags flags_;
-  std::optional<Rect> expandedFrame_;  // as last asked for; not used for layout
   std::shared_ptr<XMRAIDEventEmitter> emitter_;
   std::weak_ptr<WebView> webView_;
   std::shared_ptr<const XExpandedViewControllerDelegate> controllerEvents_;

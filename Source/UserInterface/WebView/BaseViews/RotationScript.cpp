@@ -2,8 +2,6 @@
 
 #include <array>
 
-#include <tavo/Runtime.h>
-
 #include "Services/Device.h"
 #include "Utilities/NumberText.h"
 
@@ -20,9 +18,9 @@ std::string rotationScript(InterfaceOrientation orientation, const std::string& 
          "event.initEvent('orientationchange',true, false); window.dispatchEvent(event);})();";
 }
 
-void tellRotation(const std::shared_ptr<WebView>& page, InterfaceOrientation orientation) {
-  const auto script =
-      rotationScript(orientation, Runtime::current().platform().device->systemVersion());
+void tellRotation(const std::shared_ptr<WebView>& page, InterfaceOrientation orientation,
+                  const Device& device) {
+  const auto script = rotationScript(orientation, device.systemVersion());
   if (page && !script.empty()) page->evaluate(script);
 }
 

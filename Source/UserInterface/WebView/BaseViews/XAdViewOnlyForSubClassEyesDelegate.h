@@ -19,6 +19,10 @@ struct XAdViewOnlyForSubClassEyesDelegate {
   std::function<void(XAdView&)> XInterstitialAdDidClose{};
   // Whether the host hears of loaded interstitials, without which none is mediated.
   std::function<bool()> isRequiredDelegateImplementedByPublisher{};
+  // The ad view has let go of its ad: there is nothing left to cover the host's content for.
+  std::function<void()> adViewDidReleaseMemory{};
+  // The screen was locked while a page or a picture stood on it.
+  std::function<void()> deviceDidLock{};
 };
 
 }  // namespace tavo

@@ -1,0 +1,62 @@
+#include "UserInterface/WebView/BaseViews/InterstitialCloseControl.h"
+
+#include <tavo/XAdInterstitialViewController.h>
+
+#include "Runtime/Relay.h"
+#include "UserInterface/Pictures/Pictures.h"
+
+namespace tavo {
+
+CloseButtonFacts InterstitialCloseControl::facts() const {
+  return {.exists = button_ != nullptr,
+          .useCustomClose = controller_.useCustomClose,
+          .subType = controller_.mobileAdSubTypes()};
+}
+
+void InterstitialCloseControl::put(Look look) {
+  remove();
+  View& screen = *controller_.view();
+  button_ = std::make_shared<Button>(interstitialCloseButtonFrame(screen.frame().width));
+  button_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
+  button_->setAccessibilityLabel("Close Interstitial Ad");
+  button_->setAction(Relay{controller_}.call(&XAdInterstitialViewController::closeInterstitialAd));
+  if (look == Look::picture) {
+    button_->setImage(closePicture(platform_));
+    // Nobody is held in front of an ad because a picture is missing.
+    if (button_->image().empty()) button_->setTitle("\u2715");
+  }
+  screen.addSubview(button_);
+}
+
+void InterstitialCloseControl::remove() {
+  if (button_) button_->removeFromSuperview();
+  button_.reset();
+}
+
+void InterstitialCloseControl::add() {
+  if (!mayAddCloseButton(facts())) return;
+  put(Look::picture);
+  controller_.view()->bringSubviewToFront(*button_);
+}
+
+void InterstitialCloseControl::addWithoutImage() {
+  if (mayAddCloseButtonWithoutImage(facts())) put(Look::invisible);
+}
+
+void InterstitialCloseControl::addForRedirect() {
+  if (mayAddCloseButtonForRedirect(facts())) put(Look::picture);
+}
+
+void InterstitialCloseControl::useCustomCloseDidChange() {
+  switch (changeForExpandProperties(facts())) {
+    case CloseButtonChange::hide:
+      remove();
+      return controller_.addCloseButtonWithoutImage();
+    case CloseButtonChange::add:
+      return controller_.addCloseButton();
+    case CloseButtonChange::none:
+      return;
+  }
+}
+
+}  // namespace tavo

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <tavo/Button.h>
+#include <tavo/MobileAdTypes.h>
+#include <tavo/Platform.h>
+
+#include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
+
+namespace tavo {
+
+class XAdInterstitialViewController;
+
+// The close button of an interstitial, in the kind that the ad wants; the one of a video is the
+// video's own. Main thread only.
+class InterstitialCloseControl {
+ public:
+  // The platform outlives the control.
+  InterstitialCloseControl(const Platform& platform, XAdInterstitialViewController& controller)
+      : platform_{platform}, controller_{controller} {}
+
+  // Null while there is none.
+  [[nodiscard]] const std::shared_ptr<Button>& button() const { return button_; }
+
+  // Each does nothing where the rules do not allow the button.
+  void add();
+  void addWithoutImage();
+  void addForRedirect();
+  // The creative has said who draws the control.
+  void useCustomCloseDidChange();
+
+  // Takes the button away.
+  void remove();
+  // Forgets the button, which stays where it is.
+  void drop() { button_.reset(); }
+
+ private:
+  enum class Look { picture, invisible };
+  [[nodiscard]] CloseButtonFacts facts() const;
+  void put(Look look);
+
+  const Platform& platform_;
+  XAdInterstitialViewController& controller_;
+  std::shared_ptr<Button> button_;
+};
+
+}  // namespace tavo
