@@ -55,6 +55,7 @@ class Relay {
           std::is_invocable_v<std::function<Result(Parameters...)>, Self&, decltype(arguments)...>;
       const auto answer = [&](auto&&... all) -> Result {
         if constexpr (std::is_void_v<Result>) {
+          static_cast<void>(absent);  // there is nothing to answer
           self.delegate.tell(operation, std::forward<decltype(all)>(all)...);
         } else {
           return self.delegate.ask(operation, std::forward<decltype(all)>(all)...).value_or(absent);
