@@ -3,7 +3,10 @@
 #include <gio/gio.h>
 
 #include <memory>
+#include <string>
 #include <utility>
+
+#include "Gtk/ForeignText.h"
 
 namespace tavo::gtk {
 
@@ -85,6 +88,9 @@ class GFailure {
   [[nodiscard]] const GError* get() const { return error_; }
   [[nodiscard]] bool is(GQuark domain, int code) const {
     return g_error_matches(error_, domain, code) != FALSE;
+  }
+  [[nodiscard]] std::string message() const {
+    return textOf(error_ == nullptr ? nullptr : error_->message);
   }
   explicit operator bool() const { return error_ != nullptr; }
 

@@ -13,7 +13,7 @@ gtk::GPtr<SoupServer> listeningServer(std::uint16_t port) {
       soup_server_new("raw-paths", TRUE, "server-header", "AdServer", nullptr));
   gtk::GFailure failure;
   if (!soup_server_listen_local(server.get(), port, SOUP_SERVER_LISTEN_IPV4_ONLY, failure.out())) {
-    throw std::runtime_error{"The ad server cannot listen: " + std::string{failure.message()}};
+    throw std::runtime_error{"The ad server cannot listen: " + failure.message()};
   }
   return server;
 }
