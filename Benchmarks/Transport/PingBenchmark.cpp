@@ -142,14 +142,15 @@ Cost ours(const PingServer& server, const std::vector<std::string>& urls, int co
   platform.http = std::make_shared<gtk::GtkHttpClient>(runLoop, platform.cookies, limits);
   platform.log = std::make_shared<NoLog>();
   Runtime runtime{platform};
-  static_cast<void>(XUserAgent::sharedProvider().userAgent());
+  static_cast<void>(XUserAgent::sharedProvider(*Runtime::current().environment()).userAgent());
 
   const auto& totals = TrackingLedger::sharedInstance().totals();
   const Cost cost = measured(
       server,
       [&] {
         for (const auto& url : urls) {
-          XTrackingRequest::sendAsynchronousRequest(Url::parse(url), "burst", nullptr);
+          XTrackingRequest::sendAsynchronousRequest(*Runtime::current().environment(),
+                                                    Url::parse(url), "burst", nullptr);
         }
       },
       [&] { return totals.answered + totals.failed == urls.size(); });

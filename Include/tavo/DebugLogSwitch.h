@@ -4,27 +4,35 @@
 
 namespace tavo {
 
-// Whether the debug log is on. Every operation asks, so the answer is one flag of the process that
-// can be read without finding the settings first; it goes off with the settings that switched it
-// on.
+// The switch XGlobalConfiguration::enableDebugLogs, set and read like a boolean:
+//
+//   tavo::XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+//
+// It belongs to its settings record. The debug log looks at the switch of the current runtime's
+// record; another record's switch, or its end, changes nothing. Any thread, at any time; an
+// operation that is under way when the switch is thrown still writes its end.
 class DebugLogSwitch {
  public:
   DebugLogSwitch() = default;
-  ~DebugLogSwitch() { enabled_ = false; }
+  ~DebugLogSwitch() { *this = false; }
   DebugLogSwitch(const DebugLogSwitch&) = delete;
   DebugLogSwitch& operator=(const DebugLogSwitch&) = delete;
 
   DebugLogSwitch& operator=(bool enabled) {
-    enabled_ = enabled;
+    if (enabled_.exchange(enabled) != enabled) switchedOn_ += enabled ? 1 : -1;
     return *this;
   }
-  operator bool() const { return isOn(); }  // NOLINT(google-explicit-constructor): it is a boolean
+  operator bool() const {
+    return enabled_;
+  }  // NOLINT(google-explicit-constructor): it is a boolean
 
-  // Any thread.
-  [[nodiscard]] static bool isOn() { return enabled_.load(std::memory_order_relaxed); }
+  // Whether any switch of the process is on. Every operation of the library asks, and nearly always
+  // the answer is no; only after a yes somebody looks for the settings that count.
+  [[nodiscard]] static bool isAnyOn() { return switchedOn_.load(std::memory_order_relaxed) > 0; }
 
  private:
-  static inline std::atomic<bool> enabled_{false};
+  std::atomic<bool> enabled_{false};
+  static inline std::atomic<int> switchedOn_{0};
 };
 
 }  // namespace tavo

@@ -14,10 +14,11 @@
 
 namespace tavo {
 
+// Where a ping stands. `due` and `sent` are passed; each of the others is an end.
 enum class PingState {
   due,         // waits for its turn
   sent,        // is on its way
-  answered,    // with whatever status
+  answered,    // with whatever HTTP status
   failed,      // the transport gave up
   suppressed,  // the network was away: never sent
   dropped,     // too many were waiting: never sent
@@ -28,14 +29,15 @@ struct PingRecord {
   std::uint64_t number = 0;  // in the order in which they became due, from 1
   Url url;
   std::string context;  // what is tracked, for example "trackImpressions"
-  Date due{};
+  Date due{};           // when the ad asked for it
   PingState state = PingState::due;
-  int status = 0;  // HTTP status of the answer
-  std::optional<Error> error;
-  Seconds took{0};  // from sending to the end of the exchange
+  int status = 0;              // HTTP status; 0 before an answer
+  std::optional<Error> error;  // of the transport, once it failed
+  Seconds took{0};             // from sending to the end of the exchange
 };
 
-// How many pings came to each state; the first two are moments that a ping passes.
+// How many pings came to each state since the runtime began. Once nothing is under way, `due` is
+// the sum of the four ends.
 struct PingTotals {
   std::uint64_t due = 0;
   std::uint64_t sent = 0;
@@ -46,38 +48,34 @@ struct PingTotals {
   friend bool operator==(const PingTotals&, const PingTotals&) = default;
 };
 
+// Held weakly by the ledger; the host keeps its table as long as it wants to hear.
 struct TrackingLedgerObserver {
-  // A ping is new or has come to another state. Called on the main thread.
+  // A ping is new or has come to another state. Called on the main thread, once a state and in
+  // their order; the record is a copy of that moment. It may end the ad that the ping belongs to.
   std::function<void(const PingRecord&)> pingDidChange{};
 };
 
-// The book of the tracking pings, for hosts and tools that want to know what was counted. Writing
-// it changes nothing on the wire. Keeps the newest thousand pings; the totals count all of them.
-// Main thread only.
+// The book of the tracking pings (impressions, clicks, events of videos), for hosts and tools that
+// want to know what was counted. Reading it, or not, changes nothing on the wire. Main thread only.
 class TrackingLedger {
  public:
-  // The book of the process.
+  // The book of the current runtime. It ends with the runtime's environment.
   [[nodiscard]] static TrackingLedger& sharedInstance();
 
+  TrackingLedger(const TrackingLedger&) = delete;
+  TrackingLedger& operator=(const TrackingLedger&) = delete;
+
+  // So many records are kept; the oldest go first. The totals count all of them.
   static constexpr std::size_t mostRecords = 1'000;
 
-  // Oldest first.
+  // Oldest first. The reference lives as long as the book; its elements change with each ping.
   [[nodiscard]] const std::deque<PingRecord>& records() const { return records_; }
   [[nodiscard]] const PingTotals& totals() const { return totals_; }
   Observer<TrackingLedgerObserver> observer;
 
-  // The entries of the tracking requests. `enter` returns the ping's number, for the others.
-  std::uint64_t enter(const Url& url, const std::string& context);
-  void markSent(std::uint64_t number);
-  void markAnswered(std::uint64_t number, int status, Seconds took);
-  void markFailed(std::uint64_t number, const Error& error, Seconds took);
-  void markSuppressed(std::uint64_t number);
-  void markDropped(std::uint64_t number);
-
- private:
-  // Counts the change; then changes the record, unless it is too old to be kept.
-  void mark(std::uint64_t number, std::uint64_t& total,
-            const std::function<void(PingRecord&)>& change);
+ protected:
+  TrackingLedger() = default;
+  ~TrackingLedger() = default;
 
   std::deque<PingRecord> records_;
   PingTotals totals_;

@@ -9,38 +9,61 @@
 
 namespace tavo {
 
-// Settings of one ad view. The host and the view share one record; nothing is copied or checked on
-// assignment, each reader applies its own rule.
+// Settings of one ad view. The host and the view share one record, so a change is seen by whatever
+// reads the field next; nothing is copied or checked on assignment. Main thread only.
 struct XAdSlotConfiguration {
   // Refresh and drawing.
-  float bannerRefreshInterval = 120.0F;  // seconds; 0 turns refresh off
-  bool canShowCompanionAd = false;       // kept for the host
-  bool maintainAspectRatio = false;      // an image that may be scaled keeps its proportions
-  bool scalingAllowed = false;           // an image may be scaled to the view
-  Image backGroundImage;                 // pattern behind a view without an ad; may be empty
 
-  // Privacy and request.
-  bool accessToGeoLocation = false;  // kept for the host
-  bool COPPAPermissions = false;     // child-directed treatment
-  bool RTBRequired = false;          // real-time bidding
+  // Seconds between two ads of a banner; 0 turns refresh off. Read when an ad has loaded.
+  float bannerRefreshInterval = 120.0F;
+  // Whether a video may bring a companion; kept for the host, nothing reads it.
+  bool canShowCompanionAd = false;
+  // An image may be scaled to the view, and keeps its proportions then. Read when the image shows.
+  bool scalingAllowed = false;
+  bool maintainAspectRatio = false;
+  // Pattern painted behind a view without an ad; may be empty.
+  Image backGroundImage;
 
-  // Clicks.
-  bool shouldOpenClickThroughURLInAppBrowser = false;  // false: outside the application
+  // Privacy and request. Read at each request, redirects and pings included.
 
-  // Mediation; negative numbers mean "not set".
+  // Whether the host lets its location be used; kept for the host, nothing reads it.
+  bool accessToGeoLocation = false;
+  // Child-directed treatment: the geo override leaves the request, and only the ad server's own
+  // cookies go along.
+  bool COPPAPermissions = false;
+  // Asks for bids in real time.
+  bool RTBRequired = false;
+
+  // Clicks. True: a page opens in a browser inside the application; false: outside of it.
+  bool shouldOpenClickThroughURLInAppBrowser = false;
+
+  // Mediation, handed to the external ad network. Negative numbers mean "not set".
+
+  // 1 or more: on; 0: off. A value that is set here outweighs XGlobalConfiguration::canMediate,
+  // save for one reader: after a failed request an attempt begins when either says so.
   std::int32_t canMediate = -1;
   std::optional<std::string> mediationPlacementId;
-  float mediationBannerWidth = 0.0F;   // points
-  float mediationBannerHeight = 0.0F;  // points
-  std::int32_t mediationTargetedAge = -1;
+  float mediationBannerWidth = 0.0F;  // points
+  float mediationBannerHeight = 0.0F;
+  std::int32_t mediationTargetedAge = -1;  // years
   std::int32_t mediationTargetedGender = -1;
   std::map<std::string, std::string> mediationTargetedKeywords;
 
   // Video.
+
+  // Where the countdown and the skip text stand: 0 top right, 1 top centre, 2 top left, 3 bottom
+  // left, 4 bottom centre, 5 bottom right.
   unsigned countdownTimerPosition = 0;
-  std::int64_t skipOffsetTime = -1;  // negative: not set
-  std::int64_t skipOffsetType = 0;   // 0: seconds; 1: percent of the duration
+  // When a video may be skipped; negative: as the ad says. Type 0: seconds; 1: percent of the
+  // duration, where more than 100 counts as 100.
+  std::int64_t skipOffsetTime = -1;
+  std::int64_t skipOffsetType = 0;
+  // The ad ends when its viewer comes back from a click; otherwise it goes on.
   bool dismissVideoOnClickThrough = true;
+
+  // Kept for hosts that note here what they have set; no operation reads or changes them.
+  bool isBannerRefreshIntervalSet = false;
+  bool isClickThroughValueSet = false;
 
   // Does nothing; real-time bidding is switched by the field.
   void setRTBRequired();

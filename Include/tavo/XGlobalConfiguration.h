@@ -10,15 +10,25 @@
 
 namespace tavo {
 
-// Settings of the whole application.
+// Settings of the whole application. Set them before the first ad, on the main thread; each is read
+// anew whenever it matters. Only the debug switch may be set and read on any thread.
 struct XGlobalConfiguration {
-  // The one record of the process, made on the first call. Any thread.
+  // The record that counts: the one of the current runtime, made on the first call and once even
+  // when several threads ask. It ends with the runtime's environment. Any thread.
   [[nodiscard]] static XGlobalConfiguration& sharedInstance();
 
-  std::int32_t canMediate = -1;  // 1 or more: on; 0: off; negative: not set
-  // Switches the debug log on (off at first); read from every thread that logs.
+  // Hand-over of failed requests to an external ad network, where the slot has not set its own
+  // value: 1 or more is on, 0 is off, a negative value is "not set".
+  std::int32_t canMediate = -1;
+
+  // The debug log on the standard error stream: the beginning and the end of every operation, and
+  // values on the way. Off at first; slow when it is on.
   DebugLogSwitch enableDebugLogs;
-  std::optional<Location> mediationTargetedLocation;  // handed to the mediated network
+
+  // Where the device is, for the external ad network; none: not told.
+  std::optional<Location> mediationTargetedLocation;
+
+  // Toolbar of the in-app browser; not null.
   std::shared_ptr<XBrowserConfiguration> browserConfiguration =
       std::make_shared<XBrowserConfiguration>();
 };

@@ -9,11 +9,13 @@
 
 namespace tavo {
 
-// Settings reserved for a second ad server.
+// Settings reserved for a second ad server. A host may keep them; nothing in the library reads
+// them yet.
 struct XMediationConfiguration {
+  // Servers in the order in which they would be asked.
   std::optional<std::vector<std::string>> secondaryServerPreference;
 
-  // There is no such template: empty in every case.
+  // The address of a second server for one ad. There is no such template: empty in every case.
   [[nodiscard]] Url TAVOURLTemplateWithDomainName(std::string_view domainName,
                                                   std::string_view pageName,
                                                   std::string_view adPosition) const;

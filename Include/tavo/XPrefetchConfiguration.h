@@ -4,7 +4,8 @@
 
 namespace tavo {
 
-// Settings reserved for fetching ads ahead; nothing reads them yet.
+// Settings reserved for fetching ads ahead of their time. A host may keep them; nothing in the
+// library reads them yet.
 struct XPrefetchConfiguration {
   std::int32_t numberOfAdsToPrefetch = 0;
   bool bannerPrefetchRequired = false;

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include <tavo/Carrier.h>
+#include "Values/Carrier.h"
 
 namespace tavo {
 

@@ -152,7 +152,7 @@ void VastRoad::play() {
 }
 
 void VastRoad::trackChainImpressions() {
-  XAdTracker tracker;
+  XAdTracker tracker{environment_};
   tracker.impressionURLs = chainImpressions(*ad_);
   tracker.slotConfiguration = settings_.slotConfiguration;
   tracker.trackImpressions();

@@ -54,7 +54,7 @@ void XAdManager::makeObservers() {
       XMRAIDBannerViewDelegate{.xStandardBannerAdDidLoad = relay.pass(&Told::adManagerDidLoad),
                                .xStandardBannerAdDidFailWithErrorBannerView =
                                    relay.call(&XAdManager::xStandardBannerAdDidFailWithError)});
-  serverCommunicator_ = XServerCommunicator::create(communicatorEvents_);
+  serverCommunicator_ = XServerCommunicator::create(environment_, communicatorEvents_);
 }
 
 void XAdManager::makeVideoObserver() {
@@ -339,7 +339,7 @@ bool XAdManager::webViewDidFinishRender(WebView& webView) {
 void XAdManager::processImpressionTracking() {
   const OperationLog log{"-[XAdManager processImpressionTracking:]"};
   if (!impressionTrackingURL_) return;
-  XAdTracker tracker;
+  XAdTracker tracker{environment_};
   tracker.impressionURL = Url::fromText(*impressionTrackingURL_);
   tracker.impressionURLs = {tracker.impressionURL};
   tracker.slotConfiguration = slotConfiguration;

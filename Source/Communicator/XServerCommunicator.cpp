@@ -3,7 +3,7 @@
 #include <chrono>
 #include <future>
 
-#include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
 
 #include "AdController/ResponseParser/XJSONResponseParser.h"
 #include "Communicator/Cookie/XCookieManager.h"
@@ -25,8 +25,6 @@ constexpr Seconds blockingTimeout{60};
 // The transport ends a blocking exchange by itself; past this nobody waits for one that does not.
 constexpr Seconds blockingPatience{65};
 
-HttpClient& http() { return *Runtime::current().platform().http; }
-
 std::shared_ptr<XAdInfo> readAnswer(const std::string& body) {
   const auto document = XJSONResponseParser::parseJSONResponseWithData(body);
   return std::make_shared<XAdInfo>(document ? &*document : nullptr);
@@ -36,10 +34,14 @@ bool hasBody(const HttpResult& result) { return result.response && !result.respo
 
 }  // namespace
 
+XServerCommunicator::XServerCommunicator(std::shared_ptr<Environment> environment)
+    : environment_{std::move(environment)} {}
+
 std::shared_ptr<XServerCommunicator> XServerCommunicator::create(
-    const std::shared_ptr<const Delegate>& delegate) {
+    std::shared_ptr<Environment> environment, const std::shared_ptr<const Delegate>& delegate) {
   const OperationLog log{"-[XServerCommunicator initWithDelegate:]"};
-  std::shared_ptr<XServerCommunicator> communicator{new XServerCommunicator};
+  std::shared_ptr<XServerCommunicator> communicator{
+      new XServerCommunicator{std::move(environment)}};
   communicator->delegate.set(delegate);
   return communicator;
 }
@@ -47,7 +49,7 @@ std::shared_ptr<XServerCommunicator> XServerCommunicator::create(
 void XServerCommunicator::loadURL(const Url& url) {
   const OperationLog log{"-[XServerCommunicator loadURL:]"};
   platformLog("URL: " + url.text());
-  if (XNetworkManager::shareInstance().internetAvailable()) {
+  if (XNetworkManager::shareInstance(*environment_).internetAvailable()) {
     send(url);
     log.debug("\n\nAsync Call made to ad URL: ", url.text());
     return;
@@ -55,14 +57,14 @@ void XServerCommunicator::loadURL(const Url& url) {
   log.debug("\n\nInternet Not Available");
   const auto self = shared_from_this();
   delegate.tell(&Delegate::serverCommunicatorDidFailWithError, *this,
-                Error{std::string{sdkErrorDomain}, noConnectivityErrorCode,
-                      "Network connectivity not available"});
+                makeError(SdkError::noConnectivity, "Network connectivity not available"));
 }
 
 void XServerCommunicator::send(const Url& url) {
-  const HttpRequest asked = XUserAgent::sharedProvider().getUserAgentForUrl(url);
+  const HttpRequest asked = XUserAgent::sharedProvider(*environment_).getUserAgentForUrl(url);
   HttpRequest request = asked;
-  XCookieManager{slotConfiguration}.attachCookiesToHeaderWithRequest(request, url.host());
+  XCookieManager{environment_->platform(), slotConfiguration}.attachCookiesToHeaderWithRequest(
+      request, url.host());
   http().send(std::move(request), [weak = weak_from_this(), asked](const HttpResult& result) {
     if (const auto self = weak.lock()) self->received(result, asked);
   });
@@ -71,7 +73,8 @@ void XServerCommunicator::send(const Url& url) {
 void XServerCommunicator::received(const HttpResult& result, HttpRequest asked) {
   const OperationLog log{"-[XServerCommunicator loadURL:]_block_invoke"};
   log.debug("\n\nAsync response received");
-  XCookieManager{}.persistCookies(result.response ? &*result.response : nullptr);
+  XCookieManager{environment_->platform()}.persistCookies(result.response ? &*result.response
+                                                                          : nullptr);
   if (result.error) {
     return delegate.tell(&Delegate::serverCommunicatorDidFailWithError, *this, result.error);
   }
@@ -89,7 +92,7 @@ void XServerCommunicator::received(const HttpResult& result, HttpRequest asked) 
 
 void XServerCommunicator::VASTResponseFromAlternateURL() {
   const OperationLog log{"-[XServerCommunicator VASTResponseFromAlternateURL]"};
-  const auto& limits = Runtime::current().limits();
+  const auto& limits = environment_->limits();
   HttpRequest request = XUserAgent::buildURL(alternateURL);
   request.deadline = limits.requestDeadline;
   request.maximumBodyBytes = limits.vastBytes;
@@ -112,11 +115,11 @@ void XServerCommunicator::receivedAlternate(const HttpResult& result) {
 }
 
 void XServerCommunicator::showNoAdsAlert() {
-  Runtime::current().platform().alerts->show({"No Ads", "Improper Ad Response", {"Ok"}},
-                                             [weak = weak_from_this()](std::size_t button) {
-                                               if (const auto self = weak.lock())
-                                                 self->alertViewClickedButtonAtIndex(button);
-                                             });
+  environment_->platform().alerts->show({"No Ads", "Improper Ad Response", {"Ok"}},
+                                        [weak = weak_from_this()](std::size_t button) {
+                                          if (const auto self = weak.lock())
+                                            self->alertViewClickedButtonAtIndex(button);
+                                        });
 }
 
 void XServerCommunicator::alertViewClickedButtonAtIndex(std::size_t /*button*/) {
@@ -126,7 +129,7 @@ void XServerCommunicator::alertViewClickedButtonAtIndex(std::size_t /*button*/) 
 
 std::optional<std::string> XServerCommunicator::responseFromServer(const Url& url) const {
   const OperationLog log{"-[XServerCommunicator responseFromServer:]"};
-  if (Runtime::current().platform().runLoop->isMainThread()) {
+  if (environment_->platform().runLoop->isMainThread()) {
     // The transport needs the main thread to get anywhere: waiting on it would be waiting for ever.
     platformLog("responseFromServer: would stop the host. Call it on another thread.");
     return std::nullopt;
@@ -134,7 +137,7 @@ std::optional<std::string> XServerCommunicator::responseFromServer(const Url& ur
   HttpRequest request = XUserAgent::buildURL(url);
   request.idleTimeout = blockingTimeout;
   request.deadline = blockingTimeout;
-  request.maximumBodyBytes = Runtime::current().limits().answerBytes;
+  request.maximumBodyBytes = environment_->limits().answerBytes;
   request.completionThread = CompletionThread::background;
 
   // The promise belongs to the completion, which may come when nobody waits any more.

@@ -10,14 +10,12 @@
 #include <tavo/XAdSlotConfiguration.h>
 
 #include "AdInfo/XAdInfo.h"
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 
 namespace tavo {
 
 class XServerCommunicator;
-
-// Code of the error for a request that was made while the network was away.
-inline constexpr int noConnectivityErrorCode = 1003;
 
 // Told on the main thread.
 struct XServerCommunicatorDelegate {
@@ -38,6 +36,7 @@ class XServerCommunicator : public std::enable_shared_from_this<XServerCommunica
  public:
   // The delegate is held weakly.
   [[nodiscard]] static std::shared_ptr<XServerCommunicator> create(
+      std::shared_ptr<Environment> environment,
       const std::shared_ptr<const XServerCommunicatorDelegate>& delegate);
 
   Observer<XServerCommunicatorDelegate> delegate;
@@ -72,12 +71,16 @@ class XServerCommunicator : public std::enable_shared_from_this<XServerCommunica
   void connectionDidFailWithError(const Connection* connection, const Error& error);
 
  private:
-  XServerCommunicator() = default;
+  explicit XServerCommunicator(std::shared_ptr<Environment> environment);
+
+  [[nodiscard]] HttpClient& http() const { return *environment_->platform().http; }
 
   void send(const Url& url);
   void received(const HttpResult& result, HttpRequest asked);
   void receivedAlternate(const HttpResult& result);
   void showNoAdsAlert();
+
+  const std::shared_ptr<Environment> environment_;
 };
 
 }  // namespace tavo

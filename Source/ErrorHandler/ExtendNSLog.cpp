@@ -2,15 +2,18 @@
 
 #include <cstdio>
 
-#include <tavo/DebugLogSwitch.h>
 #include <tavo/Runtime.h>
+#include <tavo/XGlobalConfiguration.h>
 
 #include "Runtime/Environment.h"
 #include "Services/Log.h"
 
 namespace tavo {
 
-bool isDebugLogEnabled() { return DebugLogSwitch::isOn(); }
+bool currentSettingsEnableDebugLogs() {
+  const auto environment = Runtime::currentEnvironment();
+  return environment && environment->shared<XGlobalConfiguration>().enableDebugLogs;
+}
 
 void ExtendNSLog(const char* file, int line, std::string_view functionName, std::string message) {
   if (!isDebugLogEnabled()) return;

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/DebugLogSwitch.h>
+
 namespace tavo {
 
 // The debug log. Writes one entry to the standard error stream: the file's name without its
@@ -10,10 +12,15 @@ namespace tavo {
 // while XGlobalConfiguration::enableDebugLogs is off. Any thread; never fails visibly.
 void ExtendNSLog(const char* file, int line, std::string_view functionName, std::string message);
 
-// Whether the debug log is on: ask before making an expensive message.
-[[nodiscard]] bool isDebugLogEnabled();
+// Whether the settings of the current runtime switch the debug log on; false without a runtime.
+[[nodiscard]] bool currentSettingsEnableDebugLogs();
 
-// Writes to the platform's log, whatever the debug setting. Any thread.
+// Whether the debug log is on: ask before making an expensive message.
+[[nodiscard]] inline bool isDebugLogEnabled() {
+  return DebugLogSwitch::isAnyOn() && currentSettingsEnableDebugLogs();
+}
+
+// Writes to the platform's log, whatever the debug setting; quiet without a runtime. Any thread.
 void platformLog(std::string_view message);
 
 }  // namespace tavo

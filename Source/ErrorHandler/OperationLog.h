@@ -4,7 +4,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include <tavo/DebugLogSwitch.h>
+#include "ErrorHandler/ExtendNSLog.h"
 
 namespace tavo {
 
@@ -16,7 +16,7 @@ class OperationLog {
   [[nodiscard]] explicit OperationLog(std::string_view operation,
                                       const char* file = __builtin_FILE(),
                                       int line = __builtin_LINE())
-      : operation_{operation}, file_{file}, line_{line}, enabled_{DebugLogSwitch::isOn()} {
+      : operation_{operation}, file_{file}, line_{line}, enabled_{isDebugLogEnabled()} {
     if (enabled_) writeStart();
   }
   ~OperationLog() {

@@ -1,7 +1,6 @@
 #include "ErrorHandler/XDatabase.h"
 
 #include <tavo/FatalFailure.h>
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "Services/Folders.h"
@@ -11,12 +10,14 @@ namespace tavo {
 namespace {
 
 constexpr const char* storeFile = "CorvaneTAVOSDKDB.sqlite";
-
-void fail(const std::string& what, const SqliteDatabase& database) {
-  FatalFailure::sharedInstance().raise("TAVO: " + what + ": " + database.lastError());
-}
-
 }  // namespace
+
+XDatabase::XDatabase(std::shared_ptr<Environment> environment)
+    : environment_{std::move(environment)} {}
+
+void XDatabase::fail(const std::string& what, const SqliteDatabase& database) const {
+  environment_->shared<FatalFailure>().raise("TAVO: " + what + ": " + database.lastError());
+}
 
 std::shared_ptr<ManagedObjectContext> XDatabase::managedObjectContext() {
   const OperationLog log{"-[XDatabase managedObjectContext]"};
@@ -48,8 +49,7 @@ std::shared_ptr<SqliteDatabase> XDatabase::persistentStoreCoordinator() {
 
 std::string XDatabase::applicationDocumentsDirectory() const {
   const OperationLog log{"-[XDatabase applicationDocumentsDirectory]"};
-  const auto& folders = Runtime::current().platform().folders;
-  const auto documents = folders->documentFolders();
+  const auto documents = environment_->platform().folders->documentFolders();
   return documents.empty() ? std::string{} : documents.back();
 }
 

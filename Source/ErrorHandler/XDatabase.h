@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ErrorHandler/ManagedObjects.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
@@ -12,6 +13,8 @@ namespace tavo {
 // Its parts are made on first use and kept. One thread at a time; two stores on one file get along.
 class XDatabase {
  public:
+  explicit XDatabase(std::shared_ptr<Environment> environment);
+
   // Null when there is no store to be had.
   [[nodiscard]] std::shared_ptr<ManagedObjectContext> managedObjectContext();
   [[nodiscard]] const ManagedObjectModel& managedObjectModel();
@@ -27,6 +30,9 @@ class XDatabase {
   void saveContext();
 
  private:
+  void fail(const std::string& what, const SqliteDatabase& database) const;
+
+  const std::shared_ptr<Environment> environment_;
   std::shared_ptr<ManagedObjectContext> context_;
   std::optional<ManagedObjectModel> model_;
   std::shared_ptr<SqliteDatabase> coordinator_;

@@ -10,9 +10,10 @@ namespace tavo {
 void XErrorHandler::addErrorWithErrorId(const std::string& errorId,
                                         const std::string& errorDescription) {
   const OperationLog log{"+[XErrorHandler addErrorWithErrorId:errorDescription:]"};
-  XDatabase database;
+  const auto environment = Runtime::current().environment();
+  XDatabase database{environment};
   if (const auto context = database.managedObjectContext()) {
-    const Date now = Runtime::current().platform().runLoop->today();
+    const Date now = environment->platform().runLoop->today();
     context->insert({errorId, errorDescription, now});
     database.saveContext();
   }

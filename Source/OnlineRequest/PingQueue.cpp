@@ -4,8 +4,6 @@
 #include <mutex>
 #include <shared_mutex>
 
-#include <tavo/Runtime.h>
-
 #include "Services/RunLoop.h"
 
 namespace tavo {
@@ -41,13 +39,16 @@ class PingQueue::Gate {
   PingQueue* queue_;
 };
 
-PingQueue::PingQueue()
-    : runLoop_{*Runtime::current().platform().runLoop}, gate_{std::make_shared<Gate>(*this)} {}
+PingQueue::PingQueue(const Environment& environment)
+    : limits_{environment.limits()},
+      runLoop_{environment.platform().runLoop},
+      http_{environment.platform().http},
+      gate_{std::make_shared<Gate>(*this)} {}
 
 PingQueue::~PingQueue() { gate_->close(); }
 
 bool PingQueue::add(QueuedPing ping) {
-  if (waiting_ >= Runtime::current().limits().queuedPings) return false;
+  if (waiting_ >= limits_.queuedPings) return false;
   auto& host = hosts_.try_emplace(std::string{ping.url.host()}).first->second;
   if (!host.isBusy()) ++busyHosts_;
   host.waiting.push_back(std::move(ping));
@@ -65,13 +66,12 @@ void PingQueue::giveTurn(Host& host) {
 }
 
 int PingQueue::windowOf(const Host& host) const {
-  const auto& limits = Runtime::current().limits();
-  const int share = limits.pingConnections / std::max(busyHosts_, 1);
-  return host.window.size(std::min(limits.pingConnectionsPerHost, share));
+  const int share = limits_.pingConnections / std::max(busyHosts_, 1);
+  return host.window.size(std::min(limits_.pingConnectionsPerHost, share));
 }
 
 void PingQueue::pump() {
-  const int most = std::max(Runtime::current().limits().pingConnections, 1);
+  const int most = std::max(limits_.pingConnections, 1);
   while (!turns_.empty() && underWay_ < most) {
     auto& [name, host] = *turns_.front();
     turns_.pop_front();
@@ -92,16 +92,17 @@ void PingQueue::start(const std::string& name, Host& host) {
   HttpRequest request = ping->prepare();
   request.completionThread = CompletionThread::background;
 
-  auto completion = [gate = gate_, name, ping, started = runLoop_.now()](const HttpResult& result) {
+  auto completion = [gate = gate_, name, ping,
+                     started = runLoop_->now()](const HttpResult& result) {
     gate->pass([&](const PingQueue& queue) {
-      const Seconds took = queue.runLoop_.now() - started;
+      const Seconds took = queue.runLoop_->now() - started;
       ping->answered(result);
-      queue.runLoop_.post([gate, name, ping, result, took] {
+      queue.runLoop_->post([gate, name, ping, result, took] {
         if (auto* waiting = gate->queue()) waiting->finished(name, *ping, result, took);
       });
     });
   };
-  Runtime::current().platform().http->send(std::move(request), std::move(completion));
+  http_->send(std::move(request), std::move(completion));
 }
 
 void PingQueue::finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "OnlineRequest/PingWindow.h"
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
 
@@ -31,7 +32,7 @@ struct QueuedPing {
 // the transport close and open connections all the time. Main thread only.
 class PingQueue {
  public:
-  PingQueue();
+  explicit PingQueue(const Environment& environment);
   // Pings that wait are lost, those on their way arrive without anybody hearing of it. Waits for
   // completions that are running.
   ~PingQueue();
@@ -66,7 +67,9 @@ class PingQueue {
                 Seconds took);
   void forgetIdleHosts();
 
-  RunLoop& runLoop_;
+  const Limits& limits_;  // the environment's, which owns the queue
+  const std::shared_ptr<RunLoop> runLoop_;
+  const std::shared_ptr<HttpClient> http_;
   std::shared_ptr<Gate> gate_;
   Hosts hosts_;
   int busyHosts_ = 0;

@@ -1,14 +1,13 @@
 #include "OnlineRequest/XTrackingRequest.h"
 
-#include <tavo/Runtime.h>
-#include <tavo/TrackingLedger.h>
-
 #include "Communicator/Cookie/XCookieManager.h"
 #include "Communicator/Network/XNetworkManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "OnlineRequest/PingLedger.h"
 #include "OnlineRequest/PingQueue.h"
 #include "Runtime/Environment.h"
+#include "Services/RunLoop.h"
 #include "Utilities/XUserAgent.h"
 #include "Values/Text.h"
 
@@ -24,16 +23,15 @@ constexpr const char* completionOperation =
 // More is no pixel: the rest of such an answer is not waited for.
 constexpr std::size_t mostAnswerBytes = std::size_t{256} * 1024;
 
-TrackingLedger& ledger() { return TrackingLedger::sharedInstance(); }
-
 // Quirk: a request like an ad request is prepared, and then a plain one is sent. Trackers must not
 // get the engine's user agent nor a cookie header of ours; the preparation shows in the log only.
-HttpRequest plainRequest(const Url& url,
+HttpRequest plainRequest(Environment& environment, const Url& url,
                          const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration) {
-  HttpRequest prepared = XUserAgent::sharedProvider().getUserAgentForUrl(url);
-  XCookieManager{slotConfiguration}.attachCookiesToHeaderWithRequest(prepared, url.host());
+  HttpRequest prepared = XUserAgent::sharedProvider(environment).getUserAgentForUrl(url);
+  XCookieManager{environment.platform(), slotConfiguration}.attachCookiesToHeaderWithRequest(
+      prepared, url.host());
 
-  const auto timeout = Runtime::current().limits().pingTimeout;
+  const auto timeout = environment.limits().pingTimeout;
   HttpRequest plain;
   plain.url = url;
   plain.idleTimeout = timeout;
@@ -44,7 +42,7 @@ HttpRequest plainRequest(const Url& url,
 }
 
 // On another thread.
-void answered(const std::string& context, const HttpResult& result) {
+void answered(const Platform& platform, const std::string& context, const HttpResult& result) {
   const OperationLog log{completionOperation};
   // Quirk: the log says so whatever came of it; the ledger knows better.
   platformLog(context + " sent successfully");
@@ -52,30 +50,32 @@ void answered(const std::string& context, const HttpResult& result) {
   if (result.error) {
     log.debug("\n\nAsync Error: ", result.error->description);
   } else if (result.response) {
-    XCookieManager{}.persistCookies(&*result.response);
+    XCookieManager{platform}.persistCookies(&*result.response);
   }
 }
 
-void settled(std::uint64_t number, const HttpResult& result, Seconds took) {
+void settled(PingLedger& ledger, std::uint64_t number, const HttpResult& result, Seconds took) {
   if (result.error) {
-    ledger().markFailed(number, *result.error, took);
+    ledger.markFailed(number, *result.error, took);
   } else {
-    ledger().markAnswered(number, result.response ? result.response->status : 0, took);
+    ledger.markAnswered(number, result.response ? result.response->status : 0, took);
   }
 }
 
 }  // namespace
 
 void XTrackingRequest::sendAsynchronousRequest(
-    const Url& url, const std::string& context,
+    Environment& environment, const Url& url, const std::string& context,
     const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration) {
   const OperationLog log{operation};
+  auto& ledger = environment.shared<PingLedger>();
   const bool isNullText = equalsIgnoringCase(url.text(), "(null)");
   const bool isDue = !url.empty() && !isNullText;
-  const auto number = isDue ? ledger().enter(url, context) : 0;
-  if (!XNetworkManager::shareInstance().internetAvailable()) {
+  const auto number =
+      isDue ? ledger.enter(url, context, environment.platform().runLoop->today()) : 0;
+  if (!XNetworkManager::shareInstance(environment).internetAvailable()) {
     log.debug("\n\nInternet not available");
-    if (isDue) ledger().markSuppressed(number);
+    if (isDue) ledger.markSuppressed(number);
     return;
   }
   log.debug("\n\nURL: ", url.text());
@@ -85,20 +85,24 @@ void XTrackingRequest::sendAsynchronousRequest(
     log.debug("\n\nUnable to track as URL is not found");
     return;
   }
-  const bool taken = Runtime::current().environment()->shared<PingQueue>().add(
+  // The environment owns the queue, and the queue calls nobody once it is gone.
+  const bool taken = environment.shared<PingQueue>().add(
       {.url = url,
        .prepare =
-           [url, slotConfiguration, number] {
-             HttpRequest request = plainRequest(url, slotConfiguration);
+           [&environment, &ledger, url, slotConfiguration, number] {
+             HttpRequest request = plainRequest(environment, url, slotConfiguration);
              const OperationLog sendingLog{operation};
              sendingLog.debug("\n\nSending tracking request asynchronously");
-             ledger().markSent(number);
+             ledger.markSent(number);
              return request;
            },
-       .answered = [context](const HttpResult& result) { answered(context, result); },
-       .settled = [number](const HttpResult& result,
-                           Seconds took) { settled(number, result, took); }});
-  if (!taken) ledger().markDropped(number);
+       .answered =
+           [&environment, context](const HttpResult& result) {
+             answered(environment.platform(), context, result);
+           },
+       .settled = [&ledger, number](const HttpResult& result,
+                                    Seconds took) { settled(ledger, number, result, took); }});
+  if (!taken) ledger.markDropped(number);
 }
 
 }  // namespace tavo

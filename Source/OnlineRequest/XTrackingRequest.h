@@ -6,6 +6,8 @@
 #include <tavo/Url.h>
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "Runtime/Environment.h"
+
 namespace tavo {
 
 // Fires tracking URLs and forgets them; TrackingLedger remembers what came of each.
@@ -16,7 +18,7 @@ class XTrackingRequest {
   // or for the text "(null)". Nothing is retried and no result reaches the caller; the cookies of
   // the answer are stored. Main thread; the answer is dealt with on another.
   static void sendAsynchronousRequest(
-      const Url& url, const std::string& context,
+      Environment& environment, const Url& url, const std::string& context,
       const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration);
 };
 

@@ -117,7 +117,7 @@ std::string& XURLBuilder::replaceOccurenceOfString(std::string_view target,
 
 std::string XURLBuilder::orientationFromDeviceInfo() {
   const OperationLog log{"+[XURLBuilder orientationFromDeviceInfo]"};
-  return isPortrait(XDeviceInterfaceOrientation()) ? "&o=p" : "&o=l";
+  return isPortrait(XDeviceInterfaceOrientation(Runtime::current().platform())) ? "&o=p" : "&o=l";
 }
 
 std::string XURLBuilder::timeZoneFromDeviceInfo() {

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
 #include "Scene/Window.h"
 #include "Services/Screen.h"
@@ -11,54 +9,54 @@
 namespace tavo {
 
 namespace {
-const Application& application() { return *Runtime::current().platform().application; }
-const Screen& screen() { return *Runtime::current().platform().screen; }
-bool isHeldSideways() { return isLandscape(application().statusBarOrientation()); }
+bool isHeldSideways(const Platform& platform) {
+  return isLandscape(platform.application->statusBarOrientation());
+}
 }  // namespace
 
-InterfaceOrientation XDeviceInterfaceOrientation() {
+InterfaceOrientation XDeviceInterfaceOrientation(const Platform& platform) {
   const OperationLog log{"XDeviceInterfaceOrientation"};
-  return application().statusBarOrientation();
+  return platform.application->statusBarOrientation();
 }
 
-std::shared_ptr<Window> XKeyWindow() {
+std::shared_ptr<Window> XKeyWindow(const Platform& platform) {
   const OperationLog log{"XKeyWindow"};
-  return application().keyWindow();
+  return platform.application->keyWindow();
 }
 
-double XDeviceStatusBarHeight() {
+double XDeviceStatusBarHeight(const Platform& platform) {
   const OperationLog log{"XDeviceStatusBarHeight"};
-  if (application().isStatusBarHidden()) return 0;
+  if (platform.application->isStatusBarHidden()) return 0;
   // The frame is told in the screen's natural orientation.
-  const Rect frame = application().statusBarFrame();
-  return isHeldSideways() ? frame.width : frame.height;
+  const Rect frame = platform.application->statusBarFrame();
+  return isHeldSideways(platform) ? frame.width : frame.height;
 }
 
-Rect XDeviceScreenBounds() {
+Rect XDeviceScreenBounds(const Platform& platform) {
   const OperationLog log{"XDeviceScreenBounds"};
-  Rect bounds = screen().bounds();
-  if (isHeldSideways()) std::swap(bounds.width, bounds.height);
+  Rect bounds = platform.screen->bounds();
+  if (isHeldSideways(platform)) std::swap(bounds.width, bounds.height);
   return bounds;
 }
 
-Rect XApplicationFrame() {
+Rect XApplicationFrame(const Platform& platform) {
   const OperationLog log{"XApplicationFrame"};
-  Rect frame = XDeviceScreenBounds();
-  const double statusBar = XDeviceStatusBarHeight();
+  Rect frame = XDeviceScreenBounds(platform);
+  const double statusBar = XDeviceStatusBarHeight(platform);
   frame.y += statusBar;
   frame.height -= statusBar;
   return frame;
 }
 
-double XDeviceScaleFactor() {
+double XDeviceScaleFactor(const Platform& platform) {
   const OperationLog log{"XDeviceScaleFactor"};
-  return screen().scale().value_or(1.0);
+  return platform.screen->scale().value_or(1.0);
 }
 
-bool XViewIsVisible(const View& view) {
+bool XViewIsVisible(const Platform& platform, const View& view) {
   const OperationLog log{"XViewIsVisible"};
-  return !view.isHidden() && !XViewHasHiddenAncestor(view) && XViewIsDescendantOfKeyWindow(view) &&
-         XViewIntersectsKeyWindow(view);
+  return !view.isHidden() && !XViewHasHiddenAncestor(view) &&
+         XViewIsDescendantOfKeyWindow(platform, view) && XViewIntersectsKeyWindow(platform, view);
 }
 
 bool XViewHasHiddenAncestor(const View& view) {
@@ -69,16 +67,16 @@ bool XViewHasHiddenAncestor(const View& view) {
   return false;
 }
 
-bool XViewIsDescendantOfKeyWindow(const View& view) {
+bool XViewIsDescendantOfKeyWindow(const Platform& platform, const View& view) {
   const OperationLog log{"XViewIsDescendantOfKeyWindow"};
-  const auto window = application().keyWindow();
+  const auto window = platform.application->keyWindow();
   const View* above = view.superview();
   return window && above != nullptr && above->isDescendantOf(*window);
 }
 
-bool XViewIntersectsKeyWindow(const View& view) {
+bool XViewIntersectsKeyWindow(const Platform& platform, const View& view) {
   const OperationLog log{"XViewIntersectsKeyWindow"};
-  const auto window = application().keyWindow();
+  const auto window = platform.application->keyWindow();
   if (!window) return false;
   const View* superview = view.superview();
   const Rect frame =

@@ -1,7 +1,5 @@
 #include "RequestEnrichment/XDeviceSupportProperties.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
 #include "Services/Application.h"
 #include "Services/CalendarAccess.h"
@@ -10,23 +8,23 @@ namespace tavo {
 
 namespace {
 
-bool canOpen(const char* url) {
-  return Runtime::current().platform().application->canOpenUrl(Url::parse(url));
+bool canOpen(const Application& application, const char* url) {
+  return application.canOpenUrl(Url::parse(url));
 }
 
-bool mayUseCalendar() {
-  const auto& calendar = Runtime::current().platform().calendarAccess;
-  const auto status = calendar ? calendar->authorization() : std::nullopt;
+bool mayUse(const CalendarAccess& calendar) {
+  const auto status = calendar.authorization();
   return status != CalendarAuthorization::restricted && status != CalendarAuthorization::denied;
 }
 
 }  // namespace
 
-XDeviceSupportProperties::Features XDeviceSupportProperties::deviceSupportFeatures() {
+XDeviceSupportProperties::Features XDeviceSupportProperties::deviceSupportFeatures(
+    const Platform& platform) {
   const OperationLog log{"+[XDeviceSupportProperties deviceSupportFeatures]"};
-  return {{"sms", canOpen("sms://")},
-          {"tel", canOpen("tel://")},
-          {"calendar", mayUseCalendar()},
+  return {{"sms", canOpen(*platform.application, "sms://")},
+          {"tel", canOpen(*platform.application, "tel://")},
+          {"calendar", mayUse(*platform.calendarAccess)},
           {"storePicture", true},
           {"inlineVideo", true}};
 }
@@ -45,9 +43,9 @@ XDeviceSupportProperties XDeviceSupportProperties::propertyWithSupportedFeatures
           .deviceSupportsInlineVideo = has("inlineVideo")};
 }
 
-XDeviceSupportProperties XDeviceSupportProperties::defaultProperty() {
+XDeviceSupportProperties XDeviceSupportProperties::defaultProperty(const Platform& platform) {
   const OperationLog log{"+[XDeviceSupportProperties defaultProperty]"};
-  return propertyWithSupportedFeaturesDictionary(deviceSupportFeatures());
+  return propertyWithSupportedFeaturesDictionary(deviceSupportFeatures(platform));
 }
 
 std::string XDeviceSupportProperties::description() const {

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Platform.h>
+
 namespace tavo {
 
 // Which features of the device a creative may use. Main thread only.
@@ -19,14 +21,14 @@ struct XDeviceSupportProperties {
 
   // What this device can do now: messages and calls when an application takes them, the calendar
   // unless access is known to be refused.
-  [[nodiscard]] static Features deviceSupportFeatures();
+  [[nodiscard]] static Features deviceSupportFeatures(const Platform& platform);
 
   // The record of the five keys; an absent key is a feature that is not there.
   [[nodiscard]] static XDeviceSupportProperties propertyWithSupportedFeaturesDictionary(
       const Features& features);
 
   // The record of this device.
-  [[nodiscard]] static XDeviceSupportProperties defaultProperty();
+  [[nodiscard]] static XDeviceSupportProperties defaultProperty(const Platform& platform);
 
   // "supports: {sms: true, ...}", as the creative's side writes it.
   [[nodiscard]] std::string description() const;

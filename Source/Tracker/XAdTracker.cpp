@@ -23,10 +23,14 @@ void logFact(const XAdTracker& tracker, int line, const std::string& fact) {
 
 }  // namespace
 
+XAdTracker::XAdTracker(std::shared_ptr<Environment> environment)
+    : environment_{std::move(environment)} {}
+
 void XAdTracker::trackImpressions() const {
   const OperationLog log{"-[XAdTracker trackImpressions]"};
   for (const auto& url : impressionURLs) {
-    XTrackingRequest::sendAsynchronousRequest(url, "trackImpressions", slotConfiguration);
+    XTrackingRequest::sendAsynchronousRequest(*environment_, url, "trackImpressions",
+                                              slotConfiguration);
   }
 }
 
@@ -40,7 +44,7 @@ void XAdTracker::trackEvent(std::string_view event) const {
     logFact(*this, 48, "key: " + key);
     logFact(*this, 49, "url: " + url.text());
     const std::string context = "trackEvent: " + std::string{event} + " (" + key + ")";
-    XTrackingRequest::sendAsynchronousRequest(url, context, slotConfiguration);
+    XTrackingRequest::sendAsynchronousRequest(*environment_, url, context, slotConfiguration);
   }
 }
 

@@ -10,12 +10,16 @@
 #include <tavo/Url.h>
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "Runtime/Environment.h"
+
 namespace tavo {
 
 // Sends the pings of one event of a video ad. Short-lived: it may be dropped as soon as a call
 // returns. It remembers nothing, so calling twice sends twice. Main thread only.
 class XAdTracker {
  public:
+  explicit XAdTracker(std::shared_ptr<Environment> environment);
+
   // The URLs of one event, each under a key; a plain list is no event.
   using EventUrls = std::variant<std::map<std::string, Url>, std::vector<Url>>;
 
@@ -40,6 +44,9 @@ class XAdTracker {
   // Sends the URLs of the event, in the order of their keys. An event that is not there, or is a
   // plain list, sends nothing.
   void trackEvent(std::string_view event) const;
+
+ private:
+  std::shared_ptr<Environment> environment_;
 };
 
 }  // namespace tavo

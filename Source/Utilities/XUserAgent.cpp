@@ -1,32 +1,32 @@
 #include "Utilities/XUserAgent.h"
 
 #include <future>
-#include <memory>
-
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Environment.h"
 #include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo {
 
-XUserAgent& XUserAgent::sharedProvider() {
-  return Runtime::current().environment()->shared<XUserAgent>();
+XUserAgent::XUserAgent(const Environment& environment)
+    : limits_{environment.limits()},
+      runLoop_{environment.platform().runLoop},
+      webViews_{environment.platform().webViews} {}
+
+XUserAgent& XUserAgent::sharedProvider(Environment& environment) {
+  return environment.shared<XUserAgent>();
 }
 
 std::string XUserAgent::userAgent() {
   const OperationLog log{"-[XUserAgent userAgent]"};
   if (auto text = known(); !text.empty()) return text;
-  auto& runLoop = *Runtime::current().platform().runLoop;
-  if (runLoop.isMainThread()) {
+  if (runLoop_->isMainThread()) {
     setUserAgentFromNavigator();
     return known();
   }
   const auto found = std::make_shared<std::promise<void>>();
   auto isFound = found->get_future();
-  runLoop.post([this, found] {
+  runLoop_->post([this, found] {
     if (known().empty()) setUserAgentFromNavigator();
     found->set_value();
   });
@@ -41,14 +41,13 @@ HttpRequest XUserAgent::getUserAgentForUrl(const Url& url) {
 
 HttpRequest XUserAgent::buildConfiguredURLRequestWithURL(const Url& url) {
   const OperationLog log{"-[XUserAgent buildConfiguredURLRequestWithURL:]"};
-  const auto& limits = Runtime::current().limits();
   HttpRequest request = buildURL(url);
   request.cookies = CookieHandling::attachStored;
   request.setHeader("User-Agent", userAgent());
   request.cachePolicy = CachePolicy::reloadIgnoringLocalCacheData;
-  request.idleTimeout = limits.requestIdleTimeout;
-  request.deadline = limits.requestDeadline;
-  request.maximumBodyBytes = limits.answerBytes;
+  request.idleTimeout = limits_.requestIdleTimeout;
+  request.deadline = limits_.requestDeadline;
+  request.maximumBodyBytes = limits_.answerBytes;
   return request;
 }
 
@@ -61,7 +60,7 @@ HttpRequest XUserAgent::buildURL(const Url& url) {
 
 void XUserAgent::setUserAgentFromNavigator() {
   const OperationLog log{"-[XUserAgent setUserAgentFromNavigator]"};
-  auto text = Runtime::current().platform().webViews->userAgent();
+  auto text = webViews_->userAgent();
   log.debug("\n\nUser-Agent: ", text);
   const std::scoped_lock lock{mutex_};
   userAgent_ = std::move(text);

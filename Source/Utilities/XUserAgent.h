@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
 #include <string>
 
+#include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
 
 namespace tavo {
@@ -10,8 +12,10 @@ namespace tavo {
 // Knows the web engine's user-agent text and makes the requests that carry it.
 class XUserAgent {
  public:
-  // The one provider of the process. Any thread.
-  [[nodiscard]] static XUserAgent& sharedProvider();
+  // The one provider of the environment. Any thread.
+  [[nodiscard]] static XUserAgent& sharedProvider(Environment& environment);
+
+  explicit XUserAgent(const Environment& environment);
 
   // The engine's text, found out on the first call and kept. Any thread; the first call on another
   // thread than the main one waits until the main thread has found it out, so the main thread must
@@ -33,6 +37,9 @@ class XUserAgent {
  private:
   [[nodiscard]] std::string known() const;
 
+  const Limits& limits_;  // the environment's, which owns the provider
+  const std::shared_ptr<RunLoop> runLoop_;
+  const std::shared_ptr<WebViewFactory> webViews_;
   mutable std::mutex mutex_;
   std::string userAgent_;  // empty until asked for
 };

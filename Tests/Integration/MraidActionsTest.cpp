@@ -124,8 +124,10 @@ TEST_F(MraidActionsTest, TellsWhatTheMachineCanDo) {
   show("ad");
   EXPECT_EQ(evaluate(ask), "true,true,true,true,true,false");
   handlers.setRegistered("x-scheme-handler/sms", false);
-  ASSERT_TRUE(host().runUntil(
-      [] { return !XDeviceSupportProperties::defaultProperty().deviceSupportsSms; }));
+  ASSERT_TRUE(host().runUntil([] {
+    return !XDeviceSupportProperties::defaultProperty(Runtime::current().platform())
+                .deviceSupportsSms;
+  }));
   host().makeBanner();
   show("ad");
   EXPECT_EQ(evaluate(ask), "false,true,true,true,true,false");

@@ -148,7 +148,7 @@ TEST(Network, GoingAndComingBackAreToldOnceEach) {
                }};
   std::vector<int> told;
   const Subscription changes = Runtime::current().notifications().subscribe(
-      "InternetAccessChanged", [&](const Notification& change) {
+      internetAccessChangedNotification, [&](const Notification& change) {
         told.push_back(change.userInfo.find("Available")->second);
       });
   const auto become = [&](bool available) {
@@ -164,6 +164,7 @@ TEST(Network, GoingAndComingBackAreToldOnceEach) {
   EXPECT_THAT(told, ElementsAre(0));
   EXPECT_FALSE(host.banner()->isRefreshTimerRunning());
   XTrackingRequest::sendAsynchronousRequest(
+      *Runtime::current().environment(),
       Url::parse(host.server().baseUrl() + "/track/image-banner/late"), "late", host.settings);
   const auto& ledger = TrackingLedger::sharedInstance();
   EXPECT_TRUE(host.runUntil([&] { return ledger.totals().suppressed == 1; }));

@@ -43,7 +43,8 @@ class Communicator : public test::TransportTest {
                                              : "no error");
                    },
                .dismissVastViewController = [this] { events_.emplace_back("dismiss"); }});
-  std::shared_ptr<XServerCommunicator> communicator_ = XServerCommunicator::create(delegate_);
+  std::shared_ptr<XServerCommunicator> communicator_ =
+      XServerCommunicator::create(Runtime::current().environment(), delegate_);
 };
 
 TEST_F(Communicator, ReportsTheAnswerWithItsFacts) {
@@ -134,7 +135,7 @@ TEST_F(Communicator, MayBeDroppedByItsObserver) {
   load();
   EXPECT_EQ(communicator_, nullptr);
 
-  communicator_ = XServerCommunicator::create(dropping);
+  communicator_ = XServerCommunicator::create(Runtime::current().environment(), dropping);
   platform_.network->setReachable(false);
   communicator_->loadURL(url_);
   EXPECT_EQ(communicator_, nullptr);
@@ -205,9 +206,10 @@ TEST_F(Communicator, FetchesWhileTheCallerWaits) {
     const auto http = std::make_shared<ThreadedHttpClient>(std::move(result));
     Platform platform = runtime_.platform();
     platform.http = http;
-    const Runtime runtime{platform};
+    const auto asking =
+        XServerCommunicator::create(std::make_shared<Environment>(platform), delegate_);
     std::optional<std::string> body = "not called";
-    platform_.runLoop->background([&] { body = communicator_->responseFromServer(url_); });
+    platform_.runLoop->background([&] { body = asking->responseFromServer(url_); });
     platform_.runLoop->runPending();
     EXPECT_EQ(http->sent.idleTimeout, Seconds{60});
     EXPECT_EQ(http->sent.cachePolicy, CachePolicy::useProtocolCachePolicy);
@@ -225,7 +227,7 @@ TEST_F(Communicator, RefusesToWaitOnTheMainThread) {
 }
 
 TEST_F(Communicator, KeepsTheUserAgentOnceItIsKnown) {
-  auto& provider = XUserAgent::sharedProvider();
+  auto& provider = XUserAgent::sharedProvider(*Runtime::current().environment());
   EXPECT_EQ(provider.userAgent(), "Headless/1.0");
   platform_.webViews->agent = "Headless/2.0";  // nobody asks the engine again
   EXPECT_EQ(provider.userAgent(), "Headless/1.0");

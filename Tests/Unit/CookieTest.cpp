@@ -32,7 +32,7 @@ class Cookies : public test::TransportTest {
     HttpRequest request;
     request.url = url_;
     request.setHeader("User-Agent", "x");
-    XCookieManager{slot}.attachCookiesToHeaderWithRequest(request, domain);
+    XCookieManager{runtime_.platform(), slot}.attachCookiesToHeaderWithRequest(request, domain);
     return request;
   }
 
@@ -73,7 +73,7 @@ TEST_F(Cookies, AttachesNothingWithoutADomainOrAUrl) {
   EXPECT_EQ(attached("").header("Cookie"), nullptr);
   EXPECT_EQ(attached("", true).cookies, CookieHandling::onlyOwnHeader);
   HttpRequest nowhere;
-  XCookieManager{}.attachCookiesToHeaderWithRequest(nowhere, "ads.test");
+  XCookieManager{runtime_.platform()}.attachCookiesToHeaderWithRequest(nowhere, "ads.test");
   EXPECT_EQ(nowhere.header("Cookie"), nullptr);
 }
 
@@ -104,19 +104,19 @@ TEST_F(Cookies, NeverBecomeASecondHeaderNorAnEndlessOne) {
 
 TEST_F(Cookies, StoresThoseOfAnAnswerOverHttpOnly) {
   HttpResponse response{url_, 200, {{"Set-Cookie", "a=1"}, {"set-cookie", "b=2"}}, {}, {}};
-  XCookieManager{}.persistCookies(nullptr);
-  XCookieManager{}.persistCookies(&response);
+  XCookieManager{runtime_.platform()}.persistCookies(nullptr);
+  XCookieManager{runtime_.platform()}.persistCookies(&response);
   EXPECT_EQ(cookieHeader(platform_.cookies->cookiesFor(url_)), "a=1; b=2");
   EXPECT_EQ(platform_.log->messages(), std::vector<std::string>{"\n\nPersisting Cookies"});
 
   response.url = Url::parse("file:///tmp/x");
   response.headers = {{"Set-Cookie", "c=3"}};
-  XCookieManager{}.persistCookies(&response);
+  XCookieManager{runtime_.platform()}.persistCookies(&response);
   EXPECT_TRUE(platform_.cookies->cookiesFor(response.url).empty());
 }
 
 TEST_F(Cookies, DescribeTheScreen) {
-  const XCookieManager manager;
+  const XCookieManager manager{runtime_.platform()};
   const auto ratio = [&](std::optional<double> scale) {
     platform_.screen->factor = scale;
     return manager.getDevicePixelRatio();
@@ -145,12 +145,13 @@ TEST_F(Cookies, ReduceTheAspectRatio) {
                           {1, 480, "1/480"},     {0, 0, "0/0"},      {-4, 8, "0/8"},
                           {320.9, 480.9, "2/3"}, {2, 4, "1/2"},      {3, 9, "3/9"}};
   for (const auto& row : rows) {
-    EXPECT_EQ(XCookieManager{}.getFractionsWithWidth(row.width, row.height), row.ratio);
+    EXPECT_EQ(XCookieManager{runtime_.platform()}.getFractionsWithWidth(row.width, row.height),
+              row.ratio);
   }
 }
 
 TEST_F(Cookies, QuirkAspectRatioOfASquareIsNotFullyReduced) {
-  EXPECT_EQ(XCookieManager{}.getFractionsWithWidth(320, 320), "2/2");
+  EXPECT_EQ(XCookieManager{runtime_.platform()}.getFractionsWithWidth(320, 320), "2/2");
 }
 
 }  // namespace

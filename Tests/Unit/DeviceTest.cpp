@@ -49,53 +49,53 @@ TEST_F(Device, GeometryFollowsTheOrientation) {
     // The strip as the device tells it: along the edge that is up.
     platform_.application->statusBar =
         isLandscape(row.orientation) ? Rect{0, 0, 20, 480} : Rect{0, 0, 320, 20};
-    EXPECT_EQ(XDeviceInterfaceOrientation(), row.orientation);
-    EXPECT_EQ(XDeviceScreenBounds(), row.screen);
-    EXPECT_EQ(XApplicationFrame(), row.application);
-    EXPECT_EQ(XDeviceStatusBarHeight(), row.statusBarHidden ? 0 : 20);
+    EXPECT_EQ(XDeviceInterfaceOrientation(runtime_.platform()), row.orientation);
+    EXPECT_EQ(XDeviceScreenBounds(runtime_.platform()), row.screen);
+    EXPECT_EQ(XApplicationFrame(runtime_.platform()), row.application);
+    EXPECT_EQ(XDeviceStatusBarHeight(runtime_.platform()), row.statusBarHidden ? 0 : 20);
     EXPECT_EQ(XURLBuilder::orientationFromDeviceInfo(), row.piece);
   }
-  EXPECT_EQ(XDeviceScaleFactor(), 2);
+  EXPECT_EQ(XDeviceScaleFactor(runtime_.platform()), 2);
   platform_.screen->factor = std::nullopt;
-  EXPECT_EQ(XDeviceScaleFactor(), 1);
+  EXPECT_EQ(XDeviceScaleFactor(runtime_.platform()), 1);
 }
 
 TEST_F(Device, VisibleIsWhatTheKeyWindowShows) {
   const auto container = std::make_shared<View>(Rect{10, 400, 300, 200});
   const auto view = std::make_shared<View>(Rect{0, 0, 300, 50});
   container->addSubview(view);
-  EXPECT_FALSE(XViewIsVisible(*view));  // in no window
-  EXPECT_FALSE(XViewIsDescendantOfKeyWindow(*view));
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));  // in no window
+  EXPECT_FALSE(XViewIsDescendantOfKeyWindow(runtime_.platform(), *view));
 
   window_->addSubview(container);
-  EXPECT_TRUE(XViewIsVisible(*view));
+  EXPECT_TRUE(XViewIsVisible(runtime_.platform(), *view));
   view->setFrame({0, 79, 300, 50});  // one point is left
-  EXPECT_TRUE(XViewIsVisible(*view));
+  EXPECT_TRUE(XViewIsVisible(runtime_.platform(), *view));
   view->setFrame({0, 80, 300, 50});
-  EXPECT_FALSE(XViewIntersectsKeyWindow(*view));
-  EXPECT_FALSE(XViewIsVisible(*view));
+  EXPECT_FALSE(XViewIntersectsKeyWindow(runtime_.platform(), *view));
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));
   view->setFrame({0, 0, 300, 50});
 
   container->setHidden(true);
   EXPECT_TRUE(XViewHasHiddenAncestor(*view));
-  EXPECT_FALSE(XViewIsVisible(*view));
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));
   container->setHidden(false);
   view->setHidden(true);
   EXPECT_FALSE(XViewHasHiddenAncestor(*view));
-  EXPECT_FALSE(XViewIsVisible(*view));
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));
 }
 
 TEST_F(Device, NothingIsVisibleInAnotherWindowOrWithoutOne) {
   const auto other = std::make_shared<Window>(Rect{0, 0, 320, 480});
   const auto view = std::make_shared<View>(Rect{0, 0, 10, 10});
   other->addSubview(view);
-  EXPECT_EQ(XKeyWindow(), window_);
-  EXPECT_FALSE(XViewIsVisible(*view));
-  EXPECT_FALSE(XViewIsDescendantOfKeyWindow(*window_));
+  EXPECT_EQ(XKeyWindow(runtime_.platform()), window_);
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));
+  EXPECT_FALSE(XViewIsDescendantOfKeyWindow(runtime_.platform(), *window_));
   platform_.application->allWindows.clear();
-  EXPECT_EQ(XKeyWindow(), nullptr);
-  EXPECT_FALSE(XViewIsVisible(*view));
-  EXPECT_FALSE(XViewIntersectsKeyWindow(*view));
+  EXPECT_EQ(XKeyWindow(runtime_.platform()), nullptr);
+  EXPECT_FALSE(XViewIsVisible(runtime_.platform(), *view));
+  EXPECT_FALSE(XViewIntersectsKeyWindow(runtime_.platform(), *view));
 }
 
 TEST_F(Device, TellsWhatThePlatformTells) {
@@ -181,17 +181,17 @@ TEST_F(Device, SurvivesADamagedCarrierRecordAndAnEarlyEnd) {
 
 TEST_F(Device, SupportsWhatItsApplicationsSupport) {
   using enum CalendarAuthorization;
-  EXPECT_EQ(XDeviceSupportProperties::defaultProperty().description(),
+  EXPECT_EQ(XDeviceSupportProperties::defaultProperty(runtime_.platform()).description(),
             "supports: {sms: false, tel: false, calendar: true, storePicture: true, "
             "inlineVideo: true}");
   platform_.application->openableSchemes = {"sms", "tel"};
   calendar_->status = denied;
-  EXPECT_EQ(XDeviceSupportProperties::defaultProperty().description(),
+  EXPECT_EQ(XDeviceSupportProperties::defaultProperty(runtime_.platform()).description(),
             "supports: {sms: true, tel: true, calendar: false, storePicture: true, "
             "inlineVideo: true}");
   const auto calendarWhen = [&](std::optional<CalendarAuthorization> status) {
     calendar_->status = status;
-    return XDeviceSupportProperties::deviceSupportFeatures().at("calendar");
+    return XDeviceSupportProperties::deviceSupportFeatures(runtime_.platform()).at("calendar");
   };
   EXPECT_TRUE(calendarWhen(std::nullopt));
   EXPECT_TRUE(calendarWhen(notDetermined));

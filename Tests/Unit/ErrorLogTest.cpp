@@ -71,7 +71,7 @@ TEST_F(ErrorLog, KeepsEntriesInOneTableWithThreeColumns) {
 }
 
 TEST_F(ErrorLog, MakesItsPartsOnceAndSavesOnlyChanges) {
-  XDatabase database;
+  XDatabase database{runtime_.environment()};
   EXPECT_EQ(database.applicationDocumentsDirectory(), folder_);
   const auto context = database.managedObjectContext();
   EXPECT_EQ(database.managedObjectContext(), context);
@@ -113,7 +113,7 @@ TEST_F(ErrorLog, SaysWhyItFails) {
 }
 
 TEST_F(ErrorLog, FailsWhenAChangeCannotBeSaved) {
-  XDatabase database;
+  XDatabase database{runtime_.environment()};
   database.managedObjectContext()->insert({"a", "b", Date{}});
   database.persistentStoreCoordinator()->run("DROP TABLE ErrorLogs");
   database.saveContext();

@@ -41,8 +41,9 @@ TEST_F(Reachability, ReadsTheFlags) {
       {reachable | intervention, 1, 0},
       {reachable | transient | local, 1, 0},
   };
-  const auto internet = XNetworkReachability::reachabilityForInternetConnection();
-  const auto localWiFi = XNetworkReachability::reachabilityForLocalWiFi();
+  const auto internet =
+      XNetworkReachability::reachabilityForInternetConnection(*runtime_.environment());
+  const auto localWiFi = XNetworkReachability::reachabilityForLocalWiFi(*runtime_.environment());
   EXPECT_FALSE(internet->localWiFiRef());
   EXPECT_TRUE(localWiFi->localWiFiRef());
   for (const auto& row : rows) {
@@ -64,15 +65,19 @@ TEST_F(Reachability, PrintsTheFlags) {
 }
 
 TEST_F(Reachability, RefusesTargetsThatMakeNoSense) {
-  EXPECT_EQ(XNetworkReachability::reachabilityWithHostName(""), nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithHostName("ads.test"), nullptr);
-  EXPECT_EQ(XNetworkReachability::reachabilityWithAddress("ads.test"), nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithAddress("127.0.0.1"), nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithAddress("::1"), nullptr);
+  EXPECT_EQ(XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), ""), nullptr);
+  EXPECT_NE(XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), "ads.test"),
+            nullptr);
+  EXPECT_EQ(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "ads.test"),
+            nullptr);
+  EXPECT_NE(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "127.0.0.1"),
+            nullptr);
+  EXPECT_NE(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "::1"), nullptr);
 }
 
 TEST_F(Reachability, NotifiesOnceAChangeUntilStopped) {
-  const auto reach = XNetworkReachability::reachabilityWithHostName("ads.test");
+  const auto reach =
+      XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), "ads.test");
   std::vector<const void*> objects;
   const auto subscription = runtime_.notifications().subscribe(
       networkReachabilityChangedNotification,
@@ -94,19 +99,19 @@ TEST_F(Reachability, ManagerTellsWhetherTheInternetCameOrWent) {
         available.push_back(notification.userInfo.at("Available"));
       });
   platform_.network->setReachable(false);
-  auto& manager = XNetworkManager::shareInstance();
+  auto& manager = XNetworkManager::shareInstance(*Runtime::current().environment());
   EXPECT_FALSE(manager.internetAvailable());
   platform_.network->setReachable(true);
   EXPECT_TRUE(manager.internetAvailable());
   platform_.network->setFlags(reachable | required);
   platform_.network->setFlags(std::nullopt);
   EXPECT_THAT(available, ElementsAre(1, 0, 0));
-  EXPECT_EQ(&XNetworkManager::shareInstance(), &manager);
+  EXPECT_EQ(&XNetworkManager::shareInstance(*Runtime::current().environment()), &manager);
   EXPECT_EQ(manager.hostReach, nullptr);
 }
 
 TEST_F(Reachability, ManagerPassesAnExceptionOfASubscriberOn) {
-  static_cast<void>(XNetworkManager::shareInstance());
+  static_cast<void>(XNetworkManager::shareInstance(*Runtime::current().environment()));
   const auto subscription = runtime_.notifications().subscribe(
       internetAccessChangedNotification,
       [](const Notification&) { throw std::runtime_error{"host"}; });

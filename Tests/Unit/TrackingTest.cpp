@@ -33,7 +33,8 @@ class Tracking : public test::TransportTest {
   Tracking() : TransportTest{smallLimits()} {}
 
   static void track(const std::string& url, const std::string& context = "context") {
-    XTrackingRequest::sendAsynchronousRequest(Url::parse(url), context, nullptr);
+    XTrackingRequest::sendAsynchronousRequest(*Runtime::current().environment(), Url::parse(url),
+                                              context, nullptr);
   }
 
   static TrackingLedger& ledger() { return TrackingLedger::sharedInstance(); }
@@ -214,7 +215,7 @@ TEST_F(Tracking, AnswersThatComeAfterTheEndAreHarmless) {
 
 TEST_F(Tracking, TrackerSendsEveryImpressionEveryTime) {
   platform_.http->answer("", {});
-  XAdTracker tracker;
+  XAdTracker tracker{Runtime::current().environment()};
   tracker.trackImpressions();
   tracker.impressionURLs = {Url::parse("http://t.test/1"), Url::parse("http://t.test/2")};
   tracker.trackImpressions();
@@ -227,7 +228,7 @@ TEST_F(Tracking, TrackerSendsEveryImpressionEveryTime) {
 
 TEST_F(Tracking, TrackerSendsTheUrlsOfAnEvent) {
   platform_.http->answer("", {});
-  XAdTracker tracker;
+  XAdTracker tracker{Runtime::current().environment()};
   tracker.trackingEvents["start"] = std::map<std::string, Url>{
       {"b", Url::parse("http://t.test/b")}, {"a", Url::parse("http://t.test/a")}};
   tracker.trackingEvents["list"] = std::vector<Url>{Url::parse("http://t.test/c")};

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include <tavo/Runtime.h>
+
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
@@ -110,7 +112,8 @@ void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
   const auto adView = adView_.lock();
   if (!adView) return;
   defaultFrame = adView->sceneView().frame();
-  const Rect frame = expandedFrame(XApplicationFrame(), expandParametersDict);
+  const Rect frame =
+      expandedFrame(XApplicationFrame(Runtime::current().platform()), expandParametersDict);
   const bool isCustomClose = expandParametersDict && expandParametersDict->useCustomClose;
   const bool isOrientationAllowed =
       orientationParametersDict && orientationParametersDict->allowOrientationChange;

@@ -228,7 +228,7 @@ void XWebViewAgent::webViewProcessDidTerminate(WebView& webView, const Error& er
 
 void XWebViewAgent::mraidSupportsFeatures(const std::shared_ptr<WebView>& webView) {
   const OperationLog log{"-[XWebViewAgent mraidSupportsFeatures:]"};
-  const auto has = XDeviceSupportProperties::defaultProperty();
+  const auto has = XDeviceSupportProperties::defaultProperty(environment_->platform());
   eventEmitter_->setSupported(has.deviceSupportsSms, MRAIDFeature::sms, webView);
   eventEmitter_->setSupported(has.deviceSupportsCalendar, MRAIDFeature::calendar, webView);
   eventEmitter_->setSupported(has.deviceSupportsInlineVideo, MRAIDFeature::inlineVideo, webView);
@@ -258,10 +258,12 @@ void XWebViewAgent::initializeJavaScriptBridge(XMRAIDEventEmitter& emitter,
 
 // Quirk: where the orientation is not known the frames are told upright and the size comes out
 // sideways.
-Size XWebViewAgent::screenSizeIncludingStatusBar(bool includingStatusBar) {
+Size XWebViewAgent::screenSizeIncludingStatusBar(bool includingStatusBar) const {
   const OperationLog log{"-[XWebViewAgent screenSizeIncludingStatusBar:]"};
-  const Size size = includingStatusBar ? XDeviceScreenBounds().size() : XApplicationFrame().size();
-  const bool isKnown = XDeviceInterfaceOrientation() != InterfaceOrientation::unknown;
+  const Size size = includingStatusBar ? XDeviceScreenBounds(environment_->platform()).size()
+                                       : XApplicationFrame(environment_->platform()).size();
+  const bool isKnown =
+      XDeviceInterfaceOrientation(environment_->platform()) != InterfaceOrientation::unknown;
   return isKnown ? size : Size{size.height, size.width};
 }
 

@@ -64,7 +64,7 @@ class XWebViewAgent : public View, public WebViewClient {
 
   // Points, as the user holds the screen; without the strip of the status bar unless it is asked
   // for.
-  [[nodiscard]] static Size screenSizeIncludingStatusBar(bool includingStatusBar);
+  [[nodiscard]] Size screenSizeIncludingStatusBar(bool includingStatusBar) const;
 
   // WebViewClient
   bool webViewShouldStartLoad(WebView& webView, const Navigation& navigation) override;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Services/Screen.h"
@@ -33,15 +31,18 @@ std::size_t sizeOf(const Cookie& cookie) { return cookie.name.size() + cookie.va
 // Lengths of real screens; what lies outside is no length at all.
 int wholePart(double length) { return integerPart(std::clamp(length, 0.0, 1'000'000.0)); }
 
-const Screen& screen() { return *Runtime::current().platform().screen; }
-CookieStore& store() { return *Runtime::current().platform().cookies; }
-
 }  // namespace
 
-XCookieManager::XCookieManager() { const OperationLog log{"-[XCookieManager init]"}; }
+XCookieManager::XCookieManager(const Platform& platform)
+    : store_{platform.cookies}, screen_{platform.screen} {
+  const OperationLog log{"-[XCookieManager init]"};
+}
 
-XCookieManager::XCookieManager(std::shared_ptr<XAdSlotConfiguration> configuration)
-    : slotConfiguration{std::move(configuration)} {
+XCookieManager::XCookieManager(const Platform& platform,
+                               std::shared_ptr<XAdSlotConfiguration> configuration)
+    : slotConfiguration{std::move(configuration)},
+      store_{platform.cookies},
+      screen_{platform.screen} {
   const OperationLog log{"-[XCookieManager initWithSlotConfiguration:]"};
 }
 
@@ -63,7 +64,7 @@ void XCookieManager::attachCookiesToHeaderWithRequest(HttpRequest& request,
 
 std::vector<Cookie> XCookieManager::cookiesToSend(const Url& url) const {
   const bool coppa = slotConfiguration && slotConfiguration->COPPAPermissions;
-  std::vector<Cookie> cookies = store().cookiesFor(url);
+  std::vector<Cookie> cookies = store_->cookiesFor(url);
   std::size_t room = mostCookieBytes;
   std::erase_if(cookies, [&](const Cookie& cookie) {
     const bool wanted = isSafe(cookie) && (!coppa || belongsToAdServer(cookie));
@@ -78,14 +79,14 @@ void XCookieManager::persistCookies(const HttpResponse* response) const {
   const OperationLog log{"-[XCookieManager persistCookies:]"};
   if (response == nullptr || !response->url.isHttp()) return;
   platformLog("\n\nPersisting Cookies");
-  store().storeFromHeaders(response->headers, response->url);
+  store_->storeFromHeaders(response->headers, response->url);
 }
 
 std::optional<Cookie> XCookieManager::DAPROPSCookieWithDomainName(
     std::string_view domainName) const {
   const OperationLog log{"-[XCookieManager DAPROPSCookieWithDomainName:]"};
   if (domainName.empty()) return std::nullopt;
-  const Rect bounds = screen().bounds();
+  const Rect bounds = screen_->bounds();
   Cookie cookie;
   cookie.name = "DAPROPS";
   cookie.domain = std::string{domainName};
@@ -108,7 +109,7 @@ std::string XCookieManager::getFractionsWithWidth(double width, double height) c
 
 std::string XCookieManager::getDevicePixelRatio() const {
   const OperationLog log{"-[XCookieManager getDevicePixelRatio]"};
-  const auto scale = screen().scale();
+  const auto scale = screen_->scale();
   if (!scale) return "2";
   // By way of the printed form: a scale that prints as 2.000000 is 2, even if it is a hair less.
   return std::to_string(leadingWholeNumber(std::to_string(*scale)));

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include <tavo/Platform.h>
 #include <tavo/XAdSlotConfiguration.h>
 
 #include "Services/CookieStore.h"
@@ -18,9 +19,9 @@ namespace tavo {
 // persistCookies may be called on any.
 class XCookieManager {
  public:
-  XCookieManager();
+  explicit XCookieManager(const Platform& platform);
   // `slotConfiguration` may be null; of it only COPPAPermissions is read.
-  explicit XCookieManager(std::shared_ptr<XAdSlotConfiguration> slotConfiguration);
+  XCookieManager(const Platform& platform, std::shared_ptr<XAdSlotConfiguration> slotConfiguration);
 
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
   std::vector<Cookie> cookiesArray;  // kept for the host
@@ -46,6 +47,9 @@ class XCookieManager {
 
  private:
   [[nodiscard]] std::vector<Cookie> cookiesToSend(const Url& url) const;
+
+  const std::shared_ptr<CookieStore> store_;
+  const std::shared_ptr<const Screen> screen_;
 };
 
 }  // namespace tavo

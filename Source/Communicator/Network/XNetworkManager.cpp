@@ -2,22 +2,19 @@
 
 #include <exception>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/Environment.h"
-#include "Runtime/NotificationCenter.h"
 
 namespace tavo {
 
-XNetworkManager& XNetworkManager::shareInstance() {
+XNetworkManager& XNetworkManager::shareInstance(Environment& environment) {
   const OperationLog log{"+[XNetworkManager shareInstance]"};
-  return Runtime::current().environment()->shared<XNetworkManager>();
+  return environment.shared<XNetworkManager>();
 }
 
-XNetworkManager::XNetworkManager()
-    : internetReach{XNetworkReachability::reachabilityForInternetConnection()},
-      changes_{Runtime::current().notifications().subscribe(
+XNetworkManager::XNetworkManager(Environment& environment)
+    : internetReach{XNetworkReachability::reachabilityForInternetConnection(environment)},
+      notifications_{environment.notifications()},
+      changes_{notifications_.subscribe(
           networkReachabilityChangedNotification,
           [this](const Notification& notification) { reachabilityChanged(notification); })} {
   internetReach->startNotifier();
@@ -38,7 +35,7 @@ void XNetworkManager::reachabilityChanged(const Notification& notification) {
     log.debug("\n\nNet Status: ", static_cast<int>(status));
     const bool available = status != NetworkStatus::notReachable;
     if (!available) log.debug("\n\nNo internet connection");
-    Runtime::current().notifications().post(
+    notifications_.post(
         {std::string{internetAccessChangedNotification}, this, {{"Available", available ? 1 : 0}}});
   } catch (const std::exception& exception) {
     // Only a host's own subscriber throws here; the host is to see it.

@@ -4,20 +4,20 @@
 #include <string_view>
 
 #include "Communicator/Network/XNetworkReachability.h"
-#include "Runtime/NotificationCenter.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
 // Posted on the main thread on every change of connectivity; the user info's "Available" is 1 or 0.
 inline constexpr std::string_view internetAccessChangedNotification = "InternetAccessChanged";
 
-// The process-wide watcher of the connection to the internet. Main thread only.
+// The watcher of the connection to the internet. Main thread only.
 class XNetworkManager {
  public:
-  // The one manager of the process; the first call begins the watch.
-  [[nodiscard]] static XNetworkManager& shareInstance();
+  // The one manager of the environment; the first call begins the watch.
+  [[nodiscard]] static XNetworkManager& shareInstance(Environment& environment);
 
-  XNetworkManager();
+  explicit XNetworkManager(Environment& environment);
 
   [[nodiscard]] bool internetAvailable() const;
 
@@ -30,6 +30,7 @@ class XNetworkManager {
   std::shared_ptr<XNetworkReachability> wifiReach;
 
  private:
+  NotificationCenter& notifications_;
   Subscription changes_;
 };
 

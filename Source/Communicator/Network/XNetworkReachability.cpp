@@ -4,17 +4,16 @@
 
 #include <array>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
-#include "Runtime/NotificationCenter.h"
 
 namespace tavo {
 
 namespace {
 
-std::shared_ptr<XNetworkReachability> make(ReachabilityTarget::Kind kind, std::string host) {
-  return std::make_shared<XNetworkReachability>(ReachabilityTarget{kind, std::move(host)});
+std::shared_ptr<XNetworkReachability> make(Environment& environment, ReachabilityTarget::Kind kind,
+                                           std::string host) {
+  return std::make_shared<XNetworkReachability>(environment,
+                                                ReachabilityTarget{kind, std::move(host)});
 }
 
 bool isNumericAddress(const std::string& text) {
@@ -23,8 +22,6 @@ bool isNumericAddress(const std::string& text) {
          inet_pton(AF_INET6, text.c_str(), &address) == 1;
 }
 
-const NetworkMonitor& monitor() { return *Runtime::current().platform().network; }
-
 NetworkStatus statusOf(bool reachable) {
   return reachable ? NetworkStatus::reachable : NetworkStatus::notReachable;
 }
@@ -32,37 +29,42 @@ NetworkStatus statusOf(bool reachable) {
 }  // namespace
 
 std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityWithHostName(
-    const std::string& hostName) {
+    Environment& environment, const std::string& hostName) {
   const OperationLog log{"+[XNetworkReachability reachabilityWithHostName:]"};
-  return hostName.empty() ? nullptr : make(ReachabilityTarget::Kind::hostName, hostName);
+  return hostName.empty() ? nullptr
+                          : make(environment, ReachabilityTarget::Kind::hostName, hostName);
 }
 
 std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityWithAddress(
-    const std::string& address) {
+    Environment& environment, const std::string& address) {
   const OperationLog log{"+[XNetworkReachability reachabilityWithAddress:]"};
-  return isNumericAddress(address) ? make(ReachabilityTarget::Kind::address, address) : nullptr;
+  return isNumericAddress(address) ? make(environment, ReachabilityTarget::Kind::address, address)
+                                   : nullptr;
 }
 
-std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityForInternetConnection() {
+std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityForInternetConnection(
+    Environment& environment) {
   const OperationLog log{"+[XNetworkReachability reachabilityForInternetConnection]"};
-  return make(ReachabilityTarget::Kind::internet, "0.0.0.0");
+  return make(environment, ReachabilityTarget::Kind::internet, "0.0.0.0");
 }
 
-std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityForLocalWiFi() {
+std::shared_ptr<XNetworkReachability> XNetworkReachability::reachabilityForLocalWiFi(
+    Environment& environment) {
   const OperationLog log{"+[XNetworkReachability reachabilityForLocalWiFi]"};
-  return make(ReachabilityTarget::Kind::localWiFi, "169.254.0.0");
+  return make(environment, ReachabilityTarget::Kind::localWiFi, "169.254.0.0");
 }
 
-XNetworkReachability::XNetworkReachability(ReachabilityTarget target)
-    : target_{std::move(target)} {}
+XNetworkReachability::XNetworkReachability(Environment& environment, ReachabilityTarget target)
+    : monitor_{environment.platform().network},
+      notifications_{environment.notifications()},
+      target_{std::move(target)} {}
 
 XNetworkReachability::~XNetworkReachability() { stopNotifier(); }
 
 bool XNetworkReachability::startNotifier() {
   const OperationLog log{"-[XNetworkReachability startNotifier]"};
   if (!watch_) {
-    watch_ = Runtime::current().platform().network->watch(target_,
-                                                          [this] { ReachabilityCallback(*this); });
+    watch_ = monitor_->watch(target_, [this] { ReachabilityCallback(*this); });
   }
   return watch_ != nullptr;
 }
@@ -74,14 +76,14 @@ void XNetworkReachability::stopNotifier() {
 
 NetworkStatus XNetworkReachability::currentReachabilityStatus() const {
   const OperationLog log{"-[XNetworkReachability currentReachabilityStatus]"};
-  const auto flags = monitor().flagsFor(target_);
+  const auto flags = monitor_->flagsFor(target_);
   if (!flags) return NetworkStatus::notReachable;
   return localWiFiRef() ? localWiFiStatusForFlags(*flags) : networkStatusForFlags(*flags);
 }
 
 bool XNetworkReachability::connectionRequired() const {
   const OperationLog log{"-[XNetworkReachability connectionRequired]"};
-  return (monitor().flagsFor(target_).value_or(0) & reachabilityConnectionRequired) != 0;
+  return (monitor_->flagsFor(target_).value_or(0) & reachabilityConnectionRequired) != 0;
 }
 
 NetworkStatus XNetworkReachability::localWiFiStatusForFlags(std::uint32_t flags) const {
@@ -112,7 +114,7 @@ bool XNetworkReachability::localWiFiRef() const {
 
 void ReachabilityCallback(const XNetworkReachability& reachability) {
   const OperationLog log{"ReachabilityCallback"};
-  Runtime::current().notifications().post(
+  reachability.notifications_.post(
       {std::string{networkReachabilityChangedNotification}, &reachability, {}});
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Runtime/Environment.h"
 #include "Services/NetworkMonitor.h"
 
 namespace tavo {
@@ -18,19 +19,22 @@ inline constexpr std::string_view networkReachabilityChangedNotification =
 enum class NetworkStatus : int { notReachable = 0, reachable = 1 };
 
 // Whether one target can be reached now, and a notification when that changes. Main thread only.
+// The environment must outlive it.
 class XNetworkReachability {
  public:
   // Null when the platform has no use for the target: an empty name, a text that is no numeric
   // address.
   [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityWithHostName(
-      const std::string& hostName);
+      Environment& environment, const std::string& hostName);
   // An IPv4 or IPv6 address as text.
   [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityWithAddress(
-      const std::string& address);
-  [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityForInternetConnection();
-  [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityForLocalWiFi();
+      Environment& environment, const std::string& address);
+  [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityForInternetConnection(
+      Environment& environment);
+  [[nodiscard]] static std::shared_ptr<XNetworkReachability> reachabilityForLocalWiFi(
+      Environment& environment);
 
-  explicit XNetworkReachability(ReachabilityTarget target);
+  XNetworkReachability(Environment& environment, ReachabilityTarget target);
   ~XNetworkReachability();
   XNetworkReachability(const XNetworkReachability&) = delete;
   XNetworkReachability& operator=(const XNetworkReachability&) = delete;
@@ -50,6 +54,10 @@ class XNetworkReachability {
   [[nodiscard]] bool localWiFiRef() const;
 
  private:
+  friend void ReachabilityCallback(const XNetworkReachability& reachability);
+
+  const std::shared_ptr<NetworkMonitor> monitor_;
+  NotificationCenter& notifications_;
   ReachabilityTarget target_;
   std::unique_ptr<NetworkMonitor::Watch> watch_;
 };

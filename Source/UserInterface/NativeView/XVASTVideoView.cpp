@@ -97,7 +97,7 @@ void XVASTVideoView::trackEventWithEventType(TrackingEventType type) {
   const OperationLog log{"-[XVASTVideoView trackEventWithEventType:]"};
   const auto urls = eventUrls(tracking_, type);
   if (!urls) return;
-  XAdTracker tracker;
+  XAdTracker tracker{environment_};
   tracker.impressionURLs = *urls;
   tracker.slotConfiguration = slotConfiguration;
   tracker.trackImpressions();

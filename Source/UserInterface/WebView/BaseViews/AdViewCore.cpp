@@ -43,7 +43,7 @@ void AdViewCore::reload() {
 }
 
 RefreshFacts AdViewCore::refreshFacts() const {
-  return {.visible = XViewIsVisible(view()),
+  return {.visible = XViewIsVisible(environment_->platform(), view()),
           .type = view().mobileAdTypes(),
           .subType = view().mobileAdSubTypes(),
           .interval = view().slotConfiguration()->bannerRefreshInterval};

@@ -85,7 +85,7 @@ void InterstitialCore::makeObservers() {
 // Black, so that nothing of the host's content shines through and no touch reaches it. The ad
 // follows every size of the screen exactly, whatever size it had before.
 std::shared_ptr<View> InterstitialCore::makeScreen() {
-  screen_ = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  screen_ = std::make_shared<LayoutView>(XDeviceScreenBounds(environment_->platform()));
   screen_->setBackgroundColor(colors::black);
   screen_->onLayout = [this] { rotation_.fitAdView(); };
   return screen_;
@@ -105,7 +105,7 @@ void InterstitialCore::viewDidLoad() {
 }
 
 void InterstitialCore::makeAdView() {
-  xadView_ = XAdView::create(XDeviceScreenBounds());
+  xadView_ = XAdView::create(XDeviceScreenBounds(environment_->platform()));
   xadView_->delegate.set(adViewEvents_);
   xadView_->pDelegate.set(subClassEvents_);
   xadView_->setPlacementType(PlacementType::interstitial);

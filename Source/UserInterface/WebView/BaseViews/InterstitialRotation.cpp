@@ -40,7 +40,8 @@ void InterstitialRotation::postOrientation() const {
   environment_->notifications().post(
       {.name = std::string{interstitialOrientationDidChangeNotification},
        .object = &controller_,
-       .userInfo = {{"UIInterfaceOrientation", static_cast<int>(XDeviceInterfaceOrientation())}}});
+       .userInfo = {{"UIInterfaceOrientation",
+                     static_cast<int>(XDeviceInterfaceOrientation(environment_->platform()))}}});
 }
 
 void InterstitialRotation::reportLayout() const {
@@ -52,7 +53,8 @@ void InterstitialRotation::reportLayout() const {
 void InterstitialRotation::didRotate() const {
   if (!controller_.xadView()) return;
   reportLayout();
-  tellRotation(controller_.xadView()->webViewInstance(), XDeviceInterfaceOrientation(),
+  tellRotation(controller_.xadView()->webViewInstance(),
+               XDeviceInterfaceOrientation(environment_->platform()),
                *environment_->platform().device);
 }
 
@@ -67,12 +69,13 @@ void InterstitialRotation::presentAnew() const {
 }
 
 void InterstitialRotation::willAppear() const {
-  if (isLandscape(XDeviceInterfaceOrientation())) postOrientation();
+  if (isLandscape(XDeviceInterfaceOrientation(environment_->platform()))) postOrientation();
 }
 
 void InterstitialRotation::didAppear() const {
   fitAdView();
-  if (controller_.orientationWhileLeaving == XDeviceInterfaceOrientation()) return;
+  if (controller_.orientationWhileLeaving == XDeviceInterfaceOrientation(environment_->platform()))
+    return;
   environment_->notifications().post(
       {.name = std::string{notifications::deviceOrientationDidChange},
        .object = &controller_,
@@ -80,7 +83,7 @@ void InterstitialRotation::didAppear() const {
 }
 
 void InterstitialRotation::rememberOrientation() const {
-  controller_.orientationWhileLeaving = XDeviceInterfaceOrientation();
+  controller_.orientationWhileLeaving = XDeviceInterfaceOrientation(environment_->platform());
 }
 
 }  // namespace tavo

@@ -1,5 +1,7 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
@@ -18,7 +20,7 @@ constexpr double closeButtonTop = 8;
 constexpr Seconds reportDelay{0.0001};
 
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
-Size screenSize() { return XDeviceScreenBounds().size(); }
+Size screenSize() { return XDeviceScreenBounds(Runtime::current().platform()).size(); }
 
 }  // namespace
 
@@ -54,7 +56,7 @@ const std::shared_ptr<XExpandedViewController>& MraidPresentation::expandedViewC
 // Its size is the window's, which the user may change.
 const std::shared_ptr<LayoutView>& MraidPresentation::expandView() {
   if (expandView_) return expandView_;
-  expandView_ = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  expandView_ = std::make_shared<LayoutView>(XDeviceScreenBounds(environment_->platform()));
   expandView_->setAutoresizingMask(flexibleAll);
   expandView_->setBackgroundColor(colors::black);
   expandView_->onLayout = [this] { fullScreenChanged(); };

@@ -131,7 +131,8 @@ InterfaceOrientation XAdInterstitialViewController::preferredInterfaceOrientatio
     const {
   const OperationLog log{
       "-[XAdInterstitialViewController preferredInterfaceOrientationForPresentation]"};
-  return preferredOrientation(core_->rotation().rules(), XDeviceInterfaceOrientation());
+  return preferredOrientation(core_->rotation().rules(),
+                              XDeviceInterfaceOrientation(Runtime::current().platform()));
 }
 
 void XAdInterstitialViewController::didRotateFromInterfaceOrientation(

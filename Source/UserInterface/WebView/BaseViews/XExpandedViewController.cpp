@@ -1,12 +1,14 @@
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
+#include <tavo/Runtime.h>
+
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 
 namespace tavo {
 
 XExpandedViewController::XExpandedViewController()
-    : forcedOrientation{XDeviceInterfaceOrientation()} {
+    : forcedOrientation{XDeviceInterfaceOrientation(Runtime::current().platform())} {
   const OperationLog log{"-[XExpandedViewController initWithNibName:bundle:]"};
   modalPresentationStyle = ModalPresentation::fullScreen;
   modalTransitionStyle = ModalTransition::crossDissolve;
@@ -16,7 +18,7 @@ void XExpandedViewController::viewDidLoad() {
   const OperationLog log{"-[XExpandedViewController viewDidLoad]"};
   view()->setOpaque(true);
   view()->setBackgroundColor(colors::black);
-  view()->setFrame(XDeviceScreenBounds());
+  view()->setFrame(XDeviceScreenBounds(Runtime::current().platform()));
   view()->setAutoresizesSubviews(true);
   view()->setAutoresizingMask(flexibleAll);
 }
@@ -50,7 +52,8 @@ OrientationMask XExpandedViewController::supportedInterfaceOrientations() const 
 
 InterfaceOrientation XExpandedViewController::preferredInterfaceOrientationForPresentation() const {
   const OperationLog log{"-[XExpandedViewController preferredInterfaceOrientationForPresentation]"};
-  return allowRotation ? XDeviceInterfaceOrientation() : forcedOrientation;
+  return allowRotation ? XDeviceInterfaceOrientation(Runtime::current().platform())
+                       : forcedOrientation;
 }
 
 void XExpandedViewController::didRotateFromInterfaceOrientation(InterfaceOrientation /*from*/) {

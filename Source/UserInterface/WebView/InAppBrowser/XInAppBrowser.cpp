@@ -67,7 +67,7 @@ std::vector<XBrowserConfiguration::ToolbarDetail> XInAppBrowser::hasPublisherSet
 
 std::shared_ptr<View> XInAppBrowser::loadView() {
   // The masks below need a size to start from; they alone move a toolbar at the top.
-  auto view = std::make_shared<LayoutView>(XDeviceScreenBounds());
+  auto view = std::make_shared<LayoutView>(XDeviceScreenBounds(environment_->platform()));
   const Relay relay{*this};
   view->onLayout = relay.call(&XInAppBrowser::placeAll);
   return view;
