@@ -207,8 +207,7 @@ void ClickActions::sendMailWithParameters(const ClickToActionParameters& paramet
 void ClickActions::handlePlayVideoWithURL(const Url& url) {
   const OperationLog log{"-[XAdView handlePlayVideoWithURL:]"};
   if (url.empty()) return;
-  const auto player =
-      MovieViewController::create(*environment_->platform().moviePlayers, url, view_.adFrame());
+  const auto player = MovieViewController::create(environment_, url, view_.adFrame());
   if (view_.state() == MRAIDState::expanded) {
     // Quirk: above an expanded ad the user starts the video.
     if (auto* expanded = view_.expandedViewController()) {

@@ -4,6 +4,7 @@
 
 #include "Integration/VideoOnScreen.h"
 #include "Scene/Window.h"
+#include "Services/Application.h"
 #include "Services/WebViewFactory.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
@@ -214,6 +215,17 @@ TEST_F(VideoOnScreenTest, TheSkipIsToldThoughTheHostDropsTheSlotWhenThePrerollIs
   buttonOn(*player_)->press();
   EXPECT_EQ(told_.back(), "didSkip");
   EXPECT_TRUE(waitForPing("skip"));
+}
+
+TEST_F(VideoOnScreenTest, AFilmThatEndsBehindTheLockIsHandedBackWhenTheUserIsBack) {
+  auto& center = Runtime::current().notifications();
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitFor("didLoad"));
+  center.post(notifications::screenLocked);
+  ASSERT_TRUE(waitForPing("complete"));
+  EXPECT_FALSE(hasTold("handedBack"));
+  center.post(notifications::willEnterForeground);
+  EXPECT_TRUE(hasTold("handedBack"));
 }
 
 TEST_F(VideoOnScreenTest, TheCountdownStandsInTheMiddleAndBelow) {

@@ -5,7 +5,7 @@
 
 #include <tavo/MoviePlayer.h>
 
-#include "UserInterface/Movie/SkipControl.h"
+#include "UserInterface/Movie/CountdownPlacement.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/TrackingList.h"
@@ -112,7 +112,7 @@ TEST(SkipPointTest, TheFirstCountdownOfAWholePrerollIgnoresTheTimeThatPassedQuir
 }
 
 TEST(CountdownPlacementTest, SixPlacesAndTheRestEachAtItsEdgeOfAVideoOfAnySize) {
-  const Rect control{272, 0, 44, 44};
+  const Rect control{271, 0, 44, 44};
   struct Case {
     std::optional<unsigned> position;
     Rect frame;
@@ -120,29 +120,28 @@ TEST(CountdownPlacementTest, SixPlacesAndTheRestEachAtItsEdgeOfAVideoOfAnySize) 
     Rect whenLarger;
   };
   const Case cases[] = {
-      {0, {277, 0, 44, 44}, TextAlignment::right, {597, 0, 44, 44}},
+      {0, {276, 0, 44, 44}, TextAlignment::right, {596, 0, 44, 44}},
       {1, {138, 0, 44, 44}, TextAlignment::center, {298, 0, 44, 44}},
       {2, {0, 0, 44, 44}, TextAlignment::left, {0, 0, 44, 44}},
       {3, {0, 136, 44, 44}, TextAlignment::left, {0, 336, 44, 44}},
       {4, {138, 136, 44, 44}, TextAlignment::center, {298, 336, 44, 44}},
-      {5, {277, 136, 44, 44}, TextAlignment::right, {597, 336, 44, 44}},
-      {6, control, TextAlignment::left, {592, 0, 44, 44}},
-      {std::nullopt, control, TextAlignment::left, {592, 0, 44, 44}},
+      {5, {276, 136, 44, 44}, TextAlignment::right, {596, 336, 44, 44}},
+      {6, control, TextAlignment::left, {591, 0, 44, 44}},
+      {std::nullopt, control, TextAlignment::left, {591, 0, 44, 44}},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.position.value_or(99));
-    const auto video = std::make_shared<View>(Rect{0, 0, 321, 180});
-    SkipControl shown;
-    shown.showCountdown(*video, "00:05", test.position);
-    EXPECT_EQ(shown.button()->frame(), test.frame);
-    EXPECT_EQ(shown.button()->titleStyle()->alignment, test.alignment);
-    video->setFrame({0, 0, 641, 380});
-    EXPECT_NEAR(shown.button()->frame().x, test.whenLarger.x, 1);
-    EXPECT_EQ(shown.button()->frame().y, test.whenLarger.y);
-    shown.layOut();
-    EXPECT_EQ(shown.button()->frame(), test.whenLarger);
+    const CountdownPlacement place = countdownPlacement(test.position, {320, 180});
+    EXPECT_EQ(place.frame, test.frame);
+    EXPECT_EQ(place.alignment, test.alignment);
+    const auto video = std::make_shared<View>(Rect{0, 0, 320, 180});
+    const auto countdown = std::make_shared<View>(place.frame);
+    countdown->setAutoresizingMask(place.autoresizing);
+    video->addSubview(countdown);
+    video->setFrame({0, 0, 640, 380});
+    EXPECT_EQ(countdown->frame(), test.whenLarger);
   }
-  EXPECT_EQ(controlPlacement({321, 180}).frame, control);
+  EXPECT_EQ(controlPlacement({320, 180}).frame, control);
 }
 
 TEST(SkipProgressTest, TheCountdownLeadsToTheControlAndNoFurther) {

@@ -3,25 +3,24 @@
 #include <utility>
 
 #include <tavo/MoviePlayerFactory.h>
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
-#include "UserInterface/Movie/CountdownPlacement.h"
 
 namespace tavo {
 
-std::shared_ptr<MovieViewController> MovieViewController::create(MoviePlayerFactory& players,
-                                                                 const Url& url,
-                                                                 const Rect& frame) {
-  auto player = players.create(frame);
-  player->setContentUrl(url);
-  std::shared_ptr<MovieViewController> controller{new MovieViewController{std::move(player)}};
+std::shared_ptr<MovieViewController> MovieViewController::create(
+    std::shared_ptr<Environment> environment, const Url& url, const Rect& frame) {
+  std::shared_ptr<MovieViewController> controller{
+      new MovieViewController{std::move(environment), frame}};
+  controller->player_->setContentUrl(url);
   controller->player_->addClient(controller);
   return controller;
 }
 
-MovieViewController::MovieViewController(std::shared_ptr<MoviePlayer> player)
-    : player_{std::move(player)} {
+MovieViewController::MovieViewController(std::shared_ptr<Environment> environment,
+                                         const Rect& frame)
+    : player_{environment->platform().moviePlayers->create(frame)},
+      closeButton_{std::move(environment)} {
   player_->shouldAutoplay = false;
 }
 

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include <tavo/MoviePlayer.h>
-#include <tavo/MoviePlayerFactory.h>
 #include <tavo/Url.h>
 #include <tavo/ViewController.h>
 
@@ -18,9 +17,8 @@ namespace tavo {
 class MovieViewController : public ViewController, public MoviePlayerClient {
  public:
   // `frame`, in points, is the place that the video comes from.
-  [[nodiscard]] static std::shared_ptr<MovieViewController> create(MoviePlayerFactory& players,
-                                                                   const Url& url,
-                                                                   const Rect& frame);
+  [[nodiscard]] static std::shared_ptr<MovieViewController> create(
+      std::shared_ptr<Environment> environment, const Url& url, const Rect& frame);
   ~MovieViewController() override;
 
   // Starts the video. Before that its first picture is shown, and the user may start it.
@@ -46,7 +44,7 @@ class MovieViewController : public ViewController, public MoviePlayerClient {
   void viewDidDisappear(Animated animated) override;
 
  private:
-  explicit MovieViewController(std::shared_ptr<MoviePlayer> player);
+  MovieViewController(std::shared_ptr<Environment> environment, const Rect& frame);
 
   void close();
 

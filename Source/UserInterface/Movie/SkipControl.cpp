@@ -1,7 +1,5 @@
 #include "UserInterface/Movie/SkipControl.h"
 
-#include <tavo/Runtime.h>
-
 #include "UserInterface/Pictures/Pictures.h"
 
 namespace tavo {
@@ -49,7 +47,7 @@ void SkipControl::showClose(View& video, std::function<void()> action) {
   close_ = true;
   Button& button = shownOn(video);
   button.setUserInteractionEnabled(true);
-  Image picture = closePicture(Runtime::current().platform());
+  Image picture = closePicture(environment_->platform());
   // Nobody is held in front of a video because a picture is missing.
   button.setTitle(picture.empty() ? "\u2715" : "");
   button.setImage(std::move(picture));

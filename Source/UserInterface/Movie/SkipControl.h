@@ -7,6 +7,7 @@
 
 #include <tavo/Button.h>
 
+#include "Runtime/Environment.h"
 #include "UserInterface/Movie/CountdownPlacement.h"
 
 namespace tavo {
@@ -21,8 +22,10 @@ class SkipControl {
     Color background{0, 0, 0, 0.1F};
   };
 
-  SkipControl() = default;
-  explicit SkipControl(const Style& style) : style_{style} {}
+  explicit SkipControl(std::shared_ptr<Environment> environment)
+      : SkipControl{std::move(environment), Style{}} {}
+  SkipControl(std::shared_ptr<Environment> environment, const Style& style)
+      : environment_{std::move(environment)}, style_{style} {}
   ~SkipControl() { remove(); }
   SkipControl(const SkipControl&) = delete;
   SkipControl& operator=(const SkipControl&) = delete;
@@ -44,7 +47,8 @@ class SkipControl {
   Button& shownOn(View& video);
   [[nodiscard]] CountdownPlacement placeOn(const View& video) const;
 
-  const Style style_{};
+  const std::shared_ptr<Environment> environment_;
+  const Style style_;
   std::shared_ptr<Button> button_;
   std::optional<unsigned> position_;  // of the countdown
   bool close_ = false;

@@ -91,14 +91,12 @@ bool VideoClickThrough::closeBrowser() {
 StorePresenter& VideoClickThrough::storeSheet() {
   if (!store_) {
     const Relay relay{*this};
-    store_ = StorePresenter::create(
-        environment_, {.presenter = relay.call(&VideoClickThrough::storeSheetPresenter),
-                       .closed = relay.call(&VideoClickThrough::storeSheetFinished)});
+    store_ = StorePresenter::create(environment_,
+                                    {.presenter = events_.storePresenter,
+                                     .closed = relay.call(&VideoClickThrough::storeSheetFinished)});
   }
   return *store_;
 }
-
-ViewController* VideoClickThrough::storeSheetPresenter() { return events_.presenter(); }
 
 void VideoClickThrough::storeSheetFinished() { events_.storeFinished(); }
 

@@ -22,6 +22,8 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   struct Events {
     // Who can present something above the video now; null: nobody.
     std::function<ViewController*()> presenter{};
+    // The same for the store's sheet, which comes after a moment.
+    std::function<ViewController*()> storePresenter{};
     std::function<void()> willLeaveApplication{};
     std::function<void()> willOpenInAppBrowser{};
     // The user has closed the page, or is done with the store's sheet, which is gone by then.
@@ -55,7 +57,6 @@ class VideoClickThrough : public std::enable_shared_from_this<VideoClickThrough>
   void browserClosed() { events_.browserClosed(); }
   void willLeaveApplication() { events_.willLeaveApplication(); }
   [[nodiscard]] StorePresenter& storeSheet();
-  [[nodiscard]] ViewController* storeSheetPresenter();
   void storeSheetFinished();
 
   const std::shared_ptr<Environment> environment_;

@@ -45,6 +45,7 @@ XMPMoviePlayer::XMPMoviePlayer(std::shared_ptr<Environment> environment, const R
       environment_{std::move(environment)},
       borrowed_{std::move(host)},
       movie_{borrowed_.host()},
+      btnSkip_{environment_},
       interruptions_{environment_,
                      {.connectionLost = [this] { connectionLost(); },
                       .memoryLow = [this] { dismissAdOnMemoryWarning(); },

@@ -25,6 +25,7 @@ void XVASTVideoView::makeObservers() {
       environment_,
       VideoClickThrough::Events{
           .presenter = relay.call(&Self::clickPresenter),
+          .storePresenter = relay.call(&Self::loadAfterADelayWithData),
           .willLeaveApplication = relay.call(&Self::XInAppBrowserWillLeaveApplication),
           .willOpenInAppBrowser = relay.pass(&Told::vastVideoViewWillOpenInAppBrowser),
           .browserClosed = relay.call(&Self::XInAppBrowserClose),
@@ -95,12 +96,19 @@ std::shared_ptr<XMPMoviePlayer> XVASTVideoView::makePlayer() {
 
 void XVASTVideoView::trackEventWithEventType(TrackingEventType type) {
   const OperationLog log{"-[XVASTVideoView trackEventWithEventType:]"};
-  const auto urls = eventUrls(tracking_, type);
+  const auto urls = eventURLArrayWithTrackingEventArray(tracking_, type);
   if (!urls) return;
   XAdTracker tracker{environment_};
   tracker.impressionURLs = *urls;
   tracker.slotConfiguration = slotConfiguration;
   tracker.trackImpressions();
+}
+
+std::optional<std::vector<Url>> XVASTVideoView::eventURLArrayWithTrackingEventArray(
+    const TrackingList& list, TrackingEventType type) {
+  const OperationLog log{
+      "-[XVASTVideoView eventURLArrayWithTrackingEventArray:withTrackingEvent:]"};
+  return eventUrls(list, type);
 }
 
 Url XVASTVideoView::clickThroughURL() const {
@@ -153,6 +161,11 @@ ViewController* XVASTVideoView::currentViewController() const {
 
 ViewController* XVASTVideoView::clickPresenter() const {
   return isInterstitial() ? currentViewController() : getRootViewController();
+}
+
+ViewController* XVASTVideoView::loadAfterADelayWithData() const {
+  const OperationLog log{"-[XVASTVideoView loadAfterADelayWithData:]"};
+  return clickPresenter();
 }
 
 void XVASTVideoView::XInAppBrowserClose() {

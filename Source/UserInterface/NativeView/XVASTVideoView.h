@@ -50,6 +50,9 @@ class XVASTVideoView : public View {
 
   // Sends every URL that the document has for the event; calling twice sends twice.
   void trackEventWithEventType(TrackingEventType type);
+  // Those URLs, in the order of the list; none without a list or with an empty one.
+  [[nodiscard]] static std::optional<std::vector<Url>> eventURLArrayWithTrackingEventArray(
+      const TrackingList& list, TrackingEventType type);
   // The page behind a click; empty when the document names none.
   [[nodiscard]] Url clickThroughURL() const;
   // Follows a click to `url`, by the slot's settings: out of the application, to the store's sheet,
@@ -97,6 +100,7 @@ class XVASTVideoView : public View {
   [[nodiscard]] View& film();
   void didClickVideo();
   [[nodiscard]] ViewController* clickPresenter() const;
+  [[nodiscard]] ViewController* loadAfterADelayWithData() const;
   [[nodiscard]] std::shared_ptr<const Window> standingWindow() const;
   void endVideoAfterClick();
   bool endFilm();
@@ -111,7 +115,7 @@ class XVASTVideoView : public View {
   std::shared_ptr<XMPMoviePlayer> player_;
   std::shared_ptr<const XMoviePlayerDelegate> playerEvents_;
   std::shared_ptr<VideoClickThrough> clickThrough_;
-  SkipControl adCloseButton_{{.text = colors::black, .background = {1, 1, 1, 0.1F}}};
+  SkipControl adCloseButton_{environment_, {.text = colors::black, .background = {1, 1, 1, 0.1F}}};
   bool dismissed_ = false;
 };
 
