@@ -36,6 +36,12 @@ class VideoOnScreenTest : public VideoOnScreen {
         std::dynamic_pointer_cast<XVASTVideoView>(host().banner()->subviews().front());
     return *view->mpMoviePlayer()->moviePlayerController();
   }
+  // Where the position of the only bar in the window stands.
+  static double barPosition() {
+    const auto bars = widgetsBelow<Gtk::Scale>(host().window());
+    EXPECT_EQ(bars.size(), 1U);
+    return bars.empty() ? -1 : bars.front()->get_value();
+  }
 };
 
 TEST_F(VideoOnScreenTest, APrerollPlaysAndTheServerHearsEachMilestoneOnceAndInOrder) {
@@ -52,6 +58,7 @@ TEST_F(VideoOnScreenTest, APrerollPlaysAndTheServerHearsEachMilestoneOnceAndInOr
   EXPECT_THAT(pings(), ElementsAre("inline-impression", "impression", "start", "firstQuartile",
                                    "midpoint", "thirdQuartile", "complete"));
   EXPECT_EQ(player_->contentUrl().text(), "http://127.0.0.1:1/film.mp4");
+  EXPECT_EQ(barPosition(), 0) << "of the host's film, not of the ad";
   const auto agent = Runtime::current().platform().webViews->userAgent();
   const auto media = host().server().record().requests(RequestKind::Asset);
   ASSERT_GE(media.size(), 2U);

@@ -45,6 +45,12 @@ void GtkMoviePlayer::stateChanged(MoviePlaybackState state) {
   controls_.showPlaying(state == MoviePlaybackState::playing);
 }
 
+// What the bar says of the former content is not true of the next.
+void GtkMoviePlayer::contentCleared() {
+  frame_.show(nullptr);
+  controls_.showPosition(0, 0);
+}
+
 void GtkMoviePlayer::positionChanged(double position, double duration) {
   controls_.showPosition(position, duration);
 }

@@ -27,7 +27,7 @@ class GtkMoviePlayer : public MediaMoviePlayer, public NativeView {
   void whenUsable(std::function<void(bool usable)> ready) override;
   [[nodiscard]] std::unique_ptr<Media> open(const Url& url, Media::Events events) override;
   void note(const std::string& why) override;
-  void contentCleared() override { frame_.show(nullptr); }
+  void contentCleared() override;
   void stateChanged(MoviePlaybackState state) override;
   void positionChanged(double position, double duration) override;
   void controlStyleChanged() override;
