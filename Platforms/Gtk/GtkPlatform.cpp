@@ -6,6 +6,7 @@
 #include "Gtk/Modules/GtkAdNetworkLibrary.h"
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Services/EnvironmentPath.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkDevice.h"
@@ -48,7 +49,7 @@ std::vector<std::string> resourceRoots(const GtkPlatformOptions& options) {
 }
 
 std::string adNetworkPath(const GtkPlatformOptions& options) {
-  return options.adNetworkLibrary.empty() ? GtkAdNetworkLibrary::pathOfEnvironment()
+  return options.adNetworkLibrary.empty() ? pathOfEnvironment("TAVO_AD_NETWORK")
                                           : options.adNetworkLibrary;
 }
 

@@ -11,6 +11,7 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/GtkNetworkMonitor.h"
+#include "Gtk/Modules/ModuleFile.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkDevice.h"
 #include "Gtk/Services/GtkLog.h"
@@ -135,11 +136,23 @@ TEST_F(GtkMachine, FindResourcesInTheirBundle) {
   EXPECT_FALSE(bundle.pathForResource("Other", "XMraid", "js"));
   EXPECT_FALSE(bundle.pathForResource("", "Name", "bundle"));  // a folder
   EXPECT_FALSE(bundle.contents(folder_.path("absent")));
-  g_setenv("TAVO_RESOURCE_DIR", "/some/where", TRUE);
-  EXPECT_EQ(gtk::GtkBundle::standardRoot(), "/some/where");
-  g_unsetenv("TAVO_RESOURCE_DIR");
   const gtk::GtkBundle own{{gtk::GtkBundle::standardRoot()}};
   EXPECT_TRUE(own.pathForResource("CorvaneTAVOSDKMRAID", "XMraid", "js"));
+}
+
+TEST_F(GtkMachine, TakeOnlyAbsolutePathsFromTheEnvironment) {
+  const std::string resources = gtk::GtkBundle::standardRoot();
+  const std::string modules = gtk::moduleFolder();
+  for (const std::string& path :
+       std::vector<std::string>{"/some/where", "some/where", "./where", "../where", "."}) {
+    g_setenv("TAVO_RESOURCE_DIR", path.c_str(), TRUE);
+    g_setenv("TAVO_MODULE_DIR", path.c_str(), TRUE);
+    const bool isAbsolute = path.starts_with('/');
+    EXPECT_EQ(gtk::GtkBundle::standardRoot(), isAbsolute ? path : resources);
+    EXPECT_EQ(gtk::moduleFolder(), isAbsolute ? path : modules);
+  }
+  g_unsetenv("TAVO_RESOURCE_DIR");
+  g_unsetenv("TAVO_MODULE_DIR");
 }
 
 TEST_F(GtkMachine, DescribeTheMachine) {

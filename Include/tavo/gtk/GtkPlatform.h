@@ -21,7 +21,9 @@ struct GtkPlatformOptions {
   // Requests are sent even when the system sees no network: for a server on this machine.
   bool assumeReachable = false;
   // The shared library of an external ad network; empty: the one that the environment variable
-  // TAVO_AD_NETWORK names, or none. It runs inside the host, with all the host's rights.
+  // TAVO_AD_NETWORK names, or none; that variable, like the others that lead to code, counts only
+  // with an absolute path, and not in a program with more rights than whoever started it. It runs
+  // inside the host, with all the host's rights.
   std::string adNetworkLibrary{};
   // The bounds of everything that comes from the network; the runtime's, too.
   Limits limits{};

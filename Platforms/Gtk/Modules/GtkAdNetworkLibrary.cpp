@@ -1,15 +1,9 @@
 #include "Gtk/Modules/GtkAdNetworkLibrary.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 namespace tavo::gtk {
-
-std::string GtkAdNetworkLibrary::pathOfEnvironment() {
-  const char* chosen = std::getenv("TAVO_AD_NETWORK");
-  return chosen != nullptr ? chosen : "";
-}
 
 void* GtkAdNetworkLibrary::find(const std::string& name) {
   if (!triedToLoad_ && !path_.empty()) load();
@@ -22,9 +16,12 @@ void* GtkAdNetworkLibrary::find(const std::string& name) {
 
 void GtkAdNetworkLibrary::load() {
   triedToLoad_ = true;
+  const std::filesystem::path file{path_};
   std::error_code failure;
-  const auto file = std::filesystem::absolute(path_, failure);
-  if (failure || !std::filesystem::is_regular_file(file, failure)) {
+  if (!file.is_absolute()) {
+    return log_->write("The path of the ad network's library is not absolute: " + path_ + ".");
+  }
+  if (!std::filesystem::is_regular_file(file, failure)) {
     return log_->write("There is no ad network's library " + path_ + ".");
   }
   std::string reason;

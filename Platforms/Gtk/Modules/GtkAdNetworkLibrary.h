@@ -9,14 +9,10 @@
 
 namespace tavo::gtk {
 
-// Loads the library of an external ad network from one file. The linker's search path plays no
-// part: what is loaded is what the path says, relative to the working directory if it is not
-// absolute.
+// Loads the library of an external ad network from one file. Neither the linker's search path nor
+// the working directory plays a part: what is loaded is what the absolute path says.
 class GtkAdNetworkLibrary : public AdNetworkLibrary {
  public:
-  // What the environment variable TAVO_AD_NETWORK says; empty when it is not set.
-  [[nodiscard]] static std::string pathOfEnvironment();
-
   // An empty path: no library is configured.
   GtkAdNetworkLibrary(std::string path, std::shared_ptr<Log> log)
       : path_{std::move(path)}, log_{std::move(log)} {}

@@ -2,17 +2,17 @@
 
 #include <gmodule.h>
 
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Services/EnvironmentPath.h"
 
 namespace tavo::gtk {
 
 std::filesystem::path moduleFolder() {
-  const char* chosen = std::getenv("TAVO_MODULE_DIR");
-  return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_MODULE_FOLDER;
+  const std::string chosen = pathOfEnvironment("TAVO_MODULE_DIR");
+  return chosen.empty() ? TAVO_MODULE_FOLDER : chosen;
 }
 
 OpenModule::OpenModule(const std::filesystem::path& file, std::string& failure)

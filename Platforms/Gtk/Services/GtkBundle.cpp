@@ -2,12 +2,13 @@
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
+#include "Gtk/Services/EnvironmentPath.h"
 
 namespace tavo::gtk {
 
 std::string GtkBundle::standardRoot() {
-  const char* const chosen = g_getenv("TAVO_RESOURCE_DIR");
-  return chosen != nullptr && *chosen != '\0' ? chosen : TAVO_RESOURCE_FOLDER;
+  const std::string chosen = pathOfEnvironment("TAVO_RESOURCE_DIR");
+  return chosen.empty() ? TAVO_RESOURCE_FOLDER : chosen;
 }
 
 std::optional<std::string> GtkBundle::pathForResource(std::string_view bundle,

@@ -1,0 +1,12 @@
+#include "Gtk/Services/EnvironmentPath.h"
+
+#include <cstdlib>
+
+namespace tavo::gtk {
+
+std::string pathOfEnvironment(const char* name) {
+  const char* const chosen = secure_getenv(name);
+  return chosen != nullptr && *chosen == '/' ? chosen : "";
+}
+
+}  // namespace tavo::gtk
