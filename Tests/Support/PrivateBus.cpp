@@ -1,5 +1,7 @@
 #include "Support/PrivateBus.h"
 
+#include <initializer_list>
+
 namespace tavo::test {
 
 PrivateBus::PrivateBus() : daemon_{g_test_dbus_new(G_TEST_DBUS_NONE)} {
@@ -28,10 +30,22 @@ void PrivateBus::own(const char* name) const {
   if (answer != nullptr) g_variant_unref(answer);
 }
 
-void PrivateBus::emit(const char* interface, const char* signal, GVariant* parameters) const {
-  g_dbus_connection_emit_signal(sender_, nullptr, "/somewhere", interface, signal, parameters,
-                                nullptr);
+void PrivateBus::emit(const char* interface, const char* signal, GVariant* parameters,
+                      const char* path) const {
+  g_dbus_connection_emit_signal(sender_, nullptr, path, interface, signal, parameters, nullptr);
   g_dbus_connection_flush_sync(sender_, nullptr, nullptr);
+}
+
+// An answer comes after everything that was sent to the same end before.
+void PrivateBus::waitForSignals() const {
+  for (const GBusType type : {G_BUS_TYPE_SYSTEM, G_BUS_TYPE_SESSION}) {
+    GDBusConnection* const own = g_bus_get_sync(type, nullptr, nullptr);
+    GVariant* const answer = g_dbus_connection_call_sync(
+        own, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId",
+        nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+    if (answer != nullptr) g_variant_unref(answer);
+    g_object_unref(own);
+  }
 }
 
 }  // namespace tavo::test

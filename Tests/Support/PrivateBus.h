@@ -16,7 +16,10 @@ class PrivateBus {
   [[nodiscard]] GDBusConnection* connection() const { return sender_; }
   // Takes a well-known name for that end.
   void own(const char* name) const;
-  void emit(const char* interface, const char* signal, GVariant* parameters) const;
+  void emit(const char* interface, const char* signal, GVariant* parameters,
+            const char* path = "/somewhere") const;
+  // What was emitted so far has come to this program's own ends of the bus, in its main context.
+  void waitForSignals() const;
 
  private:
   GTestDBus* daemon_;

@@ -21,7 +21,10 @@ GtkApplication::GtkApplication(std::shared_ptr<NotificationCenter> notifications
                                double longestSide)
     : notifications_{std::move(notifications)},
       longestSide_{longestSide},
-      systemEvents_{notifications_} {}
+      systemEvents_{
+          {.screenLocked = [this](bool locked) { post(presence_.screenLocked(locked)); },
+           .memoryIsLow =
+               [this] { notifications_->post(notifications::didReceiveMemoryWarning); }}} {}
 GtkApplication::~GtkApplication() = default;
 
 WindowScene::Events GtkApplication::events() {
@@ -93,7 +96,11 @@ void GtkApplication::updateOrientation() {
 void GtkApplication::updateVisibility() {
   const bool shown = std::any_of(scenes_.begin(), scenes_.end(),
                                  [](const auto& scene) { return scene->isShown(); });
-  if (const auto due = presence_.windowsShown(shown)) notifications_->post(*due);
+  post(presence_.windowsShown(shown));
+}
+
+void GtkApplication::post(const Presence::Due& due) const {
+  if (due) notifications_->post(*due);
 }
 
 void GtkApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {

@@ -8,6 +8,7 @@
 #include "Gtk/Scene/WindowScene.h"
 #include "Gtk/Services/GtkSystemEvents.h"
 #include "Rules/Presence.h"
+#include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
 
 namespace tavo::gtk {
@@ -46,16 +47,17 @@ class GtkApplication : public Application {
   [[nodiscard]] WindowScene* keyScene() const;
   void updateOrientation();
   void updateVisibility();
+  void post(const Presence::Due& due) const;
   void drop(const Gtk::Window& window);
 
   const std::shared_ptr<NotificationCenter> notifications_;
   const double longestSide_;
-  GtkSystemEvents systemEvents_;
   std::vector<std::shared_ptr<WindowScene>> scenes_;
   const Gtk::Window* lastActive_ = nullptr;
   InterfaceOrientation orientation_ = InterfaceOrientation::portrait;
   bool statusBarHidden_ = false;
   Presence presence_;
+  GtkSystemEvents systemEvents_;
 };
 
 }  // namespace tavo::gtk
