@@ -7,12 +7,23 @@
 
 namespace tavo {
 
+// Whose page a web view shows.
+enum class PageKind {
+  // An ad's. It plays its media by itself, but what it stores ends with it, and nothing of it runs
+  // on: no service workers, no databases.
+  creative,
+  // One that a person asked for. It sees the creatives' cookies as they were when its view was made
+  // and gives none back; media with sound waits for the person.
+  browser,
+};
+
 struct WebViewOptions {
   // Who shows pages one after the other: web views with the same owner may reuse one native view.
   // Null: a native view of its own.
   const void* owner = nullptr;
   // The page gets a web process that it shares with no other page.
   bool ownProcess = false;
+  PageKind kind = PageKind::creative;
 };
 
 // Makes web views. Main thread only.
@@ -25,8 +36,8 @@ class WebViewFactory {
   [[nodiscard]] virtual std::shared_ptr<WebView> create(const Rect& frame,
                                                         const WebViewOptions& options) = 0;
 
-  // Starts the engine ahead of the first page of `owner`; harmless when repeated.
-  virtual void warmUp(const void* owner) = 0;
+  // Starts the engine ahead of the first page of the options' owner; harmless when repeated.
+  virtual void warmUp(const WebViewOptions& options) = 0;
 
   // The engine's user-agent text, found without loading a page; never empty.
   [[nodiscard]] virtual std::string userAgent() = 0;

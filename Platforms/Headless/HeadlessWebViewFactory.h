@@ -19,7 +19,7 @@ class HeadlessWebViewFactory : public WebViewFactory {
 
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
-  void warmUp(const void* /*owner*/) override { ++warmUps; }
+  void warmUp(const WebViewOptions& /*options*/) override { ++warmUps; }
   [[nodiscard]] std::string userAgent() override { return agent; }
 
   // The newest web view that is still alive, or null.

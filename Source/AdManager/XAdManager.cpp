@@ -20,6 +20,12 @@ std::optional<std::string> present(const std::optional<std::string>& text) {
   return isNilString(text) ? std::nullopt : text;
 }
 
+// The key under which the slot's pages are made. An ad that fills the window goes down alone.
+WebViewOptions pageOf(AdManagerView& view) {
+  return {.owner = &view.sceneView(),
+          .ownProcess = view.mobileAdTypes() == MobileAdTypes::interstitial};
+}
+
 }  // namespace
 
 XAdManager::XAdManager(std::shared_ptr<Environment> environment,
@@ -111,7 +117,7 @@ void XAdManager::loadAdWithDomainName(const AdAddress& address) {
 void XAdManager::startEngineIfExpected() const {
   const auto view = adView_.lock();
   if (!view || !htmlSlots_.contains(slotName_)) return;
-  environment_->platform().webViews->warmUp(&view->sceneView());
+  environment_->platform().webViews->warmUp(pageOf(*view));
 }
 
 void XAdManager::loadAdWithRedirectURL(const std::string& url) {
@@ -316,8 +322,8 @@ void XAdManager::loadRichMediaAd(AdManagerView& view, const std::string& html) {
   emptySlot(view);
   View& slotView = view.sceneView();
   const Rect& frame = slotView.frame();
-  webViewAgent_ = XWebViewAgent::create(environment_, {0, 0, frame.width, frame.height}, &slotView,
-                                        webViewEvents_);
+  webViewAgent_ = XWebViewAgent::create(environment_, {0, 0, frame.width, frame.height},
+                                        pageOf(view), webViewEvents_);
   slotView.addSubview(webViewAgent_);
   webViewAgent_->loadHTMLString(html, baseUrl_, adView_);
   if (!slotName_.empty()) htmlSlots_.add(slotName_);

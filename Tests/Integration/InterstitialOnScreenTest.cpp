@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include <tavo/XAdInterstitialViewController.h>
@@ -15,6 +16,7 @@
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
+#include "Support/WebProcesses.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
 
@@ -160,6 +162,17 @@ class InterstitialOnScreenTest : public testing::Test {
   std::shared_ptr<Controller> controller_;
   std::shared_ptr<const XAdInterstitialViewControllerDelegate> events_;
 };
+
+TEST_F(InterstitialOnScreenTest, ItsPageHasAProcessOfItsOwn) {
+  host().makeBanner();
+  host().load("html-banner");
+  ASSERT_TRUE(host().runUntil(
+      [] { return !host().calls().empty() && host().calls().back() == "didLoad"; }));
+  const auto before = webProcesses();
+  ASSERT_TRUE(show("interstitial-html"));
+  const auto after = webProcesses();
+  EXPECT_FALSE(std::includes(before.begin(), before.end(), after.begin(), after.end()));
+}
 
 TEST_F(InterstitialOnScreenTest, APageCoversTheHostUntilItsButtonIsPressed) {
   ASSERT_TRUE(show("interstitial-html"));

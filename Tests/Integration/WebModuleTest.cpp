@@ -81,7 +81,7 @@ TEST_F(WebModuleTest, TheEngineIsNotMappedBeforeTheFirstPage) {
   EXPECT_FALSE(engineIsMapped());
 
   const auto used = module();
-  used->warmUp(this);
+  used->warmUp({.owner = this});
   EXPECT_FALSE(used->isLoaded()) << "mapping it takes longer than a frame";
   runUntil([&] { return used->isLoaded(); });
   const auto view = used->create({0, 0, 320, 50}, {});
@@ -128,10 +128,10 @@ TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
     EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102", "WebKitErrorDomain 1102"));
     EXPECT_THAT(results, ElementsAre(""));
     const std::size_t notes = log_->messages().size();
-    factory->warmUp(this);
+    factory->warmUp({.owner = this});
     EXPECT_FALSE(factory->isLoaded());
     const auto unused = module(folder_.path(""));
-    unused->warmUp(this);
+    unused->warmUp({.owner = this});
     runUntil([&] { return log_->messages().size() > notes; });
     EXPECT_FALSE(unused->isLoaded()) << "it tried beside the loop, and said so";
   }

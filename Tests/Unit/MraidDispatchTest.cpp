@@ -91,7 +91,7 @@ class MraidDispatchTest : public testing::Test {
   explicit MraidDispatchTest(const Limits& limits = {})
       : platform_{limits}, runtime_{platform_.platform()} {
     platform_.webViews->onScript = [this](const std::string& script) { lines_.push_back(script); };
-    agent_ = XWebViewAgent::create(runtime_.environment(), {0, 0, 320, 50}, nullptr, events_);
+    agent_ = XWebViewAgent::create(runtime_.environment(), {0, 0, 320, 50}, {}, events_);
     page_ = platform_.webViews->last();
     agent_->loadHTMLString("<html><head></head>ad</html>", {}, adView_);
   }

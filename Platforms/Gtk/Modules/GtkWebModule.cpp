@@ -68,16 +68,16 @@ std::shared_ptr<WebView> GtkWebModule::create(const Rect& frame, const WebViewOp
 
 // Only the first view is then made on this thread. Whoever needs a view sooner loads the module
 // itself and ends the wait.
-void GtkWebModule::warmUp(const void* owner) {
+void GtkWebModule::warmUp(const WebViewOptions& options) {
   if (triedToLoad_) {
-    if (factory_) factory_->warmUp(owner);
+    if (factory_) factory_->warmUp(options);
     return;
   }
   if (std::exchange(mapping_, true)) return;
-  openInBackground(moduleFile(), services_.runLoop, [self = std::weak_ptr{self_}, owner] {
+  openInBackground(moduleFile(), services_.runLoop, [self = std::weak_ptr{self_}, options] {
     const auto still = self.lock();
     if (!still || (*still)->triedToLoad_) return;
-    if (auto* made = (*still)->factory()) made->warmUp(owner);
+    if (auto* made = (*still)->factory()) made->warmUp(options);
   });
 }
 

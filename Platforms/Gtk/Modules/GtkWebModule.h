@@ -37,7 +37,7 @@ class GtkWebModule : public WebViewFactory {
 
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
-  void warmUp(const void* owner) override;
+  void warmUp(const WebViewOptions& options) override;
 
   // While the module is not loaded, a small helper program asks the engine; the host waits for it,
   // a tenth of a second once per installed engine, for the answer is remembered in the user

@@ -39,7 +39,8 @@ class StoreSheetView : public View {
 
 StoreSheet::StoreSheet(const StoreProduct& product, WebViewFactory& webViews,
                        std::function<void()> finished)
-    : page_{webViews.create({}, {.ownProcess = true})}, finished_{std::move(finished)} {
+    : page_{webViews.create({}, {.ownProcess = true, .kind = PageKind::browser})},
+      finished_{std::move(finished)} {
   page_->loadUrl(product.page);
 }
 

@@ -88,4 +88,13 @@ void EngineCookies::compare(Cookies current) {
   }
 }
 
+void copyCookies(const CookieSource& source, WebKitNetworkSession* session) {
+  auto* const manager = webkit_network_session_get_cookie_manager(session);
+  webkit_cookie_manager_set_accept_policy(manager, WEBKIT_COOKIE_POLICY_ACCEPT_ALWAYS);
+  for (const auto& cookie : source.all()) {
+    webkit_cookie_manager_add_cookie(manager, toSoupCookie(cookie).get(), nullptr, nullptr,
+                                     nullptr);
+  }
+}
+
 }  // namespace tavo::gtk

@@ -48,4 +48,7 @@ class EngineCookies {
   SignalConnections connections_;
 };
 
+// Gives the engine's session what the application's store has now.
+void copyCookies(const CookieSource& source, WebKitNetworkSession* session);
+
 }  // namespace tavo::gtk

@@ -15,7 +15,7 @@ class GtkWebViewFactory : public WebViewFactory {
 
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
-  void warmUp(const void* owner) override { pool_->warmUp(owner); }
+  void warmUp(const WebViewOptions& options) override { pool_->warmUp(options); }
   [[nodiscard]] std::string userAgent() override { return engine_->userAgent(); }
 
  private:

@@ -11,16 +11,23 @@
 namespace tavo::gtk {
 namespace {
 
-GPtr<WebKitWebView> makeView(const WebEngine& engine, WebKitUserContentManager* content,
+// The engine keeps the local storage of an origin for all pages of a session. A creative gets that
+// of its own view instead, which no other page sees.
+constexpr const char* storageOfThePage =
+    "Object.defineProperty(window, 'localStorage', {get: () => sessionStorage})";
+
+GPtr<WebKitWebView> makeView(WebEngine& engine, PageKind kind, WebKitUserContentManager* content,
                              const NativeWebView* related) {
-  const auto settings = engine.makeSettings();
+  const auto settings = engine.makeSettings(kind);
+  const auto policies = engine.makePolicies(kind);
   auto* view =
       related != nullptr
           ? g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", related->webKit(),
-                         "user-content-manager", content, "settings", settings.get(), nullptr)
+                         "user-content-manager", content, "settings", settings.get(),
+                         "website-policies", policies.get(), nullptr)
           : g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", engine.context(), "network-session",
-                         engine.session(), "user-content-manager", content, "settings",
-                         settings.get(), nullptr);
+                         engine.session(kind), "user-content-manager", content, "settings",
+                         settings.get(), "website-policies", policies.get(), nullptr);
   constexpr GdkRGBA clear{0, 0, 0, 0};
   webkit_web_view_set_background_color(WEBKIT_WEB_VIEW(view), &clear);
   return GPtr<WebKitWebView>::sink(WEBKIT_WEB_VIEW(view));
@@ -41,14 +48,16 @@ std::string reasonText(WebKitWebProcessTerminationReason reason) {
 }  // namespace
 
 std::shared_ptr<NativeWebView> NativeWebView::create(std::shared_ptr<WebEngine> engine,
-                                                     const NativeWebView* related) {
-  return std::shared_ptr<NativeWebView>{new NativeWebView{std::move(engine), related}};
+                                                     PageKind kind, const NativeWebView* related) {
+  return std::shared_ptr<NativeWebView>{new NativeWebView{std::move(engine), kind, related}};
 }
 
-NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related)
+NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
+                             const NativeWebView* related)
     : engine_{std::move(engine)},
+      kind_{kind},
       content_{GPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())},
-      view_{makeView(*engine_, content_.get(), related)},
+      view_{makeView(*engine_, kind, content_.get(), related)},
       evaluations_{webKit(), engine_->services().runLoop, engine_->services().limits.webProcessPing,
                    [this] { endProcess(); }},
       turnover_{webKit(), engine_, [this] { endProcess(); }},
@@ -75,6 +84,9 @@ void NativeWebView::take(PageOwner& owner) {
   requests_ = 0;
   policy_.setJudge(&owner);
   commands_.open();
+  if (kind_ == PageKind::creative) {
+    addScript(storageOfThePage, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
+  }
   // Nobody asks a page anything once it is there, and its timers may still begin to loop.
   heartbeat_ = engine_->services().runLoop->every(engine_->services().limits.webProcessWatch,
                                                   [this] { evaluations_.ping(); });
@@ -141,9 +153,12 @@ bool NativeWebView::isLoading() const {
 }
 
 void NativeWebView::addDocumentStartScript(const std::string& script) {
-  auto* added =
-      webkit_user_script_new(validUtf8(script).c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                             WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr);
+  addScript(validUtf8(script), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
+}
+
+void NativeWebView::addScript(const std::string& script, WebKitUserContentInjectedFrames frames) {
+  auto* added = webkit_user_script_new(
+      script.c_str(), frames, WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr);
   webkit_user_content_manager_add_script(content_.get(), added);
   webkit_user_script_unref(added);
 }

@@ -37,8 +37,9 @@ class PageOwner : public PageJudge {
 // between. Main thread only.
 class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
  public:
-  // `related`, when not null, is a view whose web process this one shares.
+  // `related`, when not null, is a view of the same kind whose web process this one shares.
   [[nodiscard]] static std::shared_ptr<NativeWebView> create(std::shared_ptr<WebEngine> engine,
+                                                             PageKind kind,
                                                              const NativeWebView* related);
   ~NativeWebView();
   NativeWebView(const NativeWebView&) = delete;
@@ -79,11 +80,12 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   [[nodiscard]] bool isClogged() const;
 
  private:
-  NativeWebView(std::shared_ptr<WebEngine> engine, const NativeWebView* related);
+  NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind, const NativeWebView* related);
 
   void connectSignals();
   // The owner, while what the engine says is about the owner's page.
   [[nodiscard]] PageOwner* listener() const;
+  void addScript(const std::string& script, WebKitUserContentInjectedFrames frames);
   void load(const Url& url, const std::function<void()>& start);
 
   static gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
@@ -99,6 +101,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   void noteSignOfLife();
 
   std::shared_ptr<WebEngine> engine_;
+  const PageKind kind_;
   GPtr<WebKitUserContentManager> content_;
   GPtr<WebKitWebView> view_;
   LoadTracker loads_;

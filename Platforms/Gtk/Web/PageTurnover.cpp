@@ -48,11 +48,16 @@ void PageTurnover::decide(WebKitPolicyDecision* navigation) {
   } else {
     webkit_policy_decision_ignore(navigation);
   }
-  stage_ = isBlank ? Stage::blankBegun : Stage::blankAsked;
+  if (stage_ != Stage::emptying) stage_ = isBlank ? Stage::blankBegun : Stage::blankAsked;
 }
 
 void PageTurnover::noteLoad(WebKitLoadEvent event) {
-  if (stage_ == Stage::blankBegun && event == WEBKIT_LOAD_FINISHED) finish();
+  if (stage_ != Stage::blankBegun || event != WEBKIT_LOAD_FINISHED) return;
+  stage_ = Stage::emptying;
+  engine_->forgetStorage([weak = std::weak_ptr{self_}] {
+    const auto self = weak.lock();
+    if (self && (*self)->stage_ == Stage::emptying) (*self)->finish();
+  });
 }
 
 void PageTurnover::noteProcessRuns() {

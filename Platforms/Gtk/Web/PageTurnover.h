@@ -62,6 +62,7 @@ class PageTurnover {
     leaving,        // the owner is done, nothing is asked for yet
     blankAsked,     // for the blank page
     blankBegun,     // the engine has asked about it
+    emptying,       // it is there; what the page before has stored is being dropped
     endedUnderWay,  // the process went with the page before; the next load starts another one
   };
 

@@ -1,6 +1,8 @@
 #include "Gtk/Web/WebEngine.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/Web/PageRefusals.h"
@@ -26,18 +28,45 @@ GPtr<WebKitWebContext> makeContext(const Limits& limits) {
   return context;
 }
 
+// Would run on, or hold memory, outside the page and its limits.
+constexpr std::array<std::string_view, 5> lastingFeatures{"ServiceWorkers", "SharedWorker",
+                                                          "IndexedDBAPI", "CacheAPI", "Databases"};
+
+template <std::size_t count>
+void switchOff(WebKitSettings* settings, const std::array<std::string_view, count>& names) {
+  using Features = GOwned<WebKitFeatureList, &webkit_feature_list_unref>;
+  const Features all{webkit_settings_get_all_features()};
+  for (gsize index = 0; index < webkit_feature_list_get_length(all.get()); ++index) {
+    auto* const feature = webkit_feature_list_get(all.get(), index);
+    const std::string_view name = webkit_feature_get_identifier(feature);
+    if (std::find(names.begin(), names.end(), name) != names.end()) {
+      webkit_settings_set_feature_enabled(settings, feature, FALSE);
+    }
+  }
+}
+
 }  // namespace
 
 WebEngine::WebEngine(WebModuleServices services)
     : services_{std::move(services)},
       context_{makeContext(services_.limits)},
       session_{GPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())},
-      cookies_{session(), services_.cookies} {
+      cookies_{session_.get(), services_.cookies} {
   refuseDownloads(session_.get(), connections_);
 }
 
-GPtr<WebKitSettings> WebEngine::makeSettings() const {
-  return GPtr<WebKitSettings>::adopt(webkit_settings_new_with_settings(
+WebKitNetworkSession* WebEngine::session(PageKind kind) {
+  if (kind == PageKind::creative) return session_.get();
+  if (!browserSession_) {
+    browserSession_ = GPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral());
+    refuseDownloads(browserSession_.get(), connections_);
+  }
+  copyCookies(*services_.cookies, browserSession_.get());
+  return browserSession_.get();
+}
+
+GPtr<WebKitSettings> WebEngine::makeSettings(PageKind kind) const {
+  auto settings = GPtr<WebKitSettings>::adopt(webkit_settings_new_with_settings(
       "allow-modal-dialogs", FALSE,                      //
       "default-charset", "UTF-8",                        //
       "enable-back-forward-navigation-gestures", FALSE,  //
@@ -47,10 +76,34 @@ GPtr<WebKitSettings> WebEngine::makeSettings() const {
       "enable-webrtc", FALSE,                            //
       "javascript-can-access-clipboard", FALSE,          //
       "javascript-can-open-windows-automatically", FALSE, nullptr));
+  if (kind == PageKind::creative) switchOff(settings.get(), lastingFeatures);
+  return settings;
+}
+
+GPtr<WebKitWebsitePolicies> WebEngine::makePolicies(PageKind kind) const {
+  const auto autoplay =
+      kind == PageKind::creative ? WEBKIT_AUTOPLAY_ALLOW : WEBKIT_AUTOPLAY_ALLOW_WITHOUT_SOUND;
+  return GPtr<WebKitWebsitePolicies>::adopt(
+      webkit_website_policies_new_with_policies("autoplay", autoplay, nullptr));
+}
+
+void WebEngine::forgetStorage(std::function<void()> done) {
+  using Done = std::function<void()>;
+  constexpr auto kinds = static_cast<WebKitWebsiteDataTypes>(WEBKIT_WEBSITE_DATA_LOCAL_STORAGE |
+                                                             WEBKIT_WEBSITE_DATA_SESSION_STORAGE);
+  webkit_website_data_manager_clear(
+      webkit_network_session_get_website_data_manager(session_.get()), kinds, 0, nullptr,
+      [](GObject* manager, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Done> called{static_cast<Done*>(data)};
+        webkit_website_data_manager_clear_finish(WEBKIT_WEBSITE_DATA_MANAGER(manager), result,
+                                                 nullptr);
+        (*called)();
+      },
+      std::make_unique<Done>(std::move(done)).release());
 }
 
 std::string WebEngine::userAgent() const {
-  const auto settings = makeSettings();
+  const auto settings = makeSettings(PageKind::creative);
   return textOf(webkit_settings_get_user_agent(settings.get()));
 }
 

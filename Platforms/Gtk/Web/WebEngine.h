@@ -2,6 +2,7 @@
 
 #include <webkit/webkit.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -12,8 +13,8 @@
 
 namespace tavo::gtk {
 
-// What all pages have in common: the engine's context with its memory limit, the network session
-// with its cookies, and the settings that a page starts with.
+// What all pages have in common: the engine's context with its memory limit, the network sessions
+// with their cookies, and the settings that a page starts with.
 class WebEngine {
  public:
   explicit WebEngine(WebModuleServices services);
@@ -22,10 +23,12 @@ class WebEngine {
 
   [[nodiscard]] const WebModuleServices& services() const { return services_; }
   [[nodiscard]] WebKitWebContext* context() const { return context_.get(); }
-  // Keeps nothing on disk: what is to last is in the cookie store.
-  [[nodiscard]] WebKitNetworkSession* session() const { return session_.get(); }
+  // Keeps nothing on disk: what is to last is in the cookie store. The session of a browser is
+  // brought up to date with the creatives' cookies each time.
+  [[nodiscard]] WebKitNetworkSession* session(PageKind kind);
   // New ones for each page; a page's owner changes its own.
-  [[nodiscard]] GPtr<WebKitSettings> makeSettings() const;
+  [[nodiscard]] GPtr<WebKitSettings> makeSettings(PageKind kind) const;
+  [[nodiscard]] GPtr<WebKitWebsitePolicies> makePolicies(PageKind kind) const;
   [[nodiscard]] std::string userAgent() const;
 
   // Takes the pages before from the history of a view that is blank, so that neither its next owner
@@ -33,6 +36,9 @@ class WebEngine {
   // one in its place: that of the first view that had been nothing but blank, which this remembers.
   // What stays is the number that a script reads as history.length.
   void forgetHistory(WebKitWebView* view);
+  // Drops what creatives have stored. All of them: the engine keeps it by origin, and those of two
+  // slots may have the same. `done` is called later.
+  void forgetStorage(std::function<void()> done);
   // False until a blank view has been seen: a fresh view starts blank then.
   [[nodiscard]] bool canForgetHistory() const { return blankHistory_ != nullptr; }
 
@@ -42,6 +48,7 @@ class WebEngine {
   GPtr<WebKitNetworkSession> session_;
   GOwned<WebKitWebViewSessionState, &webkit_web_view_session_state_unref> blankHistory_;
   EngineCookies cookies_;
+  GPtr<WebKitNetworkSession> browserSession_;  // null until there is a browser
   SignalConnections connections_;
 };
 

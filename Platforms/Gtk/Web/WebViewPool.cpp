@@ -12,7 +12,8 @@ constexpr Seconds longestIdle{600};
 constexpr Seconds sweepPeriod{60};
 
 bool same(const WebViewOptions& left, const WebViewOptions& right) {
-  return left.owner == right.owner && left.ownProcess == right.ownProcess;
+  return left.owner == right.owner && left.ownProcess == right.ownProcess &&
+         left.kind == right.kind;
 }
 
 }  // namespace
@@ -38,7 +39,8 @@ std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& optio
 }
 
 std::shared_ptr<NativeWebView> WebViewPool::make(const WebViewOptions& options) {
-  auto view = NativeWebView::create(engine_, options.ownProcess ? nullptr : processToShare());
+  auto view =
+      NativeWebView::create(engine_, options.kind, options.ownProcess ? nullptr : processToShare());
   if (!options.ownProcess) processes_.back().push_back(view);
   return view;
 }
@@ -79,11 +81,10 @@ void WebViewPool::giveBack(const std::shared_ptr<NativeWebView>& view,
   }
 }
 
-void WebViewPool::warmUp(const void* owner) {
-  const WebViewOptions options{owner, false};
+void WebViewPool::warmUp(const WebViewOptions& options) {
   const bool ready = std::any_of(idle_.begin(), idle_.end(),
                                  [&](const Idle& idle) { return same(idle.options, options); });
-  if (owner != nullptr && !ready) giveBack(make(options), options);
+  if (options.owner != nullptr && !ready) giveBack(make(options), options);
 }
 
 std::shared_ptr<ReloadBudget> WebViewPool::reloadBudget(const void* owner) {

@@ -23,7 +23,7 @@ class WebViewPool {
   // Gives a view back. It is kept for its owner, unless it has none or its process is gone.
   void giveBack(const std::shared_ptr<NativeWebView>& view, const WebViewOptions& options);
   // Has a blank view ready for the owner's first page.
-  void warmUp(const void* owner);
+  void warmUp(const WebViewOptions& options);
 
   // Outlives the owner's single views: a new answer does not start the count again.
   [[nodiscard]] std::shared_ptr<ReloadBudget> reloadBudget(const void* owner);

@@ -20,12 +20,12 @@ XWebViewAgent::XWebViewAgent(std::shared_ptr<Environment> environment, const Rec
     : View{frame}, environment_{std::move(environment)} {}
 
 std::shared_ptr<XWebViewAgent> XWebViewAgent::create(
-    std::shared_ptr<Environment> environment, const Rect& frame, const void* owner,
+    std::shared_ptr<Environment> environment, const Rect& frame, const WebViewOptions& page,
     const std::shared_ptr<const WebViewAgentDelegate>& delegate) {
   const OperationLog log{"-[XWebViewAgent initWithFrame:allowExpansion:Delegate:]"};
   std::shared_ptr<XWebViewAgent> agent{new XWebViewAgent{std::move(environment), frame}};
   agent->delegate.set(delegate);
-  agent->makeWebView(owner);
+  agent->makeWebView(page);
   agent->makeCommands();
   const Relay relay{*agent};
   agent->orientationSubscription_ = agent->environment_->notifications().subscribe(
@@ -39,8 +39,8 @@ XWebViewAgent::~XWebViewAgent() {
   webView_->stopLoading();
 }
 
-void XWebViewAgent::makeWebView(const void* owner) {
-  webView_ = environment_->platform().webViews->create(frame(), {.owner = owner});
+void XWebViewAgent::makeWebView(const WebViewOptions& page) {
+  webView_ = environment_->platform().webViews->create(frame(), page);
   webView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   webView_->setBackgroundColor(colors::clear);
   webView_->setClipsToBounds(true);

@@ -15,6 +15,7 @@
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
+#include "Services/WebViewFactory.h"
 
 namespace tavo {
 
@@ -23,9 +24,9 @@ namespace tavo {
 // to be shown. Made with `create`; main thread only.
 class XWebViewAgent : public View, public WebViewClient {
  public:
-  // `owner` is who shows ads one after the other: its agents reuse one native view.
+  // `page` names who shows ads one after the other: its agents reuse one native view.
   [[nodiscard]] static std::shared_ptr<XWebViewAgent> create(
-      std::shared_ptr<Environment> environment, const Rect& frame, const void* owner,
+      std::shared_ptr<Environment> environment, const Rect& frame, const WebViewOptions& page,
       const std::shared_ptr<const WebViewAgentDelegate>& delegate);
   ~XWebViewAgent() override;
 
@@ -76,7 +77,7 @@ class XWebViewAgent : public View, public WebViewClient {
  private:
   XWebViewAgent(std::shared_ptr<Environment> environment, const Rect& frame);
 
-  void makeWebView(const void* owner);
+  void makeWebView(const WebViewOptions& page);
   void makeCommands();
   void handleTap(const TapRecognizer& recognizer);
   void orientationDidChange();

@@ -105,7 +105,8 @@ void XInAppBrowser::makeWebView() {
   const double top = toolbar_->isOnTop() ? Toolbar::standardHeight + 1 : 0;
   // Somebody else's page may do what it likes to its process; the creative has another one.
   webView_ = environment_->platform().webViews->create(
-      {0, top, all.width, all.height - Toolbar::standardHeight}, {.ownProcess = true});
+      {0, top, all.width, all.height - Toolbar::standardHeight},
+      {.ownProcess = true, .kind = PageKind::browser});
   webView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   webView_->setClipsToBounds(true);
   webView_->allowsInlineMediaPlayback = true;
