@@ -130,6 +130,10 @@ class View : public std::enable_shared_from_this<View> {
   // Whoever shows the tree calls this when the view's place came onto the user's screen: its window
   // was mapped, or what held it was shown again.
   virtual void didAppearOnScreen() {}
+  // The same when it has left the user's screen, though it stays in its window's tree, and when it
+  // stands elsewhere in its window.
+  virtual void didDisappearFromScreen() {}
+  virtual void didMoveOnScreen() {}
 
   // One listener per view; null ends it.
   void setListener(Listener* listener) { listener_ = listener; }

@@ -167,8 +167,10 @@ class XAdView : public View {
   [[nodiscard]] ViewController* getRootViewController() const;
   [[nodiscard]] std::shared_ptr<View> resizeViewSuperview() const;
 
-  // Called by the platform.
+  // Called by the platform, whose widget the view stands in.
   void didAppearOnScreen() override;
+  void didDisappearFromScreen() override;
+  void didMoveOnScreen() override;
 
  protected:
   void willMoveToSuperview(View* newSuperview) override;

@@ -20,6 +20,8 @@ inline constexpr std::string_view didEnterBackground = "ApplicationDidEnterBackg
 inline constexpr std::string_view willEnterForeground = "ApplicationWillEnterForeground";
 inline constexpr std::string_view didReceiveMemoryWarning = "ApplicationDidReceiveMemoryWarning";
 inline constexpr std::string_view deviceOrientationDidChange = "DeviceOrientationDidChange";
+// The application's window has a new size, in whatever shape.
+inline constexpr std::string_view windowSizeDidChange = "WindowSizeDidChange";
 inline constexpr std::string_view screenLocked = "com.apple.springboard.lockcomplete";
 }  // namespace notifications
 

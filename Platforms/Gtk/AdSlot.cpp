@@ -82,6 +82,7 @@ void AdSlot::Core::show() {
 void AdSlot::Core::hide() {
   appearing_ = false;
   container_->setHidden(true);
+  adView_->didDisappearFromScreen();
 }
 
 void AdSlot::Core::enterWindow() {
@@ -113,7 +114,10 @@ void AdSlot::Core::updatePlace() {
   if (window == nullptr) return;
   graphene_rect_t bounds;
   if (!gtk_widget_compute_bounds(GTK_WIDGET(slot_.gobj()), window->gobj(), &bounds)) return;
-  container_->setFrame({bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height});
+  const Rect place{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
+  const bool moved = place != container_->frame();
+  container_->setFrame(place);
+  if (moved) adView_->didMoveOnScreen();
   if (!appearing_ || container_->frame().empty()) return;
   appearing_ = false;
   adView_->didAppearOnScreen();

@@ -34,8 +34,6 @@ class ClickActionsView : public virtual AdViewIdentity {
   virtual void setCalendarReExpand(bool reExpand) = 0;
   virtual void presentExpandView() = 0;
 
-  // An open browser counts as an expansion of the ad.
-  virtual void setAdExpanded(bool expanded) = 0;
   // The browser is closed: the ad is back on the screen.
   virtual void appBrowserClosed() = 0;
 

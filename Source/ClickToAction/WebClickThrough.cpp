@@ -60,8 +60,6 @@ void WebClickThrough::openUrlInBrowser(const Url& url) {
   const auto held = view_.hold();
   const auto slot = view_.slotConfiguration();
   if (!held || !slot) return;
-  // Quirk: the ad counts as expanded even when the page opens outside.
-  view_.setAdExpanded(true);
   if (!slot->shouldOpenClickThroughURLInAppBrowser) return openOutside(url);
   // A browser that is on the screen keeps its place; its presenter has no room for a second one.
   if (!appBrowserOpen()) makeBrowser();
@@ -151,7 +149,6 @@ void WebClickThrough::browserClosed() {
   const auto browser = std::move(appBrowser_);
   appBrowser_ = nullptr;
   if (!held) return;
-  view_.setAdExpanded(false);
   view_.appBrowserClosed();
 }
 

@@ -263,11 +263,59 @@ TEST_F(AdViewTest, ConnectivityThatReturnsReloadsAtOnce) {
   load();
   settle();
   happened();
-  platform_.network->setReachable(false);
-  EXPECT_FALSE(banner_->isRefreshTimerRunning());
-  platform_.network->setReachable(true);
-  settle();
+  advance(1.1);
+  const auto flap = [this] {
+    platform_.network->setReachable(false);
+    EXPECT_FALSE(banner_->isRefreshTimerRunning());
+    platform_.network->setReachable(true);
+    settle();
+  };
+  flap();
   EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  for (int flaps = 0; flaps < 5; ++flaps) flap(), advance(0.05);
+  EXPECT_THAT(happened(), IsEmpty()) << "the last request was in this second";
+  advance(1);
+  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+}
+
+TEST_F(AdViewTest, ASlotWaitsForOneAnswerAtATime) {
+  slot_->bannerRefreshInterval = 2;
+  makeBanner();
+  answer(imageAnswer());
+  load();
+  settle();
+  happened();
+  const auto answerSlowly = [this](const std::string& picture) {
+    platform_.http->forget(adUrl);
+    platform_.http->answerWith(picture, "image/png", "image 640x100");
+    platform_.http->answer(adUrl, {.headers = {{"Content-Type", "application/json"}},
+                                   .body = imageAnswer(picture),
+                                   .delay = Seconds{3}});
+  };
+  answerSlowly("http://cdn.example/slow.png");
+  advance(2.1);
+  EXPECT_THAT(happened(), ElementsAre(getAd));
+  advance(2.1);
+  EXPECT_THAT(happened(), IsEmpty()) << "the answer is still to come";
+  // What the host asks for takes the place of what nobody asked for.
+  answerSlowly("http://cdn.example/new.png");
+  load();
+  EXPECT_THAT(happened(), ElementsAre(getAd));
+  advance(3.1);
+  EXPECT_THAT(happened(), ElementsAre("GET http://cdn.example/new.png", getImpression, "didLoad"));
+  answerSlowly("http://cdn.example/old.png");
+  advance(1);
+  EXPECT_THAT(happened(), ElementsAre(getAd)) << "the next one is asked for";
+  // The answer of a network that was away is not waited for.
+  answer(imageAnswer());
+  advance(1.1);
+  platform_.network->setReachable(false);
+  platform_.network->setReachable(true);
+  advance(0.5);
+  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  platform_.network->setReachable(false);
+  advance(5);
+  EXPECT_THAT(happened(), IsEmpty()) << "the old answer is nobody's";
 }
 
 TEST_F(AdViewTest, ATapOpensTheClickThroughOutsideTheApplication) {
@@ -373,6 +421,20 @@ TEST_F(AdViewTest, AHostMayDropTheViewInsideAnyCall) {
     EXPECT_EQ(banner_, nullptr) << "no call came";
     EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
   }
+}
+
+TEST_F(AdViewTest, AHostMayDropTheViewInsideTheFailureThatItsOwnCallCauses) {
+  makeBanner();
+  answer(imageAnswer());
+  load();
+  settle();
+  advance(1.1);
+  platform_.network->setReachable(false);
+  banner_->refreshAd();  // finds the timer ended
+  onCallback_ = [this](const std::string&) { banner_->removeFromSuperview(), banner_.reset(); };
+  banner_->refreshAd();
+  EXPECT_EQ(banner_, nullptr);
+  EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
 }
 
 TEST_F(AdViewTest, MemoryWarningReleasesFirstAndTellsThen) {

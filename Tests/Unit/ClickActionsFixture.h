@@ -33,7 +33,6 @@ class FakeClickView : public ClickActionsView {
   [[nodiscard]] bool calendarReExpand() const override { return reExpands; }
   void setCalendarReExpand(bool reExpand) override { reExpands = reExpand; }
   void presentExpandView() override { lines.emplace_back("presentExpandView"); }
-  void setAdExpanded(bool on) override { lines.emplace_back(on ? "expanded" : "not expanded"); }
   void appBrowserClosed() override { lines.emplace_back("appBrowserClosed"); }
   [[nodiscard]] bool shouldHandleClickToAction(ClickToAction action,
                                                const ClickToActionParameters& parameters) override {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "Runtime/NotificationCenter.h"
@@ -277,6 +279,20 @@ TEST_F(InterstitialTest, ComingBackFromAnotherApplicationTheUserFindsTheButton) 
   fromAdView(&XAdViewDelegate::xAdViewWillLeaveApplication);
   EXPECT_EQ(controller_->closeButton(), nullptr);
   EXPECT_THAT(happened(), ElementsAre("willLeave"));
+  const auto buttons = [this] {
+    const auto& views = controller_->view()->subviews();
+    return std::count_if(views.begin(), views.end(), [](const auto& view) {
+      return dynamic_cast<const Button*>(view.get()) != nullptr;
+    });
+  };
+  for (const bool isCustom : {false, true}) {
+    XMRAIDExpandProperties properties;
+    properties.useCustomClose = isCustom;
+    controller_->expandPropertiesChnaged(properties);
+    EXPECT_EQ(buttons(), 1) << "whatever the creative says, and when";
+    ASSERT_TRUE(buttonInCorner());
+    EXPECT_EQ(buttonInCorner()->image().empty(), isCustom);
+  }
   tapCloseButton();
   EXPECT_THAT(happened(), ElementsAre("dismissed"));
 }

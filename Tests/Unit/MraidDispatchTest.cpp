@@ -52,10 +52,12 @@ class RecordingAdView : public View, public WebViewAgentHost {
     note("handleInitMRAIDAdWithWebView");
     emitter->setMaxSize({320, 480}, webView);
   }
-  void expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
+  bool expands = true;
+  bool expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
                      const PageRef&) override {
     note("expandToFrame " + text(frame) + (isCustomClose ? " customClose" : "") +
          (isOrientationAllowed ? " orientation" : ""));
+    return expands;
   }
   void collapseToFrame(const Rect& frame) override { note("collapseToFrame " + text(frame)); }
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef&) override {

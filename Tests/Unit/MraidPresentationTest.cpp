@@ -12,6 +12,7 @@
 #include "UserInterface/ActivityIndicator/ActivityIndicator.h"
 #include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
 namespace {
@@ -330,6 +331,87 @@ TEST_F(MraidPresentationTest, AnExpandedAdFollowsItsWindow) {
             "window.__defineGetter__('orientation',function(){return 90;});"
             "(function(){var event = document.createEvent('Events'); "
             "event.initEvent('orientationchange',true, false); window.dispatchEvent(event);})();");
+}
+
+TEST_F(MraidPresentationTest, AResizedAdFollowsItsWindow) {
+  show();
+  setResizeProperties();
+  creative("resize");
+  View* container = page_->superview();
+  const auto reshape = [this](const Size& size, const Rect& banner) {
+    happened();
+    window_->setFrame({0, 0, size.width, size.height});
+    platform_.screen->rect = window_->frame();
+    banner_->setFrame(banner);
+    runtime_.notifications().post(notifications::windowSizeDidChange);
+    advance(0.001);
+    return happened();
+  };
+  EXPECT_THAT(reshape({500, 800}, {0, 750, 320, 50}),
+              testing::Contains("mraid.setMaxSize({width:500,height:800});"));
+  EXPECT_EQ(container->frame(), (Rect{0, 550, 300, 250}));
+  EXPECT_THAT(reshape({480, 320}, {0, 270, 320, 50}),
+              testing::Contains("mraid.setState('resized');"));
+  EXPECT_EQ(container->frame(), (Rect{0, 70, 300, 250}));
+  EXPECT_THAT(reshape({200, 100}, {0, 50, 200, 50}), testing::Contains(toldDefault.front()))
+      << "there is no room for it";
+  EXPECT_EQ(container->superview(), nullptr);
+  EXPECT_EQ(page_->superview(), banner_.get());
+}
+
+TEST_F(MraidPresentationTest, NothingStandsOnTheScreenForASlotThatIsNotSeen) {
+  show();
+  setResizeProperties();
+  creative("resize");
+  banner_->setHidden(true);
+  banner_->didDisappearFromScreen();
+  EXPECT_EQ(page_->superview(), banner_.get());
+  happened();
+  EXPECT_THAT(afterCommand("resize"),
+              ElementsAre("mraid.fireErrorEvent('Can not resize while the ad is not on the "
+                          "screen.','resize');"));
+  banner_->setHidden(false);
+  creative("resize");
+  EXPECT_NE(page_->superview(), banner_.get());
+  banner_->setFrame({0, 900, 320, 50});
+  banner_->didMoveOnScreen();
+  advance(0.001);
+  EXPECT_EQ(page_->superview(), banner_.get()) << "scrolled away";
+}
+
+TEST_F(MraidPresentationTest, AnAdDoesNotExpandUnderWhatCoversTheScreen) {
+  show();
+  root_->presentViewController(std::make_shared<ViewController>(), Animated::no);
+  EXPECT_THAT(afterCommand("expand"),
+              ElementsAre("mraid.fireErrorEvent('Can not expand while something else covers the "
+                          "screen.','expand');"));
+  EXPECT_EQ(banner_->eventEmitter()->state(), MRAIDState::normal);
+  root_->dismissViewController(Animated::no);
+  EXPECT_EQ(afterCommand("expand").front(), "didExpand");
+}
+
+TEST_F(MraidPresentationTest, OnlyAnExpansionEndsInACollapse) {
+  const std::string lost = "didFail 1101 The page's process has ended.";
+  for (const bool expands : {true, false}) {
+    SCOPED_TRACE(expands);
+    slot_->shouldOpenClickThroughURLInAppBrowser = expands;
+    show();
+    if (expands) creative("expand");
+    banner_->openUrlInBrowser(Url::fromText("http://shop.example/"));
+    settle();
+    if (auto* browser = dynamic_cast<XInAppBrowser*>(window_->topViewController())) {
+      browser->closeButtonItemClicked();
+    }
+    recordsScripts_ = false;
+    happened();
+    page_->terminateProcess();
+    if (expands) {
+      EXPECT_THAT(happened(), ElementsAre("didCollapse", lost));
+    } else {
+      EXPECT_THAT(happened(), ElementsAre(lost)) << "the page had opened outside";
+    }
+    banner_->removeFromSuperview();
+  }
 }
 
 TEST_F(MraidPresentationTest, AForcedOrientationPresentsAnew) {

@@ -17,6 +17,7 @@ const ResizeRefusal interstitial{"Cannot Resize Ad when PlacementType is Interst
 const ResizeRefusal tooEarly{"Can not resize while loading or hidden.", "resize"};
 const ResizeRefusal expanded{"Can not resize while view is Already expanded .", "resize"};
 const ResizeRefusal noSize{"Size required in resizeProperties.", "resize"};
+const ResizeRefusal unseen{"Can not resize while the ad is not on the screen.", "resize"};
 const ResizeRefusal tooLarge{"Size must be smaller than the max size.", "resize"};
 const ResizeRefusal noWayOut{"Resize close control must remain on screen.", "resize"};
 
@@ -64,6 +65,12 @@ TEST(ResizeGeometry, TheFirstReasonAgainstAResizeIsTheOneTold) {
          asked = {};
        },
        expanded},
+      {"not on the screen",
+       [](auto& facts, auto& asked) {
+         facts.isSeen = false;
+         asked = {};
+       },
+       unseen},
       {"no size", [](auto&, auto& asked) { asked = {}; }, noSize},
       {"as large as the room: a quirk", [](auto&, auto& asked) { asked = properties(320, 460); },
        tooLarge},

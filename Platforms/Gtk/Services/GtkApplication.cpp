@@ -28,7 +28,11 @@ GtkApplication::GtkApplication(std::shared_ptr<NotificationCenter> notifications
 GtkApplication::~GtkApplication() = default;
 
 WindowScene::Events GtkApplication::events() {
-  return {.resized = [this](WindowScene&) { updateOrientation(); },
+  return {.resized =
+              [this](WindowScene&) {
+                updateOrientation();
+                notifications_->post(notifications::windowSizeDidChange);
+              },
           .activated =
               [this](WindowScene& scene) {
                 lastActive_ = &scene.nativeWindow();

@@ -106,7 +106,8 @@ bool CreativeCommands::leavesApplication(const std::string& command) const {
   return command == "expand" && adView && adView->placementType() == PlacementType::inlined;
 }
 
-// Quirk: the creative is told of the new state whether or not the view has followed.
+// Quirk: the creative is told of the new state also where it was ignored, but not where it was
+// refused.
 void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
   const OperationLog log{"-[XWebViewAgent expandToFrameWithUrl:]"};
   const auto adView = adView_.lock();
@@ -117,7 +118,7 @@ void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
   const bool isCustomClose = expandParametersDict && expandParametersDict->useCustomClose;
   const bool isOrientationAllowed =
       orientationParametersDict && orientationParametersDict->allowOrientationChange;
-  adView->expandToFrame(frame, isCustomClose, isOrientationAllowed, means_.webView);
+  if (!adView->expandToFrame(frame, isCustomClose, isOrientationAllowed, means_.webView)) return;
   means_.eventEmitter->setState(MRAIDState::expanded, means_.webView);
 }
 

@@ -36,7 +36,8 @@ class WebViewAgentHost : public virtual AdViewIdentity {
   virtual void handleInitMRAIDAdWithWebView(const PageRef& webView,
                                             const std::shared_ptr<XMRAIDEventEmitter>& emitter) = 0;
   // What the creative asks for; the view refuses what its state does not allow.
-  virtual void expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
+  // False: the expansion was refused, and the creative has heard why.
+  virtual bool expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
                              const PageRef& webView) = 0;
   virtual void collapseToFrame(const Rect& frame) = 0;
   // None: the creative has never said how large.

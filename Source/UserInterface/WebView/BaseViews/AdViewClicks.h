@@ -41,7 +41,6 @@ class AdViewClicks : public AdViewPart, private ClickActionsView {
   [[nodiscard]] bool calendarReExpand() const override { return view().calendarReExpand(); }
   void setCalendarReExpand(bool reExpand) override { view().setCalendarReExpand(reExpand); }
   void presentExpandView() override { presentation_.presentModalView(presentation_.expandView()); }
-  void setAdExpanded(bool expanded) override { presentation_.setAdExpanded(expanded); }
   void appBrowserClosed() override;
   [[nodiscard]] bool shouldHandleClickToAction(ClickToAction action,
                                                const ClickToActionParameters& parameters) override;

@@ -25,16 +25,26 @@ AdViewCore::AdViewCore(std::shared_ptr<Environment> environment, XAdView& view)
 void AdViewCore::load(AdAddress address) {
   view().userColor = view().backgroundColor();
   address_ = std::move(address);
-  adManager_ = XAdManager::create(environment_, sharedPart<AdManagerView>(hold(), stage_),
-                                  outcomes_.managerEvents());
-  adManager_->slotConfiguration = view().slotConfiguration();
-  adManager_->moviePlayerInstance = view().moviePlayerInstance();
+  makeManager();
+  loader_.requestDidEnd();
   platformLog("SDK Version: " + XAdView::corvaneTAVOSDKVersion());
   loader_.loadAd();
 }
 
-void AdViewCore::requestAd() {
-  if (const auto manager = adManager_) manager->loadAdWithDomainName(address_);
+void AdViewCore::makeManager() {
+  adManager_ = XAdManager::create(environment_, sharedPart<AdManagerView>(hold(), stage_),
+                                  outcomes_.managerEvents());
+  adManager_->slotConfiguration = view().slotConfiguration();
+  adManager_->moviePlayerInstance = view().moviePlayerInstance();
+}
+
+// A manager that still waits for an answer is dropped, and with it the answer.
+void AdViewCore::requestAd(bool waiting) {
+  if (!adManager_) return;
+  if (waiting) makeManager();
+  outcomes_.abandonMediation();
+  const auto manager = adManager_;
+  manager->loadAdWithDomainName(address_);
 }
 
 void AdViewCore::reload() {

@@ -31,13 +31,14 @@ class AdViewCore : public AdViewPart, private AdViewLoader::Host, private MraidP
   [[nodiscard]] AdViewClicks& clicks() { return clicks_; }
 
  private:
+  void makeManager();
   [[nodiscard]] bool showsRenderer() const;
 
   // AdViewLoader::Host
   [[nodiscard]] RefreshFacts refreshFacts() const override;
   [[nodiscard]] bool isExpandedOrResized() const override;
   void willLoad() override { outcomes_.forgetLastLoad(); }
-  void requestAd() override;
+  void requestAd(bool waiting) override;
   void reload() override;
   void didReceiveMemoryWarning() override;
   void didLockScreen() override;

@@ -21,32 +21,43 @@ void AdViewLoader::loadAd() {
   host_.willLoad();
   if (host_.isExpandedOrResized()) return;
   if (!host_.refreshFacts().visible && !flags_.firstAdRequest) return;
+  postponed_.invalidate();
   lastRequest_ = environment_->platform().runLoop->now();
-  host_.requestAd();
+  host_.requestAd(std::exchange(flags_.waiting, true));
   internetAccess_.reset();
   const RefreshFacts current = facts();
   if (current.subType == MobileAdSubTypes::vastBanner ||
       current.type == MobileAdTypes::interstitial) {
     return;
   }
-  internetAccess_ = environment_->notifications().subscribe(
-      internetAccessChangedNotification, [this](const Notification& notification) {
-        const auto held = host_.hold();
-        const auto available = notification.userInfo.find("Available");
-        didInternetAccessChange(available != notification.userInfo.end() && available->second != 0);
-      });
+  internetAccess_ =
+      subscribe(internetAccessChangedNotification, &AdViewLoader::didInternetAccessChange);
 }
 
 void AdViewLoader::loadAdWithParameters() {
   const OperationLog log{"-[XAdView loadAdWithParameters:]"};
-  if (flags_.firstAdRequest || askedJustNow()) return;
+  if (flags_.firstAdRequest || waits() || remainingDistance() > Seconds{0}) return;
   platformLog("Refreshing the Ad...");
   loadAd();
 }
 
-bool AdViewLoader::askedJustNow() const {
-  return lastRequest_ && environment_->platform().runLoop->now() - *lastRequest_ <
-                             environment_->limits().automaticRequestDistance;
+// An answer that never comes is not waited for longer than any exchange may take.
+bool AdViewLoader::waits() const {
+  return flags_.waiting && lastRequest_ &&
+         environment_->platform().runLoop->now() - *lastRequest_ <
+             environment_->limits().requestDeadline;
+}
+
+Seconds AdViewLoader::remainingDistance() const {
+  if (!lastRequest_) return Seconds{0};
+  return *lastRequest_ + environment_->limits().automaticRequestDistance -
+         environment_->platform().runLoop->now();
+}
+
+void AdViewLoader::whenDue(void (AdViewLoader::*load)()) {
+  const Seconds remaining = remainingDistance();
+  if (remaining <= Seconds{0}) return (this->*load)();
+  postponed_ = environment_->platform().runLoop->after(remaining, relay().call(load));
 }
 
 RefreshFacts AdViewLoader::facts() const {
@@ -81,10 +92,8 @@ void AdViewLoader::didAppearOnScreen() {
 // The order matters: the timer is fired while a first request still counts as one, so that a first
 // arming loads nothing and a re-arming after a stop loads at once.
 void AdViewLoader::armTimer(float interval) {
-  adRefreshTimer_ = environment_->platform().runLoop->every(Seconds{interval}, [this] {
-    const auto held = host_.hold();
-    loadAdWithParameters();
-  });
+  adRefreshTimer_ = environment_->platform().runLoop->every(
+      Seconds{interval}, relay().call(&AdViewLoader::loadAdWithParameters));
   flags_.arming = true;
   loadAdWithParameters();
   flags_.arming = false;
@@ -95,43 +104,45 @@ void AdViewLoader::armTimer(float interval) {
 void AdViewLoader::stop() {
   internetAccess_.reset();
   adRefreshTimer_.invalidate();
+  postponed_.invalidate();
+  flags_.waiting = false;
 }
 
-Subscription AdViewLoader::subscribe(std::string_view name, void (AdViewLoader::*handler)()) {
-  return environment_->notifications().subscribe(name, [this, handler](const Notification&) {
-    const auto held = host_.hold();
-    (this->*handler)();
-  });
+Relay<AdViewLoader> AdViewLoader::relay() {
+  return Relay<AdViewLoader>{sharedPart(host_.hold(), *this)};
+}
+
+template <typename Handler>
+Subscription AdViewLoader::subscribe(std::string_view name, Handler handler) {
+  return environment_->notifications().subscribe(name, relay().call(handler));
 }
 
 void AdViewLoader::setOrientationNotification() {
   const OperationLog log{"-[XAdView setOrientationNotification]"};
-  orientation_ = environment_->notifications().subscribe(notifications::deviceOrientationDidChange,
-                                                         [this](const Notification&) {
-                                                           const auto held = host_.hold();
-                                                           host_.orientatioDidChange();
-                                                         });
-  lock_ = subscribe(notifications::screenLocked, &AdViewLoader::onDeviceScreenLock);
+  using Self = AdViewLoader;
+  orientation_ = subscribe(notifications::deviceOrientationDidChange, &Self::orientatioDidChange);
+  windowSize_ = subscribe(notifications::windowSizeDidChange, &Self::orientatioDidChange);
+  lock_ = subscribe(notifications::screenLocked, &Self::onDeviceScreenLock);
 }
 
 void AdViewLoader::setEnterForegroundNotification() {
   const OperationLog log{"-[XAdView setEnterForegroundNotification]"};
   if (!isMraid(host_.refreshFacts().subType)) return;
-  background_ = subscribe(notifications::didEnterBackground, &AdViewLoader::didEnterBackground);
-  foreground_ = subscribe(notifications::willEnterForeground, &AdViewLoader::didEnterForeground);
-  memoryWarning_ = environment_->notifications().subscribe(notifications::didReceiveMemoryWarning,
-                                                           [this](const Notification&) {
-                                                             const auto held = host_.hold();
-                                                             host_.didReceiveMemoryWarning();
-                                                           });
+  using Self = AdViewLoader;
+  background_ = subscribe(notifications::didEnterBackground, &Self::didEnterBackground);
+  foreground_ = subscribe(notifications::willEnterForeground, &Self::didEnterForeground);
+  memoryWarning_ =
+      subscribe(notifications::didReceiveMemoryWarning, &Self::didReceiveMemoryWarning);
 }
 
-void AdViewLoader::didInternetAccessChange(bool available) {
+void AdViewLoader::didInternetAccessChange(const Notification& notification) {
   const OperationLog log{"-[XAdView didInternetAccessChange:]"};
-  if (!available) {
+  const auto available = notification.userInfo.find("Available");
+  if (available == notification.userInfo.end() || available->second == 0) {
     platformLog("Internet is not available, do not load any ad, Invalidate the refresh timer");
     flags_.adLoaded = false;
     adRefreshTimer_.invalidate();
+    postponed_.invalidate();
     return;
   }
   platformLog("Internet Available");
@@ -139,7 +150,7 @@ void AdViewLoader::didInternetAccessChange(bool available) {
   if (!isMraid(subType) && subType != MobileAdSubTypes::unknown) return;
   flags_.firstAdRequest = true;
   platformLog("Internet available, Reload Ad");
-  loadAd();
+  whenDue(&AdViewLoader::loadAd);
 }
 
 void AdViewLoader::didEnterBackground() {
@@ -162,7 +173,7 @@ void AdViewLoader::didEnterForeground() {
   flags_.firstAdRequest = true;
   flags_.enterBackground = false;
   platformLog("Request for a new ad as applicaiton entered foregrond");
-  host_.reload();
+  whenDue(&AdViewLoader::reload);
 }
 
 void AdViewLoader::onDeviceScreenLock() {

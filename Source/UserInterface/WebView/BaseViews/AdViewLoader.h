@@ -5,6 +5,7 @@
 
 #include "AdController/AdGenerator/AdViewIdentity.h"
 #include "Runtime/NotificationCenter.h"
+#include "Runtime/Relay.h"
 #include "Services/RunLoop.h"
 #include "UserInterface/WebView/BaseViews/RefreshPolicy.h"
 
@@ -25,8 +26,9 @@ class AdViewLoader {
     [[nodiscard]] virtual bool isExpandedOrResized() const = 0;
     // A load begins: what the last one left behind is forgotten.
     virtual void willLoad() = 0;
-    // Asks the ad manager for an ad.
-    virtual void requestAd() = 0;
+    // Asks the ad manager for an ad; `waiting`: the answer to the last request is still to come,
+    // and is of no use any more.
+    virtual void requestAd(bool waiting) = 0;
     // Starts anew, with a new ad manager.
     virtual void reload() = 0;
     virtual void releaseMemory() = 0;
@@ -37,8 +39,10 @@ class AdViewLoader {
 
   AdViewLoader(std::shared_ptr<Environment> environment, Host& host);
 
-  // One ad request, if the view's state allows it.
+  // One ad request, if the view's state allows it; an earlier one is not waited for any more.
   void loadAd();
+  // The request has been answered, or has failed.
+  void requestDidEnd() { flags_.waiting = false; }
   // The refresh timer's tick.
   void loadAdWithParameters();
   // Decides whether the refresh timer runs.
@@ -65,26 +69,37 @@ class AdViewLoader {
     bool deviceLocked = false;   // since the last refresh decision
     bool enterBackground = false;
     bool adLoaded = false;  // the slot shows an ad
+    bool waiting = false;   // for the answer to a request
   };
 
   [[nodiscard]] RefreshFacts facts() const;
-  // Whether the last request was so recent that another one, which nobody asked for, must wait.
-  [[nodiscard]] bool askedJustNow() const;
+  // Requests that nobody asked for keep a distance to the last one: how much of it is left.
+  [[nodiscard]] Seconds remainingDistance() const;
+  // Runs `load` once the distance is kept.
+  void whenDue(void (AdViewLoader::*load)());
+  [[nodiscard]] bool waits() const;
   void armTimer(float interval);
-  void didInternetAccessChange(bool available);
+  void didInternetAccessChange(const Notification& notification);
+  void reload() { host_.reload(); }
   void didEnterBackground();
   void didEnterForeground();
   void onDeviceScreenLock();
-  [[nodiscard]] Subscription subscribe(std::string_view name, void (AdViewLoader::*handler)());
+  void orientatioDidChange() { host_.orientatioDidChange(); }
+  void didReceiveMemoryWarning() { host_.didReceiveMemoryWarning(); }
+  [[nodiscard]] Relay<AdViewLoader> relay();
+  template <typename Handler>
+  [[nodiscard]] Subscription subscribe(std::string_view name, Handler handler);
 
   const std::shared_ptr<Environment> environment_;
   Host& host_;
   Flags flags_;
   Timer adRefreshTimer_;
+  Timer postponed_;  // a request that keeps its distance
   std::optional<Seconds> lastRequest_;
   Subscription internetAccess_;
   Subscription lock_;
   Subscription orientation_;
+  Subscription windowSize_;
   Subscription background_;
   Subscription foreground_;
   Subscription memoryWarning_;

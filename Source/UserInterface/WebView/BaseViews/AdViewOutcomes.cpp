@@ -30,7 +30,7 @@ const std::shared_ptr<const XAdManagerDelegate>& AdViewOutcomes::managerEvents()
       .adManagerDidFailWithError = self.call(&Self::adManagerDidFailWithError),
       .adManagerWebViewDidFinishRender = self.call(&Self::adManagerWebViewDidFinishRender),
       .adManagerWebViewOpenCustomURL = self.call(&Self::adManagerWebViewOpenCustomURL),
-      .refreshAd = host.call(&XAdView::refreshAd),
+      .refreshAd = self.call(&Self::refreshAd),
       .startMediationWithAdView = self.call(&Self::startMediationWithAdView),
       .adManagerWillLeaveAppliation = host.pass(&Told::xAdViewWillLeaveApplication),
       .adManagerWillOpenInAppBrowser = host.pass(&Told::xAdViewWillOpenInInAppBrowser),
@@ -43,7 +43,7 @@ const std::shared_ptr<const XAdManagerDelegate>& AdViewOutcomes::managerEvents()
       .adManagerDidEnterFullScreen = host.pass(&Told::xAdViewDidEnterFullScreen),
       .adManagerDidExitFullScreen = host.pass(&Told::xAdViewDidExitFullScreen),
       .adManagerDidRewind = host.pass(&Told::xAdViewDidRewind),
-      .prerollDidFinishPlayingWithPlayer = host.pass(&Told::xAdViewPrerollDidFinishWithPlayer),
+      .prerollDidFinishPlayingWithPlayer = self.call(&Self::prerollDidFinishPlayingWithPlayer),
       .prerollDidFinishOnMemoryWarning = host.pass(&Told::xAdViewDidDismissOnMemoryWarning)});
   return managerEvents_;
 }
@@ -51,7 +51,6 @@ const std::shared_ptr<const XAdManagerDelegate>& AdViewOutcomes::managerEvents()
 void AdViewOutcomes::forgetLastLoad() {
   view().setIsMediationAdServed(false);
   mediatedAdDidFailToLoad_ = false;
-  mediation_.abandonLoad();
 }
 
 void AdViewOutcomes::showBackgroundImage() {
@@ -63,6 +62,7 @@ void AdViewOutcomes::showBackgroundImage() {
 
 void AdViewOutcomes::adManagerDidLoad() {
   const OperationLog log{"-[XAdView adManagerDidLoad:]"};
+  loader_.requestDidEnd();
   if (mediatedAdDidFailToLoad_) return showBackgroundImage();
   loader_.setAdLoaded();
   view().setBackgroundPattern({});
@@ -73,6 +73,7 @@ void AdViewOutcomes::adManagerDidLoad() {
 
 void AdViewOutcomes::adManagerDidReceiveEmptyAd() {
   const OperationLog log{"-[XAdView adManagerDidReceiveEmptyAd:]"};
+  loader_.requestDidEnd();
   platformLog("TAVOSDK: Identified an Empty ad response from server.");
   if (view().mobileAdSubTypes() == MobileAdSubTypes::vastBanner) {
     tell(&Told::xAdViewPrerollDidFinishWithPlayer, view().moviePlayerInstance());
@@ -85,6 +86,7 @@ void AdViewOutcomes::adManagerDidReceiveEmptyAd() {
 
 void AdViewOutcomes::adManagerDidFailWithError(const std::optional<Error>& error) {
   const OperationLog log{"-[XAdView adManagerDidFailWithError:]"};
+  loader_.requestDidEnd();
   platformLog("TAVOSDK: Failed to load ad from Server.");
   const XAdSlotConfiguration& slot = *view().slotConfiguration();
   if (!mediatedAdDidFailToLoad_ &&
@@ -121,8 +123,19 @@ void AdViewOutcomes::adManagerWebViewOpenCustomURL(const Url& url) {
                         "request.");
 }
 
+void AdViewOutcomes::refreshAd() {
+  loader_.requestDidEnd();
+  loader_.refreshAd();
+}
+
+void AdViewOutcomes::prerollDidFinishPlayingWithPlayer(const std::shared_ptr<MoviePlayer>& player) {
+  loader_.requestDidEnd();
+  tell(&Told::xAdViewPrerollDidFinishWithPlayer, player);
+}
+
 bool AdViewOutcomes::startMediationWithAdView(const std::string& placementId, const Size& size,
                                               bool isMediationMandate) {
+  loader_.requestDidEnd();
   return mediation_.start(placementId, size, isMediationMandate);
 }
 

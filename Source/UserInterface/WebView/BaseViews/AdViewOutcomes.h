@@ -23,6 +23,8 @@ class AdViewOutcomes : public AdViewPart, private AdViewMediation::Host {
 
   // A load begins: how the last one ended is forgotten.
   void forgetLastLoad();
+  // A request follows: a mediated ad that is still loading is not waited for any more.
+  void abandonMediation() { mediation_.abandonLoad(); }
   // The ad has left the view.
   void release() { mediation_.release(); }
 
@@ -33,8 +35,10 @@ class AdViewOutcomes : public AdViewPart, private AdViewMediation::Host {
   void adManagerDidFailWithError(const std::optional<Error>& error);
   [[nodiscard]] bool adManagerWebViewDidFinishRender(WebView& webView);
   void adManagerWebViewOpenCustomURL(const Url& url);
+  void refreshAd();
   bool startMediationWithAdView(const std::string& placementId, const Size& size,
                                 bool isMediationMandate);
+  void prerollDidFinishPlayingWithPlayer(const std::shared_ptr<MoviePlayer>& player);
 
   // AdViewMediation::Host
   void mediatedAdDidLoad() override;

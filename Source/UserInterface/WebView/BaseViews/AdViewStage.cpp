@@ -27,9 +27,9 @@ void AdViewStage::handleInitMRAIDAdWithWebView(const PageRef& webView,
   presentation_.handleInitMRAIDAd(webView, emitter);
 }
 
-void AdViewStage::expandToFrame(const Rect& /*frame*/, bool isCustomClose,
+bool AdViewStage::expandToFrame(const Rect& /*frame*/, bool isCustomClose,
                                 bool /*isOrientationAllowed*/, const PageRef& webView) {
-  presentation_.expandToFrame(isCustomClose, webView);
+  return presentation_.expandToFrame(isCustomClose, webView);
 }
 
 // Quirk: the ad returns to the view's present bounds, whatever frame was kept for it.

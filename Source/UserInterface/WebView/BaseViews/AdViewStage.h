@@ -39,7 +39,7 @@ class AdViewStage : public AdViewPart, public AdManagerView, public MediatedView
   // WebViewAgentHost
   void handleInitMRAIDAdWithWebView(const PageRef& webView,
                                     const std::shared_ptr<XMRAIDEventEmitter>& emitter) override;
-  void expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
+  bool expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
                      const PageRef& webView) override;
   void collapseToFrame(const Rect& frame) override;
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties,

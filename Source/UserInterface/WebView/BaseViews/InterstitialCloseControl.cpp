@@ -8,7 +8,7 @@
 namespace tavo {
 
 CloseButtonFacts InterstitialCloseControl::facts() const {
-  return {.exists = button_ != nullptr,
+  return {.exists = isShown(),
           .useCustomClose = controller_.useCustomClose,
           .subType = controller_.mobileAdSubTypes()};
 }
@@ -26,10 +26,16 @@ void InterstitialCloseControl::put(Look look) {
     if (button_->image().empty()) button_->setTitle("\u2715");
   }
   screen.addSubview(button_);
+  shown_ = button_;
+}
+
+bool InterstitialCloseControl::isShown() const {
+  const auto shown = shown_.lock();
+  return shown && shown->superview() != nullptr;
 }
 
 void InterstitialCloseControl::remove() {
-  if (button_) button_->removeFromSuperview();
+  if (const auto shown = shown_.lock()) shown->removeFromSuperview();
   button_.reset();
 }
 

@@ -33,17 +33,19 @@ class InterstitialCloseControl {
 
   // Takes the button away.
   void remove();
-  // Forgets the button, which stays where it is.
+  // Forgets the button, which stays where it is until another one comes.
   void drop() { button_.reset(); }
 
  private:
   enum class Look { picture, invisible };
   [[nodiscard]] CloseButtonFacts facts() const;
+  [[nodiscard]] bool isShown() const;
   void put(Look look);
 
   const Platform& platform_;
   XAdInterstitialViewController& controller_;
   std::shared_ptr<Button> button_;
+  std::weak_ptr<Button> shown_;  // also when it is forgotten
 };
 
 }  // namespace tavo

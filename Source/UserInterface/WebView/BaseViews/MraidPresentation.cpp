@@ -17,10 +17,18 @@ namespace {
 
 constexpr double closeButtonSide = 30;
 constexpr double closeButtonTop = 8;
+constexpr std::string_view screenIsTaken = "Can not expand while something else covers the screen.";
 constexpr Seconds reportDelay{0.0001};
 
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
 Size screenSize() { return XDeviceScreenBounds(Runtime::current().platform()).size(); }
+
+// Whether a part of the view lies in its window, and nothing above it is hidden.
+bool isSeen(View& view) {
+  const Window* const window = view.window();
+  return window != nullptr && !view.isHidden() && !XViewHasHiddenAncestor(view) &&
+         view.convertTo(window, view.bounds()).intersects(window->bounds());
+}
 
 }  // namespace
 
@@ -139,9 +147,13 @@ void MraidPresentation::moveWebView(View& container) {
   container.addSubview(page);
 }
 
-void MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView) {
+bool MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView) {
   const OperationLog log{"-[XAdView expandToFrame:isCustomClose:isOrientationAllowed:webView:]"};
-  if (state() == MRAIDState::expanded || state() == MRAIDState::hidden) return;
+  if (state() == MRAIDState::expanded || state() == MRAIDState::hidden) return true;
+  if (isScreenTaken()) {
+    if (emitter_) emitter_->reportErrorMessage(screenIsTaken, "expand", webView);
+    return false;
+  }
   adopt(webView);
   undoResize();
   moveWebView(*expandView());
@@ -150,10 +162,19 @@ void MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView
   presentModalView(expandView());
   stayWithoutScreen();
   host_.adDidExpand();
-  if (!emitter_) return;
+  if (!emitter_) return true;
   emitter_->setState(MRAIDState::expanded, webView_.lock());
   updateLayOutForNewState(MRAIDState::expanded);
   flags_.adExpanded = true;
+  return true;
+}
+
+// By another ad, a browser or the host. An ad above all content has the screen for itself.
+bool MraidPresentation::isScreenTaken() const {
+  if (host_.placementType() != PlacementType::inlined) return false;
+  const ViewController* const root = getRootViewController();
+  const ViewController* const front = root == nullptr ? nullptr : root->presentedViewController();
+  return front != nullptr && front != expandedViewController_.get();
 }
 
 // A page that nobody presents stays where it can be seen; its creative believes itself expanded and
@@ -253,35 +274,55 @@ void MraidPresentation::collapseToFrame() {
 
 void MraidPresentation::undoResize() {
   if (resizeView_) resizeView_->removeFromSuperview();
+  resizeProperties_.reset();
 }
 
 void MraidPresentation::resizeAd(const std::optional<XMRAIDResizeProperties>& properties,
                                  const PageRef& webView) {
   const OperationLog log{"-[XAdView resizeAd:]"};
-  View& view = host_.sceneView();
-  ViewController* controller = view.nearestController();
-  ResizeFacts facts{
-      .superview = std::nullopt, .placement = host_.placementType(), .state = state(), .ad = {}};
-  if (controller != nullptr) {
-    const View& superview = *controller->view();
-    facts.superview =
-        resizeViewMaxRect(superview.bounds(), screenSize(), application().statusBarFrame(),
-                          application().statusBarOrientation());
-    facts.ad = view.convertTo(&superview, view.bounds());
-  }
-  const auto outcome = planResize(properties.value_or(XMRAIDResizeProperties{}), facts);
+  const auto asked = properties.value_or(XMRAIDResizeProperties{});
+  const auto outcome = planResize(asked, resizeFacts());
   if (const auto* refusal = std::get_if<ResizeRefusal>(&outcome)) {
     if (emitter_) emitter_->reportErrorMessage(refusal->message, refusal->action, webView);
     return;
   }
   adopt(webView);
-  carryOut(std::get<ResizePlan>(outcome), *controller->view());
+  resizeProperties_ = asked;
+  carryOut(std::get<ResizePlan>(outcome));
 }
 
-void MraidPresentation::carryOut(const ResizePlan& plan, View& superview) {
+ResizeFacts MraidPresentation::resizeFacts() const {
+  View& view = host_.sceneView();
+  ResizeFacts facts{.superview = std::nullopt,
+                    .placement = host_.placementType(),
+                    .state = state(),
+                    .isSeen = isSeen(view),
+                    .ad = {}};
+  ViewController* const controller = view.nearestController();
+  if (controller == nullptr) return facts;
+  const View& superview = *controller->view();
+  facts.superview =
+      resizeViewMaxRect(superview.bounds(), screenSize(), application().statusBarFrame(),
+                        application().statusBarOrientation());
+  facts.ad = view.convertTo(&superview, view.bounds());
+  return facts;
+}
+
+// What the creative had asked for, where the ad and the room are now. An ad that nobody could leave
+// there any more returns to its place.
+void MraidPresentation::resizeAnew() {
+  const auto outcome =
+      planResize(resizeProperties_.value_or(XMRAIDResizeProperties{}), resizeFacts());
+  if (std::holds_alternative<ResizeRefusal>(outcome)) return collapseToFrame();
+  const auto& plan = std::get<ResizePlan>(outcome);
+  if (plan.container != resizeView()->frame()) return carryOut(plan);
+  updateLayOutForNewState(MRAIDState::resized);
+}
+
+void MraidPresentation::carryOut(const ResizePlan& plan) {
   resizeView()->setFrame(plan.container);
   moveWebView(*resizeView());
-  superview.addSubview(resizeView());
+  host_.sceneView().nearestController()->view()->addSubview(resizeView());
   updateLayOutForNewState(MRAIDState::resized);
   emitter_->setState(MRAIDState::resized, webView_.lock());
   resizeCloseControl()->setFrame(plan.closeControl);
@@ -321,6 +362,14 @@ void MraidPresentation::placeDidChange() {
   if (state() != MRAIDState::loading) scheduleReport();
 }
 
+void MraidPresentation::viewDidMove() {
+  if (state() == MRAIDState::resized) scheduleReport();
+}
+
+void MraidPresentation::viewDidDisappear() {
+  if (state() == MRAIDState::resized) collapseToFrame();
+}
+
 void MraidPresentation::fullScreenChanged() {
   if (flags_.adExpanded && state() == MRAIDState::expanded) scheduleReport();
 }
@@ -332,6 +381,7 @@ void MraidPresentation::scheduleReport() {
 
 void MraidPresentation::manipulateScreenSize() {
   const OperationLog log{"-[XAdView manipulateScreenSize]"};
+  if (state() == MRAIDState::resized) return resizeAnew();
   updateLayOutForNewState(state());
 }
 

@@ -49,13 +49,13 @@ class MraidPresentation {
   // Whether it was so already before the expanded ad was presented.
   [[nodiscard]] bool statusBarHidden() const { return flags_.statusBarHidden; }
   [[nodiscard]] bool isAdExpanded() const { return flags_.adExpanded; }
-  void setAdExpanded(bool expanded) { flags_.adExpanded = expanded; }
   // Null after a release, until the next creative has said "init".
   [[nodiscard]] const std::shared_ptr<XMRAIDEventEmitter>& eventEmitter() const { return emitter_; }
   [[nodiscard]] PageRef webViewInstance() const { return webView_.lock(); }
 
   void handleInitMRAIDAd(const PageRef& webView, std::shared_ptr<XMRAIDEventEmitter> emitter);
-  void expandToFrame(bool isCustomClose, const PageRef& webView);
+  // False: something else covers the screen, and the creative has heard so.
+  bool expandToFrame(bool isCustomClose, const PageRef& webView);
   void collapseToFrame();
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef& webView);
   void closeButtonPressed();
@@ -70,6 +70,10 @@ class MraidPresentation {
   void orientationDidChange();
   // The view has a new size; the creative hears of it once the layout has settled.
   void placeDidChange();
+  // The view has another place in its window: a resized ad follows, or returns to it.
+  void viewDidMove();
+  // Nobody sees the view any more: a resized ad does not stay behind.
+  void viewDidDisappear();
 
   // Puts the expand view on the whole window, and takes it away.
   void presentModalView(const std::shared_ptr<View>& view);
@@ -101,7 +105,10 @@ class MraidPresentation {
   void moveWebView(View& container);
   void stayWithoutScreen();
   void undoResize();
-  void carryOut(const ResizePlan& plan, View& superview);
+  [[nodiscard]] bool isScreenTaken() const;
+  [[nodiscard]] ResizeFacts resizeFacts() const;
+  void carryOut(const ResizePlan& plan);
+  void resizeAnew();
   void didRotate();
   void fullScreenChanged();
   void scheduleReport();
@@ -113,6 +120,7 @@ class MraidPresentation {
   const std::shared_ptr<Environment> environment_;
   Host& host_;
   Flags flags_;
+  std::optional<XMRAIDResizeProperties> resizeProperties_;  // of the resized ad
   std::shared_ptr<XMRAIDEventEmitter> emitter_;
   std::weak_ptr<WebView> webView_;
   std::shared_ptr<const XExpandedViewControllerDelegate> controllerEvents_;

@@ -27,6 +27,10 @@ std::optional<ResizeRefusal> refusalByState(const ResizeFacts& facts) {
   if (facts.state == MRAIDState::expanded) {
     return ResizeRefusal{"Can not resize while view is Already expanded .", "resize"};
   }
+  // Nothing comes onto the screen from a place that is not on it.
+  if (!facts.isSeen) {
+    return ResizeRefusal{"Can not resize while the ad is not on the screen.", "resize"};
+  }
   return std::nullopt;
 }
 

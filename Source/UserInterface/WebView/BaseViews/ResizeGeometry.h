@@ -34,7 +34,8 @@ struct ResizeFacts {
   std::optional<Rect> superview;  // the room, see resizeViewMaxRect; none: nothing to stand in
   PlacementType placement = PlacementType::inlined;
   MRAIDState state = MRAIDState::loading;
-  Rect ad;  // the ad's own place, in the coordinates of the room
+  bool isSeen = true;  // the ad's own place is on the screen
+  Rect ad;             // the ad's own place, in the coordinates of the room
 };
 
 // Why a creative does not get its size: what its error event says.

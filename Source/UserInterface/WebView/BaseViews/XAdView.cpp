@@ -167,6 +167,13 @@ void XAdView::didAppearOnScreen() {
   core_->loader().didAppearOnScreen();
 }
 
+void XAdView::didDisappearFromScreen() {
+  const auto held = shared_from_this();
+  core_->presentation().viewDidDisappear();
+}
+
+void XAdView::didMoveOnScreen() { core_->presentation().viewDidMove(); }
+
 void XAdView::willMoveToSuperview(View* newSuperview) {
   const OperationLog log{"-[XAdView willMoveToSuperview:]"};
   if (newSuperview == nullptr) core_->leaveScreen();
