@@ -23,13 +23,15 @@ struct XAdInterstitialViewControllerDelegate {
   // controller that is presented leaves by itself shortly afterwards, without a further report.
   std::function<void(XAdInterstitialViewController&, const std::optional<Error>&)>
       xAdInterstitialDidFailWithError{};
-  // The user clicked a video or a mediated ad.
+  // The user clicked a video or a mediated ad. Clicks on pages and pictures show as the browser
+  // that opens, or as the application that is left.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidClick{};
   // A video fills the screen, or no longer does. The first is told only to hosts that have the
   // second.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidEnterFullScreen{};
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidExitFullScreen{};
-  // What happens to a video's playback; quartiles are 0, 1, 2.
+  // What happens to a video's playback: skipped, paused and going on by the user or the system, or
+  // played again. Quartiles are 0, 1, 2 for a quarter, a half and three quarters.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidSkipVideo{};
   std::function<void(XAdInterstitialViewController&, int)> xAdInterstitialDidFinishQuartile{};
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidPauseVideo{};
@@ -37,17 +39,19 @@ struct XAdInterstitialViewControllerDelegate {
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidRewind{};
   // The interstitial has been closed: it is off the screen, and the host goes on. Told once.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDismissed{};
-  // It was closed because memory is low; the operation above follows.
+  // It was closed because memory is low; the operation above follows. A host without this one
+  // hears of neither.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialDidDismissOnMemoryWarning{};
   // The in-app browser is about to be shown above the ad, and closes again.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialWillOpenInInAppBrowser{};
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialWillCloseInAppBrowser{};
-  // A click leaves the application.
+  // A click leaves the application: it was handed to the system. The ad stays on the screen.
   std::function<void(XAdInterstitialViewController&)> xAdInterstitialWillLeaveApplication{};
   // The page has loaded and is about to be shown; false refuses it, which ends in code 1007.
   std::function<bool(XAdInterstitialViewController&, WebView&)>
       xAdInterstitialViewControllerShouldDisplayAdOnWebViewFinishRender{};
-  // Before a click-to-action; false means that the host has taken it over.
+  // Before a call, a message, a mail, a store page or a calendar entry: true (and a host without
+  // the operation) lets the SDK carry it out, false means that the host has taken it over.
   std::function<bool(XAdInterstitialViewController&, ClickToAction, const ClickToActionParameters&)>
       xAdInterstitialViewControllerShouldHandleClickToAction{};
   // The creative opened a URL of the scheme "app", which belongs to the host.

@@ -149,6 +149,9 @@ class XAdView : public View {
   // Takes every button off the view itself, whoever put it there.
   void removeCloseButtonFromSuperView();
 
+  // What a resized ad's close control once did; it has no effect in any state.
+  void closeControlEvent() {}
+
   // Where a collapsed ad belongs: the view's frame when it was made.
   [[nodiscard]] const Rect& defaultFrame() const { return defaultFrame_; }
   // Whether the status bar was hidden already when the ad was expanded, and stays so after it.

@@ -35,7 +35,8 @@ struct XAdViewDelegate {
   std::function<void(XAdView&)> xAdViewWillLeaveApplication{};
   // An ad expanded to the whole screen.
   std::function<void(XAdView&)> xAdDidExpand{};
-  // An expanded or resized ad returned to its place, or its close button was pressed.
+  // An expanded ad returned to its place, by its own request, its close button, or because its page
+  // was lost. A resized ad that returns is not told of.
   std::function<void(XAdView&)> xAdDidCollapse{};
   // The view let go of its content because the device ran low on memory, or a pre-roll ended so.
   std::function<void(XAdView&)> xAdViewDidDismissOnMemoryWarning{};
@@ -44,7 +45,8 @@ struct XAdViewDelegate {
       xAdViewPrerollDidFinishWithPlayer{};
   // A video reached a quartile: 0, 1, 2 for a quarter, a half and three quarters.
   std::function<void(XAdView&, int)> xAdViewDidFinishQuartile{};
-  // What happens to a video's playback.
+  // What happens to a video's playback: paused and going on by the user or the system, skipped,
+  // played again, and lifted to the whole screen and back.
   std::function<void(XAdView&)> xAdViewDidPauseVideo{};
   std::function<void(XAdView&)> xAdViewDidResume{};
   std::function<void(XAdView&)> xAdViewDidSkipVideo{};

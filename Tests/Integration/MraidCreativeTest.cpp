@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Services/RunLoop.h"
 #include "Support/CreativeScreenTest.h"
 
 namespace tavo::test {

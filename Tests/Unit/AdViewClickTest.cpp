@@ -70,6 +70,25 @@ TEST_F(AdViewClickTest, TheBrowserOpensAndClosesAboveTheBanner) {
   EXPECT_FALSE(banner_->appBrowserOpen());
 }
 
+TEST_F(AdViewClickTest, TheBrowserGoesWithTheAdThatOpenedIt) {
+  slot_->shouldOpenClickThroughURLInAppBrowser = true;
+  for (const bool hasSheet : {false, true}) {
+    SCOPED_TRACE(hasSheet);
+    banner_->openUrlInBrowser(Url::fromText("http://click.example/"));
+    settle();
+    ViewController* const browser = root_->presentedViewController();
+    ASSERT_NE(browser, nullptr);
+    const std::weak_ptr<ViewController> watched = browser->weak_from_this();
+    if (hasSheet) {
+      browser->presentViewController(std::make_shared<ViewController>(), Animated::no);
+    }
+    banner_->releaseMemory();
+    EXPECT_EQ(root_->presentedViewController(), nullptr);
+    settle();
+    EXPECT_TRUE(watched.expired()) << "its page does not live on";
+  }
+}
+
 TEST_F(AdViewClickTest, AHostMayDropTheViewInsideEveryCall) {
   slot_->shouldOpenClickThroughURLInAppBrowser = true;
   onHeard_ = [this] {

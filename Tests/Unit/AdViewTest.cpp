@@ -474,8 +474,19 @@ TEST_F(AdViewTest, VersionAndDefaults) {
   const auto view = XAdView::create({0, 0, 1, 1});
   EXPECT_EQ(view->slotConfiguration()->bannerRefreshInterval, 120.0F);
   EXPECT_EQ(view->slotConfiguration()->canMediate, -1);
+  EXPECT_EQ(view->defaultFrame(), (Rect{0, 0, 1, 1}));
+  EXPECT_FALSE(view->isVastInterestitial || view->statusBarHidden());
+  EXPECT_EQ(view->adManager(), nullptr);
+  view->setBackgroundColor(colors::black);
   view->loadWithDomainName("d", "p", "a");  // without a host: nothing to tell, nothing fails
+  EXPECT_NE(view->adManager(), nullptr);
+  EXPECT_EQ(view->userColor, colors::black);
   settle();
+  view->setFrame({5, 5, 2, 2});
+  view->closeControlEvent();
+  view->releaseMemory();
+  EXPECT_EQ(view->adManager(), nullptr);
+  EXPECT_EQ(view->defaultFrame(), (Rect{0, 0, 1, 1})) << "as it was made";
 }
 
 }  // namespace

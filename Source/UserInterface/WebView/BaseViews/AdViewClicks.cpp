@@ -10,12 +10,6 @@ AdViewClicks::AdViewClicks(const std::shared_ptr<Environment>& environment, XAdV
       presentation_{presentation},
       actions_{ClickActions::create(environment, *this)} {}
 
-void AdViewClicks::closeBrowser() {
-  if (!appBrowserOpen()) return;
-  const auto browser = actions_->appBrowser();
-  browser->dismissViewController(Animated::yes);
-}
-
 ViewController* AdViewClicks::windowRootViewController() {
   const Window* const window = view().window();
   return window == nullptr ? nullptr : window->rootViewController().get();

@@ -19,7 +19,8 @@ class AdViewClicks : public AdViewPart, private ClickActionsView {
   // What carries the actions out.
   [[nodiscard]] ClickActions& actions() { return *actions_; }
   [[nodiscard]] bool appBrowserOpen() const { return actions_->appBrowserOpen(); }
-  void closeBrowser();
+  // The ad goes, and with it everything that its clicks have put on the screen.
+  void end() { actions_->end(); }
 
  private:
   [[nodiscard]] MRAIDState state() const override { return presentation_.state(); }

@@ -73,7 +73,7 @@ void AdViewCore::releaseMemory() {
   view().removeAllSubviews();
   presentation_.dismissExpanded();
   view().pDelegate.tell(&XAdViewOnlyForSubClassEyesDelegate::adViewDidReleaseMemory);
-  clicks_.closeBrowser();
+  clicks_.end();
   loader_.stop();
   presentation_.release();
 }
