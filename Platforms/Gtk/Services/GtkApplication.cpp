@@ -11,12 +11,6 @@
 
 namespace tavo::gtk {
 
-namespace {
-// The system starts no program with a longer argument (128 KB); the rest is room for what a handler
-// adds to it.
-constexpr std::size_t longestArgument = 120'000;
-}  // namespace
-
 GtkApplication::GtkApplication(std::shared_ptr<NotificationCenter> notifications,
                                double longestSide)
     : notifications_{std::move(notifications)},
@@ -109,18 +103,6 @@ void GtkApplication::post(const Presence::Due& due) const {
 
 void GtkApplication::setStatusBarHidden(bool hidden, StatusBarAnimation /*animation*/) {
   statusBarHidden_ = hidden;
-}
-
-bool GtkApplication::canOpenUrl(const Url& url) const {
-  const std::string scheme{url.scheme()};
-  return !scheme.empty() && Gio::AppInfo::get_default_for_uri_scheme(scheme);
-}
-
-bool GtkApplication::openUrl(const Url& url) {
-  if (url.text().size() > longestArgument || !canOpenUrl(url)) return false;
-  // The text goes to the other application as one argument; no shell sees it.
-  g_app_info_launch_default_for_uri_async(url.text().c_str(), nullptr, nullptr, nullptr, nullptr);
-  return true;
 }
 
 std::string GtkApplication::localizedString(std::string_view key) const {

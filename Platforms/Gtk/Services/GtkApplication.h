@@ -7,6 +7,7 @@
 
 #include "Gtk/Scene/WindowScene.h"
 #include "Gtk/Services/GtkSystemEvents.h"
+#include "Gtk/Services/UrlHandlers.h"
 #include "Rules/Presence.h"
 #include "Runtime/NotificationCenter.h"
 #include "Services/Application.h"
@@ -37,8 +38,8 @@ class GtkApplication : public Application {
   [[nodiscard]] Rect statusBarFrame() const override { return {}; }
   [[nodiscard]] bool isStatusBarHidden() const override { return statusBarHidden_; }
   void setStatusBarHidden(bool hidden, StatusBarAnimation animation) override;
-  [[nodiscard]] bool canOpenUrl(const Url& url) const override;
-  bool openUrl(const Url& url) override;
+  [[nodiscard]] bool canOpenUrl(const Url& url) const override { return urls_.canOpen(url); }
+  bool openUrl(const Url& url) override { return urls_.open(url); }
   // From the translations that the host has chosen with textdomain().
   [[nodiscard]] std::string localizedString(std::string_view key) const override;
 
@@ -52,6 +53,7 @@ class GtkApplication : public Application {
 
   const std::shared_ptr<NotificationCenter> notifications_;
   const double longestSide_;
+  UrlHandlers urls_{UrlHandlers::surroundings()};
   std::vector<std::shared_ptr<WindowScene>> scenes_;
   const Gtk::Window* lastActive_ = nullptr;
   InterfaceOrientation orientation_ = InterfaceOrientation::portrait;
