@@ -13,7 +13,8 @@ enum class PageKind {
   // on: no service workers, no databases.
   creative,
   // One that a person asked for. It sees the creatives' cookies as they were when its view was made
-  // and gives none back; media with sound waits for the person.
+  // and gives none back; media with sound waits for the person. Its questions reach the person, and
+  // what it opens in a new window on the person's wish takes its place.
   browser,
 };
 

@@ -8,6 +8,7 @@
 #include <tavo/XGlobalConfiguration.h>
 
 #include "ClickToAction/XPictureManager.h"
+#include "Gtk/Scene/NativeView.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Services/Alerts.h"
@@ -16,6 +17,7 @@
 #include "Support/GtkHost.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
+#include "Support/ScreenPointer.h"
 #include "Support/StandInHandlers.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -26,6 +28,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -288,6 +291,118 @@ TEST_F(SheetsOnScreen, ABannersClickOpensTheBrowserAtEitherEdge) {
     EXPECT_FALSE(host().banner()->appBrowserOpen());
     settle();
   }
+}
+
+// A page that the person asked for, above the host's window, and a mouse for it.
+class LandingPage : public SheetsOnScreen {
+ protected:
+  // Blocks of 60 points, one below the other, from the window's top.
+  void open(const std::string& blocks) {
+    server_.on("/",
+               PlainAnswer{.body = "<!doctype html><title>Landing</title><style>*{margin:0}a,p{"
+                                   "display:block;height:60px}</style><body>" +
+                                   blocks,
+                           .contentType = "text/html"});
+    server_.on("/new", PlainAnswer{.body = "<title>New</title>new", .contentType = "text/html"});
+    server_.on("/file", PlainAnswer{.body = "PK", .contentType = "application/zip"});
+    XGlobalConfiguration::sharedInstance().browserConfiguration->toolbarPosition = 1;
+    browser_ = XInAppBrowser::create(Runtime::current().environment(), events_);
+    root_->presentViewController(browser_, Animated::no);
+    browser_->setURL(Url::parse(server_.url("/")));
+    EXPECT_TRUE(isNamed("Landing"));
+    host().waitForFrames();
+  }
+  bool isNamed(const std::string& title) const {
+    return host().runUntil([&] { return browser_->view()->accessibilityLabel() == title; });
+  }
+  // Clicks into a block until that has led somewhere: the window may take a while to be under the
+  // pointer.
+  bool clickUntil(int block, const std::function<bool()>& done) {
+    int step = 0;
+    auto* widget = dynamic_cast<gtk::NativeView&>(*browser_->webView()).widget();
+    return host().runUntil([&] {
+      if (done()) return true;
+      auto* native = gtk_widget_get_native(widget);
+      graphene_point_t onWindow;
+      const graphene_point_t onPage{static_cast<float>(100 + ++step % 20),
+                                    static_cast<float>(block * 60 + 30)};
+      double left = 0;
+      double top = 0;
+      gtk_native_get_surface_transform(native, &left, &top);
+      if (!gtk_widget_compute_point(widget, GTK_WIDGET(native), &onPage, &onWindow)) return false;
+      pointer_.moveTo(static_cast<int>(onWindow.x + left), static_cast<int>(onWindow.y + top));
+      host().waitForFrames(host().window(), 1);
+      if (step % 10 == 0) {
+        pointer_.press();
+        pointer_.release();
+      }
+      return done();
+    });
+  }
+  static Gtk::Window* question() {
+    for (auto* window : Gtk::Window::list_toplevels()) {
+      if (GTK_IS_MESSAGE_DIALOG(window->gobj()) && window->get_mapped()) return window;
+    }
+    return nullptr;
+  }
+
+  ScreenPointer pointer_;
+  HostileServer server_;
+  std::vector<std::string> lines_;
+  const std::shared_ptr<const XInAppBrowserDelegate> events_ =
+      std::make_shared<XInAppBrowserDelegate>(XInAppBrowserDelegate{
+          .XInAppBrowserWillLeaveApplication =
+              [this](XInAppBrowser&) { lines_.emplace_back("willLeave"); },
+          .XInAppBrowserDidFailLoadWithError =
+              [this](XInAppBrowser&, const Error&) { lines_.emplace_back("didFail"); }});
+  std::shared_ptr<XInAppBrowser> browser_;
+};
+
+TEST_F(LandingPage, OpensNewWindowsInItsPlace) {
+  if (!pointer_.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  open("<p onclick=\"window.open('/new')\">open<script>window.open('/unasked')</script>");
+  EXPECT_TRUE(clickUntil(0, [this] { return browser_->view()->accessibilityLabel() == "New"; }));
+  for (const auto& request : server_.requests()) EXPECT_THAT(request, Not(HasSubstr("/unasked")));
+}
+
+TEST_F(LandingPage, AsksThePerson) {
+  if (!pointer_.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  open("<p onclick=\"location.href = confirm('Sure?') ? '/new' : '/no'\">ask");
+  ASSERT_TRUE(clickUntil(0, [] { return question() != nullptr; }));
+  host().keepPicture(*question(), "confirm");
+  // Longer than a page that is silent for another reason would be left alive.
+  bool waited = false;
+  const Timer patience = platform().runLoop->after(platform().limits.webProcessPing + Seconds{4},
+                                                   [&] { waited = true; });
+  host().runUntil([&] { return waited; });
+  ASSERT_NE(question(), nullptr);
+  gtk_dialog_response(GTK_DIALOG(question()->gobj()), GTK_RESPONSE_OK);
+  EXPECT_TRUE(isNamed("New"));
+  EXPECT_THAT(lines_, testing::IsEmpty());
+}
+
+TEST_F(LandingPage, HandsMailsToTheSystemAndTellsOfFiles) {
+  if (!pointer_.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  open("<a href='mailto:a@b.example'>mail</a><a href='/file'>file</a>");
+  EXPECT_TRUE(clickUntil(0, [] { return !handlers.received().empty(); }));
+  EXPECT_EQ(handlers.received().front(), "mailto:a@b.example");
+  EXPECT_EQ(lines_.front(), "willLeave");
+  EXPECT_TRUE(clickUntil(1, [] { return alertWindow() != nullptr; }));
+  host().keepPicture("landing-page");
+  ASSERT_TRUE(pressButton(*alertWindow(), "Close"));
+  EXPECT_EQ(browser_->view()->accessibilityLabel(), "Landing") << "the page stays";
+}
+
+TEST_F(SheetsOnScreen, APageThatCannotBeLoadedIsExplained) {
+  const auto browser = XInAppBrowser::create(Runtime::current().environment(), nullptr);
+  root_->presentViewController(browser, Animated::no);
+  HostileServer server;
+  server.on("/", CloseBeforeAnswer{});
+  browser->setURL(Url::parse(server.url("/")));
+  EXPECT_TRUE(
+      host().runUntil([&] { return browser->view()->accessibilityLabel() == "Page not shown"; }));
+  host().waitForFrames();
+  host().keepPicture("browser-error");
 }
 
 TEST_F(SheetsOnScreen, TheStoreIsAPageThatCanBeLeft) {

@@ -14,6 +14,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -251,6 +252,76 @@ TEST_F(InAppBrowserTest, TheActionButtonOpensThePageOutside) {
               ElementsAre(Url::fromText("http://page.example/now")));
   EXPECT_THAT(platform_.log->messages(), Contains("Webview URL: http://page.example/now"));
   EXPECT_NE(root_->presentedViewController(), nullptr);
+}
+
+TEST_F(InAppBrowserTest, WhatIsNoPageGoesToTheSystemWhenAPersonChoseIt) {
+  open();
+  EXPECT_FALSE(navigate("tel:1"));
+  EXPECT_THAT(lines_, IsEmpty()) << "nobody here makes calls";
+  platform_.application->openableSchemes = {"tel", "mailto", "market"};
+  for (const char* url : {"tel:+41123", "mailto:a@b.example", "market:details"}) {
+    const Url link = Url::fromText(url);
+    EXPECT_FALSE(page_->navigate({link, link, NavigationType::other})) << "by itself";
+    EXPECT_THAT(lines_, IsEmpty());
+    EXPECT_FALSE(navigate(url));
+    EXPECT_THAT(std::exchange(lines_, {}), ElementsAre("willLeaveApplication"));
+    ASSERT_FALSE(platform_.application->openedUrls.empty());
+    EXPECT_EQ(platform_.application->openedUrls.back(), link);
+  }
+  for (const char* url : {"https://a.example/", "about:blank", "data:text/html,x", "blob:x"}) {
+    EXPECT_TRUE(navigate(url)) << url;
+  }
+}
+
+TEST_F(InAppBrowserTest, AFailureIsAPageFromWhichReloadTriesAgain) {
+  open();
+  page_->failLoad(makeError(TransportError::cannotConnect, "No <b>answer</b>."));
+  settle();
+  EXPECT_THAT(page_->html(), testing::AllOf(HasSubstr("<b>page.example</b>"),
+                                            HasSubstr("No &lt;b&gt;answer&lt;/b&gt;."),
+                                            HasSubstr("href=\"http://page.example/\"")));
+  page_->failLoad(makeError(TransportError::cannotConnect, "Again."));
+  settle();
+  EXPECT_THAT(lines_, ElementsAre("didFail -1004")) << "what tells of a failure does not fail";
+  press("Reload");
+  settle();
+  EXPECT_EQ(page_->uncachedLoads, 2);
+  EXPECT_EQ(page_->url().text(), pageUrl);
+  page_->failLoad(makeError(TransportError::cancelled, "Left."));
+  settle();
+  EXPECT_EQ(page_->url().text(), pageUrl) << "nobody is told of what they did themselves";
+}
+
+TEST_F(InAppBrowserTest, AFileIsToldOfAndMayGoOutside) {
+  open();
+  for (const bool goes : {false, true}) {
+    navigate("http://page.example/a.zip");
+    page_->failLoad({std::string{webErrorDomain}, cannotShowUrlError, "A zip."});
+    settle();
+    EXPECT_EQ(page_->url().text(), pageUrl) << "the page stays";
+    ASSERT_EQ(alerts_->shown.back().message, "A zip.");
+    lines_.clear();
+    alerts_->answers.back()(goes ? 1 : 0);
+    EXPECT_EQ(lines_.size(), goes ? 1U : 0U);
+  }
+  EXPECT_THAT(platform_.application->openedUrls,
+              ElementsAre(Url::parse("http://page.example/a.zip")));
+}
+
+TEST(PageSign, SaysWhosePageItIsAndWhetherOthersReadAlong) {
+  struct Row {
+    const char* page;
+    const char* title;
+    PageSign sign;
+  };
+  for (const Row& row : {Row{"https://bank.example/a", "", {"bank.example", true}},
+                         Row{"HTTPS://bank.example/", "Bank", {"bank.example \u2013 Bank", true}},
+                         Row{"http://page.example/",
+                             "bank.example",
+                             {"Not secure: page.example \u2013 bank.example", false}},
+                         Row{"about:blank", "Title", {"Title", false}}, Row{"", "", {"", false}}}) {
+    EXPECT_EQ(pageSign(Url::fromText(row.page), row.title), row.sign) << row.page;
+  }
 }
 
 TEST_F(InAppBrowserTest, AStoreLinkOpensTheSheetWhichClosesTheBrowserToo) {

@@ -69,9 +69,17 @@ NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
   if (!engine_->canForgetHistory()) turnover_.begin();
 }
 
-NativeWebView::~NativeWebView() { connections_.disconnect(); }
+NativeWebView::~NativeWebView() {
+  connections_.disconnect();
+  visited_.reset();
+}
 
 void NativeWebView::connectSignals() {
+  if (kind_ == PageKind::browser) {
+    // While it waits for the person its silence means nothing.
+    visited_ = std::make_unique<VisitedPage>(
+        webKit(), connections_, [this](bool waits) { evaluations_.setProcessRuns(!waits); });
+  }
   refuseQuestionsOfPage(webKit(), connections_);
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
   connections_.connect(webKit(), "load-changed", onLoadChanged, this);

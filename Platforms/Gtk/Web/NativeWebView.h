@@ -15,6 +15,7 @@
 #include "Gtk/Web/PagePolicy.h"
 #include "Gtk/Web/PageTurnover.h"
 #include "Gtk/Web/SignalConnections.h"
+#include "Gtk/Web/VisitedPage.h"
 #include "Gtk/Web/WebEngine.h"
 
 namespace tavo::gtk {
@@ -113,6 +114,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   std::uint64_t requests_ = 0;  // of the owner's page
   Timer heartbeat_;
   SignalConnections connections_;
+  std::unique_ptr<VisitedPage> visited_;  // null: a creative
   TapWatcher taps_;
 };
 

@@ -31,6 +31,17 @@ BrowserToolbar::BrowserToolbar(std::shared_ptr<Environment> environment,
   if (settings_->toolbarBGImageName) {
     setBackgroundPattern(namedPicture(*settings_->toolbarBGImageName, environment_->platform()));
   }
+  address_ = std::make_shared<AddressLine>(ink());
+  addSubview(address_);
+}
+
+Color BrowserToolbar::ink() const { return isDark() ? colors::white : colors::darkGray; }
+
+void BrowserToolbar::layoutSubviews() {
+  Toolbar::layoutSubviews();
+  const Rect all = bounds();
+  address_->setFrame({0, all.height - AddressLine::height, all.width, AddressLine::height});
+  bringSubviewToFront(*address_);
 }
 
 void BrowserToolbar::place(Size all) {
@@ -55,8 +66,7 @@ std::shared_ptr<Button> BrowserToolbar::makeButton(BrowserButton number) {
   const auto images = hostImages(*settings_, number);
   Image image = images.empty() ? Image{} : namedPicture(images.front()[1], platform);
   if (image.empty()) {
-    image = tinted(namedPicture(builtInImageName(number), platform),
-                   isDark() ? colors::white : colors::darkGray);
+    image = tinted(namedPicture(builtInImageName(number), platform), ink());
   }
   button->setImage(std::move(image));
   button->setAccessibilityLabel(std::string{buttonLabel(number)});

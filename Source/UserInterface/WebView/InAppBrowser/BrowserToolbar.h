@@ -8,6 +8,7 @@
 
 #include "Runtime/Environment.h"
 #include "Scene/Toolbar.h"
+#include "UserInterface/WebView/InAppBrowser/AddressLine.h"
 #include "UserInterface/WebView/InAppBrowser/BrowserButtons.h"
 
 namespace tavo {
@@ -30,15 +31,24 @@ class BrowserToolbar : public Toolbar {
   void setHistory(bool behind, bool ahead) const;
 
   [[nodiscard]] bool isOnTop() const { return settings_->toolbarPosition == 0; }
+  // Whose page is in front, in a line below the buttons.
+  void showPage(const PageSign& sign) { address_->show(sign); }
+
   // Puts the strip at its edge of a view of this size.
   void place(Size all);
 
+ protected:
+  void layoutSubviews() override;
+
  private:
+  // What is drawn on the strip.
+  [[nodiscard]] Color ink() const;
   [[nodiscard]] std::shared_ptr<Button> makeButton(BrowserButton number);
 
   std::shared_ptr<Environment> environment_;
   std::shared_ptr<const XBrowserConfiguration> settings_;
   Pressed pressed_;
+  std::shared_ptr<AddressLine> address_;
   std::shared_ptr<Button> backButton_;
   std::shared_ptr<Button> forwardButton_;
 };

@@ -6,6 +6,7 @@
 
 #include <tavo/AppStoreConfiguration.h>
 #include <tavo/Url.h>
+#include <tavo/WebView.h>
 
 namespace tavo {
 
@@ -17,12 +18,16 @@ struct ShowInStore {
 };
 // A page of the store that names no application.
 struct NowhereInStore {};
-// A page of the store, on a system without a sheet.
+// For another application: a page of the store on a system without a sheet, and what a person has
+// chosen on the page that is none, such as a telephone number.
 struct LeaveApplication {};
+// What is no page and was not chosen by a person: no page starts other applications by itself.
+struct NoPage {};
 
-using PageVerdict = std::variant<LoadPage, ShowInStore, NowhereInStore, LeaveApplication>;
+using PageVerdict = std::variant<LoadPage, ShowInStore, NowhereInStore, LeaveApplication, NoPage>;
 
-[[nodiscard]] PageVerdict judgePage(const Url& url, const AppStoreConfiguration& store,
+[[nodiscard]] PageVerdict judgePage(const Navigation& navigation,
+                                    const AppStoreConfiguration& store,
                                     std::string_view systemVersion);
 
 }  // namespace tavo

@@ -8,9 +8,11 @@
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Relay.h"
 #include "Scene/LayoutView.h"
+#include "Services/Alerts.h"
 #include "Services/Application.h"
 #include "Services/Device.h"
 #include "Services/WebViewFactory.h"
+#include "UserInterface/WebView/InAppBrowser/ErrorPage.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -52,6 +54,8 @@ void XInAppBrowser::setURL(const Url& url) {
 void XInAppBrowser::load() {
   const OperationLog log{"-[XInAppBrowser load]"};
   if (!isViewLoaded() || url_.empty()) return;
+  wanted_ = url_;
+  showsError_ = false;
   webView_->loadUrlIgnoringCache(url_);
   progress_->loadBegan();
 }
@@ -170,13 +174,14 @@ void XInAppBrowser::forwardButtonItemClicked() {
 void XInAppBrowser::reloadButtonItemClicked() {
   const OperationLog log{"-[XInAppBrowser reloadButtonItemClicked:]"};
   log.debug("\n\nReloading the page");
+  if (showsError_) return webView_->loadUrlIgnoringCache(wanted_);
   webView_->reload();
 }
 
 void XInAppBrowser::actionButtonItemClicked() {
   const OperationLog log{"-[XInAppBrowser actionButtonItemClicked:]"};
   log.debug("\n\nOpening the action URL in an external browser");
-  const Url page = webView_->url();
+  const Url page = currentPage();
   const auto held = shared_from_this();
   delegate.tell(&XInAppBrowserDelegate::XInAppBrowserWillLeaveApplication, *this);
   platformLog("Webview URL: " + page.text());
@@ -220,29 +225,67 @@ void XInAppBrowser::updateHistoryButtons() {
   if (toolbar_ && webView_) toolbar_->setHistory(webView_->canGoBack(), webView_->canGoForward());
 }
 
-void XInAppBrowser::webViewDidStartLoad(WebView& /*webView*/) { progress_->loadBegan(); }
+Url XInAppBrowser::currentPage() const { return showsError_ ? wanted_ : webView_->url(); }
+
+void XInAppBrowser::showPage(const std::string& title) {
+  if (toolbar_) toolbar_->showPage(pageSign(currentPage(), title));
+}
+
+void XInAppBrowser::webViewDidStartLoad(WebView& /*webView*/) {
+  if (!showsError_) progress_->loadBegan();
+}
 
 void XInAppBrowser::webViewDidFinishLoad(WebView& webView) {
   const OperationLog log{"-[XInAppBrowser webViewDidFinishLoad:]"};
   progress_->loadEnded();
   updateHistoryButtons();
+  if (!showsError_) wanted_ = webView.url();
+  showPage({});
   // The engine passes the title on after the end of the load; its script knows it now.
   const Relay relay{*this};
   webView.evaluate("document.title", relay.call(&XInAppBrowser::nameAfter));
 }
 
 void XInAppBrowser::nameAfter(const std::string& title) {
-  view()->setAccessibilityLabel(validUtf8(title.substr(0, longestTitle)));
+  const std::string name = validUtf8(title.substr(0, longestTitle));
+  view()->setAccessibilityLabel(name);
+  showPage(name);
 }
 
 void XInAppBrowser::webViewDidFailLoad(WebView& /*webView*/, const Error& error) {
   const OperationLog log{"-[XInAppBrowser webView:didFailLoadWithError:]"};
   progress_->loadEnded();
   updateHistoryButtons();
-  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserDidFailLoadWithError, *this,
-                progress_->takeGivenUp()
-                    ? makeError(TransportError::timedOut, "The page did not load in time.")
-                    : error);
+  if (showsError_) return;  // the page that tells of a failure is not one of the person's
+  const auto held = shared_from_this();
+  const Error reason = progress_->takeGivenUp()
+                           ? makeError(TransportError::timedOut, "The page did not load in time.")
+                           : error;
+  explain(reason);
+  delegate.tell(&XInAppBrowserDelegate::XInAppBrowserDidFailLoadWithError, *this, reason);
+}
+
+void XInAppBrowser::explain(const Error& error) {
+  if (error.code == static_cast<int>(TransportError::cancelled)) return;
+  const bool isFile = error.domain == webErrorDomain && error.code == cannotShowUrlError;
+  if (isFile && wanted_.isHttp()) return offerOutside(error);
+  showsError_ = true;
+  webView_->loadHtml(errorPage(wanted_, error), {});
+}
+
+// A file to save leaves the page that offers it where it is.
+void XInAppBrowser::offerOutside(const Error& error) {
+  constexpr std::size_t close = 0;
+  constexpr std::size_t open = 1;
+  environment_->platform().alerts->show(
+      {.title = "This file cannot be opened here",
+       .message = error.description,
+       .buttons = {"Close", "Open in browser"},
+       .cancelButton = close},
+      [weak = weak_from_this(), file = wanted_](std::size_t button) {
+        const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
+        if (self && button == open) self->leaveApplication(file);
+      });
 }
 
 // The page is gone; the toolbar is still there to reload it or to leave.
@@ -252,12 +295,19 @@ void XInAppBrowser::webViewProcessDidTerminate(WebView& webView, const Error& er
 
 bool XInAppBrowser::webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) {
   const OperationLog log{"-[XInAppBrowser webView:shouldStartLoadWithRequest:navigationType:]"};
+  const bool isWholePage = navigation.mainDocumentUrl == navigation.url;
+  if (isWholePage && navigation.url.isHttp()) {
+    wanted_ = navigation.url;
+    showsError_ = false;
+  }
   return std::visit([&](const auto& verdict) { return carryOut(verdict, navigation.url); },
-                    judgePage(navigation.url, environment_->shared<AppStoreConfiguration>(),
+                    judgePage(navigation, environment_->shared<AppStoreConfiguration>(),
                               environment_->platform().device->systemVersion()));
 }
 
 bool XInAppBrowser::carryOut(const LoadPage& /*verdict*/, const Url& /*url*/) { return true; }
+
+bool XInAppBrowser::carryOut(const NoPage& /*verdict*/, const Url& /*url*/) { return false; }
 
 bool XInAppBrowser::carryOut(const ShowInStore& verdict, const Url& /*url*/) {
   store_->show(verdict.application);
@@ -270,6 +320,7 @@ bool XInAppBrowser::carryOut(const NowhereInStore& /*verdict*/, const Url& url) 
 }
 
 bool XInAppBrowser::carryOut(const LeaveApplication& /*verdict*/, const Url& url) {
+  if (!url.isHttp() && !environment_->platform().application->canOpenUrl(url)) return false;
   leaveApplication(url);
   return false;
 }

@@ -97,6 +97,11 @@ class XInAppBrowser : public ViewController, public WebViewClient {
   void pressed(BrowserButton button);
   void updateHistoryButtons();
   void nameAfter(const std::string& title);
+  // The page that the person means: the one in front, or the one that could not be shown.
+  [[nodiscard]] Url currentPage() const;
+  void showPage(const std::string& title);
+  void explain(const Error& error);
+  void offerOutside(const Error& error);
   void leaveApplication(const Url& url);
   void dismissBrowser();
   void tellClosed();
@@ -106,11 +111,14 @@ class XInAppBrowser : public ViewController, public WebViewClient {
   bool carryOut(const ShowInStore& verdict, const Url& url);
   bool carryOut(const NowhereInStore& verdict, const Url& url);
   bool carryOut(const LeaveApplication& verdict, const Url& url);
+  bool carryOut(const NoPage& verdict, const Url& url);
   ViewController* loadAfterADelayWithData();
   void productViewControllerDidFinish();
 
   std::shared_ptr<Environment> environment_;
   Url url_;
+  Url wanted_;               // what the main frame was last asked to show
+  bool showsError_ = false;  // in the place of that
   std::shared_ptr<WebView> webView_;
   std::shared_ptr<BrowserToolbar> toolbar_;
   std::shared_ptr<LoadProgress> progress_;
