@@ -6,6 +6,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -219,6 +220,27 @@ TEST(GtkRunLoop, RunsTheRestOfItsTasksInsideANestedLoop) {
   loop.post([&] { notes.emplace_back("inner"); });
   while (notes.size() < 2) g_main_context_iteration(nullptr, TRUE);
   EXPECT_THAT(notes, ElementsAre("inner", "outer"));
+}
+
+// The loop is a C library's, which no exception may cross: one would end the host.
+TEST(GtkRunLoop, OutlivesTasksThatThrow) {
+  gtk::GtkRunLoop loop;
+  std::atomic<int> thrown = 0;
+  const auto throws = [&thrown] {
+    ++thrown;
+    throw std::runtime_error{"from a task"};
+  };
+  loop.post(throws);
+  loop.post([&thrown] {
+    ++thrown;
+    throw 1;
+  });
+  loop.background(throws);
+  const Timer once = loop.after(Seconds{0}, throws);
+  const Timer often = loop.every(Seconds{0.001}, throws);
+  while (thrown < 8) g_main_context_iteration(nullptr, TRUE);
+  EXPECT_FALSE(once.isValid());
+  EXPECT_TRUE(often.isValid());
 }
 
 TEST(GtkRunLoop, SkipsTheTicksThatABusyLoopMissed) {

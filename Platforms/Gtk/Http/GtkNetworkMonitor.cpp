@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Http/NetworkReading.h"
 
 namespace tavo::gtk {
@@ -33,7 +34,7 @@ class FlagsWatch : public NetworkMonitor::Watch {
     if (flags == self->flags_) return;
     self->flags_ = flags;
     const auto changed = self->changed_;  // it may end the watch
-    changed();
+    guarded(changed);
   }
 
   std::shared_ptr<const NetworkReading> reading_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -15,7 +17,7 @@ constexpr std::size_t mostReserved = std::size_t{4} * 1024 * 1024;
 using Callback = std::function<void()>;
 
 gboolean streamReadable(GObject* /*stream*/, gpointer callback) {
-  (*static_cast<Callback*>(callback))();
+  guarded(*static_cast<Callback*>(callback));
   return G_SOURCE_REMOVE;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Services/GtkTaskQueue.h"
 #include "Gtk/Services/GtkTimer.h"
 
@@ -16,7 +17,7 @@ constexpr int workerThreads = 4;
 using Task = std::function<void()>;
 void runTask(gpointer task, gpointer /*data*/) {
   const std::unique_ptr<Task> owned{static_cast<Task*>(task)};
-  (*owned)();
+  guarded(*owned);
 }
 void dropTask(gpointer task) { delete static_cast<Task*>(task); }
 

@@ -18,6 +18,8 @@ class GtkTaskQueue;
 // long as a task does not post itself again without end. A run of posted tasks takes only what was
 // posted when it began.
 //
+// A task that ends in an exception is written down; the host and the other tasks go on.
+//
 // Its last owner should be the main thread. It drops tasks that have not begun when it goes: posted
 // ones, and background ones, of which it awaits those that run.
 class GtkRunLoop : public RunLoop {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Services/ReadyTimeSource.h"
 
 namespace tavo::gtk {
@@ -58,7 +59,7 @@ void GtkTaskQueue::runWaiting() {
   for (; count > 0; --count) {
     const Task task = takeNext();
     if (!task) return;
-    task();
+    guarded(task);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Services/ReadyTimeSource.h"
 
 namespace tavo::gtk {
@@ -38,12 +39,12 @@ gboolean fire(gpointer data) {
   auto& beat = *static_cast<Beat*>(data);
   if (beat.repeats) {
     scheduleNext(beat);
-    beat.task();
+    guarded(beat.task);
     return G_SOURCE_CONTINUE;
   }
   // A one-shot timer has ended by the time its task looks at it.
   g_source_destroy(beat.source);
-  beat.task();
+  guarded(beat.task);
   return G_SOURCE_REMOVE;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Guarded.h"
 #include "Gtk/Video/SourcePolicy.h"
 
 namespace tavo::gtk {
@@ -86,7 +87,7 @@ bool Playback::hasVideo() const {
 }
 
 gboolean Playback::onMessage(GstBus* /*bus*/, GstMessage* message, gpointer self) {
-  static_cast<Playback*>(self)->hear(message);
+  guarded([&] { static_cast<Playback*>(self)->hear(message); });
   return G_SOURCE_CONTINUE;
 }
 
