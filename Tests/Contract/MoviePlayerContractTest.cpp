@@ -10,6 +10,7 @@
 
 #include "Contract/MoviePlayerRig.h"
 #include "Scene/Window.h"
+#include "Support/ScreenPointer.h"
 
 namespace tavo::test {
 namespace {
@@ -364,6 +365,80 @@ TYPED_TEST(MoviePlayerContractTest, FullScreenIsAboveEverythingAndEndsAtTheOldPl
   place->removeFromSuperview();
   this->call(leave);
   EXPECT_EQ(this->player_->superview(), place.get()) << "its place may be elsewhere by now";
+}
+
+// A window with nothing but a player in it, on a screen with a mouse.
+class PlayerWindow {
+ public:
+  explicit PlayerWindow(MoviePlayer& player) {
+    gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
+    gtk_window_set_default_size(GTK_WINDOW(window_), 640, 360);
+    GtkWidget* const widget = dynamic_cast<gtk::NativeView&>(player).widget();
+    scale_ = GtkMovieRig::scaleBelow(widget);
+    gtk_window_set_child(GTK_WINDOW(window_), widget);
+    gtk_window_present(GTK_WINDOW(window_));
+  }
+  ~PlayerWindow() {
+    gtk_window_set_child(GTK_WINDOW(window_), nullptr);
+    gtk_window_destroy(GTK_WINDOW(window_));
+  }
+  PlayerWindow(const PlayerWindow&) = delete;
+  PlayerWindow& operator=(const PlayerWindow&) = delete;
+
+  [[nodiscard]] bool isUnderPointer() const {
+    return (gtk_widget_get_state_flags(scale_) & GTK_STATE_FLAG_PRELIGHT) != 0;
+  }
+  [[nodiscard]] double value() const { return gtk_range_get_value(GTK_RANGE(scale_)); }
+  // To a part of the bar's length.
+  void point(double part) {
+    graphene_rect_t place;
+    if (!gtk_widget_compute_bounds(scale_, window_, &place)) return;
+    double x = 0;
+    double y = 0;
+    gtk_native_get_surface_transform(GTK_NATIVE(window_), &x, &y);
+    pointer.moveTo(static_cast<int>(x + place.origin.x + place.size.width * part),
+                   static_cast<int>(y + place.origin.y + place.size.height / 2));
+  }
+
+  ScreenPointer pointer;
+
+ private:
+  GtkWidget* window_ = gtk_window_new();
+  GtkWidget* scale_ = nullptr;
+};
+
+TEST(GtkMoviePlayer, ADragOverTheBarIsOneSeek) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<Recorder>();
+  const auto player = rig.factory().create({0, 0, 640, 360});
+  player->addClient(client);
+  PlayerWindow window{*player};
+  if (!window.pointer.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  player->setContentUrl(rig.url(Movie::whole));
+  player->play();
+  const auto runUntilEvent = [&](const char* event) {
+    rig.runUntil([&] { return !client->events.empty() && client->events.back() == event; });
+  };
+  runUntilEvent("playing");
+  player->pause();
+  runUntilEvent("paused");
+  client->events.clear();
+  int step = 0;
+  rig.runUntil([&] {
+    window.point(++step % 2 == 0 ? 0.4 : 0.41);
+    return window.isUnderPointer();
+  });
+  window.pointer.press();
+  for (const double part : {0.5, 0.6, 0.7, 0.8}) {
+    const double before = window.value();
+    window.point(part);
+    rig.runUntil([&] { return window.value() > before; });
+  }
+  EXPECT_THAT(client->events, IsEmpty()) << "the hand is still on it";
+  window.pointer.release();
+  runUntilEvent("paused");
+  EXPECT_THAT(client->events, ElementsAre("forward", "paused"));
+  EXPECT_GT(player->currentPlaybackTime(), movieSeconds * 0.7);
 }
 
 // Only a real server can refuse: the video is not lost, it begins again.

@@ -96,6 +96,15 @@ class GtkMovieRig {
     g_signal_emit_by_name(scale, "change-value", GTK_SCROLL_JUMP, seconds, &handled);
   }
 
+  static GtkWidget* scaleBelow(GtkWidget* top) {
+    for (GtkWidget* child = gtk_widget_get_first_child(top); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+      if (GTK_IS_SCALE(child)) return child;
+      if (GtkWidget* deeper = scaleBelow(child)) return deeper;
+    }
+    return nullptr;
+  }
+
  private:
   struct Engine {
     Engine() {
@@ -137,14 +146,6 @@ class GtkMovieRig {
   static std::string bytesOf(const std::string& file) {
     std::ifstream in{file, std::ios::binary};
     return {std::istreambuf_iterator<char>{in}, {}};
-  }
-  static GtkWidget* scaleBelow(GtkWidget* top) {
-    for (GtkWidget* child = gtk_widget_get_first_child(top); child != nullptr;
-         child = gtk_widget_get_next_sibling(child)) {
-      if (GTK_IS_SCALE(child)) return child;
-      if (GtkWidget* deeper = scaleBelow(child)) return deeper;
-    }
-    return nullptr;
   }
 };
 

@@ -1,6 +1,9 @@
 #include "Gtk/Video/PlayerControls.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "Gtk/Guarded.h"
 
 namespace tavo::gtk {
 
@@ -31,26 +34,69 @@ PlayerControls::PlayerControls(Actions actions)
   g_signal_connect(play_, "clicked", G_CALLBACK(playClicked), this);
   g_signal_connect(full_, "clicked", G_CALLBACK(fullscreenClicked), this);
   g_signal_connect(position_, "change-value", G_CALLBACK(positionMoved), this);
+  GtkEventController* watch = gtk_event_controller_legacy_new();
+  gtk_event_controller_set_propagation_phase(watch, GTK_PHASE_CAPTURE);
+  g_signal_connect(watch, "event", G_CALLBACK(heldOrLetGo), this);
+  gtk_widget_add_controller(position_, watch);
+  watch_ = watch;
 }
 
 PlayerControls::~PlayerControls() {
   gtk_widget_set_visible(bar_, FALSE);
   for (GtkWidget* part : {play_, position_, full_})
     g_signal_handlers_disconnect_by_data(part, this);
+  g_signal_handlers_disconnect_by_data(watch_, this);
 }
 
 void PlayerControls::playClicked(GtkButton* /*button*/, gpointer self) {
-  static_cast<PlayerControls*>(self)->actions_.playOrPause();
+  guarded(static_cast<PlayerControls*>(self)->actions_.playOrPause);
 }
 
 void PlayerControls::fullscreenClicked(GtkButton* /*button*/, gpointer self) {
-  static_cast<PlayerControls*>(self)->actions_.fullscreen();
+  guarded(static_cast<PlayerControls*>(self)->actions_.fullscreen);
+}
+
+// The position's own gestures tell of every motion and of no end, so the events are looked at on
+// their way to them.
+gboolean PlayerControls::heldOrLetGo(GtkEventController* /*controller*/, GdkEvent* event,
+                                     gpointer self) {
+  auto& controls = *static_cast<PlayerControls*>(self);
+  switch (gdk_event_get_event_type(event)) {
+    case GDK_BUTTON_PRESS:
+    case GDK_TOUCH_BEGIN:
+      controls.held_ = true;
+      break;
+    case GDK_BUTTON_RELEASE:
+    case GDK_TOUCH_END:
+    case GDK_TOUCH_CANCEL:
+    case GDK_GRAB_BROKEN:
+      controls.letGo();
+      break;
+    default:
+      break;
+  }
+  return GDK_EVENT_PROPAGATE;
+}
+
+void PlayerControls::letGo() {
+  held_ = false;
+  const auto target = std::exchange(draggedTo_, std::nullopt);
+  if (target) guarded([&] { actions_.seek(*target); });
 }
 
 gboolean PlayerControls::positionMoved(GtkRange* /*range*/, GtkScrollType /*scroll*/, double value,
                                        gpointer self) {
-  static_cast<PlayerControls*>(self)->actions_.seek(value);
+  auto& controls = *static_cast<PlayerControls*>(self);
+  controls.draggedTo_ = value;
+  if (!controls.held_) controls.letGo();  // by key or wheel: each step is a gesture
   return FALSE;
+}
+
+// A gesture on a bar that vanishes has no end of its own.
+void PlayerControls::setVisible(bool visible) {
+  if (!visible) held_ = false;
+  if (!visible) draggedTo_.reset();
+  gtk_widget_set_visible(bar_, visible ? TRUE : FALSE);
 }
 
 void PlayerControls::showPlaying(bool playing) {
@@ -60,6 +106,7 @@ void PlayerControls::showPlaying(bool playing) {
 
 void PlayerControls::showPosition(double position, double duration) {
   gtk_widget_set_sensitive(position_, duration > 0 ? TRUE : FALSE);
+  if (draggedTo_) return;  // the person's hand is on it
   gtk_range_set_range(GTK_RANGE(position_), 0, std::max(duration, 1.0));
   gtk_range_set_value(GTK_RANGE(position_), position);
 }

@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 
 #include <functional>
+#include <optional>
 
 namespace tavo::gtk {
 
@@ -12,7 +13,7 @@ class PlayerControls {
  public:
   struct Actions {
     std::function<void()> playOrPause{};
-    std::function<void(double seconds)> seek{};
+    std::function<void(double seconds)> seek{};  // once a gesture, when it ends
     std::function<void()> fullscreen{};
   };
 
@@ -25,7 +26,7 @@ class PlayerControls {
   // For an overlay that owns it from then on.
   [[nodiscard]] GtkWidget* widget() const { return bar_; }
 
-  void setVisible(bool visible) { gtk_widget_set_visible(bar_, visible ? TRUE : FALSE); }
+  void setVisible(bool visible);
   void showPlaying(bool playing);
   // Seconds; without a duration the position cannot be moved.
   void showPosition(double position, double duration);
@@ -33,12 +34,18 @@ class PlayerControls {
  private:
   static void playClicked(GtkButton* button, gpointer self);
   static void fullscreenClicked(GtkButton* button, gpointer self);
+  static gboolean heldOrLetGo(GtkEventController* controller, GdkEvent* event, gpointer self);
   static gboolean positionMoved(GtkRange* range, GtkScrollType scroll, double value, gpointer self);
 
+  void letGo();
+
   Actions actions_;
+  bool held_ = false;                // a finger or a button is on the position,
+  std::optional<double> draggedTo_;  // and has moved it
   GtkWidget* bar_;
   GtkWidget* play_;
   GtkWidget* position_;
+  GtkEventController* watch_ = nullptr;  // owned by the position
   GtkWidget* full_;
 };
 
