@@ -36,7 +36,9 @@ std::string_view withoutDot(std::string_view domain) {
   return domain.substr(domain.starts_with('.') ? 1 : 0);
 }
 
+// A host with a leading dot is none, and would read as all the hosts below it.
 bool domainCovers(std::string_view domain, std::string_view host) {
+  if (host.empty() || host.starts_with('.')) return false;
   if (!domain.starts_with('.')) return equalsIgnoringCase(domain, host);
   return endsWithDomain(host, domain.substr(1));
 }
