@@ -33,6 +33,24 @@ bool isSendable(const HttpHeader& header) {
          std::none_of(header.value.begin(), header.value.end(), isControl);
 }
 
+// A request with a cookie header of its own has chosen what may be sent; nothing is added to it,
+// not on other hosts either. One that names its extra cookies leaves the rest to the store.
+bool takesStoredCookies(const HttpRequest& request) {
+  if (request.cookies == CookieHandling::onlyOwnHeader) return false;
+  return !request.extraCookies.empty() || request.header("Cookie") == nullptr;
+}
+
+// Servers refuse a head that is too large, and with it the request.
+void boundSize(std::vector<Cookie>& cookies) {
+  std::size_t room = std::size_t{60} * 1024;
+  std::erase_if(cookies, [&](const Cookie& cookie) {
+    const std::size_t size = cookie.name.size() + cookie.value.size() + 3;
+    if (size > room) return true;
+    room -= size;
+    return false;
+  });
+}
+
 }  // namespace
 
 HttpHops::HttpHops(HttpRequest request, int redirectLimit)
@@ -52,14 +70,14 @@ std::vector<HttpHeader> HttpHops::headers(const CookieStore& cookies, Date now) 
   std::erase_if(headers, [&](const HttpHeader& header) {
     return !isSendable(header) || (secretsStay && isOneOf(header, secretHeaders));
   });
-  // A request with a cookie header of its own has chosen what may be sent; nothing is added to it,
-  // not on other hosts either.
-  const bool choseCookies = request_.header("Cookie") != nullptr;
-  if (request_.cookies == CookieHandling::onlyOwnHeader || choseCookies) return headers;
+  if (!takesStoredCookies(request_)) return headers;
   auto sent = cookies.cookiesFor(url_);
+  boundSize(sent);
   for (const auto& extra : request_.extraCookies) {
     if (cookieMatches(extra, url_, now)) sent.push_back(extra);
   }
+  std::erase_if(headers,
+                [](const HttpHeader& header) { return equalsIgnoringCase(header.name, "Cookie"); });
   if (!sent.empty()) headers.push_back({"Cookie", cookieHeader(sent)});
   return headers;
 }
@@ -92,7 +110,7 @@ void applyRedirect(HttpRequest& request, int status) {
 
 bool isHttpTarget(const Url& url) {
   const std::string host = percentDecoded(url.host());
-  return url.isHttp() && !host.empty() &&
+  return url.isHttp() && !host.empty() && !host.starts_with('.') &&
          std::none_of(host.begin(), host.end(), [](char c) { return c == ' ' || isControl(c); });
 }
 

@@ -29,7 +29,8 @@ enum class CompletionThread { main, background };
 // How the exchange of a request treats stored cookies.
 enum class CookieHandling {
   // On every hop the cookies that the shared store has for its URL are attached, and after them
-  // the extra cookies of the request. A "Cookie" header of the request's own replaces both.
+  // the extra cookies of the request. Without extra cookies, a "Cookie" header of the request's own
+  // replaces the stored ones.
   attachStored,
   // The request's own "Cookie" header, if any, is all that is ever sent, and to its own host only.
   onlyOwnHeader,

@@ -59,6 +59,14 @@ std::string eventFolder(const GtkPlatformOptions& options) {
 }
 
 // What the user sees and keeps: sheets, alerts, the calendar, the pictures.
+// The product token of the application, as every platform request of it has one.
+std::string userAgent(const GtkPlatformOptions& options) {
+  if (options.applicationId.empty() || options.applicationVersion.empty()) {
+    return options.applicationId;
+  }
+  return options.applicationId + "/" + options.applicationVersion;
+}
+
 void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
   const auto application =
       std::make_shared<GtkApplication>(platform.notifications, platform.limits.widgetSide);
@@ -83,8 +91,8 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   const auto cookies =
       std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options), options.limits);
   platform.cookies = cookies;
-  platform.http =
-      std::make_shared<GtkHttpClient>(platform.runLoop, platform.cookies, options.limits);
+  platform.http = std::make_shared<GtkHttpClient>(platform.runLoop, platform.cookies,
+                                                  options.limits, userAgent(options));
   platform.network = std::make_shared<GtkNetworkMonitor>(
       options.assumeReachable ? GtkNetworkMonitor::Assumption::reachable
                               : GtkNetworkMonitor::assumptionOfEnvironment());

@@ -96,11 +96,12 @@ class GtkRig {
       (void)application.sceneOf(window);
     }
     std::shared_ptr<NotificationCenter> notifications;
-    Gtk::Window window;
     gtk::GtkApplication application{notifications, 8'192};
+    Gtk::Window window;  // goes first, as a host's does
   };
   Scene& scene() {
-    static const auto toolkit = Gtk::Application::create("com.example.contract");
+    static const auto toolkit = Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE);
+    gtk_init();
     if (!scene_) scene_ = std::make_unique<Scene>(notifications_);
     return *scene_;
   }

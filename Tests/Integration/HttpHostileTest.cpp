@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -221,6 +222,40 @@ TEST_F(HttpHostile, CompletesOnceWheneverItIsCancelled) {
     settle();
     EXPECT_EQ(completions, 1) << "cancelled after " << turns << " turns";
   }
+}
+
+TEST_F(HttpHostile, OutlivesCompletionsThatThrow) {
+  server_.on("/ad", PlainAnswer{.body = std::string(300'000, 'x')});
+  server_.on("/none", PlainAnswer{.status = 204});
+  int thrown = 0;
+  for (const char* const path : {"/ad", "/none"}) {
+    for (const bool fails : {false, true}) {
+      auto sent = request(path);
+      if (fails) sent.url = Url::parse("http://127.0.0.1:9/");
+      client_.send(sent, [&](const HttpResult&) {
+        ++thrown;
+        throw std::runtime_error{"from a completion"};
+      });
+    }
+  }
+  runUntil([&] { return thrown == 4; });
+  EXPECT_EQ(thrown, 4);
+}
+
+TEST_F(HttpHostile, SpeaksForTheApplicationWhereARequestSaysNothing) {
+  server_.on("/ping", PlainAnswer{});
+  gtk::GtkHttpClient client{runLoop_, cookies_, limits_, "com.example.host/1.2"};
+  int done = 0;
+  const auto count = [&](const HttpResult&) { ++done; };
+  auto plain = request("/ping");
+  client.send(plain, count);
+  runUntil([&] { return done == 1; });
+  plain.setHeader("user-agent", "Engine/5");
+  client.send(plain, count);
+  runUntil([&] { return done == 2; });
+  EXPECT_THAT(received()[0], HasSubstr("User-Agent: com.example.host/1.2\r\n"));
+  EXPECT_THAT(received()[1], HasSubstr("User-Agent: Engine/5\r\n"));
+  EXPECT_THAT(received()[1], Not(HasSubstr("com.example.host")));
 }
 
 TEST_F(HttpHostile, GoesOnWithoutItsClientAndItsHandle) {

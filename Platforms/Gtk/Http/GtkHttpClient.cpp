@@ -25,11 +25,11 @@ GPtr<SoupSession> makeSession(int most, int mostPerHost) {
 }  // namespace
 
 GtkHttpClient::GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
-                             const Limits& limits)
+                             const Limits& limits, std::string userAgent)
     : services_{std::make_shared<const HttpServices>(HttpServices{
           std::move(runLoop), std::move(cookies), makeSession(connections, connectionsPerHost),
-          makeSession(limits.pingConnections, limits.pingConnectionsPerHost),
-          limits.httpRedirects})} {}
+          makeSession(limits.pingConnections, limits.pingConnectionsPerHost), limits.httpRedirects,
+          std::move(userAgent)})} {}
 
 GtkHttpClient::~GtkHttpClient() = default;
 

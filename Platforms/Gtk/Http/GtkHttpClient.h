@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <tavo/Limits.h>
 
@@ -21,9 +22,10 @@ struct HttpServices;
 // of libsoup's; more counts as a lost connection.
 class GtkHttpClient : public HttpClient {
  public:
-  // Main thread. Reads the limits for redirects and for the connections of tracking.
+  // Main thread. Reads the limits for redirects and for the connections of tracking. `userAgent`
+  // is what requests without a "User-Agent" of their own say; empty: nothing.
   GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
-                const Limits& limits);
+                const Limits& limits, std::string userAgent = {});
   // Exchanges that are under way go on.
   ~GtkHttpClient() override;
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Http/HttpFailure.h"
 #include "Gtk/Http/HttpMessage.h"
 
@@ -51,7 +52,10 @@ SoupSession* HttpExchange::session() const {
 }
 
 void HttpExchange::startHop(Delivery ofFailure) {
-  const auto hop = hops_.request(*services_->cookies, services_->runLoop->today());
+  auto hop = hops_.request(*services_->cookies, services_->runLoop->today());
+  if (hop && hop->header("User-Agent") == nullptr && !services_->userAgent.empty()) {
+    hop->setHeader("User-Agent", services_->userAgent);
+  }
   const auto message = hop ? makeMessage(*hop) : nullptr;
   if (!message) {
     return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.", ofFailure);
@@ -60,7 +64,7 @@ void HttpExchange::startHop(Delivery ofFailure) {
   cancellable_ = GPtr<GCancellable>::adopt(g_cancellable_new());
   const auto arrived = [](GObject* source, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<StrongExchange> self{static_cast<StrongExchange*>(data)};
-    (*self)->headArrived(SOUP_SESSION(source), result);
+    guarded([&] { (*self)->headArrived(SOUP_SESSION(source), result); });
   };
   soup_session_send_async(session(), message.get(), G_PRIORITY_DEFAULT, cancellable_.get(), arrived,
                           new StrongExchange{shared_from_this()});

@@ -25,6 +25,7 @@ struct HttpServices {
   GPtr<SoupSession> contentSession;
   GPtr<SoupSession> trackingSession;
   int redirectLimit = 0;
+  std::string userAgent;  // of requests that say nothing themselves
 };
 
 // One request from `start` to its completion: the hops one after the other, their cookies, the

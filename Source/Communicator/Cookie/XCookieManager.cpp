@@ -60,6 +60,8 @@ void XCookieManager::attachCookiesToHeaderWithRequest(HttpRequest& request,
   cookies.push_back(*properties);
   platformLog("\n\nDaprops cookies attached");
   request.setHeader("Cookie", cookieHeader(cookies));
+  // On every hop the stored cookies are those of its own URL; only this one is ours to add.
+  if (!coppa) request.extraCookies = {*properties};
 }
 
 std::vector<Cookie> XCookieManager::cookiesToSend(const Url& url) const {
