@@ -176,12 +176,12 @@ class XAdView : public View {
   void didMoveOnScreen() override;
 
  protected:
+  explicit XAdView(const Rect& frame);
+
   void willMoveToSuperview(View* newSuperview) override;
   void layoutSubviews() override;
 
  private:
-  explicit XAdView(const Rect& frame);
-
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration_;
   MobileAdTypes adType_ = MobileAdTypes::banner;
   MobileAdSubTypes adSubType_ = MobileAdSubTypes::unknown;
