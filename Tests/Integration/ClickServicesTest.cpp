@@ -13,6 +13,8 @@
 #include <map>
 #include <sstream>
 
+#include <tavo/Limits.h>
+
 #include "Gtk/Modules/GtkCalendarModule.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Gtk/Services/GtkImageDecoder.h"
@@ -22,6 +24,7 @@
 #include "Gtk/Sheets/EventSheet.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
 #include "Gtk/Sheets/Sheet.h"
+#include "Runtime/NotificationCenter.h"
 #include "Support/GtkLoopTest.h"
 #include "Support/StandInHandlers.h"
 
@@ -69,7 +72,7 @@ class ClickServices : public GtkLoopTest {
     return handlers.received();
   }
 
-  gtk::GtkApplication application_;
+  gtk::GtkApplication application_{std::make_shared<NotificationCenter>(), Limits{}.widgetSide};
 };
 
 TEST_F(ClickServices, UrlsReachTheirHandlersByteForByte) {

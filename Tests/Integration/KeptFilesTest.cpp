@@ -9,6 +9,7 @@
 
 #include <tavo/XErrorHandler.h>
 
+#include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "ClickToAction/XPictureManager.h"
 #include "Gtk/Services/GtkFolders.h"
 #include "Gtk/Services/HelperProgram.h"
