@@ -67,6 +67,20 @@ TEST_F(WebProcessTest, APageAtWorkHasMoreTimeButNotForEver) {
   EXPECT_TRUE(runUntil([&] { return page.client->count("gone 1101") == 1; }));
 }
 
+// It answers, but later and later: each frame is a question to the policy, and one to the page.
+TEST_F(WebProcessTest, APageThatIsBusyWithFramesForEverIsEnded) {
+  Page page{{.ownProcess = true}};
+  page.load("<html><body></body></html>");
+  page.view->evaluate(R"js(setInterval(() => {
+    for (let number = 0; number < 500; ++number) {
+      const frame = document.createElement('iframe');
+      frame.srcdoc = '<p>busy';
+      document.body.appendChild(frame);
+    }
+  }, 0))js");
+  EXPECT_TRUE(runUntil([&] { return page.client->count("gone 1101") == 1; }));
+}
+
 TEST_F(WebProcessTest, ADeadProcessIsToldOnceAndTouchesNoOtherPage) {
   Page other{{.ownProcess = true}};
   other.load("<html><body>other</body></html>");

@@ -3,7 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <set>
+
 #include "Support/WebPage.h"
+#include "Support/WebProcesses.h"
 
 namespace tavo::test {
 namespace {
@@ -67,6 +71,28 @@ TEST_F(WebSessionTest, ABrowserTakesTheCookiesOfAdsOverAndGivesNoneBack) {
   EXPECT_EQ(ad.evaluate("localStorage.person"), "");
   EXPECT_EQ(shop.evaluate("document.cookie"), "ad=1; person=1");
   EXPECT_EQ(shop.evaluate("typeof indexedDB"), "object");
+}
+
+TEST_F(WebSessionTest, CookiesAreHeardOfWhenTheNetworkProcessHasEnded) {
+  const Url site = urlOf(server_, "/");
+  cookies()->storeFromHeaders({{"Set-Cookie", "kept=1"}}, site);
+  const auto names = [&] {
+    std::set<std::string> all;
+    for (const auto& cookie : cookies()->cookiesFor(site)) all.insert(cookie.name);
+    return all;
+  };
+  Page page;
+  page.load("<html><body></body></html>", site);
+  for (const char* name : {"first", "second", "third"}) {
+    ASSERT_TRUE(runUntil([&] {
+      page.evaluate("document.cookie = '" + std::string{name} + "=1'");
+      return names().contains(name);
+    })) << name;
+    EXPECT_TRUE(names().contains("kept"));
+    for (const int id : descendants("WebKitNetworkPr")) kill(id, SIGKILL);
+  }
+  page.load("<html><body></body></html>", site);
+  EXPECT_THAT(page.evaluate("document.cookie"), testing::HasSubstr("kept=1"));
 }
 
 TEST_F(WebSessionTest, MediaOfACreativePlaysByItselfAndABrowsersWaitsForThePerson) {

@@ -5,9 +5,17 @@
 #include "Gtk/Http/HttpCookie.h"
 
 namespace tavo::gtk {
+namespace {
 
-EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source)
-    : manager_{webkit_network_session_get_cookie_manager(session)}, source_{std::move(source)} {
+constexpr Seconds readPeriod{1};
+
+}  // namespace
+
+EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source,
+                             std::shared_ptr<RunLoop> runLoop)
+    : manager_{webkit_network_session_get_cookie_manager(session)},
+      source_{std::move(source)},
+      runLoop_{std::move(runLoop)} {
   // A creative without a base is no site of its own: every cookie of its server would count as a
   // third party's.
   webkit_cookie_manager_set_accept_policy(manager_, WEBKIT_COOKIE_POLICY_ACCEPT_ALWAYS);
@@ -22,6 +30,18 @@ EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<Cook
       });
   connections_.connect(manager_, "changed", onChanged, this);
   read();
+  process_.watch();
+}
+
+// What the engine was known to have is gone, and nobody has removed it.
+void EngineCookies::startAnew() {
+  known_.clear();
+  for (const auto& cookie : source_->all()) put(cookie);
+  bool watched = process_.watch();
+  reader_ = runLoop_->every(readPeriod, [this, watched]() mutable {
+    if (!watched) watched = process_.watch();
+    read();
+  });
 }
 
 EngineCookies::~EngineCookies() {
@@ -74,7 +94,8 @@ void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer read
   if (self == nullptr) return;
   self->reading_ = false;
   if (std::exchange(self->outdated_, false)) return self->read();
-  if (!failure) self->compare(std::move(current));
+  // An answer of no process, or of one that knows nothing yet, removes nothing.
+  if (!failure && !self->process_.hasEnded()) self->compare(std::move(current));
 }
 
 void EngineCookies::compare(Cookies current) {

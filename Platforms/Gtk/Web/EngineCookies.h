@@ -9,7 +9,9 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Web/CookieSource.h"
+#include "Gtk/Web/NetworkProcess.h"
 #include "Gtk/Web/SignalConnections.h"
+#include "Services/RunLoop.h"
 
 namespace tavo::gtk {
 
@@ -19,9 +21,14 @@ namespace tavo::gtk {
 // changed, so its whole list is read then and compared with what it was known to have. A cookie
 // counts as removed by a page only after the engine was once seen to have it: what it refuses to
 // keep stays in the store.
+//
+// The engine keeps its cookies in its network process. When that ends it starts another one, empty,
+// and says nothing of changes any more: then it is given the store's cookies anew, and its list is
+// read again and again.
 class EngineCookies {
  public:
-  EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source);
+  EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source,
+                std::shared_ptr<RunLoop> runLoop);
   ~EngineCookies();
   EngineCookies(const EngineCookies&) = delete;
   EngineCookies& operator=(const EngineCookies&) = delete;
@@ -34,6 +41,7 @@ class EngineCookies {
   static void onChanged(WebKitCookieManager*, EngineCookies* self);
   static void onRead(GObject* manager, GAsyncResult* result, gpointer reading);
 
+  void startAnew();
   void put(const Cookie& cookie);
   void remove(const Cookie& cookie);
   void read();
@@ -41,10 +49,13 @@ class EngineCookies {
 
   WebKitCookieManager* manager_;  // the session's
   std::shared_ptr<CookieSource> source_;
+  std::shared_ptr<RunLoop> runLoop_;
   Cookies known_;          // what the engine was seen to have
   bool reading_ = false;   // an answer is on its way
   bool outdated_ = false;  // something has changed since it was asked for
   std::shared_ptr<EngineCookies*> alive_ = std::make_shared<EngineCookies*>(this);
+  NetworkProcess process_{[this] { startAnew(); }};
+  Timer reader_;  // from the end of the first network process on
   SignalConnections connections_;
 };
 

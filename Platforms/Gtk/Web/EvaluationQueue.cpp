@@ -1,5 +1,8 @@
 #include "Gtk/Web/EvaluationQueue.h"
 
+#include <algorithm>
+#include <deque>
+
 #include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
 #include "Values/Text.h"
@@ -30,23 +33,43 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
   std::shared_ptr<RunLoop> runLoop;
   Seconds patience{};
   std::function<void()> unanswered;
-  int outstanding = 0;
+  std::deque<Seconds> asked;  // when each evaluation that is out began to be waited for
+  Seconds signOfLife{};       // the last one
   bool processRuns = false;
-  Seconds since{};  // the oldest evaluation that is out is waited for
   Timer timer;
 
-  // From now on, for the oldest evaluation that is out.
+  void begun() {
+    asked.push_back(runLoop->now());
+    if (asked.size() == 1) renew();
+  }
+
+  // They are answered in their order.
+  void answered() {
+    asked.pop_front();
+    noteSignOfLife();
+  }
+
+  void noteSignOfLife() {
+    signOfLife = runLoop->now();
+    // Beyond all patience the end is near, and no sign puts it off.
+    if (asked.empty() || signOfLife - asked.front() < mostPatience * patience) renew();
+  }
+
+  // A process may take its time to start.
   void restart() {
-    since = runLoop->now();
+    for (auto& moment : asked) moment = runLoop->now();
     renew();
   }
 
+  // Whatever the page sends meanwhile, the oldest evaluation is not waited for without end.
   void renew() {
     timer.invalidate();
-    if (outstanding == 0 || !processRuns || !unanswered) return;
-    timer = runLoop->after(patience, [this] {
+    if (asked.empty() || !processRuns || !unanswered) return;
+    const Seconds deadline = std::min(std::max(asked.front(), signOfLife) + patience,
+                                      asked.front() + mostPatience * patience);
+    timer = runLoop->after(std::max(deadline - runLoop->now(), Seconds{0}), [this] {
       timer = runLoop->after(lastChance, [this] {
-        if (outstanding == 0 || !processRuns) return;
+        if (asked.empty() || !processRuns) return;
         const auto held = shared_from_this();
         if (unanswered) unanswered();
       });
@@ -72,11 +95,9 @@ EvaluationQueue::~EvaluationQueue() {
   watch_->timer.invalidate();
 }
 
-void EvaluationQueue::noteSignOfLife() {
-  if (watch_->runLoop->now() - watch_->since < mostPatience * watch_->patience) watch_->renew();
-}
+void EvaluationQueue::noteSignOfLife() { watch_->noteSignOfLife(); }
 
-int EvaluationQueue::outstanding() const { return watch_->outstanding; }
+int EvaluationQueue::outstanding() const { return static_cast<int>(watch_->asked.size()); }
 
 void EvaluationQueue::setProcessRuns(bool runs) {
   if (watch_->processRuns == runs) return;
@@ -101,7 +122,7 @@ void EvaluationQueue::evaluate(const std::string& script, World world, Completio
 }
 
 void EvaluationQueue::ping() {
-  if (watch_->processRuns && watch_->outstanding == 0) run("0", World::page, {});
+  if (watch_->processRuns && watch_->asked.empty()) run("0", World::page, {});
 }
 
 void EvaluationQueue::flush() {
@@ -110,7 +131,7 @@ void EvaluationQueue::flush() {
 
 void EvaluationQueue::run(const std::string& text, World world, Completion completion) {
   auto evaluation = std::make_unique<Evaluation>(Evaluation{watch_, std::move(completion)});
-  if (++watch_->outstanding == 1) watch_->restart();
+  watch_->begun();
   webkit_web_view_evaluate_javascript(view_, text.data(), static_cast<gssize>(text.size()),
                                       world == World::isolated ? isolatedWorld : nullptr, nullptr,
                                       nullptr, finished, evaluation.release());
@@ -121,8 +142,7 @@ void EvaluationQueue::finished(GObject* view, GAsyncResult* result, gpointer eva
   GFailure failure;
   const auto value = GPtr<JSCValue>::adopt(
       webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, failure.out()));
-  --done->watch->outstanding;
-  done->watch->restart();
+  done->watch->answered();
   if (done->completion) done->completion(answerText(value.get()));
 }
 

@@ -22,7 +22,8 @@ class EvaluationQueue {
   // object with the page's scripts.
   enum class World { page, isolated };
 
-  // `unanswered` is called when an evaluation has been outstanding for `patience`.
+  // `unanswered` is called when an evaluation has been outstanding for `patience`, or for a few
+  // times that while the page keeps sending things.
   EvaluationQueue(WebKitWebView* view, std::shared_ptr<RunLoop> runLoop, Seconds patience,
                   std::function<void()> unanswered);
   ~EvaluationQueue();
@@ -34,8 +35,7 @@ class EvaluationQueue {
   // or this queue; "" where there is no result.
   void evaluate(const std::string& script, World world, Completion completion);
 
-  // The page has sent something: it is at work, if not at the evaluations. That renews the
-  // patience, a few times over for each evaluation.
+  // The page has sent something: it is at work, if not at the evaluations.
   void noteSignOfLife();
 
   // Asks for a sign of life, unless there is something that the page has to answer anyway.

@@ -51,7 +51,7 @@ WebEngine::WebEngine(WebModuleServices services)
     : services_{std::move(services)},
       context_{makeContext(services_.limits)},
       session_{GPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())},
-      cookies_{session_.get(), services_.cookies} {
+      cookies_{session_.get(), services_.cookies, services_.runLoop} {
   refuseDownloads(session_.get(), connections_);
 }
 
