@@ -8,6 +8,7 @@ namespace tavo::gtk {
 namespace {
 
 constexpr Seconds readPeriod{1};
+constexpr Seconds secondLookDelay{0.25};
 
 }  // namespace
 
@@ -94,8 +95,20 @@ void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer read
   if (self == nullptr) return;
   self->reading_ = false;
   if (std::exchange(self->outdated_, false)) return self->read();
-  // An answer of no process, or of one that knows nothing yet, removes nothing.
-  if (!failure && !self->process_.hasEnded()) self->compare(std::move(current));
+  if (!failure) self->take(std::move(current));
+}
+
+// A process that ends answers with an empty list, a moment before its end can be seen: such a list
+// is believed the second time only.
+void EngineCookies::take(Cookies current) {
+  if (process_.hasEnded()) return;
+  const bool isEmptied = current.empty() && !known_.empty();
+  if (isEmptied && !std::exchange(doubted_, true)) {
+    secondLook_ = runLoop_->after(secondLookDelay, [this] { read(); });
+    return;
+  }
+  doubted_ = false;
+  compare(std::move(current));
 }
 
 void EngineCookies::compare(Cookies current) {

@@ -45,6 +45,7 @@ class EngineCookies {
   void put(const Cookie& cookie);
   void remove(const Cookie& cookie);
   void read();
+  void take(Cookies current);
   void compare(Cookies current);
 
   WebKitCookieManager* manager_;  // the session's
@@ -55,6 +56,8 @@ class EngineCookies {
   bool outdated_ = false;  // something has changed since it was asked for
   std::shared_ptr<EngineCookies*> alive_ = std::make_shared<EngineCookies*>(this);
   NetworkProcess process_{[this] { startAnew(); }};
+  bool doubted_ = false;  // the last list was an emptied one
+  Timer secondLook_;
   Timer reader_;  // from the end of the first network process on
   SignalConnections connections_;
 };
