@@ -132,7 +132,7 @@ class NoLog : public Log {
 
 Cost ours(const PingServer& server, const std::vector<std::string>& urls, int connections) {
   Limits limits;
-  limits.queuedPings = urls.size();
+  limits.queuedPings = limits.queuedPingsPerHost = urls.size();
   limits.pingConnectionsPerHost = std::max(connections, limits.pingConnectionsPerHost);
   limits.pingConnections = std::max(connections, limits.pingConnections);
   Platform platform = headless::HeadlessPlatform{limits}.platform();

@@ -9,8 +9,8 @@ namespace tavo {
 //   tavo::XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
 //
 // It belongs to its settings record. The debug log looks at the switch of the current runtime's
-// record; another record's switch, or its end, changes nothing. Any thread, at any time; an
-// operation that is under way when the switch is thrown still writes its end.
+// record; another record's switch, or its end, changes nothing. Any thread, at any time; of an
+// operation that is under way when the switch is thrown, what comes after that counts.
 class DebugLogSwitch {
  public:
   DebugLogSwitch() = default;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 
 #include "ErrorHandler/ExtendNSLog.h"
@@ -16,11 +17,11 @@ class OperationLog {
   [[nodiscard]] explicit OperationLog(std::string_view operation,
                                       const char* file = __builtin_FILE(),
                                       int line = __builtin_LINE())
-      : operation_{operation}, file_{file}, line_{line}, enabled_{isDebugLogEnabled()} {
-    if (enabled_) writeStart();
+      : operation_{operation}, file_{file}, line_{line} {
+    if (isDebugLogEnabled()) writeStart();
   }
   ~OperationLog() {
-    if (enabled_) writeEnd();
+    if (isDebugLogEnabled()) writeEnd();
   }
   OperationLog(const OperationLog&) = delete;
   OperationLog& operator=(const OperationLog&) = delete;
@@ -29,7 +30,13 @@ class OperationLog {
   // log.debug("\n\nURL: ", url.text()).
   template <typename... Parts>
   void debug(const Parts&... parts) const {
-    if (enabled_) write((... + toText(parts)));
+    if (!isDebugLogEnabled()) return;
+    std::string message = (... + toText(parts));
+    // A message that does not end in a newline gets one. What counts is its own words: the newline
+    // of a value that happens to stand at the end is not the message's.
+    using Last = std::tuple_element_t<sizeof...(Parts) - 1, std::tuple<Parts...>>;
+    if (!std::is_array_v<Last> && message.ends_with('\n')) message += '\n';
+    write(std::move(message));
   }
 
  private:
@@ -47,7 +54,6 @@ class OperationLog {
   std::string_view operation_;
   const char* file_;
   int line_;
-  bool enabled_;
 };
 
 }  // namespace tavo

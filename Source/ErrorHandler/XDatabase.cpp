@@ -37,7 +37,12 @@ const ManagedObjectModel& XDatabase::managedObjectModel() {
 std::shared_ptr<SqliteDatabase> XDatabase::persistentStoreCoordinator() {
   const OperationLog log{"-[XDatabase persistentStoreCoordinator]"};
   if (coordinator_) return coordinator_;
-  const auto path = applicationDocumentsDirectory() + "/" + storeFile;
+  const auto folder = applicationDocumentsDirectory();
+  if (folder.empty()) {
+    environment_->shared<FatalFailure>().raise("TAVO: there is no folder for documents");
+    return nullptr;
+  }
+  const auto path = folder + "/" + storeFile;
   auto database = std::make_shared<SqliteDatabase>(path);
   if (database->isOpen() && database->run(managedObjectModel().creation())) {
     coordinator_ = std::move(database);

@@ -47,14 +47,28 @@ PingQueue::PingQueue(const Environment& environment)
 
 PingQueue::~PingQueue() { gate_->close(); }
 
-bool PingQueue::add(QueuedPing ping) {
-  if (waiting_ >= limits_.queuedPings) return false;
+void PingQueue::add(QueuedPing ping) {
   auto& host = hosts_.try_emplace(std::string{ping.url.host()}).first->second;
+  if (!makeRoomFor(host)) return ping.dropped();
   if (!host.isBusy()) ++busyHosts_;
   host.waiting.push_back(std::move(ping));
   ++waiting_;
   giveTurn(host);
   pump();
+}
+
+bool PingQueue::makeRoomFor(const Host& host) {
+  if (host.waiting.size() >= limits_.queuedPingsPerHost) return false;
+  if (waiting_ < limits_.queuedPings) return true;
+  const auto longest = std::max_element(hosts_.begin(), hosts_.end(), [](auto& one, auto& other) {
+    return one.second.waiting.size() < other.second.waiting.size();
+  });
+  auto& queue = longest->second.waiting;
+  if (queue.size() <= host.waiting.size() + 1) return false;  // would be the longest itself
+  const QueuedPing last = std::move(queue.back());
+  queue.pop_back();
+  --waiting_;
+  last.dropped();
   return true;
 }
 
@@ -79,6 +93,7 @@ void PingQueue::pump() {
     // A host whose window is full gets its next turn when one of its pings is answered.
     if (host.underWay >= windowOf(host)) continue;
     start(name, host);
+    if (!host.isBusy()) --busyHosts_;
     giveTurn(host);
   }
 }
@@ -89,8 +104,13 @@ void PingQueue::start(const std::string& name, Host& host) {
   --waiting_;
   ++host.underWay;
   ++underWay_;
-  HttpRequest request = ping->prepare();
-  request.completionThread = CompletionThread::background;
+  auto request = ping->prepare();
+  if (!request) {
+    --host.underWay;
+    --underWay_;
+    return;
+  }
+  request->completionThread = CompletionThread::background;
 
   auto completion = [gate = gate_, name, ping,
                      started = runLoop_->now()](const HttpResult& result) {
@@ -102,7 +122,7 @@ void PingQueue::start(const std::string& name, Host& host) {
       });
     });
   };
-  http_->send(std::move(request), std::move(completion));
+  http_->send(std::move(*request), std::move(completion));
 }
 
 void PingQueue::finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "OnlineRequest/PingWindow.h"
@@ -17,8 +18,11 @@ namespace tavo {
 // One tracking ping on its way through the queue.
 struct QueuedPing {
   Url url;
-  // Makes the request, when the ping's turn has come. Main thread.
-  std::function<HttpRequest()> prepare;
+  // Makes the request, when the ping's turn has come; none when it is not to leave any more. Main
+  // thread.
+  std::function<std::optional<HttpRequest>()> prepare;
+  // The ping lost its place, or never got one: too many are waiting. Main thread.
+  std::function<void()> dropped;
   // The exchange is over. Background thread; not called once the queue is gone.
   HttpCompletion answered;
   // The same a moment later, with the time it took. Main thread; not called once the queue is gone.
@@ -39,9 +43,10 @@ class PingQueue {
   PingQueue(const PingQueue&) = delete;
   PingQueue& operator=(const PingQueue&) = delete;
 
-  // Sends the ping at once or when its turn comes; false when Limits::queuedPings wait already and
-  // this one is not taken.
-  bool add(QueuedPing ping);
+  // Sends the ping at once or when its turn comes. No more than Limits::queuedPingsPerHost wait for
+  // one host, so a host that is silent takes no room from the others, and no more than
+  // Limits::queuedPings in all: then the longest queue loses its newest ping.
+  void add(QueuedPing ping);
 
   [[nodiscard]] std::size_t waiting() const { return waiting_; }
   [[nodiscard]] int underWay() const { return underWay_; }
@@ -57,11 +62,14 @@ class PingQueue {
   using Hosts = std::map<std::string, Host, std::less<>>;
   class Gate;
 
+  // Whether a ping for `host` may be added, for which another host may have to make room.
+  bool makeRoomFor(const Host& host);
   void giveTurn(Host& host);
   // How many pings may be on their way to the host now.
   [[nodiscard]] int windowOf(const Host& host) const;
   // Starts what the windows allow.
   void pump();
+  // Lets the host's first ping out, or finds that it is not to leave any more.
   void start(const std::string& name, Host& host);
   void finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,
                 Seconds took);

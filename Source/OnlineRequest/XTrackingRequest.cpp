@@ -41,6 +41,29 @@ HttpRequest plainRequest(Environment& environment, const Url& url,
   return plain;
 }
 
+bool isOnline(Environment& environment, const OperationLog& log) {
+  const bool online = XNetworkManager::shareInstance(environment).internetAvailable();
+  if (!online) log.debug("\n\nInternet not available");
+  return online;
+}
+
+// The request of a ping whose turn has come. The network may have gone while it waited: then it is
+// suppressed like one that becomes due now.
+std::optional<HttpRequest> nextRequest(
+    Environment& environment, const Url& url,
+    const std::shared_ptr<XAdSlotConfiguration>& slotConfiguration, std::uint64_t number) {
+  const OperationLog log{operation};
+  auto& ledger = environment.shared<PingLedger>();
+  if (!isOnline(environment, log)) {
+    ledger.markSuppressed(number);
+    return std::nullopt;
+  }
+  HttpRequest request = plainRequest(environment, url, slotConfiguration);
+  log.debug("\n\nSending tracking request asynchronously");
+  ledger.markSent(number);
+  return request;
+}
+
 // On another thread.
 void answered(const Platform& platform, const std::string& context, const HttpResult& result) {
   const OperationLog log{completionOperation};
@@ -73,12 +96,11 @@ void XTrackingRequest::sendAsynchronousRequest(
   const bool isDue = !url.empty() && !isNullText;
   const auto number =
       isDue ? ledger.enter(url, context, environment.platform().runLoop->today()) : 0;
-  if (!XNetworkManager::shareInstance(environment).internetAvailable()) {
-    log.debug("\n\nInternet not available");
+  if (!isOnline(environment, log)) {
     if (isDue) ledger.markSuppressed(number);
     return;
   }
-  log.debug("\n\nURL: ", url.text());
+  log.debug("\n\nURL: ", url.empty() ? std::string_view{"(null)"} : std::string_view{url.text()});
   if (url.empty()) return;
   if (isNullText) {
     log.debug("\n\nSending tracking request asynchronously");
@@ -86,15 +108,14 @@ void XTrackingRequest::sendAsynchronousRequest(
     return;
   }
   // The environment owns the queue, and the queue calls nobody once it is gone.
-  const bool taken = environment.shared<PingQueue>().add(
+  environment.shared<PingQueue>().add(
       {.url = url,
-       .prepare =
-           [&environment, &ledger, url, slotConfiguration, number] {
-             HttpRequest request = plainRequest(environment, url, slotConfiguration);
-             const OperationLog sendingLog{operation};
-             sendingLog.debug("\n\nSending tracking request asynchronously");
-             ledger.markSent(number);
-             return request;
+       .prepare = [&environment, url, slotConfiguration,
+                   number] { return nextRequest(environment, url, slotConfiguration, number); },
+       .dropped =
+           [&ledger, context, number] {
+             platformLog("TAVO: " + context + " dropped, too many tracking requests are waiting");
+             ledger.markDropped(number);
            },
        .answered =
            [&environment, context](const HttpResult& result) {
@@ -102,7 +123,6 @@ void XTrackingRequest::sendAsynchronousRequest(
            },
        .settled = [&ledger, number](const HttpResult& result,
                                     Seconds took) { settled(ledger, number, result, took); }});
-  if (!taken) ledger.markDropped(number);
 }
 
 }  // namespace tavo

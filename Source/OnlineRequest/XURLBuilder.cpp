@@ -40,6 +40,17 @@ void trimSeparators(std::string& text, std::size_t start) {
   text.erase(start, std::min(first, text.size()) - start);
 }
 
+// Nothing of a request is a fragment: a "#" would cut off what stands behind it.
+void escapeFragmentMarks(std::string& text) {
+  if (text.find('#') == std::string::npos) return;
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '#') escaped += "%23";
+    if (c != '#') escaped += c;
+  }
+  text = std::move(escaped);
+}
+
 // "http://domain/format/page/@position", with room for a query of `querySize`.
 std::string addressText(std::string_view domainName, std::string_view dataFormat,
                         std::string_view pageName, std::string_view adPosition,
@@ -61,6 +72,7 @@ std::optional<std::string> carrierValue(std::string_view key) {
 }  // namespace
 
 XURLBuilder& XURLBuilder::sharedInstance() {
+  const OperationLog log{"+[XURLBuilder sharedInstance]"};
   return Runtime::current().environment()->shared<XURLBuilder>();
 }
 
@@ -83,6 +95,7 @@ Url XURLBuilder::URLWithDomainName(std::string_view domainName, std::string_view
     trimSeparators(text, start);
   }
   if (text.size() > start && text[start] != '?') text.insert(start, 1, '?');
+  escapeFragmentMarks(text);
   return Url::fromText(std::move(text));
 }
 

@@ -14,6 +14,7 @@ XUserAgent::XUserAgent(const Environment& environment)
       webViews_{environment.platform().webViews} {}
 
 XUserAgent& XUserAgent::sharedProvider(Environment& environment) {
+  const OperationLog log{"+[XUserAgent sharedProvider]"};
   return environment.shared<XUserAgent>();
 }
 

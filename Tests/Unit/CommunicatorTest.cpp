@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <thread>
 
 #include "Communicator/Network/XNetworkManager.h"
@@ -101,6 +102,25 @@ TEST_F(Communicator, PassesFailuresOn) {
                                    HasSubstr(domain + " -1103")));
 }
 
+// As servers do to find out whether cookies are kept.
+TEST_F(Communicator, CarriesCookiesThroughACookieCheckByRedirect) {
+  answer({.status = 302, .headers = {{"Location", url_.text()}, {"Set-Cookie", "check=1"}}});
+  answer({.body = "{}"});
+  load();
+  EXPECT_THAT(events_, ElementsAre("info 200"));
+  EXPECT_THAT(*platform_.http->requests().at(1).header("Cookie"), HasSubstr("check=1; DAPROPS="));
+}
+
+TEST_F(Communicator, EachHostOfARedirectGetsItsOwnCookies) {
+  const Url other = Url::parse("http://other.test/ad");
+  platform_.cookies->storeFromHeaders({{"Set-Cookie", "theirs=1"}}, other);
+  platform_.cookies->storeFromHeaders({{"Set-Cookie", "ours=1"}}, url_);
+  answer({.status = 302, .headers = {{"Location", other.text()}}});
+  platform_.http->answer(other.text(), {.body = "{}"});
+  load();
+  EXPECT_EQ(*platform_.http->requests().at(1).header("Cookie"), "theirs=1");
+}
+
 TEST_F(Communicator, FollowsARedirectAndKeepsTheAskedUrl) {
   answer({.status = 302, .headers = {{"Location", "http://other.test/ad"}}});
   platform_.http->answer("http://other.test/ad", {.body = "{}"});
@@ -108,6 +128,43 @@ TEST_F(Communicator, FollowsARedirectAndKeepsTheAskedUrl) {
   EXPECT_THAT(events_, ElementsAre("info 200"));
   EXPECT_EQ(infos_[0]->httpRequestURL->url, url_);
   EXPECT_EQ(platform_.http->requests().at(1).header("Cookie"), nullptr);
+}
+
+// A transport that leaves cookies to whoever asked: what is stored the communicator stores itself.
+class CookielessHttpClient : public HttpClient {
+ public:
+  explicit CookielessHttpClient(HttpResult result) : result_{std::move(result)} {}
+  std::shared_ptr<Exchange> send(HttpRequest /*request*/, HttpCompletion completion) override {
+    completion(result_);
+    return nullptr;
+  }
+
+ private:
+  HttpResult result_;
+};
+
+TEST_F(Communicator, StoresCookiesItselfAlsoAfterAFailure) {
+  Platform platform = runtime_.platform();
+  platform.http = std::make_shared<CookielessHttpClient>(
+      HttpResult{HttpResponse{url_, 200, {{"Set-Cookie", "a=1"}}, {}, {}},
+                 makeError(TransportError::connectionLost, "lost")});
+  communicator_ = XServerCommunicator::create(std::make_shared<Environment>(platform), delegate_);
+  communicator_->loadURL(url_);
+  EXPECT_EQ(cookieHeader(platform_.cookies->cookiesFor(url_)), "a=1");
+}
+
+TEST_F(Communicator, TellsItsUserAgentOnAnotherThread) {
+  std::string told;
+  std::thread asking{
+      [&] { told = XUserAgent::sharedProvider(*runtime_.environment()).userAgent(); }};
+  std::atomic<bool> done{false};
+  std::thread waiting{[&] {
+    asking.join();
+    done = true;
+  }};
+  while (!done) platform_.runLoop->runPending();
+  waiting.join();
+  EXPECT_EQ(told, "Headless/1.0");
 }
 
 TEST_F(Communicator, StoresTheCookiesOfTheAnswerBeforeItReports) {

@@ -94,8 +94,10 @@ TEST_F(Cookies, NeverBecomeASecondHeaderNorAnEndlessOne) {
   }
   Platform platform = runtime_.platform();
   platform.cookies = loose;
-  const Runtime runtime{platform};
-  const std::string header = *attached("ads.test").header("Cookie");
+  HttpRequest request;
+  request.url = url_;
+  XCookieManager{platform}.attachCookiesToHeaderWithRequest(request, "ads.test");
+  const std::string header = *request.header("Cookie");
   EXPECT_THAT(header, Not(HasSubstr("vil")));
   EXPECT_TRUE(header.starts_with("n0=vvv"));
   EXPECT_TRUE(header.ends_with(description));

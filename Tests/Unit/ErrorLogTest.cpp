@@ -9,12 +9,14 @@
 #include <tavo/FatalFailure.h>
 #include <tavo/XErrorHandler.h>
 #include <tavo/XGlobalConfiguration.h>
+#include <tavo/XURLBuilder.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/XDatabase.h"
 #include "Services/Folders.h"
 #include "Unit/TransportFixture.h"
+#include "Utilities/XUserAgent.h"
 
 namespace tavo {
 namespace {
@@ -112,6 +114,13 @@ TEST_F(ErrorLog, SaysWhyItFails) {
   EXPECT_THAT(failures_, ElementsAre(HasSubstr("file is not a database")));
 }
 
+TEST_F(ErrorLog, HasNoPlaceWithoutAFolderForDocuments) {
+  folders_->folders.clear();
+  XErrorHandler::addErrorWithErrorId("id", "text");
+  EXPECT_THAT(failures_, ElementsAre(HasSubstr("no folder for documents")));
+  EXPECT_FALSE(std::filesystem::exists("/CorvaneTAVOSDKDB.sqlite"));
+}
+
 TEST_F(ErrorLog, FailsWhenAChangeCannotBeSaved) {
   XDatabase database{runtime_.environment()};
   database.managedObjectContext()->insert({"a", "b", Date{}});
@@ -169,6 +178,44 @@ TEST_F(ErrorLogDebug, WritesStartAndEndOfAnOperation) {
   EXPECT_LT(middle, end);
   EXPECT_NE(end, std::string::npos);
   EXPECT_THAT(text, HasSubstr("ErrorLogTest.cpp:"));
+}
+
+TEST_F(ErrorLogDebug, AHostsOwnRecordSwitchesNothing) {
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+  XGlobalConfiguration{}.enableDebugLogs = true;
+  EXPECT_TRUE(isDebugLogEnabled());
+  XGlobalConfiguration own;
+  own.enableDebugLogs = true;
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = false;
+  EXPECT_FALSE(isDebugLogEnabled());
+}
+
+TEST_F(ErrorLogDebug, WritesTheEndOfAnOperationThatSwitchesItOn) {
+  EXPECT_THAT(written([] {
+                const OperationLog log{"-[X y]"};
+                XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+                log.debug("middle");
+              }),
+              testing::AllOf(HasSubstr("middle\n"), HasSubstr("\n\n\nEnd: -[X y]\n")));
+}
+
+TEST_F(ErrorLogDebug, ClosesALineByItsFormatAndNotByItsValues) {
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+  const OperationLog log{"-[X y]"};
+  EXPECT_THAT(written([&] { log.debug("a: ", std::string{"b\n"}); }),
+              testing::EndsWith("a: b\n\n"));
+  EXPECT_THAT(written([&] { log.debug("a: ", 1, " b\n"); }), testing::EndsWith("a: 1 b\n"));
+}
+
+TEST_F(ErrorLogDebug, WritesWhenASharedInstanceIsAskedFor) {
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+  EXPECT_THAT(written([] { static_cast<void>(XGlobalConfiguration::sharedInstance()); }),
+              HasSubstr("Start: +[XGlobalConfiguration sharedInstance]"));
+  EXPECT_THAT(written([] { static_cast<void>(XURLBuilder::sharedInstance()); }),
+              HasSubstr("End: +[XURLBuilder sharedInstance]"));
+  EXPECT_THAT(
+      written([&] { static_cast<void>(XUserAgent::sharedProvider(*runtime_.environment())); }),
+      HasSubstr("Start: +[XUserAgent sharedProvider]"));
 }
 
 }  // namespace

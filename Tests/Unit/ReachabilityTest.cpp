@@ -58,10 +58,10 @@ TEST_F(Reachability, ReadsTheFlags) {
 }
 
 TEST_F(Reachability, PrintsTheFlags) {
-  EXPECT_EQ(reachabilityFlagsLine(0, "a"), "\n\nReachability Flag Status: -- ------- a\n");
-  EXPECT_EQ(reachabilityFlagsLine(~0U, "b"), "\n\nReachability Flag Status: WR tcCiDld b\n");
+  EXPECT_EQ(reachabilityFlagsLine(0, "a"), "\n\nReachability Flag Status: -- ------- a");
+  EXPECT_EQ(reachabilityFlagsLine(~0U, "b"), "\n\nReachability Flag Status: WR tcCiDld b");
   EXPECT_EQ(reachabilityFlagsLine(reachable | onDemand, "c"),
-            "\n\nReachability Flag Status: -R ----D-- c\n");
+            "\n\nReachability Flag Status: -R ----D-- c");
 }
 
 TEST_F(Reachability, RefusesTargetsThatMakeNoSense) {
@@ -108,6 +108,22 @@ TEST_F(Reachability, ManagerTellsWhetherTheInternetCameOrWent) {
   EXPECT_THAT(available, ElementsAre(1, 0, 0));
   EXPECT_EQ(&XNetworkManager::shareInstance(*Runtime::current().environment()), &manager);
   EXPECT_EQ(manager.hostReach, nullptr);
+}
+
+// Whoever watches another target posts under the same name; the news are about that target.
+TEST_F(Reachability, ManagerReadsTheObjectThatTheNotificationIsAbout) {
+  std::vector<int> available;
+  const auto subscription = runtime_.notifications().subscribe(
+      internetAccessChangedNotification, [&](const Notification& notification) {
+        available.push_back(notification.userInfo.at("Available"));
+      });
+  static_cast<void>(XNetworkManager::shareInstance(*runtime_.environment()));
+  const auto localWiFi = XNetworkReachability::reachabilityForLocalWiFi(*runtime_.environment());
+  ReachabilityCallback(*localWiFi);  // reachable, but not directly
+  platform_.network->setFlags(reachable | direct);
+  available.clear();
+  ReachabilityCallback(*localWiFi);
+  EXPECT_THAT(available, ElementsAre(1));
 }
 
 TEST_F(Reachability, ManagerPassesAnExceptionOfASubscriberOn) {

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <tavo/TrackingLedger.h>
+#include <tavo/XGlobalConfiguration.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "OnlineRequest/PingQueue.h"
@@ -23,6 +24,7 @@ using testing::Not;
 Limits smallLimits() {
   Limits limits;
   limits.queuedPings = 20;
+  limits.queuedPingsPerHost = 20;
   limits.pingConnectionsPerHost = 6;
   limits.pingConnections = 8;
   return limits;
@@ -30,7 +32,7 @@ Limits smallLimits() {
 
 class Tracking : public test::TransportTest {
  protected:
-  Tracking() : TransportTest{smallLimits()} {}
+  explicit Tracking(const Limits& limits = smallLimits()) : TransportTest{limits} {}
 
   static void track(const std::string& url, const std::string& context = "context") {
     XTrackingRequest::sendAsynchronousRequest(*Runtime::current().environment(), Url::parse(url),
@@ -67,6 +69,8 @@ TEST_F(Tracking, SendsAPlainRequestAndStoresTheCookies) {
   EXPECT_EQ(request.traffic, TrafficClass::tracking);
   EXPECT_EQ(request.deadline, runtime_.limits().pingTimeout);
   EXPECT_THAT(platform_.log->messages(), Contains("Impression sent successfully"));
+  EXPECT_THAT(platform_.log->messages(), Contains("\n\nDaprops cookies attached").Times(1))
+      << "on the request that is prepared and not sent";
   EXPECT_EQ(cookieHeader(platform_.cookies->cookiesFor(Url::parse("http://t.test/"))),
             "old=1; a=1");
 }
@@ -84,7 +88,11 @@ TEST_F(Tracking, SendsNothingOffline) {
 }
 
 TEST_F(Tracking, FiresNothingWithoutAUrl) {
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
+  testing::internal::CaptureStderr();
   track("");
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("\n\nURL: (null)\n"));
+  XGlobalConfiguration::sharedInstance().enableDebugLogs = false;
   track("(null)");
   track("(NULL)");
   platform_.runLoop->runPending();
@@ -188,6 +196,57 @@ TEST_F(Tracking, DropsWhatTheQueueCannotHold) {
   EXPECT_EQ(ledger().records().back().state, PingState::dropped);
   run();
   EXPECT_EQ(platform_.http->urls().size(), 22U);
+}
+
+Limits boundsPerHost() {
+  Limits limits = smallLimits();
+  limits.queuedPingsPerHost = 6;
+  limits.queuedPings = 8;
+  return limits;
+}
+
+class TrackingBounds : public Tracking {
+ protected:
+  TrackingBounds() : Tracking{boundsPerHost()} {}
+  void trackMany(const std::string& host, int count) {
+    for (int i = 1; i <= count; ++i) track("http://" + host + ".test/" + std::to_string(i));
+  }
+  std::vector<std::string> dropped() {
+    std::vector<std::string> urls;
+    for (const auto& record : ledger().records()) {
+      if (record.state == PingState::dropped) urls.push_back(record.url.text());
+    }
+    return urls;
+  }
+};
+
+TEST_F(TrackingBounds, ASilentHostTakesNoRoomFromTheOthers) {
+  for (int i = 0; i < 2; ++i)
+    platform_.http->answer("http://silent.test/1", {.neverAnswers = true});
+  platform_.http->answer("", {});
+  trackMany("silent", 10);  // 2 on their way, 6 wait
+  trackMany("healthy", 4);
+  EXPECT_THAT(dropped(), ElementsAre("http://silent.test/9", "http://silent.test/10"));
+  EXPECT_THAT(platform_.log->messages(), Contains(HasSubstr("dropped")).Times(2));
+}
+
+TEST_F(TrackingBounds, TheLongestQueueMakesRoom) {
+  platform_.http->answer("", {.neverAnswers = true});
+  trackMany("long", 8);   // 2 on their way, 6 wait
+  trackMany("short", 5);  // 2 on their way, 3 wait
+  EXPECT_THAT(dropped(), ElementsAre("http://long.test/8"));
+  trackMany("another", 20);
+  EXPECT_EQ(queue().waiting(), 8U);
+}
+
+TEST_F(Tracking, LooksAtTheNetworkAgainBeforeAPingLeaves) {
+  platform_.http->answer("", {.delay = Seconds{0.01}});
+  for (int i = 0; i < 5; ++i) track("http://t.test/" + std::to_string(i), "Event");
+  platform_.network->setReachable(false);
+  run();
+  EXPECT_EQ(ledger().totals(), (PingTotals{.due = 5, .sent = 2, .answered = 2, .suppressed = 3}));
+  EXPECT_EQ(platform_.http->urls().size(), 2U);
+  EXPECT_THAT(platform_.log->messages(), Contains("Event sent successfully").Times(2));
 }
 
 TEST_F(Tracking, ForgetsHostsThatAreQuiet) {

@@ -60,6 +60,7 @@ constexpr QueryCase queryCases[] = {
      "?_TAVO_GEO_OVERRIDE_=x&_TAVO_GEO_OVERRIDE_=y", "?_TAVO_GEO_OVERRIDE_=y"},
     {"escapes", "", "q=a b\xC3\xA9|<\"&p=50%&r=%20", "?q=a%20b%C3%A9%7C%3C%22&p=50%25&r=%20",
      "?q=a%20b%C3%A9%7C%3C%22&p=50%25&r=%20"},
+    {"a fragment would cut the request", "k=#1", "q=#a", "?q=%23a&k=%231", "?q=%23a&k=%231"},
     {"delimiters stay", "", "u=http://x.test:80/a,b;c?d=@e'f", "?u=http://x.test:80/a,b;c?d=@e'f",
      "?u=http://x.test:80/a,b;c?d=@e'f"},
     {"control characters and brackets", "", "a[0]=1\n2\x01", "?a%5B0%5D=1%0A2%01",

@@ -120,7 +120,7 @@ void ReachabilityCallback(const XNetworkReachability& reachability) {
 
 void PrintReachabilityFlags(std::uint32_t flags, std::string_view comment) {
   const OperationLog log{"PrintReachabilityFlags"};
-  log.debug(reachabilityFlagsLine(flags, comment));
+  log.debug(reachabilityFlagsLine(flags, comment), "\n");
 }
 
 std::string reachabilityFlagsLine(std::uint32_t flags, std::string_view comment) {
@@ -144,7 +144,7 @@ std::string reachabilityFlagsLine(std::uint32_t flags, std::string_view comment)
   for (const auto& [flag, letter] : letters) {
     line += flag == 0 || (flags & flag) != 0 ? letter : '-';
   }
-  return line.append(" ").append(comment).append("\n");
+  return line.append(" ").append(comment);
 }
 
 }  // namespace tavo
