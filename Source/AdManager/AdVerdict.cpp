@@ -24,7 +24,7 @@ Url requestedUrl(const XAdInfo& answer) {
 }
 
 Verdict page(const std::optional<std::string>& html, std::optional<MobileAdSubTypes> subType) {
-  if (!html) return NoAd{};
+  if (isNilString(html)) return NoAd{};
   if (isEmptyPicture(*html)) return RefuseEmptyPicture{subType};
   return ShowHtml{*html, subType};
 }
@@ -57,9 +57,8 @@ Verdict classifyContent(const XAdInfo& answer, const SlotFacts& slot) {
 }
 
 Verdict classifyBidding(const XAdInfo& answer, const SlotFacts& slot) {
-  if (isNilString(answer.adType)) return EmptyAd{"\n\nEmpty Ad"};
+  if (isNilString(answer.adType)) return EmptyAd{AnswerRoute::bidding};
   if (answer.adType == "text/xml") return classifyContent(answer, slot);
-  if (isNilString(answer.text)) return NoAd{};
   return page(answer.text, slot.interstitial ? MobileAdSubTypes::richMediaInterstitial
                                              : MobileAdSubTypes::richMediaBanner);
 }
@@ -78,7 +77,7 @@ Verdict classifyRedirect(const XAdInfo& answer, const SlotFacts& slot) {
     return ShowImage{requestedUrl(answer), redirectImage(slot)};
   }
   if (!contains(*answer.MIMEType, "text")) return NoAd{};
-  if (isNilString(answer.responseContent)) return EmptyAd{"\n\nRedirect: Empty Ad"};
+  if (isNilString(answer.responseContent)) return EmptyAd{AnswerRoute::redirect};
   return page(answer.responseContent, redirectPage(slot));
 }
 
@@ -108,13 +107,25 @@ bool looksLikeVast(std::string_view text) {
   return contains(text, "<VAST ") && contains(text, "</VAST>");
 }
 
+AnswerRoute routeOf(const XAdInfo& answer, const SlotFacts& slot) {
+  if (slot.realTimeBidding) return AnswerRoute::bidding;
+  if (isRedirect(answer)) return AnswerRoute::redirect;
+  const bool isAdItself = slot.requestRedirected && !isNilString(answer.MIMEType);
+  return isAdItself ? AnswerRoute::redirected : AnswerRoute::normal;
+}
+
 Verdict classify(const XAdInfo& answer, const SlotFacts& slot) {
-  if (slot.realTimeBidding) return classifyBidding(answer, slot);
-  if (isRedirect(answer)) return classifyRedirect(answer, slot);
-  if (slot.requestRedirected && !isNilString(answer.MIMEType)) {
-    return classifyRedirected(answer, slot);
+  switch (routeOf(answer, slot)) {
+    case AnswerRoute::bidding:
+      return classifyBidding(answer, slot);
+    case AnswerRoute::redirect:
+      return classifyRedirect(answer, slot);
+    case AnswerRoute::redirected:
+      return classifyRedirected(answer, slot);
+    case AnswerRoute::normal:
+      return classifyContent(answer, slot);
   }
-  return classifyContent(answer, slot);
+  return NoAd{};
 }
 
 }  // namespace tavo

@@ -13,6 +13,14 @@
 
 namespace tavo {
 
+// The way that an answer takes.
+enum class AnswerRoute {
+  bidding,     // of a slot that takes part in real-time bidding
+  redirect,    // names another address, or brings the ad in its own text or body
+  redirected,  // came from the address that a redirect led to: the ad itself
+  normal,
+};
+
 // What is to be done with an answer. One alternative per outcome; each holds all that its carrying
 // out needs, so that nobody looks at the answer again.
 
@@ -21,7 +29,7 @@ struct NoAd {};
 
 // The server says that there is no ad.
 struct EmptyAd {
-  std::string_view message;  // for the log; empty: none
+  AnswerRoute route = AnswerRoute::bidding;
 };
 
 // The ad is at another address.
@@ -38,7 +46,7 @@ struct ShowImage {
 // Show a page.
 struct ShowHtml {
   std::string html;
-  // None: decided by the view's type when its sub-type is not yet known.
+  // None: a rich media ad of the view's type, unless the view knows better already.
   std::optional<MobileAdSubTypes> subType;
 };
 
@@ -71,6 +79,8 @@ struct SlotFacts {
   std::string mediationPlacementId{};
   Size mediationSize{};
 };
+
+[[nodiscard]] AnswerRoute routeOf(const XAdInfo& answer, const SlotFacts& slot);
 
 // Decides from the answer's texts alone; has no effect.
 [[nodiscard]] Verdict classify(const XAdInfo& answer, const SlotFacts& slot);

@@ -106,11 +106,13 @@ void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad
   videoView_->isVastInterestitial = interstitial;
   videoView_->mobileAdSubTypes = subType;
   const auto urls = videoView_->videoURLFromVASTAd(*ad);
-  view.setMobileAdSubTypes(subType);
+  // A film that nothing can play leaves the slot to what stands in it.
+  const bool canPlay = interstitial || settings_.moviePlayerInstance;
+  if (canPlay) view.setMobileAdSubTypes(subType);
   if (urls.empty() || !urls.front().isHttp()) {
     return fail(makeError(SdkError::invalidMovieUrl, "Invalid Movie URL."));
   }
-  if (!interstitial && !settings_.moviePlayerInstance) {
+  if (!canPlay) {
     return fail(makeError(MovieError::unavailable,
                           "A video in a banner slot needs the host's movie player."));
   }

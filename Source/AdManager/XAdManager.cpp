@@ -137,9 +137,24 @@ void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
   takeOver(*answer);
   const auto view = adView_.lock();
   if (!view) return;
-  const bool redirected = requestRedirected_;
-  const Verdict verdict = classify(*answer, slotFacts(*view));
-  conclude(std::visit([&](const auto& one) { return carryOut(one, *view); }, verdict), redirected);
+  const auto impression = impression_;  // held: a report may bring the next answer
+  const SlotFacts slot = slotFacts(*view);
+  switch (routeOf(*answer, slot)) {
+    case AnswerRoute::bidding:
+      break;
+    case AnswerRoute::redirect:
+      platformLog("\n\nRequest is redirected");
+      break;
+    case AnswerRoute::redirected:
+      log.debug("\n\nRedirect request response received");
+      break;
+    case AnswerRoute::normal:
+      platformLog("\n\nRequest is Normal");
+      break;
+  }
+  const Verdict verdict = classify(*answer, slot);
+  const auto outcome = std::visit([&](const auto& one) { return carryOut(one, *view); }, verdict);
+  conclude(outcome, *view, *impression, slot.requestRedirected);
 }
 
 // The answer to a redirect keeps the addresses of the first answer where it has none of its own.
@@ -149,6 +164,9 @@ void XAdManager::takeOver(const XAdInfo& answer) {
   if (auto impression = present(answer.impressionTrackingURL)) {
     impressionTrackingURL_ = std::move(impression);
   }
+  tracker_ = std::make_shared<XAdTracker>(environment_);
+  impression_ = std::make_shared<AnswerImpression>(
+      tracker_, Url::fromText(impressionTrackingURL_.value_or("")), slotConfiguration);
 }
 
 SlotFacts XAdManager::slotFacts(const AdManagerView& view) const {
@@ -162,13 +180,30 @@ SlotFacts XAdManager::slotFacts(const AdManagerView& view) const {
               slot ? Size{slot->mediationBannerWidth, slot->mediationBannerHeight} : Size{}};
 }
 
-void XAdManager::conclude(Outcome outcome, bool redirected) {
+void XAdManager::conclude(Outcome outcome, AdManagerView& view, AnswerImpression& impression,
+                          bool requestRedirected) {
   if (outcome == Outcome::shown) {
     platformLog("\n\nAd is displayed successfully");
-    processImpressionTracking();
-  } else if (outcome == Outcome::unusable && !redirected) {
+    impression.processImpressionTracking();
+  } else if (outcome == Outcome::unusable && !requestRedirected) {
     platformLog("\n\nTAVO: No ads available from Server");
-    fail(makeError(SdkError::noAd, "No ads available from TAVO server."));
+    tellWithoutAd(
+        view, [this] { fail(makeError(SdkError::noAd, "No ads available from TAVO server.")); });
+  }
+}
+
+// An answer's kind begins as not yet known, also where it brings nothing: who hears of it may hand
+// the slot to another network. What stands in the slot has its own kind back afterwards, unless it
+// was a film, which is over.
+void XAdManager::tellWithoutAd(AdManagerView& view, const std::function<void()>& report) {
+  if (isForFilms()) return report();
+  const MobileAdSubTypes standing = view.mobileAdSubTypes();
+  view.setMobileAdSubTypes(MobileAdSubTypes::unknown);
+  report();
+  const bool wasFilm =
+      standing == MobileAdSubTypes::vastBanner || standing == MobileAdSubTypes::vastInterstitial;
+  if (!wasFilm && view.mobileAdSubTypes() == MobileAdSubTypes::unknown) {
+    view.setMobileAdSubTypes(standing);
   }
 }
 
@@ -192,52 +227,92 @@ XAdManager::Outcome XAdManager::carryOut(const NoAd& /*verdict*/, AdManagerView&
   return Outcome::unusable;
 }
 
-XAdManager::Outcome XAdManager::carryOut(const EmptyAd& verdict, AdManagerView& /*view*/) {
-  platformLog(verdict.message);
-  delegate.tell(&XAdManagerDelegate::adManagerDidReceiveEmptyAd, *this);
+XAdManager::Outcome XAdManager::carryOut(const EmptyAd& verdict, AdManagerView& view) {
+  const OperationLog log{"-[XAdManager serverCommunicatorDidReceiveEmptyAd:]"};
+  if (verdict.route == AnswerRoute::redirect) {
+    platformLog("\n\nRedirect: Empty Ad");
+  } else {
+    log.debug("\n\nEmpty Ad");
+  }
+  tellWithoutAd(view,
+                [this] { delegate.tell(&XAdManagerDelegate::adManagerDidReceiveEmptyAd, *this); });
   return Outcome::shown;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const FollowRedirect& verdict, AdManagerView& /*view*/) {
-  platformLog("\n\nRequest is redirected");
   if (++redirectAnswers_ > environment_->limits().redirectAnswers) {
     fail(makeError(TransportError::tooManyRedirects, "Too many answers in a row were redirects."));
   } else {
     loadAdWithRedirectURL(verdict.url);
   }
-  return Outcome::told;
+  return Outcome::elsewhere;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const ShowImage& verdict, AdManagerView& view) {
+  const OperationLog log{"-[XAdManager processResponseSuccessWithAdInfo:communicator:]"};
+  if (verdict.subType == MobileAdSubTypes::image) log.debug("\n\nLoading Image Ad...");
   view.setMobileAdSubTypes(verdict.subType);
-  loadImageAdType(view, verdict.picture);
+  showImage(view, verdict.picture);
   return Outcome::shown;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const ShowHtml& verdict, AdManagerView& view) {
+  const OperationLog log{"-[XAdManager processResponseSuccessWithAdInfo:communicator:]"};
   if (verdict.subType) {
     view.setMobileAdSubTypes(*verdict.subType);
-  } else if (view.mobileAdSubTypes() == MobileAdSubTypes::unknown) {
-    const bool banner = view.mobileAdTypes() != MobileAdTypes::interstitial;
-    platformLog(banner ? "Rich Media Ad - Banner" : "Rich Media Ad - Interstitial");
-    view.setMobileAdSubTypes(banner ? MobileAdSubTypes::richMediaBanner
-                                    : MobileAdSubTypes::richMediaInterstitial);
+  } else {
+    log.debug("\n\nLoading MRAID/HTML Ad...");
+    if (!moviePlayerInstance) view.setMobileAdSubTypes(MobileAdSubTypes::unknown);
   }
-  loadRichMediaAd(view, verdict.html);
-  return Outcome::waiting;
+  showPage(view, verdict.html, baseUrl_);
+  return Outcome::later;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const RefuseEmptyPicture& verdict, AdManagerView& view) {
   const OperationLog log{"-[XAdManager sendFailDelegateForEmptyGif]"};
   if (verdict.subType) view.setMobileAdSubTypes(*verdict.subType);
   fail(makeError(SdkError::noAd, "empty.gif file response received."));
-  return Outcome::told;
+  return Outcome::elsewhere;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const PlayVast& verdict, AdManagerView& /*view*/) {
+  playVideo(verdict.document);
+  return Outcome::later;
+}
+
+XAdManager::Outcome XAdManager::carryOut(const Mediate& verdict, AdManagerView& view) {
+  if (!isForFilms()) view.setMobileAdSubTypes(MobileAdSubTypes::unknown);
+  (void)delegate.ask(&XAdManagerDelegate::startMediationWithAdView, verdict.placementId,
+                     verdict.size, true);
+  return Outcome::elsewhere;
+}
+
+void XAdManager::loadImageAdTypeWithAdInfo(const XAdInfo& adInfo) {
+  loadImageAdTypeWithURL(Url::fromText(adInfo.fileURL.value_or("")));
+}
+
+void XAdManager::loadImageAdTypeWithURL(const Url& url) {
+  if (const auto view = adView_.lock()) showImage(*view, url);
+}
+
+void XAdManager::loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString) {
+  loadRichMediaAdWithAdInfo(adInfo, htmlString, baseUrl_);
+}
+
+void XAdManager::loadRichMediaAdWithAdInfo(const XAdInfo& /*adInfo*/, const std::string& htmlString,
+                                           const Url& baseUrl) {
+  if (const auto view = adView_.lock()) showPage(*view, htmlString, baseUrl);
+}
+
+void XAdManager::loadVastAdWithAdInfo(const XAdInfo& adInfo) {
+  playVideo(adInfo.text.value_or(""));
+}
+
+void XAdManager::playVideo(const std::string& document) {
   const OperationLog log{"-[XAdManager loadVastAdWithAdInfo:]"};
   log.debug("\n\nLoading Vast Ad...");
   const Relay relay{*this};
+  videoImpression_ = impression_;
   vastRoad_ = VastRoad::create(environment_,
                                {.adView = adView_,
                                 .moviePlayerInstance = moviePlayerInstance,
@@ -246,20 +321,15 @@ XAdManager::Outcome XAdManager::carryOut(const PlayVast& verdict, AdManagerView&
                                {.failed = relay.call(&XAdManager::fail),
                                 .concluded = relay.call(&XAdManager::didConcludeVast)});
   const auto road = vastRoad_;  // its first report may drop the manager
-  road->loadVastAd(verdict.document);
-  return Outcome::waiting;
-}
-
-XAdManager::Outcome XAdManager::carryOut(const Mediate& verdict, AdManagerView& /*view*/) {
-  (void)delegate.ask(&XAdManagerDelegate::startMediationWithAdView, verdict.placementId,
-                     verdict.size, true);
-  return Outcome::told;
+  road->loadVastAd(document);
 }
 
 // Quirk: the answer's impression is counted when the answer is dealt with, also after a failure:
 // a document that was served is billed, as a picture is that cannot be decoded.
 void XAdManager::didConcludeVast() {
-  if (!adView_.expired()) conclude(Outcome::shown, requestRedirected_);
+  if (adView_.expired() || !videoImpression_) return;
+  platformLog("\n\nAd is displayed successfully");
+  videoImpression_->processImpressionTracking();
 }
 
 void XAdManager::dismissVastViewController() {
@@ -292,7 +362,7 @@ void XAdManager::emptySlot(AdManagerView& view) {
   webViewAgent_.reset();
 }
 
-void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
+void XAdManager::showImage(AdManagerView& view, const Url& picture) {
   const OperationLog log{"-[XAdManager loadImageAdTypeWithURL:]"};
   platformLog("\n\nImage Ad");
   emptySlot(view);
@@ -310,22 +380,29 @@ void XAdManager::loadImageAdType(AdManagerView& view, const Url& imageUrl) {
     platformLog("\n\nClickthrough URL set for Standard Banner");
     banner->clickThroughUrl = Url::fromText(*clickThroughURL_);
   }
-  banner->loadImageWithURL(imageUrl, adView_);
+  banner->loadImageWithURL(picture, adView_);
   followScreen(view);
   slotView.addSubview(banner);
   delegate.tell(&XAdManagerDelegate::refreshAd);
 }
 
-void XAdManager::loadRichMediaAd(AdManagerView& view, const std::string& html) {
+void XAdManager::showPage(AdManagerView& view, const std::string& html, const Url& baseUrl) {
   const OperationLog log{"-[XAdManager loadRichMediaAdWithAdInfo:htmlString:baseUrl:]"};
+  if (view.mobileAdSubTypes() == MobileAdSubTypes::unknown) {
+    const bool banner = view.mobileAdTypes() != MobileAdTypes::interstitial;
+    platformLog(banner ? "Rich Media Ad - Banner" : "Rich Media Ad - Interstitial");
+    view.setMobileAdSubTypes(banner ? MobileAdSubTypes::richMediaBanner
+                                    : MobileAdSubTypes::richMediaInterstitial);
+  }
   followScreen(view);
   emptySlot(view);
   View& slotView = view.sceneView();
   const Rect& frame = slotView.frame();
+  pageImpression_ = impression_;
   webViewAgent_ = XWebViewAgent::create(environment_, {0, 0, frame.width, frame.height},
                                         pageOf(view), webViewEvents_);
   slotView.addSubview(webViewAgent_);
-  webViewAgent_->loadHTMLString(html, baseUrl_, adView_);
+  webViewAgent_->loadHTMLString(html, baseUrl, adView_);
   if (!slotName_.empty()) htmlSlots_.add(slotName_);
   log.debug("\n\nRefresh Ad");
   delegate.tell(&XAdManagerDelegate::refreshAd);
@@ -333,23 +410,14 @@ void XAdManager::loadRichMediaAd(AdManagerView& view, const std::string& html) {
 
 bool XAdManager::webViewDidFinishRender(WebView& webView) {
   const OperationLog log{"-[XAdManager webViewDidFinishRender:]"};
+  const auto impression = pageImpression_;  // the host may load anew inside the question
   const bool mayShow =
       delegate.ask(&XAdManagerDelegate::adManagerWebViewDidFinishRender, *this, webView)
           .value_or(true);
   if (!mayShow) return false;
   log.debug("\n\nTracking Impressions...");
-  processImpressionTracking();
+  if (impression) impression->processImpressionTracking();
   return true;
-}
-
-void XAdManager::processImpressionTracking() {
-  const OperationLog log{"-[XAdManager processImpressionTracking:]"};
-  if (!impressionTrackingURL_) return;
-  XAdTracker tracker{environment_};
-  tracker.impressionURL = Url::fromText(*impressionTrackingURL_);
-  tracker.impressionURLs = {tracker.impressionURL};
-  tracker.slotConfiguration = slotConfiguration;
-  tracker.trackImpressions();
 }
 
 }  // namespace tavo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include "AdInfo/XAdInfo.h"
 #include "AdManager/AdManagerView.h"
 #include "AdManager/AdVerdict.h"
+#include "AdManager/AnswerImpression.h"
 #include "AdManager/HtmlSlots.h"
 #include "AdManager/VastRoad.h"
 #include "AdManager/XAdManagerDelegate.h"
@@ -40,6 +42,19 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   // Asks again at the address that an answer named.
   void loadAdWithRedirectURL(const std::string& url);
 
+  // What the last answer has brought: the base of its pages, and who sends its impression.
+  [[nodiscard]] const Url& baseUrl() const { return baseUrl_; }
+  [[nodiscard]] const std::shared_ptr<XAdTracker>& tracker() const { return tracker_; }
+
+  // The renderers: each takes the slot from what stood there before, and does nothing without a
+  // view. The answer's impression is not theirs to count.
+  void loadImageAdTypeWithAdInfo(const XAdInfo& adInfo);
+  void loadImageAdTypeWithURL(const Url& url);
+  void loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString);
+  void loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString,
+                                 const Url& baseUrl);
+  void loadVastAdWithAdInfo(const XAdInfo& adInfo);
+
   // The video of the current answer; null when it is none or not there yet.
   [[nodiscard]] std::shared_ptr<XVASTVideoView> videoView() const;
 
@@ -48,9 +63,10 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   enum class Outcome {
     unusable,  // the answer has nothing for this slot
     shown,     // its impression counts now
-    waiting,   // its impression counts once the page or the video is there
-    told,      // it ended in a report, a new request or with another network
+    later,     // its impression counts once the page or the video is there
+    elsewhere  // it ended in a report, a new request or with another network
   };
+  using Impression = std::shared_ptr<AnswerImpression>;
 
   XAdManager(std::shared_ptr<Environment> environment, std::weak_ptr<AdManagerView> adView);
 
@@ -63,7 +79,8 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer);
   void takeOver(const XAdInfo& answer);
   [[nodiscard]] SlotFacts slotFacts(const AdManagerView& view) const;
-  void conclude(Outcome outcome, bool redirected);
+  void conclude(Outcome outcome, AdManagerView& view, AnswerImpression& impression,
+                bool requestRedirected);
   void didFailWithError(const std::optional<Error>& error);
 
   // One for each verdict.
@@ -76,9 +93,13 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   Outcome carryOut(const PlayVast& verdict, AdManagerView& view);
   Outcome carryOut(const Mediate& verdict, AdManagerView& view);
 
-  // Renderers.
-  void loadImageAdType(AdManagerView& view, const Url& imageUrl);
-  void loadRichMediaAd(AdManagerView& view, const std::string& html);
+  void showImage(AdManagerView& view, const Url& picture);
+  void showPage(AdManagerView& view, const std::string& html, const Url& baseUrl);
+  void playVideo(const std::string& document);
+  // Whether the slot is a film's, whatever an answer brings: the host has lent its player, or the
+  // film is there.
+  [[nodiscard]] bool isForFilms() const { return moviePlayerInstance || videoView(); }
+  void tellWithoutAd(AdManagerView& view, const std::function<void()>& report);
   void emptySlot(AdManagerView& view);
   static void followScreen(AdManagerView& view);
 
@@ -90,7 +111,6 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void dismissVastViewController();
   void dismissVastViewControllerOnMemoryWarning();
   [[nodiscard]] std::shared_ptr<const void> hold();
-  void processImpressionTracking();
   void fail(const Error& error);
 
   const std::shared_ptr<Environment> environment_;
@@ -107,6 +127,10 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   Url baseUrl_;
   std::optional<std::string> clickThroughURL_;
   std::optional<std::string> impressionTrackingURL_;
+  std::shared_ptr<XAdTracker> tracker_;
+  Impression impression_;       // of the answer in hand
+  Impression pageImpression_;   // of the page that stands in the slot
+  Impression videoImpression_;  // of the answer that the video road has
   bool requestRedirected_ = false;
   int redirectAnswers_ = 0;  // in a row
 };

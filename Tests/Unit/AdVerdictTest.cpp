@@ -80,7 +80,7 @@ TEST(AdVerdictTest, OrdinaryAnswers) {
       {"html", info("text/html", "<b>"), {}, "html - <b>"},
       {"html in capitals is nothing", info("TEXT/HTML", "<b>"), {}, "no ad"},
       {"html with charset is nothing", info("text/html; charset=utf-8", "<b>"), {}, "no ad"},
-      {"html without text is a page all the same", info("text/html"), {}, "html - (null)"},
+      {"html without text", info("text/html"), {}, "no ad"},
       {"xml", info("text/xml", "x"), {}, "vast x"},
       {"VAST under another type",
        info("text/html", "<VAST v='3'></VAST>"),

@@ -11,82 +11,13 @@
 #include "AdController/AdGenerator/MraidStatement.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Unit/RecordingAdView.h"
 
 namespace tavo::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::string text(const Rect& rect) { return members(rect); }
-
-// An ad view that does nothing but write down what it is asked for.
-class RecordingAdView : public View, public WebViewAgentHost {
- public:
-  RecordingAdView(const Rect& frame, std::vector<std::string>& lines)
-      : View{frame}, lines_{lines} {}
-
-  std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const override { return slot_; }
-  MobileAdSubTypes mobileAdSubTypes() const override { return MobileAdSubTypes::richMediaBanner; }
-  std::shared_ptr<void> hold() override { return shared_from_this(); }
-  View& sceneView() override { return *this; }
-  PlacementType placementType() const override { return placement; }
-  void openUrlInBrowser(const Url& url) override { note("openUrlInBrowser " + url.text()); }
-  void openDiallerWithUrl(const Url& url) override { note("openDiallerWithUrl " + url.text()); }
-  void sendSMSWithUrl(const Url& url) override { note("sendSMSWithUrl " + url.text()); }
-  void sendEmailWithUrl(const Url& url) override { note("sendEmailWithUrl " + url.text()); }
-  void makeFaceTimeCallWithUrl(const Url& url) override {
-    note("makeFaceTimeCallWithUrl " + url.text());
-  }
-  std::shared_ptr<PictureSaver> makePictureManager(PictureSaver::Failed) override {
-    return nullptr;
-  }
-  void createCalenderEvent(const std::string& event) override {
-    note("createCalenderEvent " + event);
-  }
-  void handlePlayVideoWithURL(const Url& url) override {
-    note("handlePlayVideoWithURL " + url.text());
-  }
-  void handleInitMRAIDAdWithWebView(const PageRef& webView,
-                                    const std::shared_ptr<XMRAIDEventEmitter>& emitter) override {
-    note("handleInitMRAIDAdWithWebView");
-    emitter->setMaxSize({320, 480}, webView);
-  }
-  bool expands = true;
-  bool expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
-                     const PageRef&) override {
-    note("expandToFrame " + text(frame) + (isCustomClose ? " customClose" : "") +
-         (isOrientationAllowed ? " orientation" : ""));
-    return expands;
-  }
-  void collapseToFrame(const Rect& frame) override { note("collapseToFrame " + text(frame)); }
-  void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef&) override {
-    note("resizeAd " + (properties ? properties->description() : "none"));
-  }
-  void setExpandPropertiesWithDict(const XMRAIDExpandProperties& properties) override {
-    note("setExpandPropertiesWithDict " + properties.description());
-  }
-  void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
-                                    const PageRef&) override {
-    note("setOrientationPropertiesWith " + properties.description());
-  }
-  void updateCurrentPositionOfWebView(const PageRef&) override {
-    note("updateCurrentPositionOfWebView");
-  }
-  void webViewLeavesScreen(const PageRef&) override { note("webViewLeavesScreen"); }
-
-  PlacementType placement = PlacementType::inlined;
-  std::function<void()> onCall{};
-
- private:
-  void note(const std::string& line) {
-    lines_.push_back(line);
-    if (onCall) onCall();
-  }
-
-  std::vector<std::string>& lines_;
-  std::shared_ptr<XAdSlotConfiguration> slot_ = std::make_shared<XAdSlotConfiguration>();
-};
 
 class MraidDispatchTest : public testing::Test {
  protected:
@@ -346,7 +277,7 @@ TEST_F(MraidDispatchTest, AnExpandedAdIsCentredInTheApplication) {
       {XMRAIDExpandProperties{Size{-100, 10}}, {210, 245, -100, 10}},
   };
   for (const auto& test : cases) {
-    EXPECT_EQ(expandedFrame(application, test.asked), test.expected) << text(test.expected);
+    EXPECT_EQ(expandedFrame(application, test.asked), test.expected) << members(test.expected);
   }
 }
 
