@@ -28,8 +28,9 @@ struct Limits {
   std::size_t vastBytes = std::size_t{5} * 1024 * 1024;
   std::size_t vastNodes = 200'000;
   int vastDepth = 256;
-  Seconds wrapperTimeout{4};       // one document of a wrapper chain
-  Seconds wrapperChainBudget{16};  // all of them
+  std::size_t vastWrappersInAd = 16;  // beside one another; an ad with more fails as an invalid URL
+  Seconds wrapperTimeout{4};          // one document of a wrapper chain
+  Seconds wrapperChainBudget{16};     // all of them
   Seconds mediaProbeTimeout{8};
   Seconds firstFrameTimeout{8};
   Seconds stallTimeout{8};

@@ -141,7 +141,6 @@ void VastRoad::play() {
   const auto held = shared_from_this();
   const auto view = settings_.adView.lock();
   if (!view) return events_.concluded();
-  trackChainImpressions();
   videoView_->delegate.set(settings_.videoEvents);
   videoView_->trackingArrayWithVASTResponse(ad_);
   if (videoView_->mobileAdSubTypes == MobileAdSubTypes::vastInterstitial) {
@@ -149,7 +148,8 @@ void VastRoad::play() {
     videoView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
     view->sceneView().addSubview(videoView_);
   }
-  videoView_->setUpPlayer();
+  const auto video = videoView_;  // held: its first report may end the road
+  if (video->setUpPlayer()) trackChainImpressions();
   events_.concluded();
 }
 

@@ -208,12 +208,13 @@ TEST_F(AdViewMediationTest, PlacementAndSizeMustBeThere) {
 
 TEST_F(AdViewMediationTest, PrerollsAndUnheardInterstitialsAreNotMediated) {
   slot_->canMediate = 1;
-  banner_->setMobileAdSubTypes(MobileAdSubTypes::vastBanner);
+  banner_->setMoviePlayerInstance(platform_.moviePlayers->create({}));
   EXPECT_THAT(loadNothing(),
               ElementsAre(getAd,
                           "didFail 1008 Failed to retrieve ad from TAVO. Cannot mediate for "
                           "Preroll ads.",
                           "didFail 1002 No ads available from TAVO server."));
+  banner_->setMoviePlayerInstance(nullptr);
   banner_->setMobileAdSubTypes(MobileAdSubTypes::unknown);
   banner_->setMobileAdTypes(MobileAdTypes::interstitial);
   banner_->setPlacementType(PlacementType::interstitial);

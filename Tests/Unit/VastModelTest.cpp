@@ -7,6 +7,7 @@
 
 #include "Headless/HeadlessPlatform.h"
 #include "Model/VASTDataModel/XVASTAd.h"
+#include "UserInterface/NativeView/TrackingList.h"
 
 namespace tavo::test {
 namespace {
@@ -89,6 +90,20 @@ TEST_F(VastModelTest, attributesFillTheirFields) {
                            {"expandedWidth", &XCompanion::expandedWidth},
                            {"apiFramework", &XCompanion::apiFramework},
                            {"adSlotID", &XCompanion::adSlotID}});
+}
+
+TEST_F(VastModelTest, whatAHostKeepsInAnAdStaysThere) {
+  const auto ad = XVASTAd::sharedInstance();
+  ad->inlineAd = std::make_shared<XInlineAd>();
+  ad->inlineAd->tempObject = 7;
+  auto& linear = ad->inlineAd->creativesArray->emplace_back().linearAds;
+  linear.mediaFilesArray.emplace(1);
+  linear.trackingEventsArray.emplace(1);
+  const auto wrapper = ad->wrapperAd.emplace_back(std::make_shared<XWrapperAd>());
+  wrapper->creativesArray->emplace_back().linearAds.trackingEventsArray.emplace(1);
+  EXPECT_EQ(mergedTracking(ad)->size(), 2U);
+  EXPECT_EQ(mergedTracking(ad)->size(), 2U) << "once is enough";
+  EXPECT_EQ(std::any_cast<int>(ad->inlineAd->tempObject), 7);
 }
 
 TEST_F(VastModelTest, aResetGivesAnEmptyRootAndLeavesTheOldOne) {

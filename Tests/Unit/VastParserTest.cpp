@@ -249,7 +249,7 @@ TEST_F(VastParserTest, hostileDocumentsWithinTheLimitsAreOverSoon) {
   };
   const std::string ad = "<VAST><Ad>";
   const std::string icons = ad + "<InLine><Creatives><Creative><Linear><Icons>";
-  EXPECT_EQ(failureOfText(ad + many("<Wrapper/>", 99'000) + many("<InLine/>", 99'000)), invalidXML);
+  EXPECT_EQ(failureOfText(ad + many("<Wrapper/>", 99'000) + many("<InLine/>", 99'000)), invalidURL);
   EXPECT_EQ(failureOfText(ad + many("<InLine/>", 199'000)), "");
   EXPECT_EQ(failureOfText(icons + many("<Icon/>", 199'000)), "");
   EXPECT_EQ(failureOfText(ad + "<InLine><Creatives><Creative" + many(" a=''", 199'000) + "/>"), "");

@@ -250,6 +250,17 @@ TEST_F(VastRoadTest, ABannerWithoutAPlayerAndASlotWithoutAnAd) {
                                       "prerollDidFinish http://host.example/film.mp4"));
 }
 
+TEST_F(VastRoadTest, AHostThatIsBusyShowsNoFilmAndCountsNoImpressionOfTheChain) {
+  makePreroll();
+  host_->shouldAutoplay = true;
+  host_->play();
+  advance(1);
+  play();
+  advance(1);
+  EXPECT_THAT(happened(), ElementsAre(getAd, headMedia, getImpression));
+  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
+}
+
 TEST_F(VastRoadTest, APictureAfterAVideoEndsTheVideo) {
   makePreroll();
   play();

@@ -171,7 +171,7 @@ class Tokenizer {
   void openElement(std::size_t name) {
     cursor_.advance();
     const std::size_t nameEnd = name + nameLength(text_.bytes + name, '/');
-    XTBXMLElement& element = *tree_.elements.next(text_.view({name, nameEnd}));
+    XTBXMLElement& element = *tree_.nextAvailableElement(text_.view({name, nameEnd}));
     ++nodes_;
     const std::size_t end =
         text_.bytes[nameEnd] == '>' ? nameEnd : readAttributes(element, nameEnd);
@@ -255,7 +255,7 @@ class Tokenizer {
   }
 
   void append(XTBXMLAttribute**& link, Run name, Run value) {
-    *link = tree_.attributes.next(text_.view(name), text_.view(value));
+    *link = tree_.nextAvailableAttribute(text_.view(name), text_.view(value));
     link = &(*link)->next;
     ++nodes_;
   }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 #include "External/TBXML/MarkupScan.h"
 #include "External/TBXML/RecordPool.h"
@@ -19,6 +20,12 @@ class XmlTree {
   // Room for the text and textSlack bytes behind it.
   [[nodiscard]] char* text() const { return text_; }
 
+  // Fresh records of the document.
+  XTBXMLElement* nextAvailableElement(std::string_view name) { return elements_.next(name); }
+  XTBXMLAttribute* nextAvailableAttribute(std::string_view name, std::string_view value) {
+    return attributes_.next(name, value);
+  }
+
   // Zero bytes that the tokenizer wants to be able to read behind a text.
   static constexpr std::size_t textSlack = 2 * markupBlock;
 
@@ -32,8 +39,8 @@ class XmlTree {
             textSize + textSlack)),
         text_(reinterpret_cast<char*>(memory_.get() + elementCount * sizeof(XTBXMLElement) +
                                       attributeCount * sizeof(XTBXMLAttribute))),
-        elements(memory_.get(), elementCount),
-        attributes(memory_.get() + elementCount * sizeof(XTBXMLElement), attributeCount) {}
+        elements_(memory_.get(), elementCount),
+        attributes_(memory_.get() + elementCount * sizeof(XTBXMLElement), attributeCount) {}
 
   static_assert(alignof(XTBXMLElement) % alignof(XTBXMLAttribute) == 0);
   static_assert(alignof(XTBXMLElement) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
@@ -41,9 +48,10 @@ class XmlTree {
   std::unique_ptr<std::byte[]> memory_;
   char* text_;
 
+  RecordPool<XTBXMLElement> elements_;
+  RecordPool<XTBXMLAttribute> attributes_;
+
  public:
-  RecordPool<XTBXMLElement> elements;
-  RecordPool<XTBXMLAttribute> attributes;
   XTBXMLElement* root = nullptr;
   bool passedLimit = false;  // the text was not read to its end
 };

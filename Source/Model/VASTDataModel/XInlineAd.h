@@ -25,6 +25,7 @@ struct XInlineAd {
   std::vector<XExtension> extensions;  // never filled
   OptionalText vastTagURI;             // never filled
   std::any tempObject;                 // free for whoever uses the model
+  bool wrapperEventsMerged = false;    // the wrappers' events are in the first creative's list
 };
 
 }  // namespace tavo

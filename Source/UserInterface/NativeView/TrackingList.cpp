@@ -1,11 +1,10 @@
 #include "UserInterface/NativeView/TrackingList.h"
 
+#include <utility>
+
 namespace tavo {
 
 namespace {
-
-// Left in the document once its wrappers' events are in the list.
-struct WrapperEventsMerged {};
 
 XLinear* firstLinear(const XVASTAd& ad) {
   if (!ad.inlineAd || !ad.inlineAd->creativesArray || ad.inlineAd->creativesArray->empty()) {
@@ -38,9 +37,8 @@ TrackingList mergedTracking(const std::shared_ptr<XVASTAd>& ad) {
     return nullptr;
   }
   auto& list = *linear->trackingEventsArray;
-  if (!std::any_cast<WrapperEventsMerged>(&ad->inlineAd->tempObject)) {
+  if (!std::exchange(ad->inlineAd->wrapperEventsMerged, true)) {
     for (const auto& wrapper : ad->wrapperAd) append(list, *wrapper);
-    ad->inlineAd->tempObject = WrapperEventsMerged{};
   }
   return {ad->inlineAd, &list};
 }

@@ -56,12 +56,16 @@ XMPMoviePlayer::XMPMoviePlayer(std::shared_ptr<Environment> environment, const R
 
 XMPMoviePlayer::~XMPMoviePlayer() { XMPMoviePlayer::releaseMemory(); }
 
-void XMPMoviePlayer::setUp() {
+bool XMPMoviePlayer::setUp() {
   const OperationLog log{"-[XMPMoviePlayer setUp]"};
   const auto held = shared_from_this();
-  if (!environment_->shared<XNetworkManager>().internetAvailable()) return dismissAdTapped();
-  if (!movie_ || (isPreroll() && borrowed_.isBusy())) return;
+  if (!environment_->shared<XNetworkManager>().internetAvailable()) {
+    dismissAdTapped();
+    return false;
+  }
+  if (!movie_ || (isPreroll() && borrowed_.isBusy())) return false;
   playAdWithPlayer();
+  return true;
 }
 
 void XMPMoviePlayer::playAdWithPlayer() {

@@ -49,8 +49,8 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   bool isVastInterestitial = false;
 
   // Starts the ad, or ends it at once when there is no connection. A host's player that plays
-  // already, of its own accord, is left alone: there is no ad then.
-  void setUp();
+  // already, of its own accord, is left alone: there is no ad then. Returns whether it is set up.
+  bool setUp();
   // Puts the video in place and lets it be fetched; it plays as soon as it can.
   void playAdWithPlayer();
 

@@ -68,7 +68,7 @@ const TrackingList& XVASTVideoView::trackingArrayWithVASTResponse(
   return tracking_;
 }
 
-void XVASTVideoView::setUpPlayer() {
+bool XVASTVideoView::setUpPlayer() {
   const OperationLog log{"-[XVASTVideoView setUpPlayer]"};
   const auto held = shared_from_this();
   const auto player = player_ = makePlayer();  // held: its first report may end it
@@ -82,7 +82,7 @@ void XVASTVideoView::setUpPlayer() {
   player->mobileAdSubTypes = mobileAdSubTypes;
   player->movieURL = movieURL;
   player->delegate.set(playerEvents_);
-  player->setUp();
+  return player->setUp();
 }
 
 std::shared_ptr<XMPMoviePlayer> XVASTVideoView::makePlayer() {

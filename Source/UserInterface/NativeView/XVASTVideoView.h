@@ -45,8 +45,8 @@ class XVASTVideoView : public View {
   [[nodiscard]] std::vector<Url> videoURLFromVASTAd(const XVASTAd& ad) const;
   // Keeps the document and its events, those of the wrappers included; null when it has none.
   const TrackingList& trackingArrayWithVASTResponse(std::shared_ptr<XVASTAd> response);
-  // Makes the player and starts it.
-  void setUpPlayer();
+  // Makes the player and starts it; returns whether there will be a film.
+  bool setUpPlayer();
 
   // Sends every URL that the document has for the event; calling twice sends twice.
   void trackEventWithEventType(TrackingEventType type);

@@ -12,10 +12,6 @@
 namespace tavo {
 namespace {
 
-// An ad has one wrapper. Documents with more are still read, but each wrapper takes in the content
-// of every InLine beside it, so a document of nothing but wrappers would multiply itself.
-constexpr std::size_t mostWrappersInAd = 16;
-
 XmlReadLimits readLimits(const Limits& limits) {
   return {.bytes = limits.vastBytes,
           .nodes = limits.vastNodes,
@@ -93,7 +89,10 @@ std::shared_ptr<XVASTAd> XVASTXMLParser::parseXMLRootElement(XTBXMLElement* root
     }
     std::size_t count = 0;
     forChildren(ad, "Wrapper", [this, &count](XTBXMLElement* wrapper) {
-      if (++count > mostWrappersInAd) throw VastFailure::invalidXML();
+      // An ad has one wrapper. Documents with more are still read, but each wrapper takes in the
+      // content of every InLine beside it, so that a document of nothing but wrappers would
+      // multiply itself.
+      if (++count > limits_.vastWrappersInAd) throw VastFailure::invalidURL();
       VASTAd_->wrapperAd.push_back(parseWrapperXMLData(wrapper));
     });
   });
