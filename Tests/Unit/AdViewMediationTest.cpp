@@ -177,6 +177,33 @@ TEST_F(AdViewMediationTest, TwoSlotsHearOfTheirOwnAds) {
   EXPECT_THAT(told, ElementsAre(first.get(), banner_.get()));
 }
 
+TEST_F(AdViewMediationTest, AnInterstitialHasNoBannersChoiceOfBrowser) {
+  slot_->canMediate = 1;
+  slot_->shouldOpenClickThroughURLInAppBrowser = true;
+  loadNothing();
+  EXPECT_THAT(network_.lines, IsSupersetOf({"nativeBrowser 0"}));
+  network_.lines.clear();
+  makeInterstitial();
+  loadNothing();
+  EXPECT_THAT(network_.lines, IsSupersetOf({"nativeBrowser 1"}));
+}
+
+TEST_F(AdViewMediationTest, ATickThatLoadsNothingLeavesTheMediatedLoadAlone) {
+  slot_->canMediate = 1;
+  slot_->bannerRefreshInterval = 30;
+  answer(imageAnswer());
+  load();
+  settle();
+  answer(noAdAnswer);
+  advance(30.1);
+  ASSERT_EQ(network_.ads.size(), 1U);
+  happened();
+  banner_->setHidden(true);
+  advance(30);
+  network_.say(0, &CVAdDelegate::adDidReceiveAd);
+  EXPECT_THAT(happened(), ElementsAre("didLoad"));
+}
+
 TEST_F(AdViewMediationTest, AnInterstitialOutsideAWindowIsPresentedOverTheApplications) {
   slot_->canMediate = 1;
   makeInterstitial();

@@ -18,9 +18,9 @@ void AdViewLoader::loadAd() {
   const OperationLog log{"-[XAdView loadAd]"};
   platformLog("Starting to load Ad...");
   flags_.adLoaded = false;
-  host_.willLoad();
   if (host_.isExpandedOrResized()) return;
   if (!host_.refreshFacts().visible && !flags_.firstAdRequest) return;
+  host_.willLoad();
   postponed_.invalidate();
   lastRequest_ = environment_->platform().runLoop->now();
   host_.requestAd(std::exchange(flags_.waiting, true));

@@ -51,9 +51,11 @@ bool AdViewMediation::start(const std::string& placementId, const Size& size,
       mediationTypeFor(view().mobileAdTypes(), view().mobileAdSubTypes(), view().placementType());
   if (!type) return refuse("Failed to retrieve ad from TAVO. Cannot mediate for Preroll ads.");
   const auto settings = view().slotConfiguration();
+  // Interstitials take the network's default, not the last banner's choice.
+  coordinator().shouldOpenInAppBrowser =
+      *type == MediationType::banner && settings->shouldOpenClickThroughURLInAppBrowser;
   if (*type == MediationType::banner) {
     platformLog("TAVOSDK: Mediating for Banner AdRequest");
-    coordinator().shouldOpenInAppBrowser = settings->shouldOpenClickThroughURLInAppBrowser;
   } else if (view()
                  .pDelegate
                  .ask(&XAdViewOnlyForSubClassEyesDelegate::isRequiredDelegateImplementedByPublisher)
