@@ -415,6 +415,8 @@ bool XAdManager::webViewDidFinishRender(WebView& webView) {
       delegate.ask(&XAdManagerDelegate::adManagerWebViewDidFinishRender, *this, webView)
           .value_or(true);
   if (!mayShow) return false;
+  // The host may have let go of the page inside the question.
+  if (!webViewAgent_ || webViewAgent_->superview() == nullptr) return true;
   log.debug("\n\nTracking Impressions...");
   if (impression) impression->processImpressionTracking();
   return true;

@@ -79,6 +79,16 @@ TEST_F(AdViewTest, AHostThatRefusesAPageHearsAFailureAndNoImpressionIsCounted) {
   EXPECT_EQ(platform_.webViews->last()->superview(), nullptr);
 }
 
+TEST_F(AdViewTest, APageThatIsReleasedInsideTheQuestionNeitherShowsNorCounts) {
+  makeBanner();
+  onCallback_ = [this](const std::string&) { banner_->releaseMemory(); };
+  answer(htmlAnswer());
+  load();
+  settle();
+  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?"));
+  EXPECT_THAT(banner_->subviews(), IsEmpty());
+}
+
 TEST_F(AdViewTest, AnswersWithoutAnAdEndInOneFailure) {
   struct Case {
     const char* name;

@@ -151,6 +151,7 @@ TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
       {"open?url=app%3A%2F%2Fx", {"customURL app://x"}},
       {"playVideo?url=http%3A%2F%2Fa.example%2Fv.mp4",
        {"handlePlayVideoWithURL http://a.example/v.mp4"}},
+      {"playVideo?url=", {"mraid.fireErrorEvent('playVideo needs a URL.','playVideo');"}},
       {"createCalendarEvent?event=%7Bstart%3A1%7D", {"createCalenderEvent {start:1}"}},
       {"foo", {"mraid.fireErrorEvent('The command requested is unknown','foo');"}},
       {"Close", {"mraid.fireErrorEvent('The command requested is unknown','Close');"}},
@@ -161,6 +162,28 @@ TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
     SCOPED_TRACE(test.command);
     EXPECT_EQ(after("mraid://" + std::string{test.command}), test.happens);
     rest();
+  }
+}
+
+TEST_F(MraidDispatchTest, WhatIsNotTheWebLeavesThePageForWhereItBelongs) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"tel:123", "openDiallerWithUrl tel:123"},
+      {"sms:123", "sendSMSWithUrl sms:123"},
+      {"mailto:a@b.example", "sendEmailWithUrl mailto:a@b.example"},
+      {"app://x", "customURL app://x"}};
+  finishLoad();
+  for (const auto& [url, expected] : cases) {
+    EXPECT_FALSE(page_->navigate(
+        {Url::fromText(url), Url::parse("about:blank"), NavigationType::linkClicked}));
+    EXPECT_THAT(std::exchange(lines_, {}), ElementsAre(expected));
+    rest();
+  }
+}
+
+TEST_F(MraidDispatchTest, TheHostsOwnAddressesAreNoWayOut) {
+  finishLoad();
+  for (int turn = 0; turn < 3; ++turn) {
+    EXPECT_THAT(after("mraid://open?url=app%3A%2F%2Fx"), ElementsAre("customURL app://x"));
   }
 }
 
@@ -237,6 +260,8 @@ TEST_F(MraidDispatchTest, ActionsThatLeaveNeedATapOrAPause) {
   EXPECT_THAT(lines_, IsEmpty()) << "a scripted click is an action as well";
   recognizeTap(*page_);
   EXPECT_EQ(after("mraid://expand").size(), 2U);
+  EXPECT_EQ(after("mraid://playVideo?url=http%3A%2F%2Fa.example%2F").size(), 1U)
+      << "an expansion leaves the tap for what it shows";
   EXPECT_THAT(after(open), IsEmpty()) << "one tap, one action";
   rest();
   EXPECT_EQ(after(open).size(), 1U);

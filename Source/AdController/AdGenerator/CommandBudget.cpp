@@ -1,7 +1,6 @@
 #include "AdController/AdGenerator/CommandBudget.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace tavo {
 
@@ -13,9 +12,20 @@ bool CommandBudget::take(Seconds now) {
   return true;
 }
 
+bool LeavingGuard::hasTap(Seconds now) const {
+  return lastTap_ && now - *lastTap_ <= rules_.tapLifetime;
+}
+
+bool LeavingGuard::takeAndStay(Seconds now) {
+  const auto tap = lastTap_;
+  const bool may = take(now);
+  if (may) lastTap_ = tap;
+  return may;
+}
+
 bool LeavingGuard::take(Seconds now) {
-  const auto tap = std::exchange(lastTap_, std::nullopt);
-  const bool follows = tap && now - *tap <= rules_.tapLifetime;
+  const bool follows = hasTap(now);
+  lastTap_.reset();
   const bool rested = rules_.perSecond > 0 &&
                       (!lastAction_ || (now - *lastAction_).count() * rules_.perSecond >= 1);
   if (!follows && (rules_.needsTap || !rested)) return false;

@@ -37,8 +37,13 @@ class LeavingGuard {
   void tapped(Seconds now) { lastTap_ = now; }
   // Takes one such action at the moment `now`; a true answer uses the tap up.
   [[nodiscard]] bool take(Seconds now);
+  // The same for an action after which the person is still in the ad: it leaves the tap for what
+  // the ad does in answer.
+  [[nodiscard]] bool takeAndStay(Seconds now);
 
  private:
+  [[nodiscard]] bool hasTap(Seconds now) const;
+
   Rules rules_;
   std::optional<Seconds> lastTap_;
   std::optional<Seconds> lastAction_;

@@ -6,6 +6,7 @@
 #include <tavo/Runtime.h>
 
 #include "AdController/AdGenerator/ExpandGeometry.h"
+#include "AdController/AdGenerator/NavigationPolicy.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 
@@ -25,6 +26,10 @@ LeavingGuard::Rules leavingRules(const Limits& limits) {
           .tapLifetime = limits.tapLifetime};
 }
 
+Url openedUrl(const MraidCommand& command) {
+  return Url::fromText(urlWithEscapedSmsBody(std::string{valueOf(command.parameters, "url")}));
+}
+
 }  // namespace
 
 CreativeCommands::CreativeCommands(Means means, const Limits& limits)
@@ -41,16 +46,18 @@ void CreativeCommands::setAdView(std::weak_ptr<WebViewAgentHost> adView) {
   });
 }
 
-bool CreativeCommands::mayRun(const std::string& command) {
-  const bool may = budget_.take(means_.runLoop->now());
-  if (!may) noteRefusal(command);
+bool CreativeCommands::noteIfRefused(bool may, const std::string& action) const {
+  if (!may) noteRefusal(action);
   return may;
 }
 
-bool CreativeCommands::mayLeaveApplication(const std::string& action) {
-  const bool may = leavingGuard_.take(means_.runLoop->now());
-  if (!may) noteRefusal(action);
-  return may;
+bool CreativeCommands::mayRun(const std::string& command) {
+  return noteIfRefused(budget_.take(means_.runLoop->now()), command);
+}
+
+bool CreativeCommands::mayOpen(const Url& url) {
+  if (routeClick(url) == ClickRoute::customUrl) return true;
+  return noteIfRefused(leavingGuard_.take(means_.runLoop->now()), "open");
 }
 
 void CreativeCommands::handle(const MraidCommand& command) {
@@ -73,7 +80,7 @@ void CreativeCommands::handle(const MraidCommand& command) {
        {"setOrientationProperties", &Self::setOrientationPropertiesWith},
        {"playVideo", &Self::handlePlayVideoWithURL}}};
   const auto adView = adView_.lock();  // lives on until the command is carried out
-  if (leavesApplication(command.name) && !mayLeaveApplication(command.name)) return;
+  if (!mayCarryOut(command)) return;
   if (handleUserInteractionCommand(command.name, command.parameters)) return;
   for (const auto& [name, run] : commands) {
     if (name == command.name) return (this->*run)(command);
@@ -97,13 +104,20 @@ bool CreativeCommands::handleUserInteractionCommand(const std::string& name,
   return false;
 }
 
-// An expansion covers the application only where the ad stands among its content.
-bool CreativeCommands::leavesApplication(const std::string& command) const {
-  constexpr std::array<std::string_view, 4> leaving{"open", "storePicture", "createCalendarEvent",
+// What takes a person out of the application needs a tap or a pause. An expansion covers it only
+// where the ad stands among its content, and the person is still in the ad then.
+bool CreativeCommands::mayCarryOut(const MraidCommand& command) {
+  constexpr std::array<std::string_view, 3> leaving{"storePicture", "createCalendarEvent",
                                                     "playVideo"};
-  if (std::find(leaving.begin(), leaving.end(), command) != leaving.end()) return true;
-  const auto adView = adView_.lock();
-  return command == "expand" && adView && adView->placementType() == PlacementType::inlined;
+  const Seconds now = means_.runLoop->now();
+  if (command.name == "open") return mayOpen(openedUrl(command));
+  if (command.name == "expand") {
+    const auto adView = adView_.lock();
+    const bool covers = adView && adView->placementType() == PlacementType::inlined;
+    return !covers || noteIfRefused(leavingGuard_.takeAndStay(now), command.name);
+  }
+  if (std::find(leaving.begin(), leaving.end(), command.name) == leaving.end()) return true;
+  return noteIfRefused(leavingGuard_.take(now), command.name);
 }
 
 // Quirk: the creative is told of the new state also where it was ignored, but not where it was
@@ -155,10 +169,7 @@ void CreativeCommands::resizeAdWithUrl(const MraidCommand& /*command*/) {
   if (const auto adView = adView_.lock()) adView->resizeAd(resizeParametersDict, means_.webView);
 }
 
-void CreativeCommands::openPage(const MraidCommand& command) {
-  means_.openUrl(
-      Url::fromText(urlWithEscapedSmsBody(std::string{valueOf(command.parameters, "url")})));
-}
+void CreativeCommands::openPage(const MraidCommand& command) { means_.openUrl(openedUrl(command)); }
 
 // Quirk: no URL's host can read "tel:", so nothing ever comes here.
 void CreativeCommands::dialFixedNumber(const MraidCommand& /*command*/) {
@@ -180,9 +191,11 @@ void CreativeCommands::setOrientationPropertiesWith(const MraidCommand& command)
 
 void CreativeCommands::handlePlayVideoWithURL(const MraidCommand& command) {
   const OperationLog log{"-[XWebViewAgent handlePlayVideoWithURL:]"};
-  if (const auto adView = adView_.lock()) {
-    adView->handlePlayVideoWithURL(Url::fromText(valueOf(command.parameters, "url")));
-  }
+  const auto adView = adView_.lock();
+  if (!adView) return;
+  const Url video = Url::fromText(valueOf(command.parameters, "url"));
+  if (!video.empty()) return adView->handlePlayVideoWithURL(video);
+  means_.eventEmitter->reportErrorMessage("playVideo needs a URL.", "playVideo", means_.webView);
 }
 
 void CreativeCommands::createCalenderEvent(const std::string& event) {

@@ -48,8 +48,9 @@ class CreativeCommands {
   void tapped() { leavingGuard_.tapped(means_.runLoop->now()); }
   // Whether one more command may come in; `command` is for the log.
   [[nodiscard]] bool mayRun(const std::string& command);
-  // Whether the creative may take a person out of the application; a yes counts as done.
-  [[nodiscard]] bool mayLeaveApplication(const std::string& action);
+  // Whether the creative may follow a click to `url`; a yes counts as done. An address of the
+  // host's own scheme does not leave the application.
+  [[nodiscard]] bool mayOpen(const Url& url);
 
   // Carries a command out. One that has no meaning is answered with an error event.
   void handle(const MraidCommand& command);
@@ -57,7 +58,8 @@ class CreativeCommands {
   bool handleUserInteractionCommand(const std::string& name, const MraidParameters& parameters);
 
  private:
-  [[nodiscard]] bool leavesApplication(const std::string& command) const;
+  [[nodiscard]] bool mayCarryOut(const MraidCommand& command);
+  [[nodiscard]] bool noteIfRefused(bool may, const std::string& action) const;
 
   void expandToFrameWithUrl(const MraidCommand& command);
   void handleInit(const MraidCommand& command);

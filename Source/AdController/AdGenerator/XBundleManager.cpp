@@ -13,6 +13,14 @@ XBundleManager& XBundleManager::sharedManager() {
   return Runtime::current().environment()->shared<XBundleManager>();
 }
 
+// The resource bundle of the scripts stands in it.
+std::optional<std::string> XBundleManager::bundlePath() const {
+  const OperationLog log{"+[XBundleManager bundlePath]"};
+  const auto scripts = bundle_->pathForResource({}, "CorvaneTAVOSDKMRAID", "bundle");
+  if (!scripts) return std::nullopt;
+  return scripts->substr(0, scripts->find_last_of('/'));
+}
+
 std::optional<std::string> XBundleManager::bundlePathForResource(std::string_view name,
                                                                  std::string_view type,
                                                                  std::string_view bundle) const {

@@ -17,6 +17,9 @@ class XBundleManager {
 
   explicit XBundleManager(Environment& environment) : bundle_{environment.platform().bundle} {}
 
+  // The folder of the library's own resources; none when they are not there.
+  [[nodiscard]] std::optional<std::string> bundlePath() const;
+
   // The path of the library's own resource `name`.`type`, or of one in its resource bundle
   // `bundle`; none when there is no such file.
   [[nodiscard]] std::optional<std::string> bundlePathForResource(

@@ -37,6 +37,7 @@ std::shared_ptr<XWebViewAgent> XWebViewAgent::create(
 XWebViewAgent::~XWebViewAgent() {
   webView_->setClient({});
   webView_->stopLoading();
+  if (connection_) connection_->cancel();
 }
 
 void XWebViewAgent::makeWebView(const WebViewOptions& page) {
@@ -106,6 +107,12 @@ void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,
   isHTMLRequest_ = true;
 }
 
+void XWebViewAgent::loadRequest(HttpRequest request) {
+  const OperationLog log{"-[XWebViewAgent loadRequest:]"};
+  connection_ = environment_->platform().http->send(std::move(request), {});
+  if (connection_) log.debug("\n\nConnection: Established Successfully");
+}
+
 bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) {
   const OperationLog log{"-[XWebViewAgent webView:shouldStartLoadWithRequest:navigationType:]"};
   const auto adView = xadViewInstance_.lock();
@@ -121,15 +128,23 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
       takeCommand(navigation.url);
       return false;
     case NavigationDecision::openAsClick:
-      if (commands_->mayLeaveApplication("open")) openUrl(navigation.url);
+      if (commands_->mayOpen(navigation.url)) openUrl(navigation.url);
       return false;
     case NavigationDecision::followRefresh:
       isMetaRefreshExist_ = false;
+      platformLog("The creative's own document is refreshed: " + navigation.url.text());
       return true;
     case NavigationDecision::allow:
-      return true;
+      return mayLoadInPage(navigation);
   }
   return true;
+}
+
+// What may load and is not the web goes where it belongs: no page can show a telephone number.
+bool XWebViewAgent::mayLoadInPage(const Navigation& navigation) {
+  if (routeClick(navigation.url) == ClickRoute::browser) return true;
+  if (commands_->mayOpen(navigation.url)) openUrl(navigation.url);
+  return false;
 }
 
 void XWebViewAgent::openUrl(const Url& url) {
@@ -194,8 +209,11 @@ void XWebViewAgent::finishedDocument(const std::string& markup) {
 }
 
 void XWebViewAgent::reportRendered() {
+  const bool stoodInSlot = superview() != nullptr;
   const bool canRenderAd =
       delegate.ask(&WebViewAgentDelegate::webViewDidFinishRender, *webView_).value_or(true);
+  // The host may have let go of the ad inside the question: then nobody polices its page any more.
+  if (stoodInSlot && superview() == nullptr) return;
   if (!canRenderAd) {
     platformLog("\n\nError: Rendering of ad interrupted by publisher");
     delegate.tell(

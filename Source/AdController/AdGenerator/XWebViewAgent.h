@@ -15,6 +15,7 @@
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
+#include "Services/HttpClient.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo {
@@ -45,6 +46,9 @@ class XWebViewAgent : public View, public WebViewClient {
   // is loaded and nothing is reported.
   void loadHTMLString(const std::string& html, const Url& baseURL,
                       std::weak_ptr<WebViewAgentHost> xAdView);
+
+  // Fetches a plain address. What comes is dropped: nothing of it reaches the page.
+  void loadRequest(HttpRequest request);
 
   // The path of the MRAID script among the resources, or none.
   [[nodiscard]] std::optional<std::string> MRAIDScriptPath() const;
@@ -81,6 +85,7 @@ class XWebViewAgent : public View, public WebViewClient {
   void makeCommands();
   void handleTap(const TapRecognizer& recognizer);
   void orientationDidChange();
+  [[nodiscard]] bool mayLoadInPage(const Navigation& navigation);
   void takeCommand(const Url& url);
   void finishedDocument(const std::string& markup);
   void reportRendered();
@@ -90,6 +95,7 @@ class XWebViewAgent : public View, public WebViewClient {
   std::shared_ptr<XMRAIDEventEmitter> eventEmitter_;
   std::unique_ptr<CreativeCommands> commands_;
   std::weak_ptr<WebViewAgentHost> xadViewInstance_;
+  std::shared_ptr<HttpClient::Exchange> connection_;
   Subscription orientationSubscription_;
   bool isHTMLRequest_ = false;       // an HTML load was handed over and not yet reported
   bool isMetaRefreshExist_ = false;  // the last finished document sends itself elsewhere
