@@ -12,10 +12,8 @@
 namespace tavo {
 
 namespace {
-
 // A video that has drawn nothing to leave it by for so long is left by the common control.
 constexpr Seconds longestWithoutControl{15};
-
 }  // namespace
 
 std::shared_ptr<XMPMoviePlayer> XMPMoviePlayer::create(
