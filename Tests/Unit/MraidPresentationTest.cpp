@@ -533,7 +533,7 @@ TEST_F(MraidPresentationTest, AHostMayDropTheViewInsideEachReport) {
 }
 
 TEST_F(MraidPresentationTest, ExpandedControllersKeepTheirOrientation) {
-  XExpandedViewController controller;
+  XExpandedViewController controller{runtime_.environment()};
   EXPECT_TRUE(controller.shouldAutorotate());
   EXPECT_EQ(controller.supportedInterfaceOrientations(), allOrientations);
   EXPECT_EQ(controller.view()->frame(), (Rect{0, 0, 320, 480}));

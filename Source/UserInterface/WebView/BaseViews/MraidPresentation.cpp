@@ -1,7 +1,5 @@
 #include "UserInterface/WebView/BaseViews/MraidPresentation.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
@@ -21,7 +19,7 @@ constexpr std::string_view screenIsTaken = "Can not expand while something else 
 constexpr Seconds reportDelay{0.0001};
 
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
-Size screenSize() { return XDeviceScreenBounds(Runtime::current().platform()).size(); }
+Size screenSize(const Platform& platform) { return XDeviceScreenBounds(platform).size(); }
 
 // Whether a part of the view lies in its window, and nothing above it is hidden.
 bool isSeen(View& view) {
@@ -56,7 +54,7 @@ const std::shared_ptr<XExpandedViewController>& MraidPresentation::expandedViewC
       std::make_shared<XExpandedViewControllerDelegate>(XExpandedViewControllerDelegate{
           .XExpandedViewControllerDidRotate = relay().call(&Self::didRotate),
           .XExpandedViewControllerDidCancel = relay().call(&Self::closeButtonPressed)});
-  expandedViewController_ = std::make_shared<XExpandedViewController>();
+  expandedViewController_ = std::make_shared<XExpandedViewController>(environment_);
   expandedViewController_->delegate.set(controllerEvents_);
   return expandedViewController_;
 }
@@ -128,7 +126,7 @@ void MraidPresentation::updateLayOutForNewState(MRAIDState state) {
   const LayoutReport report =
       layoutReport({.state = state,
                     .placement = host_.placementType(),
-                    .screen = screenSize(),
+                    .screen = screenSize(environment_->platform()),
                     .defaultFrame = host_.defaultFrame(),
                     .page = isInterstitial ? view.frame() : pageFrame,
                     .isOnScreen = view.window() != nullptr && !view.isHidden(),
@@ -302,8 +300,8 @@ ResizeFacts MraidPresentation::resizeFacts() const {
   if (controller == nullptr) return facts;
   const View& superview = *controller->view();
   facts.superview =
-      resizeViewMaxRect(superview.bounds(), screenSize(), application().statusBarFrame(),
-                        application().statusBarOrientation());
+      resizeViewMaxRect(superview.bounds(), screenSize(environment_->platform()),
+                        application().statusBarFrame(), application().statusBarOrientation());
   facts.ad = view.convertTo(&superview, view.bounds());
   return facts;
 }

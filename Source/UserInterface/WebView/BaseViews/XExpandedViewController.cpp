@@ -1,14 +1,16 @@
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
-#include <tavo/Runtime.h>
+#include <utility>
 
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/Environment.h"
 
 namespace tavo {
 
-XExpandedViewController::XExpandedViewController()
-    : forcedOrientation{XDeviceInterfaceOrientation(Runtime::current().platform())} {
+XExpandedViewController::XExpandedViewController(std::shared_ptr<Environment> environment)
+    : forcedOrientation{XDeviceInterfaceOrientation(environment->platform())},
+      environment_{std::move(environment)} {
   const OperationLog log{"-[XExpandedViewController initWithNibName:bundle:]"};
   modalPresentationStyle = ModalPresentation::fullScreen;
   modalTransitionStyle = ModalTransition::crossDissolve;
@@ -18,7 +20,7 @@ void XExpandedViewController::viewDidLoad() {
   const OperationLog log{"-[XExpandedViewController viewDidLoad]"};
   view()->setOpaque(true);
   view()->setBackgroundColor(colors::black);
-  view()->setFrame(XDeviceScreenBounds(Runtime::current().platform()));
+  view()->setFrame(XDeviceScreenBounds(environment_->platform()));
   view()->setAutoresizesSubviews(true);
   view()->setAutoresizingMask(flexibleAll);
 }
@@ -52,8 +54,7 @@ OrientationMask XExpandedViewController::supportedInterfaceOrientations() const 
 
 InterfaceOrientation XExpandedViewController::preferredInterfaceOrientationForPresentation() const {
   const OperationLog log{"-[XExpandedViewController preferredInterfaceOrientationForPresentation]"};
-  return allowRotation ? XDeviceInterfaceOrientation(Runtime::current().platform())
-                       : forcedOrientation;
+  return allowRotation ? XDeviceInterfaceOrientation(environment_->platform()) : forcedOrientation;
 }
 
 void XExpandedViewController::didRotateFromInterfaceOrientation(InterfaceOrientation /*from*/) {

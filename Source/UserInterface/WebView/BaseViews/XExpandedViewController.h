@@ -8,6 +8,7 @@
 
 namespace tavo {
 
+class Environment;
 class XExpandedViewController;
 
 struct XExpandedViewControllerDelegate {
@@ -21,7 +22,7 @@ struct XExpandedViewControllerDelegate {
 // Main thread only.
 class XExpandedViewController : public ViewController {
  public:
-  XExpandedViewController();
+  explicit XExpandedViewController(std::shared_ptr<Environment> environment);
 
   bool allowRotation = true;               // the creative bears changes of the orientation
   InterfaceOrientation forcedOrientation;  // the one to keep where it does not
@@ -40,6 +41,9 @@ class XExpandedViewController : public ViewController {
 
  protected:
   void viewDidLoad() override;
+
+ private:
+  const std::shared_ptr<Environment> environment_;
 };
 
 }  // namespace tavo
