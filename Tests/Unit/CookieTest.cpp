@@ -32,7 +32,8 @@ class Cookies : public test::TransportTest {
     HttpRequest request;
     request.url = url_;
     request.setHeader("User-Agent", "x");
-    XCookieManager{runtime_.platform(), slot}.attachCookiesToHeaderWithRequest(request, domain);
+    XCookieManager{Runtime::current().platform(), slot}.attachCookiesToHeaderWithRequest(request,
+                                                                                         domain);
     return request;
   }
 
