@@ -10,6 +10,7 @@
 #include <tavo/TrackingLedger.h>
 #include <tavo/gtk/GtkPlatform.h>
 
+#include "Communicator/Network/XNetworkManager.h"
 #include "Gtk/Http/GtkNetworkMonitor.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "OnlineRequest/XTrackingRequest.h"

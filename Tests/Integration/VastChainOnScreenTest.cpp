@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "Integration/VideoOnScreen.h"
+#include "Services/RunLoop.h"
 #include "Support/HostileServer.h"
 
 namespace tavo::test {
