@@ -248,6 +248,11 @@ bool isStorable(const Cookie& cookie, const Limits& limits) {
          isClean(cookie.domain, ";");
 }
 
+Cookie completed(Cookie cookie, const Url& url) {
+  if (cookie.domain.empty()) cookie.domain = hostOf(url);
+  return cookie;
+}
+
 bool maySet(const Cookie& cookie, const Url& url, const IsPublicSuffix& isPublicSuffix,
             const Limits& limits) {
   if (!url.isHttp() || !isStorable(cookie, limits) || !keepsPromiseOfName(cookie)) return false;

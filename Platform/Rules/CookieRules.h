@@ -31,6 +31,9 @@ using IsPublicSuffix = std::function<bool(std::string_view domain)>;
 // the separators where they would end the name or the value. It is also no larger than allowed.
 [[nodiscard]] bool isStorable(const Cookie& cookie, const Limits& limits);
 
+// A cookie that names no domain belongs to the host that set it, alone.
+[[nodiscard]] Cookie completed(Cookie cookie, const Url& url);
+
 // Whether an answer from `url` may set the cookie: its domain covers the host and is no public
 // suffix, it is storable, it is secure only over https, and it keeps the promises that the prefixes
 // "__Secure-" and "__Host-" of its name make.

@@ -24,8 +24,8 @@ std::vector<Cookie> HeadlessCookieStore::cookiesFor(const Url& url) const {
 }
 
 void HeadlessCookieStore::store(const Cookie& cookie, const Url& url) {
-  if (!maySet(cookie, url, isOneWord, limits_)) return;
-  Cookie bounded = cookie;
+  Cookie bounded = completed(cookie, url);
+  if (!maySet(bounded, url, isOneWord, limits_)) return;
   boundLife(bounded, runLoop_->today(), limits_);
   const std::scoped_lock lock{mutex_};
   put(bounded, url);

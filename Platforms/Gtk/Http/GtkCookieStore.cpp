@@ -65,8 +65,8 @@ std::vector<Cookie> GtkCookieStore::cookiesFor(const Url& url) const {
 }
 
 void GtkCookieStore::store(const Cookie& cookie, const Url& url) {
-  if (!maySet(cookie, url, isPublicSuffix, limits_)) return;
-  Cookie bounded = cookie;
+  Cookie bounded = completed(cookie, url);
+  if (!maySet(bounded, url, isPublicSuffix, limits_)) return;
   boundLife(bounded, runLoop_->today(), limits_);
   put({bounded}, url);
 }

@@ -10,11 +10,26 @@ namespace {
 constexpr Seconds readPeriod{1};
 constexpr Seconds secondLookDelay{0.25};
 
+// Lets go of the session in a later turn: the question that was asked keeps the session's manager
+// until its answer has been dealt with, and the engine ends the process when the manager goes last.
+void releaseLater(GPtr<WebKitNetworkSession> session) {
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT, [](gpointer) -> gboolean { return G_SOURCE_REMOVE; }, session.release(),
+      g_object_unref);
+}
+
 }  // namespace
+
+// A list of cookies that was asked for.
+struct EngineCookies::Reading {
+  std::shared_ptr<EngineCookies*> reader;
+  GPtr<WebKitNetworkSession> session;
+};
 
 EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<CookieSource> source,
                              std::shared_ptr<RunLoop> runLoop)
-    : manager_{webkit_network_session_get_cookie_manager(session)},
+    : session_{GPtr<WebKitNetworkSession>::share(session)},
+      manager_{webkit_network_session_get_cookie_manager(session)},
       source_{std::move(source)},
       runLoop_{std::move(runLoop)} {
   // A creative without a base is no site of its own: every cookie of its server would count as a
@@ -73,13 +88,12 @@ void EngineCookies::onChanged(WebKitCookieManager* /*manager*/, EngineCookies* s
 void EngineCookies::read() {
   outdated_ = std::exchange(reading_, true);
   if (outdated_) return;
-  using Alive = std::shared_ptr<EngineCookies*>;
-  webkit_cookie_manager_get_all_cookies(manager_, nullptr, onRead, new Alive{alive_});
+  webkit_cookie_manager_get_all_cookies(manager_, nullptr, onRead, new Reading{alive_, session_});
 }
 
 void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer reading) {
-  const std::unique_ptr<std::shared_ptr<EngineCookies*>> alive{
-      static_cast<std::shared_ptr<EngineCookies*>*>(reading)};
+  const std::unique_ptr<Reading> asked{static_cast<Reading*>(reading)};
+  releaseLater(std::move(asked->session));
   GFailure failure;
   GList* list = webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(manager), result,
                                                              failure.out());
@@ -91,7 +105,7 @@ void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer read
   g_list_free_full(list,
                    [](gpointer cookie) { soup_cookie_free(static_cast<SoupCookie*>(cookie)); });
 
-  EngineCookies* self = **alive;
+  EngineCookies* self = *asked->reader;
   if (self == nullptr) return;
   self->reading_ = false;
   if (std::exchange(self->outdated_, false)) return self->read();

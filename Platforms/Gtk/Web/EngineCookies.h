@@ -37,6 +37,8 @@ class EngineCookies {
   using Key = std::tuple<std::string, std::string, std::string>;  // domain, path, name
   using Cookies = std::map<Key, Cookie>;
 
+  struct Reading;
+
   static Key keyOf(const Cookie& cookie);
   static void onChanged(WebKitCookieManager*, EngineCookies* self);
   static void onRead(GObject* manager, GAsyncResult* result, gpointer reading);
@@ -48,6 +50,7 @@ class EngineCookies {
   void take(Cookies current);
   void compare(Cookies current);
 
+  GPtr<WebKitNetworkSession> session_;
   WebKitCookieManager* manager_;  // the session's
   std::shared_ptr<CookieSource> source_;
   std::shared_ptr<RunLoop> runLoop_;

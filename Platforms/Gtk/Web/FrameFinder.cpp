@@ -8,7 +8,7 @@ namespace tavo::gtk {
 namespace {
 
 // "inner" when a frame that the page's world can see is to show the URL and does not yet.
-constexpr const char* question = R"js((function (url) {
+constexpr const char* frameSearch = R"js((function (url) {
   function shows(frame) {
     try { return frame.contentWindow.location.href === url; } catch (error) { return false; }
   }
@@ -33,7 +33,7 @@ constexpr const char* question = R"js((function (url) {
 }  // namespace
 
 void FrameFinder::find(const std::string& url, std::function<void(Frame)> found) {
-  evaluations_.evaluate(std::string{question} + "(" + quotedForScript(url) + ")",
+  evaluations_.evaluate(std::string{frameSearch} + "(" + quotedForScript(url) + ")",
                         EvaluationQueue::World::isolated,
                         [found = std::move(found)](const std::string& answer) {
                           found(answer == "inner" ? Frame::inner : Frame::main);
