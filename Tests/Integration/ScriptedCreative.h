@@ -16,6 +16,7 @@
 
 #include "AdController/AdGenerator/MraidCommandText.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
+#include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessPlatform.h"
@@ -52,7 +53,7 @@ class Engine {
   gtk::GtkWebModule webViews{{.runLoop = runLoop,
                               .userDefaults = platform.userDefaults,
                               .log = platform.log,
-                              .cookies = nullptr,
+                              .cookies = std::make_shared<gtk::GtkCookieStore>(runLoop, ":memory:"),
                               .limits = {}}};
 
  private:
