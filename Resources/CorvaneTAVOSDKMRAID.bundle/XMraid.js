@@ -19,6 +19,10 @@
   var addListener = unbound(EventTarget.prototype.addEventListener);
   var replaceIn = unbound(String.prototype.replace);
   var toIsoText = unbound(Date.prototype.toISOString);
+  var timeOf = unbound(Date.prototype.getTime);
+  var attributeOf = unbound(Element.prototype.getAttribute);
+  var dispatch = unbound(EventTarget.prototype.dispatchEvent);
+  var endHere = unbound(Event.prototype.stopImmediatePropagation);
   var matchesOf = unbound(RegExp.prototype.exec);
   var createElement = document.createElement.bind(document);
   var later = window.setTimeout.bind(window);
@@ -27,6 +31,8 @@
   var MutationObserver = window.MutationObserver;
   var toText = window.String;
   var DateType = window.Date;
+  var timeOfText = Date.parse;
+  var EventType = window.Event;
   var round = Math.round;
   var assign = Object.assign;
   var copy = function (record) { return assign({}, record); };
@@ -178,6 +184,20 @@
     pump();
   }
 
+  // ---- The tag ----------------------------------------------------------------------------------
+  //
+  // A creative asks for this script by a tag of its own. Nothing answers that address, but the
+  // script is there already, so the tag hears what it would have heard: a creative that hears of a
+  // failure goes on without MRAID.
+
+  addListener(window, 'error', function (event) {
+    var tag = event.target;
+    if (!tag || tag.tagName !== 'SCRIPT') { return; }
+    if (!matchesOf(/(^|\/)mraid\.js([?#]|$)/, toText(attributeOf(tag, 'src')))) { return; }
+    endHere(event);
+    dispatch(tag, new EventType('load'));
+  }, true);
+
   // ---- Events -----------------------------------------------------------------------------------
 
   var listeners = assign(Object.create(null), {
@@ -263,7 +283,7 @@
   var largestNumber = 1e9;    // beyond any screen, and still written without an exponent
 
   function isObject(value) { return typeof value === 'object' && value !== null; }
-  function isText(value) { return typeof value === 'string' && value !== ''; }
+  function isText(value) { return typeof value === 'string' && !!matchesOf(/\S/, value); }
   function isAbsent(value) { return value === undefined || value === null; }
   function isBoolean(value) { return typeof value === 'boolean'; }
 
@@ -387,6 +407,11 @@
     return '"' + replaceIn(replaceIn(text, /\\+(?="|$)/g, ''), /"/g, '\\"') + '"';
   }
 
+  // What is no date would become the present moment on its way.
+  function isDate(value) {
+    return isFiniteNumber(value instanceof DateType ? timeOf(value) : timeOfText(toText(value)));
+  }
+
   // An object of texts, dates to the second. Recurrences are left out: the SDK saves single events,
   // and its reader takes no arrays.
   function eventText(event) {
@@ -481,6 +506,9 @@
 
     createCalendarEvent: function (event) {
       if (!isObject(event)) { return fail('An event is needed.', 'createCalendarEvent'); }
+      if (!optional(isDate)(event.start) || !optional(isDate)(event.end)) {
+        return fail('Start and end of an event must be dates.', 'createCalendarEvent');
+      }
       send('createCalendarEvent', { event: eventText(event) });
     }
   };

@@ -287,25 +287,13 @@ XAdManager::Outcome XAdManager::carryOut(const Mediate& verdict, AdManagerView& 
   return Outcome::elsewhere;
 }
 
-void XAdManager::loadImageAdTypeWithAdInfo(const XAdInfo& adInfo) {
-  loadImageAdTypeWithURL(Url::fromText(adInfo.fileURL.value_or("")));
-}
-
 void XAdManager::loadImageAdTypeWithURL(const Url& url) {
   if (const auto view = adView_.lock()) showImage(*view, url);
-}
-
-void XAdManager::loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString) {
-  loadRichMediaAdWithAdInfo(adInfo, htmlString, baseUrl_);
 }
 
 void XAdManager::loadRichMediaAdWithAdInfo(const XAdInfo& /*adInfo*/, const std::string& htmlString,
                                            const Url& baseUrl) {
   if (const auto view = adView_.lock()) showPage(*view, htmlString, baseUrl);
-}
-
-void XAdManager::loadVastAdWithAdInfo(const XAdInfo& adInfo) {
-  playVideo(adInfo.text.value_or(""));
 }
 
 void XAdManager::playVideo(const std::string& document) {
@@ -338,16 +326,6 @@ void XAdManager::dismissVastViewController() {
 
 void XAdManager::dismissVastViewControllerOnMemoryWarning() {
   if (const auto view = adView_.lock()) view->dismissVastVideoViewOnMemoryWarning();
-}
-
-void XAdManager::xStandardBannerAdDidFailWithError(const Error& error,
-                                                   const XMRAIDBannerView& /*banner*/) {
-  fail(error);
-}
-
-void XAdManager::playerDidFinishWithError(const Error& error,
-                                          const std::shared_ptr<MoviePlayer>& /*player*/) {
-  fail(error);
 }
 
 void XAdManager::followScreen(AdManagerView& view) {

@@ -48,12 +48,16 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
 
   // The renderers: each takes the slot from what stood there before, and does nothing without a
   // view. The answer's impression is not theirs to count.
-  void loadImageAdTypeWithAdInfo(const XAdInfo& adInfo);
+  void loadImageAdTypeWithAdInfo(const XAdInfo& adInfo) {
+    loadImageAdTypeWithURL(Url::fromText(adInfo.fileURL.value_or("")));
+  }
   void loadImageAdTypeWithURL(const Url& url);
-  void loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString);
+  void loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString) {
+    loadRichMediaAdWithAdInfo(adInfo, htmlString, baseUrl_);
+  }
   void loadRichMediaAdWithAdInfo(const XAdInfo& adInfo, const std::string& htmlString,
                                  const Url& baseUrl);
-  void loadVastAdWithAdInfo(const XAdInfo& adInfo);
+  void loadVastAdWithAdInfo(const XAdInfo& adInfo) { playVideo(adInfo.text.value_or("")); }
 
   // The video of the current answer; null when it is none or not there yet.
   [[nodiscard]] std::shared_ptr<XVASTVideoView> videoView() const;
@@ -106,8 +110,13 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   // Reports of the renderers.
   [[nodiscard]] bool webViewDidFinishRender(WebView& webView);
   void didConcludeVast();
-  void xStandardBannerAdDidFailWithError(const Error& error, const XMRAIDBannerView& banner);
-  void playerDidFinishWithError(const Error& error, const std::shared_ptr<MoviePlayer>& player);
+  void xStandardBannerAdDidFailWithError(const Error& error, const XMRAIDBannerView& /*banner*/) {
+    fail(error);
+  }
+  void playerDidFinishWithError(const Error& error,
+                                const std::shared_ptr<MoviePlayer>& /*player*/) {
+    fail(error);
+  }
   void dismissVastViewController();
   void dismissVastViewControllerOnMemoryWarning();
   [[nodiscard]] std::shared_ptr<const void> hold();
