@@ -19,8 +19,7 @@ constexpr const char* commands[] = {
     "mraid://close",
     "mraid://open?url=http%3A%2F%2Fa.example%2F",
     "mraid://useCustomClose?useCustomClose=true",
-    "mraid://setResizeProperties?width=300&height=200&offsetX=0&offsetY=-150"
-    "&customClosePosition=top-right&allowOffscreen=false",
+    "mraid://setResizeProperties?width=300&height=200&offsetX=0&offsetY=-150&allowOffscreen=false",
     "mraid://resize",
     "mraid://setExpandProperties?width=320&height=480&useCustomClose=true&isModal=true",
     "mraid://setOrientationProperties?allowOrientationChange=false&forceOrientation=landscape",
@@ -218,7 +217,7 @@ void FuzzedHost::actOnPlayer() {
     case 1:
       return player_->pause();
     case 2:
-      return player_->seek(static_cast<double>(bytes_.choose(40)));
+      return player_->seekByHand(static_cast<double>(bytes_.choose(40)));
     case 3:
       return player_->setFullscreen(bytes_.flip());
     case 4:

@@ -12,9 +12,8 @@ constexpr const char* adServer = "http://ads.example/";
 constexpr const char* impressionPrefix = "http://count.example/";
 
 std::string film(bool skippable) {
-  return "<VAST "
-         "version='3.0'><Ad><InLine><Impression>http://t.example/i</"
-         "Impression><Creatives><Creative><Linear" +
+  return std::string{"<VAST version='3.0'><Ad><InLine>"} +
+         "<Impression>http://t.example/i</Impression><Creatives><Creative><Linear" +
          (skippable ? " skipoffset='00:00:02'" : "") +
          "><Duration>00:00:30</Duration><TrackingEvents><Tracking event='start'>http://t.example/s"
          "</Tracking><Tracking event='skip'>http://t.example/k</Tracking></TrackingEvents>"
@@ -30,7 +29,7 @@ std::string answer(std::size_t kind, const std::string& impression) {
       R"("AdType":"text/html","Text":"<p>page</p>",)",
       R"("AdType":"text/xml","Text":")" + film(true) + "\",",
       R"("AdType":"text/xml","Text":")" + film(false) + "\",",
-      R"("AdType":"text/html","Text":"(null)",)",
+      R"json("AdType":"text/html","Text":"(null)",)json",
       R"("AdType":"redirect","FileUrl":"http://cdn.example/b.png",)",
       R"("AdType":"redirect","Text":"<b>page</b>",)",
       R"("AdType":"image/gif","FileUrl":"http://cdn.example/empty.gif",)",
