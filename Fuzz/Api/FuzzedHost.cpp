@@ -296,6 +296,7 @@ void FuzzedHost::end() {
   const bool runtimeFirst = bytes_.flip();
   if (runtimeFirst) runtime_.reset();
   root_->dismissViewController(Animated::no);
+  if (player_) player_->setFullscreen(false);
   root_->view()->removeAllSubviews();
   const std::weak_ptr<XAdView> banner = banner_;
   const std::weak_ptr<XAdInterstitialViewController> interstitial = interstitial_;
