@@ -180,7 +180,7 @@ TEST_F(MraidScript, StaysTheOnlyOne) {
   ASSERT_TRUE(test::runUntil([&] { return creative->loads == 1; }));
   creative->evaluate(ScriptedCreative::script());
   creative->waitUntilReady();
-  EXPECT_THAT(creative->heard(), ElementsAre("tag loaded", "same true 2.0", "ready"));
+  EXPECT_THAT(creative->heard(), ElementsAre("same true 2.0", "tag loaded", "ready"));
   EXPECT_EQ(creative->inits, 1);
 }
 
