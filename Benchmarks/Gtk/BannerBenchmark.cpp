@@ -14,6 +14,7 @@
 #include "Ratio.h"
 #include "Services/HttpClient.h"
 #include "Services/ImageDecoder.h"
+#include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {

@@ -3,6 +3,7 @@
 #include <tavo/MoviePlayerFactory.h>
 
 #include "Services/HttpClient.h"
+#include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"
 
 namespace tavo::benchmark {
