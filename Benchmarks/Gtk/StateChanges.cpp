@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {

@@ -166,7 +166,7 @@ double firstAd(Slot slot) {
     const std::string domain =
         host.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
     HtmlSlots{Runtime::current().platform().userDefaults}.add(
-        HtmlSlots::nameOf({domain, "late-banner", "Bottom1"}));
+        HtmlSlots::nameOf({domain, "late-banner", "Bottom1", "", ""}));
   }
   loadAndWait(host, "late-banner");
   const auto end = g_get_monotonic_time();

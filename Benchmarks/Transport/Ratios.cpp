@@ -15,7 +15,7 @@ struct Pair {
   double bound;
 };
 
-constexpr std::array pairs{
+constexpr std::array comparisons{
     Pair{"request URL / GLib strings with GUri", "requestUrl", "glibUrl", 1.0 / 6},
     Pair{"request URL, a keyword repeated / the same", "requestUrlWithRepetition",
          "glibUrlWithRepetition", 1.0 / 6},
@@ -38,7 +38,7 @@ class KeepingReporter : public benchmark::ConsoleReporter {
 
   void printRatios() const {
     std::printf("\n%-46s %10s %10s %8s %8s\n", "", "ours", "bare", "ratio", "bound");
-    for (const auto& pair : pairs) {
+    for (const auto& pair : comparisons) {
       const auto ours = best_.find(pair.ours);
       const auto bare = best_.find(pair.bare);
       if (ours == best_.end() || bare == best_.end()) continue;
