@@ -20,6 +20,9 @@ enum class NavigationType {
   backForward,
   reload,
   formResubmitted,
+  // A script asks for a window of its own. There is none: whoever allows it shows the document
+  // elsewhere, or nothing happens.
+  newWindow,
   other
 };
 

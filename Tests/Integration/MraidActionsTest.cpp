@@ -61,6 +61,19 @@ TEST_F(MraidActionsTest, OpensUrlsInOtherApplications) {
   EXPECT_THAT(received(), ElementsAre("tel:123"));
 }
 
+TEST_F(MraidActionsTest, OpensTheWindowsThatATapAsksFor) {
+  show("ad");
+  evaluate("frame = document.createElement('iframe'); document.body.append(frame);");
+  for (const char* opener : {"window", "frame.contentWindow"}) {
+    handlers.clear();
+    const std::string open = std::string{opener} + ".open('http://127.0.0.1:9/click')";
+    evaluate(open + "; " + open);
+    EXPECT_THAT(handlers.received(), testing::IsEmpty());
+    tapAndDo(open);
+    EXPECT_THAT(received(), ElementsAre("http://127.0.0.1:9/click")) << opener;
+  }
+}
+
 TEST_F(MraidActionsTest, PlaysAVideoOverTheWindow) {
   HostileServer server;
   std::ifstream clip{sampleCampaigns() + "/vast-preroll/clip.mp4", std::ios::binary};

@@ -180,6 +180,21 @@ TEST_F(MraidDispatchTest, WhatIsNotTheWebLeavesThePageForWhereItBelongs) {
   }
 }
 
+TEST_F(MraidDispatchTest, AWindowThatATapOpensIsAClick) {
+  const auto open = [this](const char* url) {
+    EXPECT_FALSE(page_->navigate({Url::parse(url), Url::parse(url), NavigationType::newWindow}));
+    return std::exchange(lines_, {});
+  };
+  finishLoad();
+  EXPECT_THAT(open("http://a.example/"), IsEmpty()) << "nobody has tapped";
+  recognizeTap(*page_);
+  EXPECT_THAT(open("about:blank"), IsEmpty());
+  EXPECT_THAT(open("http://a.example/"), ElementsAre("openUrlInBrowser http://a.example/"));
+  EXPECT_THAT(open("http://a.example/"), IsEmpty()) << "one tap, one window";
+  recognizeTap(*page_);
+  EXPECT_THAT(open("tel:123"), ElementsAre("openDiallerWithUrl tel:123"));
+}
+
 TEST_F(MraidDispatchTest, TheHostsOwnAddressesAreNoWayOut) {
   finishLoad();
   for (int turn = 0; turn < 3; ++turn) {

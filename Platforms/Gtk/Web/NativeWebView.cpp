@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Gtk/ForeignText.h"
 #include "Gtk/Web/PageErrors.h"
 #include "Gtk/Web/PageRefusals.h"
 #include "Values/Text.h"
@@ -79,6 +80,8 @@ void NativeWebView::connectSignals() {
     // While it waits for the person its silence means nothing.
     visited_ = std::make_unique<VisitedPage>(
         webKit(), connections_, [this](bool waits) { evaluations_.setProcessRuns(!waits); });
+  } else {
+    connections_.connect(webKit(), "create", onCreate, this);
   }
   refuseQuestionsOfPage(webKit(), connections_);
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
@@ -216,6 +219,17 @@ gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDeci
     self->policy_.decide(decision, type);
   }
   return TRUE;
+}
+
+GtkWidget* NativeWebView::onCreate(WebKitWebView* /*view*/, WebKitNavigationAction* action,
+                                   NativeWebView* self) {
+  const auto held = self->shared_from_this();
+  self->noteSignOfLife();
+  auto* request = webkit_navigation_action_get_request(action);
+  if (!self->turnover_.isUnderWay()) {
+    self->policy_.askForWindow(Url::fromText(textOf(webkit_uri_request_get_uri(request))));
+  }
+  return nullptr;
 }
 
 void NativeWebView::onLoadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event,

@@ -91,6 +91,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
 
   static gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
                                  WebKitPolicyDecisionType type, NativeWebView* self);
+  static GtkWidget* onCreate(WebKitWebView*, WebKitNavigationAction* action, NativeWebView* self);
   static void onLoadChanged(WebKitWebView*, WebKitLoadEvent event, NativeWebView* self);
   static gboolean onLoadFailed(WebKitWebView*, WebKitLoadEvent event, const char* url,
                                GError* error, NativeWebView* self);

@@ -116,6 +116,12 @@ void PagePolicy::decideNewWindow(WebKitPolicyDecision* decision) {
   }
 }
 
+void PagePolicy::askForWindow(const Url& url) {
+  const auto judgement = judgement_;
+  if (judgement->judge == nullptr || url.empty()) return;
+  (void)judgement->judge->pageShouldStart({url, url, NavigationType::newWindow});
+}
+
 void PagePolicy::decideResponse(WebKitResponsePolicyDecision* decision) {
   if (canBeShown(decision)) return webkit_policy_decision_use(WEBKIT_POLICY_DECISION(decision));
 

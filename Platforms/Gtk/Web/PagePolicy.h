@@ -49,6 +49,9 @@ class PagePolicy {
   // Takes the engine's question; answers it now or later.
   void decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
 
+  // A script of the page wants a window that shows `url`. It gets none, the judge hears of it.
+  void askForWindow(const Url& url);
+
  private:
   struct Judgement;
   struct Question {

@@ -3,11 +3,6 @@
 namespace tavo::gtk {
 namespace {
 
-GtkWidget* refuseWindow(WebKitWebView* /*view*/, WebKitNavigationAction* /*action*/,
-                        gpointer /*data*/) {
-  return nullptr;
-}
-
 // Handled at once and without a widget: an alert in a loop costs the page its time and nobody else.
 gboolean answerDialog(WebKitWebView* /*view*/, WebKitScriptDialog* dialog, gpointer /*data*/) {
   switch (webkit_script_dialog_get_dialog_type(dialog)) {
@@ -80,7 +75,6 @@ void cancelDownload(WebKitNetworkSession* /*session*/, WebKitDownload* download,
 }  // namespace
 
 void refuseQuestionsOfPage(WebKitWebView* view, SignalConnections& connections) {
-  connections.connect(view, "create", refuseWindow, nullptr);
   connections.connect(view, "script-dialog", answerDialog, nullptr);
   connections.connect(view, "permission-request", denyPermission, nullptr);
   connections.connect(view, "query-permission-state", answerPermissionState, nullptr);

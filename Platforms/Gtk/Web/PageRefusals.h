@@ -6,8 +6,8 @@
 
 namespace tavo::gtk {
 
-// Answers for a page everything that a browser would ask its user: dialogs, permissions, new
-// windows, files, printing, the context menu, the page's own full screen. Alerts close, questions
+// Answers for a page everything that a browser would ask its user: dialogs, permissions,
+// files, printing, the context menu, the page's own full screen. Alerts close, questions
 // are answered with no, everything else is refused, and nobody has to be there.
 void refuseQuestionsOfPage(WebKitWebView* view, SignalConnections& connections);
 

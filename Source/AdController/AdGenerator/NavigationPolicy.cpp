@@ -8,7 +8,10 @@ namespace tavo {
 NavigationDecision decideNavigation(const Navigation& navigation, const NavigationFacts& facts) {
   const std::string_view url = navigation.url.text();
   const bool isHttp = url.starts_with("http://") || url.starts_with("https://");
+  const bool isWindow = navigation.type == NavigationType::newWindow;
+  if (isWindow && (!facts.userTapped || url == blankPage)) return NavigationDecision::refuse;
   if (navigation.url.scheme() == "mraid") return NavigationDecision::runCommand;
+  if (isWindow) return NavigationDecision::openAsClick;
   if (navigation.type == NavigationType::linkClicked && isHttp) {
     return NavigationDecision::openAsClick;
   }

@@ -12,6 +12,7 @@ enum class NavigationDecision {
   runCommand,     // a command to the SDK: refuse the load, carry the command out
   openAsClick,    // a click: refuse the load, follow it through the ad view
   allow,          // load it in the page
+  refuse,         // nothing comes of it
   followRefresh,  // load it: the document's own meta refresh, which is used up with it
 };
 

@@ -119,10 +119,12 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
   const NavigationFacts facts{adView ? adView->mobileAdSubTypes() : MobileAdSubTypes::unknown,
                               userTappedWebView, isMetaRefreshExist_};
   const NavigationDecision decision = decideNavigation(navigation, facts);
-  // A tap counts for one navigation; commands and clicked links do not use it up.
+  // A tap counts for one navigation; commands, clicked links and what is refused do not use it up.
   const bool isClickedLink =
       decision == NavigationDecision::openAsClick && navigation.type == NavigationType::linkClicked;
-  if (decision != NavigationDecision::runCommand && !isClickedLink) userTappedWebView = false;
+  const bool keepsTap = isClickedLink || decision == NavigationDecision::runCommand ||
+                        decision == NavigationDecision::refuse;
+  if (!keepsTap) userTappedWebView = false;
   switch (decision) {
     case NavigationDecision::runCommand:
       takeCommand(navigation.url);
@@ -136,6 +138,8 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
       return true;
     case NavigationDecision::allow:
       return mayLoadInPage(navigation);
+    case NavigationDecision::refuse:
+      return false;
   }
   return true;
 }
