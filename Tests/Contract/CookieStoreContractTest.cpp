@@ -1,22 +1,16 @@
 // The contract of CookieStore, held against every platform.
 
-#include <gmock/gmock.h>
-
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 struct HeadlessCookieRig {
   std::shared_ptr<headless::HeadlessRunLoop> loop = std::make_shared<headless::HeadlessRunLoop>();

@@ -1,7 +1,5 @@
 // The contract of HttpClient, held against every platform.
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <thread>
 
@@ -9,10 +7,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::Eq;
-using testing::Optional;
 
 struct RigMaker {
   std::string name;

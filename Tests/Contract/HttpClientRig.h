@@ -1,20 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "Gtk/Http/GtkHttpClient.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessHttpClient.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Support/HostileServer.h"
+#include "Support/Testing.h"
 #include "Values/Text.h"
 
 namespace tavo::test {

@@ -1,11 +1,5 @@
 // What every platform's movie player promises, held against both.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <vector>
-
 #include <tavo/MoviePlayer.h>
 
 #include "Contract/MoviePlayerRig.h"
@@ -14,10 +8,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using Lines = std::vector<std::string>;
 
 constexpr double nearly = 0.35;  // seconds; a picture more or less, and the time to ask
 

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <fstream>
 #include <iterator>
-#include <memory>
-#include <string>
 
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Gtk/Scene/NativeView.h"
@@ -17,6 +14,7 @@
 #include "Support/AdServerThread.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 

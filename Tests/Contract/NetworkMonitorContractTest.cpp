@@ -1,13 +1,9 @@
 // The contract of NetworkMonitor, held against every platform.
 
-#include <gmock/gmock.h>
-
-#include <optional>
-#include <vector>
-
 #include "Gtk/Http/GtkNetworkMonitor.h"
 #include "Headless/HeadlessNetworkMonitor.h"
 #include "Support/FakeNetwork.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {

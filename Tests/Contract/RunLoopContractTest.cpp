@@ -1,23 +1,16 @@
 // The contract of RunLoop, held against every platform.
 
-#include <gmock/gmock.h>
-
 #include <atomic>
-#include <functional>
 #include <limits>
-#include <memory>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessRunLoop.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 // A run loop and the way to make it run.
 class RunLoopRig {

@@ -1,15 +1,10 @@
 // The contracts of UserDefaults, Bundle, ImageDecoder and Application, held against every platform.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <gmock/gmock.h>
 #include <gtkmm.h>
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Services/GtkApplication.h"
@@ -21,12 +16,10 @@
 #include "Runtime/NotificationCenter.h"
 #include "Support/HostLoop.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::Optional;
 
 constexpr std::size_t mostPixels = 100;
 

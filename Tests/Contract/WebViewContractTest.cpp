@@ -1,14 +1,6 @@
 // What every platform's web view promises, held against both.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
-
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkLog.h"
@@ -18,12 +10,10 @@
 #include "Headless/HeadlessWebViewFactory.h"
 #include "Services/WebViewFactory.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string markup = "<html><head></head><body>creative</body></html>";
 const std::string readMarkup = "document.documentElement.outerHTML";
@@ -254,4 +244,4 @@ TYPED_TEST(WebViewContractTest, TheUserAgentIsNeverEmpty) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

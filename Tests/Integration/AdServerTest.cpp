@@ -1,12 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <array>
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "AdServer/AdServer.h"
 #include "AdServer/CampaignFolder.h"
@@ -16,6 +11,7 @@
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/RawExchange.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {

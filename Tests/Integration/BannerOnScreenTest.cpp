@@ -1,14 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
 
 using adserver::RequestKind;
-using testing::ElementsAre;
 
 // One host for the whole process, as in real life.
 GtkHost& host() {

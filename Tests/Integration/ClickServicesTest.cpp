@@ -1,6 +1,5 @@
 // What leaves the library for the desktop: URIs, event files, pictures; read where they arrive.
 
-#include <gmock/gmock.h>
 #include <gtkmm.h>
 #include <libintl.h>
 #include <sys/resource.h>
@@ -33,12 +32,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
-using testing::UnorderedElementsAre;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -219,7 +212,7 @@ TEST(CalendarFile, NeedsItsModuleAndSaysSo) {
   gtk::GtkCalendarModule absent{"/no/such/folder"};
   std::string reason;
   EXPECT_FALSE(absent.isAvailable(reason));
-  EXPECT_THAT(reason, testing::HasSubstr("TavoGtkCalendar.so"));
+  EXPECT_THAT(reason, HasSubstr("TavoGtkCalendar.so"));
   EXPECT_EQ(absent.file(someEvent(), "an-id", start), std::nullopt);
 }
 
@@ -325,7 +318,7 @@ TEST_F(PhotoAlbumTest, PicturesAreKeptAsTheyCameUnderNewNames) {
     int width = 0;
     EXPECT_NE(gdk_pixbuf_get_file_info(path.c_str(), &width, nullptr), nullptr);
     EXPECT_EQ(width, 5);
-    EXPECT_THAT(name, testing::StartsWith("Picture 2"));
+    EXPECT_THAT(name, StartsWith("Picture 2"));
   }
 }
 

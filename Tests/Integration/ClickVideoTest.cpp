@@ -1,12 +1,11 @@
 // The video that a creative asks for, over a real window. With TAVO_TEST_PICTURES set to a folder,
 // it leaves a picture of itself there.
 
-#include <gtest/gtest.h>
-
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/Movie/MovieViewController.h"
 

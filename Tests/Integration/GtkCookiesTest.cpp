@@ -1,20 +1,13 @@
 // The cookie store on a real file.
 
-#include <gmock/gmock.h>
-
 #include <fstream>
-#include <optional>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Support/GtkLoopTest.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class GtkCookies : public GtkLoopTest {
  protected:
@@ -71,14 +64,14 @@ TEST_F(GtkCookies, StayBoundedWhenTenThousandAreSet) {
     set(*store, url.text(), "m" + std::to_string(number) + "=1");
   }
   EXPECT_LE(store->cookiesFor(url).size(), 180U);
-  EXPECT_THAT(sent(*store, url.text()), testing::HasSubstr("m999=1"));
+  EXPECT_THAT(sent(*store, url.text()), HasSubstr("m999=1"));
   for (int number = 0; number < 3'500; ++number) {
     set(*store, "http://h" + std::to_string(number) + ".example.com/", "n=1");
   }
   EXPECT_LE(store->all().size(), 3'000U);
   EXPECT_EQ(sent(*store, "http://h3499.example.com/"), "n=1");
   set(*store, url.text(), "large=" + std::string(5'000, 'x'));
-  EXPECT_THAT(sent(*store, url.text()), testing::Not(testing::HasSubstr("large")));
+  EXPECT_THAT(sent(*store, url.text()), Not(HasSubstr("large")));
 }
 
 TEST_F(GtkCookies, TellTheirListenerOfEveryChangeButTheEnginesOwn) {

@@ -1,12 +1,8 @@
 // Pictures out of bytes that may be anything.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <gmock/gmock.h>
 #include <gtkmm.h>
 #include <sys/resource.h>
-
-#include <string>
-#include <vector>
 
 #include <tavo/Limits.h>
 
@@ -17,8 +13,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class GtkImages : public GtkLoopTest {
  protected:

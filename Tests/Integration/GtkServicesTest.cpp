@@ -1,13 +1,7 @@
 // The small services of the GTK platform on the real system.
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <fstream>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/GtkNetworkMonitor.h"
@@ -21,9 +15,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::Optional;
 
 class GtkDefaults : public GtkLoopTest {
  protected:

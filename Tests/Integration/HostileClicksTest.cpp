@@ -1,8 +1,6 @@
 // What clicks may carry: whatever it is, it ends in a refusal or in the error that is meant for it,
 // on the real services and with a real creative that hears of it.
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -18,6 +16,7 @@
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
@@ -25,8 +24,6 @@ namespace tavo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -205,7 +202,7 @@ TEST_F(HostileClicks, EventsThatCannotBeSavedAreReported) {
   const auto data = Runtime::current().platform().folders->documentFolders().back();
   std::ofstream{data + "/events"} << "a file where a folder should be";
   EXPECT_THAT(save(R"({"description":"x"})"),
-              testing::StartsWith("createCalendarEvent: The event could not be written: "));
+              StartsWith("createCalendarEvent: The event could not be written: "));
   fs::remove(data + "/events");
   EXPECT_THAT(receivedBefore("tel:1"), IsEmpty());
 }

@@ -1,10 +1,6 @@
 // Creatives that mean harm, through the whole library in a real window: the host's loop goes on,
 // nothing happens but what an ad may do, and the next ad loads.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -15,12 +11,12 @@
 #include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 using Texts = std::vector<std::string>;
 

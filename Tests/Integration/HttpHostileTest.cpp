@@ -1,12 +1,8 @@
 // The GTK platform's HTTP client against servers that mean no good.
 
-#include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/GtkCookieStore.h"
@@ -18,8 +14,6 @@ namespace tavo::test {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::HasSubstr;
-using testing::Not;
 
 // Text that takes many reads, packed or not.
 std::string longText() {

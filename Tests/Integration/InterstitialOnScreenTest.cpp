@@ -2,10 +2,6 @@
 //
 // With TAVO_TEST_PICTURES set to a folder, pictures of each state are left there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cstdlib>
 
 #include <tavo/XAdInterstitialViewController.h>
@@ -16,6 +12,7 @@
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 #include "Support/WebProcesses.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
@@ -24,9 +21,7 @@ namespace tavo::test {
 namespace {
 
 using adserver::RequestKind;
-using testing::ElementsAre;
 using Controller = XAdInterstitialViewController;
-using Lines = std::vector<std::string>;
 
 constexpr const char* closeName = "Close Interstitial Ad";
 constexpr Color hostsOwn{0, 0.6F, 0.2F, 1};

@@ -1,8 +1,6 @@
 // What the library writes to disk for the user, on its way through everything, and read back by
 // another program.
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -18,14 +16,13 @@
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 
 namespace tavo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::IsSupersetOf;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -78,9 +75,9 @@ TEST_F(KeptFiles, AnEventThatACreativeAskedForAndTheUserSaved) {
   EXPECT_THAT(lines, IsSupersetOf({"VCALENDAR.VERSION=2.0", "VEVENT.DTSTART=20261121T200000Z",
                                    "VEVENT.DTEND=20261121T223000Z", "VEVENT.LOCATION=Hall 1",
                                    "VALARM.TRIGGER=-PT10M", "VALARM.ACTION=DISPLAY"}));
-  EXPECT_THAT(lines, testing::Contains("VEVENT.DESCRIPTION=Ünï " + std::string(200, 'x')));
-  EXPECT_THAT(lines, testing::Contains(testing::AllOf(testing::StartsWith("VEVENT.SUMMARY="),
-                                                      testing::EndsWith("BEGIN:VEVENT"))));
+  EXPECT_THAT(lines, Contains("VEVENT.DESCRIPTION=Ünï " + std::string(200, 'x')));
+  EXPECT_THAT(lines,
+              Contains(AllOf(StartsWith("VEVENT.SUMMARY="), testing::EndsWith("BEGIN:VEVENT"))));
 }
 
 TEST_F(KeptFiles, APictureThatTheUserAgreedTo) {

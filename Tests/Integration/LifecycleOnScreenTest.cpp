@@ -1,10 +1,9 @@
 // What the window does to an ad: minimised, restored, hidden, turned, taken apart. The sample
 // server's record tells what was asked for meanwhile.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 #include "Support/WindowManager.h"
 
 namespace tavo::test {

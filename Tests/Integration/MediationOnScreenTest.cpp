@@ -1,22 +1,17 @@
 // Ads of an external network, out of its real library, in a real window. With TAVO_TEST_PICTURES
 // set to a folder, each leaves a picture of itself there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Gtk/Services/GtkApplication.h"
 #include "Scene/Window.h"
 #include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr Color sun{1.0F, 193.0F / 255, 7.0F / 255, 1};
 

@@ -1,8 +1,6 @@
 // What a creative can have done and be told beyond its own size: each command ends where a person
 // would see it, and each answer is read back from the page.
 
-#include <gmock/gmock.h>
-
 #include "RequestEnrichment/XDeviceSupportProperties.h"
 #include "Support/CreativeScreenTest.h"
 #include "Support/HostileServer.h"
@@ -14,8 +12,6 @@ namespace tavo::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 

@@ -3,17 +3,11 @@
 //
 // With TAVO_TEST_PICTURES set to a folder, pictures of each state are left there.
 
-#include <gmock/gmock.h>
-
 #include "Services/RunLoop.h"
 #include "Support/CreativeScreenTest.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class MraidCreativeTest : public CreativeScreenTest {};
 

@@ -1,21 +1,12 @@
 // The MRAID script in the real engine: creatives talk to it, the SDK's own statements answer.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "Integration/ScriptedCreative.h"
 #include "Values/Text.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 using test::ScriptedCreative;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class MraidScript : public testing::Test {
  protected:
@@ -200,7 +191,7 @@ TEST_F(MraidScript, CarriesHostileValuesUnharmed) {
                                          creative->view);
   }
   EXPECT_EQ(creative->evaluate("wasBroken"), "false");
-  EXPECT_THAT(creative->heard(), testing::Contains("foo"));
+  EXPECT_THAT(creative->heard(), Contains("foo"));
 }
 
 TEST_F(MraidScript, FloodsInBoundedPieces) {
@@ -254,4 +245,4 @@ INSTANTIATE_TEST_SUITE_P(Pages, MraidScriptOrder,
                          });
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

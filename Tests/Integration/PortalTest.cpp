@@ -1,10 +1,6 @@
 // URLs that leave an application in a sandbox, through a stand-in for the desktop's portal.
 
-#include <gmock/gmock.h>
 #include <gtkmm.h>
-
-#include <string>
-#include <vector>
 
 #include "Gtk/Services/GtkApplication.h"
 #include "Runtime/NotificationCenter.h"
@@ -13,9 +9,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // The part of the portal that opens URLs. The loop has to run for it to hear anything.
 class FakePortal {

@@ -1,16 +1,10 @@
 #pragma once
 
 #include <glib.h>
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <fstream>
-#include <functional>
-#include <memory>
-#include <optional>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include <tavo/Runtime.h>
 
@@ -22,6 +16,7 @@
 #include "Headless/HeadlessPlatform.h"
 #include "Support/HostLoop.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 

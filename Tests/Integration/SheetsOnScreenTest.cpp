@@ -1,8 +1,6 @@
 // Sheets, alerts and the in-app browser in a real window. With TAVO_TEST_PICTURES set to a folder,
 // each leaves a picture of itself there.
 
-#include <gmock/gmock.h>
-
 #include <map>
 
 #include <tavo/XGlobalConfiguration.h>
@@ -19,6 +17,7 @@
 #include "Support/Places.h"
 #include "Support/ScreenPointer.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
@@ -26,9 +25,6 @@ namespace tavo::test {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -250,7 +246,7 @@ TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
   g_signal_emit_by_name(alertWindow()->gobj(), "close");  // what the Escape key does
   host().runUntil([&] { return codes.size() == 3; });
   settle();
-  EXPECT_THAT(complaints.texts, testing::IsEmpty());
+  EXPECT_THAT(complaints.texts, IsEmpty());
   EXPECT_THAT(codes, ElementsAre(1005, 1005, 1005));
   EXPECT_TRUE(server.requests().empty());
   ask();
@@ -378,7 +374,7 @@ TEST_F(LandingPage, AsksThePerson) {
   ASSERT_NE(question(), nullptr);
   gtk_dialog_response(GTK_DIALOG(question()->gobj()), GTK_RESPONSE_OK);
   EXPECT_TRUE(isNamed("New"));
-  EXPECT_THAT(lines_, testing::IsEmpty());
+  EXPECT_THAT(lines_, IsEmpty());
 }
 
 TEST_F(LandingPage, HandsMailsToTheSystemAndTellsOfFiles) {

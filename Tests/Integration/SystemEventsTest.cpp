@@ -1,8 +1,5 @@
 // What the system says about the whole session, and what the application makes of it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/Limits.h>
 
 #include "Gtk/Services/GtkApplication.h"
@@ -12,9 +9,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* logindSession = "org.freedesktop.login1.Session";
 

@@ -1,7 +1,5 @@
 // The mobile network of the SIM, from the service that manages modems.
 
-#include <gtest/gtest.h>
-
 #include <tavo/Runtime.h>
 #include <tavo/XDeviceInformation.h>
 

@@ -1,8 +1,6 @@
 // What a real host sends and remembers, read from the sample server's record: cookies from one
 // launch to the next, what a child-directed slot keeps to itself, and a network that goes and comes
 // back.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -19,16 +17,13 @@
 #include "Support/FakeNetwork.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
 
 using adserver::RecordedRequest;
 using adserver::RequestKind;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 std::string fromEnvironment(const char* name) {
   const char* value = g_getenv(name);

@@ -1,18 +1,12 @@
 // Chains of wrappers from real servers: what of them is counted, and how those end that lead
 // nowhere.
 
-#include <gmock/gmock.h>
-
 #include "Integration/VideoOnScreen.h"
 #include "Services/RunLoop.h"
 #include "Support/HostileServer.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsSubsetOf;
-using testing::UnorderedElementsAreArray;
 
 const std::string invalidUrl = "Invalid URL. Unable to parse XML.";
 
@@ -51,11 +45,11 @@ TEST_F(VastChainOnScreenTest, TheSampleOfTwoWrappersIsCountedByAll) {
   host().load("vast-wrapped");
   ASSERT_TRUE(waitFor("handedBack"));
   EXPECT_TRUE(waitForPing("second-complete"));
-  EXPECT_THAT(pings(), testing::UnorderedElementsAre("first-impression", "second-impression",
-                                                     "inline-impression", "impression", "start",
-                                                     "first-start", "second-start", "firstQuartile",
-                                                     "midpoint", "thirdQuartile", "complete",
-                                                     "first-complete", "second-complete"));
+  EXPECT_THAT(pings(),
+              UnorderedElementsAre("first-impression", "second-impression", "inline-impression",
+                                   "impression", "start", "first-start", "second-start",
+                                   "firstQuartile", "midpoint", "thirdQuartile", "complete",
+                                   "first-complete", "second-complete"));
 }
 
 TEST_F(VastChainOnScreenTest, FiveWrappersAreFetchedInOrderAndCountedOnce) {

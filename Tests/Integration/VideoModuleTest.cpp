@@ -1,7 +1,5 @@
 // How the video module comes into a process, and what happens where it cannot.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <filesystem>
@@ -14,9 +12,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class Recorder : public MoviePlayerClient {
  public:

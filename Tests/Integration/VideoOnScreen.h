@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -13,11 +11,11 @@
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/StandInHandlers.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 
 using adserver::RequestKind;
-using Lines = std::vector<std::string>;
 
 inline StandInHandlers handlers;  // pages are shown where the system has a handler for them
 

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <tavo/TapRecognizer.h>
 
 #include "Integration/VideoOnScreen.h"
@@ -14,11 +12,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 class VideoOnScreenTest : public VideoOnScreen {
  protected:

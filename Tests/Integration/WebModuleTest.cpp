@@ -1,17 +1,11 @@
 // How the web module comes into a process, and what happens where it cannot.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkUserDefaults.h"
@@ -21,12 +15,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 
 class Recorder : public WebViewClient {
  public:

@@ -1,8 +1,6 @@
 // Where pages on the real engine go, what is asked before, and what is told after.
 
 #include <gio/gio.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Scene/NativeView.h"
@@ -12,9 +10,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class WebNavigationTest : public WebPageTest {};
 

@@ -1,9 +1,5 @@
 // The processes behind pages: how they end, and whom they take along.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <csignal>
 
 #include "Gtk/Scene/NativeView.h"
@@ -12,8 +8,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class WebProcessTest : public WebPageTest {};
 

@@ -1,18 +1,10 @@
 // Native views that are used again: nothing of the former page is left in them.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Gtk/Scene/NativeView.h"
 #include "Support/WebPage.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 class WebRecyclingTest : public WebPageTest {};
 
@@ -76,7 +68,7 @@ TEST_F(WebRecyclingTest, HistoryBeginsWithTheOwnersFirstPage) {
     EXPECT_TRUE(shows("one"));
     page.view->goForward();
     EXPECT_TRUE(shows("two"));
-    EXPECT_THAT(page.client->events, Not(testing::Contains(HasSubstr("fail"))));
+    EXPECT_THAT(page.client->events, Not(Contains(HasSubstr("fail"))));
   }
 }
 

@@ -1,14 +1,9 @@
 // What pages on the real engine ask for and do not get.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Support/WebPage.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class WebRefusalsTest : public WebPageTest {};
 

@@ -1,15 +1,9 @@
 // Scripts on the real engine: evaluations, commands and what is injected.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Support/WebPage.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class WebScriptsTest : public WebPageTest {};
 

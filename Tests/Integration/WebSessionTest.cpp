@@ -1,8 +1,5 @@
 // What the pages of ads keep and share, and what those that a person opens do.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <set>
 
@@ -92,7 +89,7 @@ TEST_F(WebSessionTest, CookiesAreHeardOfWhenTheNetworkProcessHasEnded) {
     for (const int id : descendants("WebKitNetworkPr")) kill(id, SIGKILL);
   }
   page.load("<html><body></body></html>", site);
-  EXPECT_THAT(page.evaluate("document.cookie"), testing::HasSubstr("kept=1"));
+  EXPECT_THAT(page.evaluate("document.cookie"), HasSubstr("kept=1"));
 }
 
 TEST_F(WebSessionTest, MediaOfACreativePlaysByItselfAndABrowsersWaitsForThePerson) {

@@ -1,19 +1,15 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include <tavo/TapRecognizer.h>
 
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
+#include "Support/Testing.h"
 #include "Support/WidgetTree.h"
 
 namespace tavo::test {

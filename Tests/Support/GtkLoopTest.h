@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Support/HostLoop.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 

@@ -1,16 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include <algorithm>
 #include <chrono>
-#include <functional>
 #include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include <tavo/WebView.h>
 
@@ -23,6 +16,8 @@
 #include "Support/TemporaryFolder.h"
 
 // Pages of the web module on the real engine, without the library above it.
+#include "Support/Testing.h"
+
 namespace tavo::test {
 
 inline const Url noBase;

@@ -4,7 +4,7 @@
 #include "AdInfo/XAdInfo.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 constexpr std::array fields{&XAdInfo::impressionTrackingURL,
@@ -170,4 +170,4 @@ TEST_F(AdInfo, HoldsTheDepthForDocumentsWithLongIntegersToo) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

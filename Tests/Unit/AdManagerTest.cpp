@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/Runtime.h>
 #include <tavo/XGlobalConfiguration.h>
 
@@ -12,10 +9,6 @@
 namespace tavo::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 using Sub = MobileAdSubTypes;
 
 constexpr const char* url = "http://ads.example/x/sdk/page/@Bottom1";

@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 #include <tavo/AdNetworkClasses.h>
 
+#include "Support/Testing.h"
 #include "Unit/FakeAdNetwork.h"
 
 namespace tavo::test {

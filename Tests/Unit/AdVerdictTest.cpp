@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "AdManager/AdVerdict.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 // A verdict as one line, so that a table can compare whole results.
@@ -189,4 +188,4 @@ TEST(AdVerdictTest, MediationInstructions) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

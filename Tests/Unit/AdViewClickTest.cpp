@@ -1,15 +1,10 @@
 // Clicks from the ad view's face: what the host hears, and what it may do meanwhile.
 
-#include <gmock/gmock.h>
-
 #include "Unit/AdViewFixture.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class AdViewClickTest : public AdViewTest {
  protected:

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include <tavo/Runtime.h>
 #include <tavo/ViewController.h>
 #include <tavo/XAdView.h>
 
 #include "Headless/HeadlessPlatform.h"
 #include "Scene/Window.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 

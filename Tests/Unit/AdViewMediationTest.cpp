@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/XGlobalConfiguration.h>
 
 #include "Unit/AdViewFixture.h"
@@ -10,9 +7,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsSupersetOf;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string switchedOff =

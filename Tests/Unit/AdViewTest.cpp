@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/XAdView.h>
 
 #include "Runtime/NotificationCenter.h"
@@ -9,11 +6,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string getPicture = "GET http://cdn.example/a.png";

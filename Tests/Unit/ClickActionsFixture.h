@@ -1,12 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "ClickThrough/AppStore.h"
 #include "ClickToAction/ClickActions.h"
 #include "Scene/Window.h"

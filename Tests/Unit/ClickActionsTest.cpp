@@ -1,15 +1,9 @@
 // The six actions and the video: asked, refused, allowed, impossible, cancelled.
 
-#include <functional>
-
 #include "Unit/ClickActionsFixture.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 struct OutsideAction {
   const char* name;
@@ -237,7 +231,7 @@ TEST_F(ClickActionsTest, CalendarAccessIsAskedForOnceWhereNothingIsDecided) {
   actions_->checkCalendarAuthorizationStatus();
   settle();
   EXPECT_EQ(platform_.calendarAccess->requests, 1);
-  EXPECT_THAT(platform_.log->messages(), testing::Contains("Calendar Authorized: 1"));
+  EXPECT_THAT(platform_.log->messages(), Contains("Calendar Authorized: 1"));
 }
 
 TEST_F(ClickActionsTest, WhoHasAskedPerformsWithoutTheQuestion) {
@@ -316,7 +310,7 @@ TEST_F(ClickVideoTest, EndsByItselfByItsButtonAndByAnError) {
     playVideo(unplayable);
     EXPECT_EQ(presenters(), "") << unplayable;
   }
-  EXPECT_THAT(platform_.log->messages(), testing::Contains("Video: The video cannot be played."));
+  EXPECT_THAT(platform_.log->messages(), Contains("Video: The video cannot be played."));
 }
 
 TEST_F(ClickVideoTest, LeavesTheWholeScreenWithItsController) {

@@ -1,10 +1,5 @@
 // What is read out of the URLs and events of clicks.
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <vector>
-
 #include "ClickThrough/AppStore.h"
 #include "ClickToAction/CalendarClick.h"
 #include "ClickToAction/ClickUrls.h"
@@ -12,10 +7,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::Pair;
-using testing::UnorderedElementsAre;
 
 TEST(SmsUrl, GivesRecipientsAndBody) {
   struct Row {

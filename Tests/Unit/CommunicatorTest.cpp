@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <thread>
 
@@ -8,11 +6,8 @@
 #include "Unit/TransportFixture.h"
 #include "Utilities/XUserAgent.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class Communicator : public test::TransportTest {
  protected:
@@ -57,7 +52,7 @@ TEST_F(Communicator, ReportsTheAnswerWithItsFacts) {
   EXPECT_EQ(infos_[0]->adType, "(null)");
   EXPECT_EQ(infos_[0]->responseContent, body);
   EXPECT_EQ(infos_[0]->MIMEType, "application/json");
-  EXPECT_THAT(platform_.log->messages(), testing::Contains("URL: " + url_.text()));
+  EXPECT_THAT(platform_.log->messages(), Contains("URL: " + url_.text()));
 }
 
 TEST_F(Communicator, SendsTheConfiguredRequestAndKeepsTheOneBeforeTheCookies) {
@@ -293,4 +288,4 @@ TEST_F(Communicator, KeepsTheUserAgentOnceItIsKnown) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,13 +1,8 @@
-#include <gmock/gmock.h>
-
 #include "Communicator/Cookie/XCookieManager.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 constexpr auto description =
     "DAPROPS=sdevicePixelRatio:2|sdeviceAspectRatio:2/3|sjs.deviceOrientation:1";
@@ -158,4 +153,4 @@ TEST_F(Cookies, QuirkAspectRatioOfASquareIsNotFullyReduced) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

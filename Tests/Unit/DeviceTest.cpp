@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <cmath>
 #include <cstdlib>
 
@@ -11,7 +9,7 @@
 #include "Scene/Window.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 class Device : public test::TransportTest {
@@ -204,4 +202,4 @@ TEST_F(Device, SupportsWhatItsApplicationsSupport) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

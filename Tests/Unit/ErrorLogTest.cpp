@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <sqlite3.h>
 
 #include <cstdlib>
@@ -18,11 +17,8 @@
 #include "Unit/TransportFixture.h"
 #include "Utilities/XUserAgent.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class ErrorLog : public test::TransportTest {
  protected:
@@ -196,7 +192,7 @@ TEST_F(ErrorLogDebug, WritesTheEndOfAnOperationThatSwitchesItOn) {
                 XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
                 log.debug("middle");
               }),
-              testing::AllOf(HasSubstr("middle\n"), HasSubstr("\n\n\nEnd: -[X y]\n")));
+              AllOf(HasSubstr("middle\n"), HasSubstr("\n\n\nEnd: -[X y]\n")));
 }
 
 TEST_F(ErrorLogDebug, ClosesALineByItsFormatAndNotByItsValues) {
@@ -219,4 +215,4 @@ TEST_F(ErrorLogDebug, WritesWhenASharedInstanceIsAskedFor) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,7 +1,5 @@
 // The in-app browser: its toolbar, its history, its way out.
 
-#include <gmock/gmock.h>
-
 #include <tavo/XGlobalConfiguration.h>
 
 #include "ClickThrough/AppStore.h"
@@ -11,12 +9,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 constexpr const char* pageUrl = "http://page.example/";
 
@@ -277,9 +269,9 @@ TEST_F(InAppBrowserTest, AFailureIsAPageFromWhichReloadTriesAgain) {
   open();
   page_->failLoad(makeError(TransportError::cannotConnect, "No <b>answer</b>."));
   settle();
-  EXPECT_THAT(page_->html(), testing::AllOf(HasSubstr("<b>page.example</b>"),
-                                            HasSubstr("No &lt;b&gt;answer&lt;/b&gt;."),
-                                            HasSubstr("href=\"http://page.example/\"")));
+  EXPECT_THAT(page_->html(),
+              AllOf(HasSubstr("<b>page.example</b>"), HasSubstr("No &lt;b&gt;answer&lt;/b&gt;."),
+                    HasSubstr("href=\"http://page.example/\"")));
   page_->failLoad(makeError(TransportError::cannotConnect, "Again."));
   settle();
   EXPECT_THAT(lines_, ElementsAre("didFail -1004")) << "what tells of a failure does not fail";

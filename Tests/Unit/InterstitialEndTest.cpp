@@ -1,8 +1,5 @@
 // Every way off the screen: what the host hears, when the ad is gone, and that both happen once.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/MoviePlayerFactory.h>
 #include <tavo/SdkErrors.h>
 
@@ -12,12 +9,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-using testing::StartsWith;
-using Lines = std::vector<std::string>;
 
 enum class Ad { page, picture, video, nothingYet };
 

@@ -1,5 +1,4 @@
-#include <gtest/gtest.h>
-
+#include "Support/Testing.h"
 #include "UserInterface/WebView/BaseViews/EndPlan.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 #include "UserInterface/WebView/BaseViews/InterstitialOrientation.h"

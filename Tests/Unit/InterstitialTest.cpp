@@ -1,10 +1,5 @@
 // Interstitials from set-up to the screen, and what they pass on while they are there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "Runtime/NotificationCenter.h"
@@ -15,11 +10,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string getImpression = "GET http://track.example/i";
@@ -185,7 +175,7 @@ TEST_F(InterstitialTest, RotationsAreToldToThePage) {
   controller_->didRotateFromInterfaceOrientation(InterfaceOrientation::portrait);
   const auto told = happened();
   ASSERT_EQ(told.size(), 6U) << "the layout report and the script";
-  EXPECT_THAT(told.back(), testing::HasSubstr("return 90;"));
+  EXPECT_THAT(told.back(), HasSubstr("return 90;"));
   platform_.device->version = "5";
   controller_->didRotateFromInterfaceOrientation(InterfaceOrientation::portrait);
   EXPECT_EQ(happened().size(), 5U);

@@ -1,8 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/XGlobalConfiguration.h>
 
+#include "Support/Testing.h"
 #include "Unit/FakeAdNetwork.h"
 #include "XMediation/XMediation.h"
 #include "XMediation/XMediationBanner.h"
@@ -10,9 +8,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // A slot to be filled, without an ad view around it.
 class Slot : public View, public MediatedView {

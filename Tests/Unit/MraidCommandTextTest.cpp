@@ -1,12 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <limits>
-#include <string>
-#include <vector>
 
 #include "AdController/AdGenerator/MraidCommandText.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 TEST(MraidCommandText, ReadsQueries) {
@@ -84,4 +81,4 @@ TEST(MraidCommandText, NamesTheSize) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

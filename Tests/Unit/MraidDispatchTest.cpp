@@ -1,9 +1,6 @@
 // The commands of a creative, from the URL that it navigates to up to what the ad view and the page
 // hear of it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/Runtime.h>
 
 #include "AdController/AdGenerator/CommandBudget.h"
@@ -11,13 +8,11 @@
 #include "AdController/AdGenerator/MraidStatement.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 #include "Unit/RecordingAdView.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class MraidDispatchTest : public testing::Test {
  protected:
@@ -110,7 +105,7 @@ TEST_F(MraidDispatchTest, TheInitialisationTellsTheScreenAsItIsHeld) {
     if (!isLandscape(test.orientation)) platform_.application->statusBar = {0, 0, 320, 20};
     lines_.clear();
     page_->finishLoad();
-    EXPECT_THAT(lines_, testing::Contains(test.screen));
+    EXPECT_THAT(lines_, Contains(test.screen));
   }
 }
 

@@ -1,18 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <limits>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include <tavo/Runtime.h>
 #include <tavo/XGlobalConfiguration.h>
 
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 class MraidEventEmitter : public testing::Test {
@@ -221,4 +216,4 @@ TEST_F(MraidEventEmitter, ReadsItsParameters) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

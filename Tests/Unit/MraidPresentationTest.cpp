@@ -1,8 +1,5 @@
 // What a creative's wishes do to the screen, to the host and to the creative itself, in order.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tavo/Button.h>
 #include <tavo/TapRecognizer.h>
 
@@ -16,9 +13,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const Rect footOfScreen{0, 430, 320, 50};
 
@@ -266,10 +260,10 @@ TEST_F(MraidPresentationTest, WithoutARootControllerTheCreativeBelievesItselfExp
   EXPECT_EQ(afterCommand("expand"),
             joined({{"didExpand"}, toldExpanded, report(wholeScreen), toldExpanded}));
   EXPECT_THAT(platform_.log->messages(),
-              testing::Contains("Unable to present modal view controller becuase "
-                                "rootViewController is nil.  Be sure to set the keyWindow's "
-                                "rootViewController or provide one with "
-                                "XAdViewPResentionController:."));
+              Contains("Unable to present modal view controller becuase "
+                       "rootViewController is nil.  Be sure to set the keyWindow's "
+                       "rootViewController or provide one with "
+                       "XAdViewPResentionController:."));
   EXPECT_EQ(page_->superview(), banner_.get()) << "and stays where it can be seen";
   EXPECT_EQ(afterCommand("close").back(), "mraid.setState('default');");
 }
@@ -319,8 +313,7 @@ TEST_F(MraidPresentationTest, AnExpandedAdFollowsItsWindow) {
   window_->setFrame({0, 0, 300, 400});
   platform_.screen->rect = {0, 0, 300, 400};
   advance(0.001);
-  EXPECT_THAT(happened(),
-              testing::Contains("mraid.setCurrentPosition({x:0,y:0,width:300,height:400 });"));
+  EXPECT_THAT(happened(), Contains("mraid.setCurrentPosition({x:0,y:0,width:300,height:400 });"));
   EXPECT_EQ(page_->frame(), (Rect{0, 0, 300, 400}));
   window_->topViewController()->didRotateFromInterfaceOrientation(InterfaceOrientation::portrait);
   EXPECT_EQ(happened().size(), 5U) << "and no script";
@@ -348,12 +341,11 @@ TEST_F(MraidPresentationTest, AResizedAdFollowsItsWindow) {
     return happened();
   };
   EXPECT_THAT(reshape({500, 800}, {0, 750, 320, 50}),
-              testing::Contains("mraid.setMaxSize({width:500,height:800});"));
+              Contains("mraid.setMaxSize({width:500,height:800});"));
   EXPECT_EQ(container->frame(), (Rect{0, 550, 300, 250}));
-  EXPECT_THAT(reshape({480, 320}, {0, 270, 320, 50}),
-              testing::Contains("mraid.setState('resized');"));
+  EXPECT_THAT(reshape({480, 320}, {0, 270, 320, 50}), Contains("mraid.setState('resized');"));
   EXPECT_EQ(container->frame(), (Rect{0, 70, 300, 250}));
-  EXPECT_THAT(reshape({200, 100}, {0, 50, 200, 50}), testing::Contains(toldDefault.front()))
+  EXPECT_THAT(reshape({200, 100}, {0, 50, 200, 50}), Contains(toldDefault.front()))
       << "there is no room for it";
   EXPECT_EQ(container->superview(), nullptr);
   EXPECT_EQ(page_->superview(), banner_.get());

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <limits>
-#include <string>
-#include <vector>
 
 #include <tavo/Runtime.h>
 
@@ -10,8 +6,9 @@
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 struct Case {
@@ -117,4 +114,4 @@ TEST(MraidProperties, CutsTheFractionsOfASize) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
+#include "Support/Testing.h"
 #include "Utilities/NumberText.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
@@ -61,4 +60,4 @@ TEST(NumberText, IsWrittenWithTheFewestDigits) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

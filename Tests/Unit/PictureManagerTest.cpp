@@ -1,16 +1,10 @@
 // Saving a picture that a creative offers.
 
-#include <gmock/gmock.h>
-
 #include "ClickToAction/XPictureManager.h"
 #include "Unit/TransportFixture.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* pictureUrl = "http://cdn.example/a%20b.png";
 constexpr std::size_t no = 0;
@@ -70,7 +64,7 @@ TEST_F(PictureManagerTest, AUserWhoDeclinesIsAFailureWithoutADownload) {
 TEST_F(PictureManagerTest, WhatIsNoUrlIsReportedAtOnceAndNobodyIsAsked) {
   manager_->storePicture({});
   for (const char* url : {"", " \n"}) store(url);
-  EXPECT_THAT(lines_, testing::AllOf(testing::SizeIs(3), testing::Each("1004 URI was not valid.")));
+  EXPECT_THAT(lines_, AllOf(SizeIs(3), testing::Each("1004 URI was not valid.")));
   EXPECT_THAT(alerts_->shown, IsEmpty());
 }
 
@@ -112,9 +106,9 @@ TEST_F(PictureManagerTest, APictureIsBoundedAndAServerThatHangsIsLeft) {
     store(url);
     answer(yes);
   }
-  EXPECT_THAT(lines_, testing::SizeIs(4));
-  EXPECT_THAT(lines_, Contains(testing::HasSubstr("-1103")));
-  EXPECT_THAT(lines_, Contains(testing::HasSubstr("-1001")));
+  EXPECT_THAT(lines_, SizeIs(4));
+  EXPECT_THAT(lines_, Contains(HasSubstr("-1103")));
+  EXPECT_THAT(lines_, Contains(HasSubstr("-1001")));
 }
 
 TEST_F(PictureManagerTest, AManagerThatIsGoneSavesNothing) {

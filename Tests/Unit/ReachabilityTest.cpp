@@ -1,13 +1,9 @@
-#include <gmock/gmock.h>
-
 #include "Communicator/Network/XNetworkManager.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr std::uint32_t transient = reachabilityTransientConnection;
 constexpr std::uint32_t reachable = reachabilityReachable;
@@ -135,4 +131,4 @@ TEST_F(Reachability, ManagerPassesAnExceptionOfASubscriberOn) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

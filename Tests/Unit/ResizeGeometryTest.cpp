@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <limits>
-#include <utility>
 
+#include "Support/Testing.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
 

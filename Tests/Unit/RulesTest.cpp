@@ -1,11 +1,5 @@
 // The rules that every platform follows, held against tables.
 
-#include <gmock/gmock.h>
-
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Rules/CookieRules.h"
@@ -14,11 +8,10 @@
 #include "Rules/Presence.h"
 #include "Rules/WayToTarget.h"
 #include "Services/Application.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class HttpHopsTest : public testing::Test {
  protected:

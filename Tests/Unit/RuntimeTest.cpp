@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <thread>
 
 #include <tavo/Observer.h>
@@ -9,8 +7,9 @@
 #include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
 #include "Runtime/Relay.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 struct Table {
@@ -152,4 +151,4 @@ TEST(RelayTest, EntriesLeaveOutTheReporterAndAnswerForWhoIsGone) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
 #include <tavo/TapRecognizer.h>
 #include <tavo/ViewController.h>
 
 #include "Scene/Window.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 std::shared_ptr<View> view(Rect frame) { return std::make_shared<View>(frame); }
@@ -244,4 +243,4 @@ TEST(ViewControllerTest, AControllerOffTheScreenPresentsNothing) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

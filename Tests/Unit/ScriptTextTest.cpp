@@ -1,13 +1,11 @@
 // The two readers of what creatives say about calendar events: dates and script objects.
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <ctime>
-#include <string>
 
 #include "Extensions/CalendarDate.h"
 #include "Extensions/ScriptObject.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <thread>
 
 #include <tavo/XAdSlotConfiguration.h>
@@ -11,10 +9,8 @@
 #include "Configuration/MediationSwitch.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 class Settings : public test::TransportTest {};
 
@@ -115,4 +111,4 @@ TEST(SettingsMediation, QuirkReadersDisagreeWhenOnlyTheApplicationWantsIt) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <cmath>
 
 #include <tavo/TrackingLedger.h>
@@ -12,14 +10,8 @@
 #include "Tracker/XAdTracker.h"
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 Limits smallLimits() {
   Limits limits;
@@ -303,4 +295,4 @@ TEST_F(Tracking, TrackerSendsTheUrlsOfAnEvent) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include <tavo/Runtime.h>
 
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 

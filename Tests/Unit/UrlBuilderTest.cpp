@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <tavo/XURLBuilder.h>
 
 #include "Unit/TransportFixture.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 constexpr std::string_view prefix = "http://ads.test/Halvern/ads/spoolwire_dx.ads/sdk/page/@Top";
@@ -132,4 +130,4 @@ TEST_F(UrlBuilder, HasNoUserFacts) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

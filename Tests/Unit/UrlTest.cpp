@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <tavo/Url.h>
 
-namespace tavo {
+#include "Support/Testing.h"
+
+namespace tavo::test {
 namespace {
 
 struct PieceCase {
@@ -84,4 +84,4 @@ TEST(Url, HasABound) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

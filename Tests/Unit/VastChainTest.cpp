@@ -1,13 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <map>
-#include <string>
-#include <vector>
 
 #include <tavo/Runtime.h>
 
 #include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {

@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <string_view>
-#include <utility>
-
 #include <tavo/Runtime.h>
 
 #include "Headless/HeadlessPlatform.h"
 #include "Model/VASTDataModel/XVASTAd.h"
+#include "Support/Testing.h"
 #include "UserInterface/NativeView/TrackingList.h"
 
 namespace tavo::test {

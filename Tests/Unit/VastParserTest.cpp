@@ -1,14 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 
 #include <tavo/Runtime.h>
 
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Support/Testing.h"
 #include "VastPrinter.h"
 
 namespace tavo::test {

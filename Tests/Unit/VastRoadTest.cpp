@@ -1,19 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <iterator>
 
 #include "Unit/VastFixture.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::Not;
-using Lines = std::vector<std::string>;
 
 const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string headMedia = "HEAD http://cdn.example/ad.mp4";
@@ -151,7 +141,7 @@ TEST_F(VastRoadTest, AnEndlessChainEndsWithItsBudgetWhileTheHostLivesOn) {
   const Timer alive = platform_.runLoop->every(Seconds{0.1}, [&] { ++turns; });
   advance(15.9);
   EXPECT_GE(turns, 150);
-  EXPECT_THAT(happened(), Not(Contains(testing::HasSubstr("didFail"))));
+  EXPECT_THAT(happened(), Not(Contains(HasSubstr("didFail"))));
   advance(0.2);
   EXPECT_THAT(happened(), Contains("didFail 1012 Invalid URL. Unable to parse XML."));
 }

@@ -1,7 +1,5 @@
 // Where a click on a video leads when the slot keeps its pages inside the application.
 
-#include <gmock/gmock.h>
-
 #include "ClickThrough/AppStore.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/VastFixture.h"
@@ -9,9 +7,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* clickUrl = "http://click.example/video";
 const std::string asked = std::string{"GET "} + clickUrl;

@@ -1,15 +1,11 @@
 // What a video ad takes from its document.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Support/Testing.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/TrackingList.h"
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 XMediaFile file(const char* type, const char* width, const char* url) {
   XMediaFile media;

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Communicator/Network/XNetworkManager.h"
 #include "Runtime/NotificationCenter.h"
 #include "Unit/VastFixture.h"
@@ -8,11 +5,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using Lines = std::vector<std::string>;
 
 std::string ping(const std::string& event) { return "GET http://t.example/inline/" + event; }
 const std::string handedBack = "prerollDidFinish http://host.example/film.mp4";
@@ -210,7 +202,7 @@ TEST_F(VideoPlaybackTest, AQuartileIsToldAtItsTimeAlsoAfterAPause) {
   played();
   advance(0.03);
   EXPECT_THAT(played(), ElementsAre(ping("firstQuartile"), "quartile 0"));
-  EXPECT_THAT(host_->currentPlaybackTime(), testing::AllOf(testing::Ge(7.75), testing::Lt(7.8)));
+  EXPECT_THAT(host_->currentPlaybackTime(), AllOf(testing::Ge(7.75), testing::Lt(7.8)));
 }
 
 TEST_F(VideoPlaybackTest, WithoutAConnectionThereIsNoAd) {

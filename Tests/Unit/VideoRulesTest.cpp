@@ -1,10 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include <tavo/MoviePlayer.h>
 
+#include "Support/Testing.h"
 #include "UserInterface/Movie/CountdownPlacement.h"
 #include "UserInterface/NativeView/SkipProgress.h"
 #include "UserInterface/NativeView/VideoMilestones.h"
@@ -13,8 +11,6 @@
 
 namespace tavo::test {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(VideoTimeTest, SecondsOfAClockTextQuirk) {
   struct Case {

@@ -5,11 +5,6 @@
 namespace tavo::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
 constexpr const char* clickUrl = "http://click.example/";
 
 class WebClickThroughTest : public ClickActionsTest {

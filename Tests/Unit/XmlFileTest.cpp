@@ -1,15 +1,13 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include "Extensions/Base64.h"
 #include "Extensions/CompressedData.h"
 #include "External/TBXML/XTBXML.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 // A folder of the test's own, gone with it.
@@ -102,4 +100,4 @@ TEST(Base64Test, encodesAndDecodes) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

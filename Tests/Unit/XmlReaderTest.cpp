@@ -1,13 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <string_view>
-
 #include "External/TBXML/XTBXML.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 std::string quoted(std::string_view text) {
@@ -257,4 +251,4 @@ TEST(XmlHostileTest, manySectionsAreJoinedInOrder) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test

@@ -1,15 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <random>
-#include <string>
-#include <vector>
 
 #include "External/TBXML/MarkupCursor.h"
 #include "External/TBXML/MarkupScan.h"
 #include "External/TBXML/NameMatch.h"
 #include "External/TBXML/NameScan.h"
+#include "Support/Testing.h"
 
-namespace tavo {
+namespace tavo::test {
 namespace {
 
 std::vector<std::uint64_t> scanned(const NamedMarkupScan& form, const std::string& text) {
@@ -100,4 +97,4 @@ TEST(XmlScanTest, cursorStopsAtEveryBit) {
 }
 
 }  // namespace
-}  // namespace tavo
+}  // namespace tavo::test
