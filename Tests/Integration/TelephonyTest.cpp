@@ -1,5 +1,9 @@
 // The mobile network of the SIM, from the service that manages modems.
 
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
 #include <tavo/Runtime.h>
 #include <tavo/XDeviceInformation.h>
 
@@ -15,7 +19,8 @@ namespace {
 using CarrierInfo = XDeviceInformation::CarrierInfo;
 
 Carrier carrier(const char* name, const char* country, const char* network) {
-  return {name, std::nullopt, country, network};
+  const bool isListed = country == std::string_view{"228"};
+  return {name, isListed ? std::optional{"ch"} : std::nullopt, country, network};
 }
 Carrier named(const char* name) { return {name, std::nullopt, std::nullopt, std::nullopt}; }
 
@@ -30,14 +35,25 @@ std::string network(int registration) {
          ">, 'OperatorName': <'Air Net'>, 'OperatorCode': <'310260'>}";
 }
 
+// A list of networks: a country that shares its code with an island, and codes that are no country.
+constexpr const char* networks = R"(<!DOCTYPE serviceproviders SYSTEM "x.dtd">
+<serviceproviders format="2.0">
+<country code="CH"><provider><gsm><network-id mcc="228" mnc="01"/><network-id mcc="228" mnc="02"/>
+  </gsm></provider></country>
+<country code="li"><provider><gsm><network-id mcc="228" mnc="09"/></gsm></provider></country>
+<country code="world"><provider><gsm><network-id mcc="901" mnc="01"/></gsm></provider></country>
+</serviceproviders>)";
+
 class TelephonyTest : public GtkLoopTest {
  protected:
+  TelephonyTest() { std::ofstream{providers_} << networks; }
+
   // Asks beside the loop, as it is meant, and turns the loop meanwhile.
   std::optional<Carrier> lookUp() {
     std::optional<Carrier> found;
     bool answered = false;
     runLoop_->background([&] {
-      auto told = gtk::GtkTelephony{}.subscriberCarrier();
+      auto told = gtk::GtkTelephony{providers_}.subscriberCarrier();
       runLoop_->post([&, told] {
         found = told;
         answered = true;
@@ -47,6 +63,8 @@ class TelephonyTest : public GtkLoopTest {
     EXPECT_TRUE(answered);
     return found;
   }
+
+  const std::string providers_ = folder_.path("networks.xml");
 };
 
 TEST_F(TelephonyTest, TellsTheHomeNetwork) {
@@ -86,6 +104,24 @@ TEST_F(TelephonyTest, TellsTheHomeNetwork) {
   }
 }
 
+TEST_F(TelephonyTest, ReadsTheCountryFromTheListOfNetworks) {
+  const auto country = [&](std::string_view code) {
+    return gtk::countryOfNetworks(providers_, code).value_or("none");
+  };
+  EXPECT_EQ(country("228"), "ch");
+  EXPECT_EQ(country("310"), "none");
+  EXPECT_EQ(country("901"), "none");
+  for (const std::string broken :
+       {"", "<a>", "\xff", "<country code='ch'><network-id mcc='228'/>"}) {
+    std::ofstream{providers_} << broken;
+    EXPECT_EQ(country("228"), "none") << broken;
+  }
+  std::ofstream{providers_} << networks << std::string(std::size_t{9} << 20U, ' ');
+  EXPECT_EQ(country("228"), "none") << "larger than any such list";
+  std::filesystem::remove(providers_);
+  EXPECT_EQ(country("228"), "none");
+}
+
 TEST_F(TelephonyTest, WithoutAServiceThereIsNoNetworkAndASilentOneTellsNothing) {
   {
     const PrivateBus bus;
@@ -105,15 +141,18 @@ TEST_F(TelephonyTest, TheNextLaunchKnowsTheNetworkAtOnce) {
   manager.modems = modem(FakeModemManager::simPath);
   manager.simOperatorName = "Cell Net";
   manager.simOperatorIdentifier = "22801";
-  const CarrierInfo expected{
-      {"carrierName", "Cell Net"}, {"mobileCountryCode", "228"}, {"mobileNetworkCode", "01"}};
+  const CarrierInfo expected{{"carrierName", "Cell Net"},
+                             {"isoCountryCode", "ch"},
+                             {"mobileCountryCode", "228"},
+                             {"mobileNetworkCode", "01"}};
   headless::HeadlessPlatform parts;
   Platform platform = parts.platform();
   platform.runLoop = runLoop_;
   const auto nobody = platform.telephony;
   for (const bool knownAtOnce : {false, true}) {
     platform.telephony =
-        knownAtOnce ? nobody : std::shared_ptr<Telephony>{std::make_shared<gtk::GtkTelephony>()};
+        knownAtOnce ? nobody
+                    : std::shared_ptr<Telephony>{std::make_shared<gtk::GtkTelephony>(providers_)};
     platform.userDefaults = std::make_shared<gtk::GtkUserDefaults>(folder_.path("defaults.ini"));
     const Runtime runtime{platform};
     const auto information = XDeviceInformation::create();

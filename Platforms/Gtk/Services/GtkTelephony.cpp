@@ -99,7 +99,11 @@ std::optional<Carrier> GtkTelephony::subscriberCarrier() const {
   if (!answer) return bus.isThere() ? std::nullopt : std::optional{Carrier{}};
   for (const auto& [path, interfaces] : modemsIn(answer.get())) {
     Carrier carrier = operatorOf(bus, interfaces.get());
-    if (!tellsNothing(carrier)) return carrier;
+    if (tellsNothing(carrier)) continue;
+    if (const auto& code = carrier.mobileCountryCode) {
+      carrier.isoCountryCode = countryOfNetworks(providers_, *code);
+    }
+    return carrier;
   }
   return Carrier{};
 }
