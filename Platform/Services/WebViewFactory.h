@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -40,7 +41,12 @@ class WebViewFactory {
   // Starts the engine ahead of the first page of the options' owner; harmless when repeated.
   virtual void warmUp(const WebViewOptions& options) = 0;
 
-  // The engine's user-agent text, found without loading a page; never empty.
+  // Finds the user-agent text out beside the loop; `found` is called once, inside this call when
+  // the text is known already. `userAgent` answers at once from then on.
+  virtual void findUserAgent(std::function<void()> found) = 0;
+
+  // The engine's user-agent text, found without loading a page; never empty. The caller waits while
+  // nobody has found it out.
   [[nodiscard]] virtual std::string userAgent() = 0;
 };
 

@@ -20,11 +20,17 @@ class HeadlessWebViewFactory : public WebViewFactory {
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
   void warmUp(const WebViewOptions& /*options*/) override { ++warmUps; }
+  void findUserAgent(std::function<void()> found) override {
+    if (holdsAgent) return agentAsked.push_back(std::move(found));
+    found();
+  }
   [[nodiscard]] std::string userAgent() override { return agent; }
 
   // The newest web view that is still alive, or null.
   [[nodiscard]] std::shared_ptr<HeadlessWebView> last() const { return last_.lock(); }
   std::string agent = "Headless/1.0";
+  bool holdsAgent = false;  // who asks for it beside the loop waits in `agentAsked`
+  std::vector<std::function<void()>> agentAsked;
   int created = 0;
   int warmUps = 0;
   // For the views made from now on.

@@ -75,8 +75,7 @@ void VastRoad::loadChain(const std::string& text, VastRootQueue::Turn turn) {
 VastFetch VastRoad::fetch() const {
   return [environment = environment_](const Url& url, Seconds timeout,
                                       VastFetchCompletion completion) {
-    HttpRequest request = environment->shared<XUserAgent>().getUserAgentForUrl(url);
-    request.idleTimeout = request.deadline = timeout;
+    HttpRequest request = environment->shared<XUserAgent>().requestWithin(url, timeout);
     request.maximumBodyBytes = environment->limits().vastBytes;
     environment->platform().http->send(
         std::move(request), [completion = std::move(completion)](const HttpResult& result) {
@@ -121,9 +120,9 @@ void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad
 
 void VastRoad::probeMedia(const Url& url) {
   videoView_->movieURL = url;
-  HttpRequest request = environment_->shared<XUserAgent>().getUserAgentForUrl(url);
+  HttpRequest request = environment_->shared<XUserAgent>().requestWithin(
+      url, environment_->limits().mediaProbeTimeout);
   request.method = "HEAD";
-  request.idleTimeout = request.deadline = environment_->limits().mediaProbeTimeout;
   const Relay relay{*this};
   probe_ = environment_->platform().http->send(std::move(request), relay.call(&VastRoad::probed));
 }

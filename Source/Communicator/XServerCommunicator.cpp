@@ -50,7 +50,10 @@ void XServerCommunicator::loadURL(const Url& url) {
   const OperationLog log{"-[XServerCommunicator loadURL:]"};
   platformLog("URL: " + url.text());
   if (XNetworkManager::shareInstance(*environment_).internetAvailable()) {
-    send(url);
+    // Only the very first load has to wait here.
+    XUserAgent::sharedProvider(*environment_).whenKnown([weak = weak_from_this(), url] {
+      if (const auto self = weak.lock()) self->send(url);
+    });
     log.debug("\n\nAsync Call made to ad URL: ", url.text());
     return;
   }

@@ -18,6 +18,16 @@ XUserAgent& XUserAgent::sharedProvider(Environment& environment) {
   return environment.shared<XUserAgent>();
 }
 
+void XUserAgent::whenKnown(std::function<void()> then) {
+  if (!known().empty()) return then();
+  webViews_->findUserAgent([weak = std::weak_ptr{self_}, then = std::move(then)] {
+    const auto self = weak.lock();
+    if (!self) return;
+    if ((*self)->known().empty()) (*self)->setUserAgentFromNavigator();
+    then();
+  });
+}
+
 std::string XUserAgent::userAgent() {
   const OperationLog log{"-[XUserAgent userAgent]"};
   if (auto text = known(); !text.empty()) return text;
@@ -49,6 +59,12 @@ HttpRequest XUserAgent::buildConfiguredURLRequestWithURL(const Url& url) {
   request.idleTimeout = limits_.requestIdleTimeout;
   request.deadline = limits_.requestDeadline;
   request.maximumBodyBytes = limits_.answerBytes;
+  return request;
+}
+
+HttpRequest XUserAgent::requestWithin(const Url& url, Seconds timeout) {
+  HttpRequest request = getUserAgentForUrl(url);
+  request.idleTimeout = request.deadline = timeout;
   return request;
 }
 

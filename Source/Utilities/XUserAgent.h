@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -16,6 +17,12 @@ class XUserAgent {
   [[nodiscard]] static XUserAgent& sharedProvider(Environment& environment);
 
   explicit XUserAgent(const Environment& environment);
+  XUserAgent(const XUserAgent&) = delete;
+  XUserAgent& operator=(const XUserAgent&) = delete;
+
+  // Calls `then` once the text is known, inside this call when it is known already: nobody waits
+  // for the engine. Calls keep their order. Main thread only.
+  void whenKnown(std::function<void()> then);
 
   // The engine's text, found out on the first call and kept. Any thread; the first call on another
   // thread than the main one waits until the main thread has found it out, so the main thread must
@@ -25,7 +32,9 @@ class XUserAgent {
   // The request for an ad: the user agent, cookies handled, no local cache, and the time-outs and
   // the size of Limits.
   [[nodiscard]] HttpRequest getUserAgentForUrl(const Url& url);
-  // The same; both names are in use.
+  // The same with a time-out of its own, for what somebody waits for.
+  [[nodiscard]] HttpRequest requestWithin(const Url& url, Seconds timeout);
+  // As getUserAgentForUrl; both names are in use.
   [[nodiscard]] HttpRequest buildConfiguredURLRequestWithURL(const Url& url);
 
   // A plain request for the URL.
@@ -42,6 +51,7 @@ class XUserAgent {
   const std::shared_ptr<WebViewFactory> webViews_;
   mutable std::mutex mutex_;
   std::string userAgent_;  // empty until asked for
+  const std::shared_ptr<XUserAgent*> self_ = std::make_shared<XUserAgent*>(this);
 };
 
 }  // namespace tavo

@@ -1,8 +1,11 @@
 // How the web module comes into a process, and what happens where it cannot.
 
 #include <gtk/gtk.h>
+#include <sys/stat.h>
+#include <sys/time.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -88,6 +91,36 @@ TEST_F(WebModuleTest, TheUserAgentIsAskedForOncePerInstalledEngine) {
   EXPECT_EQ(module(folder_.path(""))->userAgent(), "First/1.0");
   defaults_->setValue("tavo.webEngine.identity", "another engine");
   EXPECT_EQ(module(folder_.path(""))->userAgent(), "Second/1.0");
+}
+
+TEST_F(WebModuleTest, TheHostGoesOnWhileTheUserAgentIsAskedFor) {
+  installHelper("read line < " + folder_.path("release") + " && echo 'Slow/1.0'");
+  ASSERT_EQ(mkfifo(folder_.path("release").c_str(), 0600), 0);
+  const auto asked = module(folder_.path(""));
+  int found = 0;
+  for (int asker = 0; asker < 2; ++asker) asked->findUserAgent([&] { ++found; });
+  settle();
+  EXPECT_EQ(found, 0);
+  std::ofstream{folder_.path("release")} << "go\n";
+  runUntil([&] { return found == 2; });
+  EXPECT_EQ(found, 2);
+  EXPECT_EQ(asked->userAgent(), "Slow/1.0");
+  asked->findUserAgent([&] { ++found; });
+  EXPECT_EQ(found, 3) << "known by now";
+}
+
+TEST_F(WebModuleTest, ASignalDuringTheWaitIsNoTimeOut) {
+  struct sigaction ignored {};
+  ignored.sa_handler = [](int) {};
+  struct sigaction before {};
+  sigaction(SIGALRM, &ignored, &before);
+  const itimerval often{{0, 5'000}, {0, 5'000}};
+  setitimer(ITIMER_REAL, &often, nullptr);
+  EXPECT_EQ(gtk::runHelperProgram({"/bin/sh", "-c", "sleep 0.3; echo done"}, Seconds{30}),
+            "done\n");
+  const itimerval never{};
+  setitimer(ITIMER_REAL, &never, nullptr);
+  sigaction(SIGALRM, &before, nullptr);
 }
 
 TEST_F(WebModuleTest, AFixedUserAgentStandsInForAnEngineThatGivesNone) {

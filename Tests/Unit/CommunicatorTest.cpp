@@ -278,6 +278,21 @@ TEST_F(Communicator, RefusesToWaitOnTheMainThread) {
   EXPECT_THAT(platform_.log->messages(), ElementsAre(HasSubstr("would stop the host")));
 }
 
+TEST_F(Communicator, WaitsForTheUserAgentBesideTheHost) {
+  platform_.webViews->holdsAgent = true;
+  answer({.body = "{}"});
+  answer({.body = "{}"});
+  load();
+  load();
+  EXPECT_TRUE(platform_.http->requests().empty());
+  for (const auto& found : platform_.webViews->agentAsked) found();
+  platform_.runLoop->advance(Seconds{60});
+  EXPECT_THAT(events_, ElementsAre("info 200", "info 200"));
+  EXPECT_EQ(*platform_.http->requests().at(0).header("User-Agent"), "Headless/1.0");
+  load();
+  EXPECT_EQ(platform_.webViews->agentAsked.size(), 2U) << "known for good";
+}
+
 TEST_F(Communicator, KeepsTheUserAgentOnceItIsKnown) {
   auto& provider = XUserAgent::sharedProvider(*Runtime::current().environment());
   EXPECT_EQ(provider.userAgent(), "Headless/1.0");

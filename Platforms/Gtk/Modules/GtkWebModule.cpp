@@ -81,33 +81,63 @@ void GtkWebModule::warmUp(const WebViewOptions& options) {
   });
 }
 
-std::string GtkWebModule::userAgent() {
-  if (!userAgent_.empty()) return userAgent_;
-  if (factory_) return userAgent_ = factory_->userAgent();
+// The worker holds the loop weakly, as whoever lets go of the loop last waits for its workers.
+void GtkWebModule::findUserAgent(std::function<void()> found) {
+  if (knowsUserAgent()) return found();
+  waitingForUserAgent_.push_back(std::move(found));
+  if (waitingForUserAgent_.size() > 1) return;
+  services_.runLoop->background([program = helperProgram(), loop = std::weak_ptr{services_.runLoop},
+                                 self = std::weak_ptr{self_}] {
+    const auto answer = runHelperProgram({program}, helperProgramDeadline);
+    const auto still = loop.lock();
+    if (!still) return;
+    still->post([self, answer] {
+      const auto module = self.lock();
+      if (!module) return;
+      if ((*module)->userAgent_.empty()) (*module)->takeUserAgent(answer);
+      (*module)->tellUserAgent();
+    });
+  });
+}
 
-  const std::string engine = engineIdentity();
-  auto& defaults = *services_.userDefaults;
-  if (!engine.empty() && defaults.value(engineKey) == engine) {
-    userAgent_ = defaults.value(userAgentKey).value_or("");
-  }
-  if (userAgent_.empty()) {
-    userAgent_ = askHelperProgram();
-    if (!engine.empty() && !userAgent_.empty()) {
-      defaults.setValue(engineKey, engine);
-      defaults.setValue(userAgentKey, userAgent_);
-      defaults.synchronize();
-    }
-  }
-  if (userAgent_.empty()) userAgent_ = userAgentWithoutEngine;
+// Who is told may end this module.
+void GtkWebModule::tellUserAgent() {
+  for (const auto& told : std::exchange(waitingForUserAgent_, {})) told();
+}
+
+std::string GtkWebModule::userAgent() {
+  if (!knowsUserAgent()) takeUserAgent(runHelperProgram({helperProgram()}, helperProgramDeadline));
   return userAgent_;
 }
 
-std::string GtkWebModule::askHelperProgram() const {
-  const auto answer =
-      runHelperProgram({(folder_ / "tavo-web-user-agent").string()}, helperProgramDeadline);
-  if (!answer)
-    services_.log->write("The web engine gave no user agent; a fixed text stands in for it.");
-  return std::string{trimmed(answer.value_or(""))};
+bool GtkWebModule::knowsUserAgent() {
+  if (!userAgent_.empty()) return true;
+  const auto& defaults = *services_.userDefaults;
+  const std::string engine = engineIdentity();
+  if (factory_) {
+    userAgent_ = factory_->userAgent();
+  } else if (!engine.empty() && defaults.value(engineKey) == engine) {
+    userAgent_ = defaults.value(userAgentKey).value_or("");
+  }
+  return !userAgent_.empty();
+}
+
+void GtkWebModule::takeUserAgent(const std::optional<std::string>& answer) {
+  userAgent_ = trimmed(answer.value_or(""));
+  const std::string engine = engineIdentity();
+  if (!engine.empty() && !userAgent_.empty()) {
+    auto& defaults = *services_.userDefaults;
+    defaults.setValue(engineKey, engine);
+    defaults.setValue(userAgentKey, userAgent_);
+    defaults.synchronize();
+  }
+  if (!userAgent_.empty()) return;
+  services_.log->write("The web engine gave no user agent; a fixed text stands in for it.");
+  userAgent_ = userAgentWithoutEngine;
+}
+
+std::string GtkWebModule::helperProgram() const {
+  return (folder_ / "tavo-web-user-agent").string();
 }
 
 std::filesystem::path GtkWebModule::moduleFile() const { return folder_ / "TavoGtkWeb.so"; }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <tavo/Limits.h>
 
@@ -39,10 +40,12 @@ class GtkWebModule : public WebViewFactory {
                                                 const WebViewOptions& options) override;
   void warmUp(const WebViewOptions& options) override;
 
-  // While the module is not loaded, a small helper program asks the engine; the host waits for it,
-  // a tenth of a second once per installed engine, for the answer is remembered in the user
-  // defaults beside the engine library's name, size and time. A program that gives no answer within
-  // five seconds, or none at all, counts as "no engine".
+  // While the module is not loaded, a small helper program asks the engine, a tenth of a second
+  // once per installed engine, for the answer is remembered in the user defaults beside the engine
+  // library's name, size and time. A program that gives no answer within five seconds, or none at
+  // all, counts as "no engine".
+  void findUserAgent(std::function<void()> found) override;
+  // The same, and the caller waits for the program.
   [[nodiscard]] std::string userAgent() override;
 
   [[nodiscard]] bool isLoaded() const { return factory_ != nullptr; }
@@ -52,7 +55,10 @@ class GtkWebModule : public WebViewFactory {
   [[nodiscard]] WebViewFactory* factory();
   void load();
   [[nodiscard]] std::filesystem::path moduleFile() const;
-  [[nodiscard]] std::string askHelperProgram() const;
+  [[nodiscard]] bool knowsUserAgent();
+  [[nodiscard]] std::string helperProgram() const;
+  void takeUserAgent(const std::optional<std::string>& answer);
+  void tellUserAgent();
 
   Services services_;
   std::filesystem::path folder_;
@@ -61,6 +67,7 @@ class GtkWebModule : public WebViewFactory {
   bool triedToLoad_ = false;
   std::unique_ptr<WebViewFactory> factory_;
   std::string userAgent_;
+  std::vector<std::function<void()>> waitingForUserAgent_;
 };
 
 }  // namespace tavo::gtk

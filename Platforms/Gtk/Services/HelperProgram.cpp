@@ -18,10 +18,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::size_t outputLimit = std::size_t{64} * 1024;
 
+// A signal to the process ends a wait early, and not the patience.
 bool readable(int file, Clock::time_point until) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - Clock::now());
   pollfd waiting{file, POLLIN, 0};
-  return poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0))) > 0;
+  for (;;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
+    const int found = poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+    if (found >= 0 || errno != EINTR) return found > 0;
+  }
 }
 
 // Reads until the other end closes; nothing when that does not happen in time.

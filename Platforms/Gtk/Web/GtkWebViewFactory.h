@@ -16,6 +16,7 @@ class GtkWebViewFactory : public WebViewFactory {
   [[nodiscard]] std::shared_ptr<WebView> create(const Rect& frame,
                                                 const WebViewOptions& options) override;
   void warmUp(const WebViewOptions& options) override { pool_->warmUp(options); }
+  void findUserAgent(std::function<void()> found) override { found(); }
   [[nodiscard]] std::string userAgent() override { return engine_->userAgent(); }
 
  private:
