@@ -12,7 +12,6 @@ namespace {
 using Sub = MobileAdSubTypes;
 
 constexpr const char* url = "http://ads.example/x/sdk/page/@Bottom1";
-const std::string getAd = std::string{"GET "} + url;
 
 std::string answerOf(const std::string& type, const std::string& text, const std::string& ping) {
   return R"({"Ad":[{"AdType":")" + type + R"(","FileUrl":"http://cdn.example/a.png","ImpUrl":")" +

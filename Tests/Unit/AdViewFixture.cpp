@@ -53,6 +53,11 @@ AdViewTest::AdViewTest(const Limits& limits) : platform_{limits}, runtime_{platf
             note("customURL " + url.text());
             return true;
           },
+      .xAdViewShouldHandleClickToAction =
+          [this](XAdView&, ClickToAction action, const ClickToActionParameters&) {
+            note("shouldHandle? " + std::to_string(static_cast<int>(action)));
+            return mayClick_;
+          },
       .interstitialAdDismissed = [this](XAdView&) { note("interstitialDismissed"); },
       .interstitialAdDismissedOnMemoryWarning =
           [this](XAdView&) { note("interstitialDismissedOnMemoryWarning"); }});
@@ -78,7 +83,42 @@ void AdViewTest::answer(const std::string& body) {
   platform_.http->answerWith(adUrl, "application/json", body);
 }
 
-std::vector<std::string> AdViewTest::happened() { return std::exchange(lines_, {}); }
+Lines AdViewTest::loaded(const std::string& body) {
+  answer(body);
+  load();
+  settle();
+  return happened();
+}
+
+void AdViewTest::showBanner(const std::string& body, const Rect& frame) {
+  makeBanner(frame);
+  loaded(body);
+}
+
+void AdViewTest::creative(const std::string& command) {
+  advance(1.1);
+  platform_.webViews->last()->navigate(
+      {Url::fromText("mraid://" + command), Url::parse("about:blank"), NavigationType::other});
+  settle();
+}
+
+void AdViewTest::post(std::string_view name) {
+  runtime_.notifications().post(name);
+  settle();
+}
+
+void AdViewTest::drop() {
+  if (banner_) banner_->removeFromSuperview();
+  banner_.reset();
+}
+
+void AdViewTest::dropsInside(const std::string& call) {
+  onCallback_ = [this, call](const std::string& line) {
+    if (line.starts_with(call)) drop();
+  };
+}
+
+Lines AdViewTest::happened() { return std::exchange(lines_, {}); }
 
 std::string imageAnswer(const std::string& fileUrl) {
   return R"({"Ad":[{"AdType":"image/png","FileUrl":")" + fileUrl +

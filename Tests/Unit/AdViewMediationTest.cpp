@@ -8,7 +8,6 @@
 namespace tavo::test {
 namespace {
 
-const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string switchedOff =
     "didFail 1008 Cannot mediate. Please enable mediation at slot level or application level.";
 
@@ -47,7 +46,7 @@ class AdViewMediationTest : public AdViewTest {
   }
 
   // Loads for an answer without an ad, which mediation follows where it is switched on.
-  std::vector<std::string> loadNothing() {
+  Lines loadNothing() {
     answer(noAdAnswer);
     load();
     settle();

@@ -1,15 +1,14 @@
-#include <tavo/XAdView.h>
+// A banner from request to screen: timers, connectivity, life cycle, and what the host hears.
 
-#include "Runtime/NotificationCenter.h"
 #include "Unit/AdViewFixture.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
+#include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
 
 namespace tavo::test {
 namespace {
 
-const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
-const std::string getPicture = "GET http://cdn.example/a.png";
-const std::string getImpression = "GET http://track.example/i";
+const Lines shownPicture{getAd, getPicture, getImpression, "didLoad"};
+const Lines shownPage{getAd, "shouldDisplay?", getImpression, "didLoad"};
 
 TEST_F(AdViewTest, AnImageBannerFromRequestToScreen) {
   makeBanner();
@@ -30,12 +29,8 @@ TEST_F(AdViewTest, AnImageBannerFromRequestToScreen) {
 
 TEST_F(AdViewTest, AnHtmlBannerAsksBeforeItIsShownAndCountsItsImpressionThen) {
   makeBanner();
-  answer(htmlAnswer());
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?", getImpression, "didLoad"));
+  EXPECT_EQ(loaded(htmlAnswer()), shownPage);
   const auto page = platform_.webViews->last();
-  ASSERT_TRUE(page);
   EXPECT_EQ(page->superview(), banner_.get());
   EXPECT_EQ(page->frame(), (Rect{0, 0, 320, 50}));
   EXPECT_THAT(page->html(), HasSubstr("<head><script src=\"file:///bundle/CorvaneTAVOSDKMRAID"));
@@ -44,74 +39,45 @@ TEST_F(AdViewTest, AnHtmlBannerAsksBeforeItIsShownAndCountsItsImpressionThen) {
 }
 
 TEST_F(AdViewTest, ASlotThatShowedHtmlBeforeStartsTheEngineBesideItsNextRequest) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  load();
+  showBanner(imageAnswer());
+  loaded(htmlAnswer());
   EXPECT_EQ(platform_.webViews->warmUps, 0) << "a slot of pictures needs no engine";
-  answer(htmlAnswer());
-  load();
-  settle();
-  EXPECT_EQ(platform_.webViews->warmUps, 0);
   load();
   EXPECT_EQ(platform_.webViews->warmUps, 1);
   banner_->loadWithDomainName("ads.example/x", "page", "Top1");
   EXPECT_EQ(platform_.webViews->warmUps, 1) << "another slot has shown nothing yet";
 }
 
-TEST_F(AdViewTest, AHostThatRefusesAPageHearsAFailureAndNoImpressionIsCounted) {
+TEST_F(AdViewTest, AnswersWithoutAnAdEndInOneFailure) {
+  const std::string noAd = "didFail 1002 No ads available from TAVO server.";
+  const std::pair<std::string, std::string> cases[] = {
+      {noAdAnswer, noAd},
+      {"<h1>500</h1>", noAd},
+      {R"({"Ad":7})", noAd},
+      {htmlAnswer("<a href=''><img src='/default/empty.gif'></a>"),
+       "didFail 1002 empty.gif file response received."},
+      {"", "didFail none"}};
   makeBanner();
+  for (const auto& [body, failure] : cases) {
+    EXPECT_THAT(loaded(body), ElementsAre(getAd, failure)) << body;
+  }
   mayRender_ = false;
-  answer(htmlAnswer());
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?",
-                                      "didFail 1007 Rendering of ad interrupted by publisher."));
+  EXPECT_THAT(loaded(htmlAnswer()),
+              ElementsAre(getAd, "shouldDisplay?",
+                          "didFail 1007 Rendering of ad interrupted by publisher."))
+      << "and no impression";
   EXPECT_EQ(platform_.webViews->last()->superview(), nullptr);
+  slot_->RTBRequired = true;
+  platform_.http->answer("http://ads.example/x/sdkl/page/@Bottom1", {.body = noAdAnswer});
+  EXPECT_THAT(loaded(noAdAnswer), ElementsAre("GET http://ads.example/x/sdkl/page/@Bottom1",
+                                              "didFail 1002 No Ad recieved from server"));
 }
 
 TEST_F(AdViewTest, APageThatIsReleasedInsideTheQuestionNeitherShowsNorCounts) {
   makeBanner();
   onCallback_ = [this](const std::string&) { banner_->releaseMemory(); };
-  answer(htmlAnswer());
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?"));
+  EXPECT_THAT(loaded(htmlAnswer()), ElementsAre(getAd, "shouldDisplay?"));
   EXPECT_THAT(banner_->subviews(), IsEmpty());
-}
-
-TEST_F(AdViewTest, AnswersWithoutAnAdEndInOneFailure) {
-  struct Case {
-    const char* name;
-    std::string body;
-    const char* failure;
-  };
-  const Case cases[] = {
-      {"no ad", noAdAnswer, "didFail 1002 No ads available from TAVO server."},
-      {"not JSON", "<h1>500</h1>", "didFail 1002 No ads available from TAVO server."},
-      {"a wrong type", R"({"Ad":7})", "didFail 1002 No ads available from TAVO server."},
-      {"filler picture", htmlAnswer("<a href=''><img src='/default/empty.gif'></a>"),
-       "didFail 1002 empty.gif file response received."},
-  };
-  makeBanner();
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
-    answer(test.body);
-    load();
-    settle();
-    EXPECT_THAT(happened(), ElementsAre(getAd, test.failure));
-  }
-}
-
-TEST_F(AdViewTest, ABiddingSlotAsksAtItsOwnAddressAndMayGetAnEmptyAd) {
-  slot_->RTBRequired = true;
-  makeBanner();
-  platform_.http->answer("http://ads.example/x/sdkl/page/@Bottom1", {.body = noAdAnswer});
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre("GET http://ads.example/x/sdkl/page/@Bottom1",
-                                      "didFail 1002 No Ad recieved from server"));
 }
 
 TEST_F(AdViewTest, ExchangesThatFailReachTheHostUnchanged) {
@@ -126,108 +92,72 @@ TEST_F(AdViewTest, ExchangesThatFailReachTheHostUnchanged) {
   EXPECT_THAT(happened(), ElementsAre(getAd));
   advance(0.2);
   EXPECT_THAT(happened(), ElementsAre("didFail -1001 Timed out."));
-}
-
-TEST_F(AdViewTest, AnAnswerWithoutABodyIsAFailureWithoutAnError) {
-  makeBanner();
-  platform_.http->answer(adUrl, {.status = 204});
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, "didFail none"));
-}
-
-TEST_F(AdViewTest, OfflineTheFailureArrivesInsideTheCall) {
-  makeBanner();
   platform_.network->setReachable(false);
   load();
-  EXPECT_THAT(happened(), ElementsAre("didFail 1003 Network connectivity not available"));
+  EXPECT_THAT(happened(), ElementsAre("didFail 1003 Network connectivity not available"))
+      << "inside the call";
 }
 
 TEST_F(AdViewTest, TheBannerRefreshesOnItsTimer) {
   slot_->bannerRefreshInterval = 30;
-  makeBanner();
-  answer(htmlAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(htmlAnswer());
   advance(29.9);
-  EXPECT_THAT(happened(), ElementsAre());
+  EXPECT_THAT(happened(), IsEmpty());
   advance(0.1);
-  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?", getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPage);
   advance(30);
-  EXPECT_THAT(happened(), ElementsAre(getAd, "shouldDisplay?", getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPage);
   EXPECT_EQ(banner_->subviews().size(), 2U);  // the agent and its page, of the newest ad only
 }
 
-TEST_F(AdViewTest, AHiddenBannerStopsAndLoadsAtOnceWhenItIsSeenAgain) {
+TEST_F(AdViewTest, WhatTheUserSeesDecidesAboutTheTimer) {
   slot_->bannerRefreshInterval = 30;
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   banner_->setHidden(true);
   advance(60);  // ticks that ask for nothing
-  EXPECT_THAT(happened(), ElementsAre());
+  EXPECT_THAT(happened(), IsEmpty());
   banner_->refreshAd();
   EXPECT_FALSE(banner_->isRefreshTimerRunning());
   banner_->setHidden(false);
   banner_->refreshAd();
-  EXPECT_THAT(happened(), ElementsAre(getAd));
+  EXPECT_THAT(happened(), ElementsAre(getAd)) << "at once";
   EXPECT_TRUE(banner_->isRefreshTimerRunning());
-}
-
-TEST_F(AdViewTest, ABannerOffTheScreenLoadsItsFirstAdOnly) {
-  makeBanner();
-  window_->setHidden(true);
-  answer(imageAnswer());
-  load();
   settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  drop();
+  happened();
+  window_->setHidden(true);
+  makeBanner();
+  EXPECT_EQ(loaded(imageAnswer()), shownPicture) << "the first ad comes off the screen, too";
   EXPECT_FALSE(banner_->isRefreshTimerRunning());
 }
 
 TEST_F(AdViewTest, AnAdThatCameBeforeItsWindowRefreshesOnceTheWindowIsSeen) {
-  makeBanner();
-  answer(imageAnswer());
   root_->view()->setHidden(true);
-  load();
-  settle();
+  showBanner(imageAnswer());
   EXPECT_FALSE(banner_->isRefreshTimerRunning());
-  happened();
   root_->view()->setHidden(false);
   banner_->didAppearOnScreen();
   EXPECT_TRUE(banner_->isRefreshTimerRunning());
   EXPECT_THAT(happened(), IsEmpty()) << "the ad it has is new";
   banner_->didAppearOnScreen();
   advance(120);
-  EXPECT_THAT(happened(), Contains(std::string{"GET "} + adUrl).Times(1));
+  EXPECT_THAT(happened(), Contains(getAd).Times(1));
 }
 
 TEST_F(AdViewTest, IntervalsThatStopAndIntervalsThatNeverStart) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
+  showBanner(imageAnswer());
   ASSERT_TRUE(banner_->isRefreshTimerRunning());
-  slot_->bannerRefreshInterval = -1;
-  banner_->refreshAd();
-  EXPECT_TRUE(banner_->isRefreshTimerRunning()) << "a negative interval stops nothing";
-  slot_->bannerRefreshInterval = 0;
-  banner_->refreshAd();
-  EXPECT_FALSE(banner_->isRefreshTimerRunning());
-  slot_->bannerRefreshInterval = -1;
-  banner_->refreshAd();
-  EXPECT_FALSE(banner_->isRefreshTimerRunning()) << "and starts nothing";
+  for (const auto& [interval, runs] :
+       {std::pair{-1.0F, true}, std::pair{0.0F, false}, std::pair{-1.0F, false}}) {
+    slot_->bannerRefreshInterval = interval;
+    banner_->refreshAd();
+    EXPECT_EQ(banner_->isRefreshTimerRunning(), runs) << "a negative one neither stops nor starts";
+  }
 }
 
 TEST_F(AdViewTest, ALoadThatFailsAtOnceDoesNotArmTheTimerAgain) {
   slot_->bannerRefreshInterval = 30;
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   banner_->setHidden(true);
   banner_->refreshAd();
   platform_.network->setReachable(false);
@@ -239,11 +169,7 @@ TEST_F(AdViewTest, ALoadThatFailsAtOnceDoesNotArmTheTimerAgain) {
 }
 
 TEST_F(AdViewTest, AutomaticRequestsKeepTheirDistance) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   const auto hideAndShow = [this] {
     banner_->setHidden(true);
     banner_->refreshAd();
@@ -251,7 +177,7 @@ TEST_F(AdViewTest, AutomaticRequestsKeepTheirDistance) {
     banner_->refreshAd();
   };
   hideAndShow();
-  EXPECT_THAT(happened(), ElementsAre()) << "the last request was in this second";
+  EXPECT_THAT(happened(), IsEmpty()) << "the last request was in this second";
   advance(1.1);
   hideAndShow();
   EXPECT_THAT(happened(), ElementsAre(getAd));
@@ -260,11 +186,7 @@ TEST_F(AdViewTest, AutomaticRequestsKeepTheirDistance) {
 }
 
 TEST_F(AdViewTest, ConnectivityThatReturnsReloadsAtOnce) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   advance(1.1);
   const auto flap = [this] {
     platform_.network->setReachable(false);
@@ -273,20 +195,16 @@ TEST_F(AdViewTest, ConnectivityThatReturnsReloadsAtOnce) {
     settle();
   };
   flap();
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPicture);
   for (int flaps = 0; flaps < 5; ++flaps) flap(), advance(0.05);
   EXPECT_THAT(happened(), IsEmpty()) << "the last request was in this second";
   advance(1);
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPicture);
 }
 
 TEST_F(AdViewTest, ASlotWaitsForOneAnswerAtATime) {
   slot_->bannerRefreshInterval = 2;
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   const auto answerSlowly = [this](const std::string& picture) {
     platform_.http->forget(adUrl);
     platform_.http->answerWith(picture, "image/png", "image 640x100");
@@ -314,21 +232,28 @@ TEST_F(AdViewTest, ASlotWaitsForOneAnswerAtATime) {
   platform_.network->setReachable(false);
   platform_.network->setReachable(true);
   advance(0.5);
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPicture);
   platform_.network->setReachable(false);
   advance(5);
   EXPECT_THAT(happened(), IsEmpty()) << "the old answer is nobody's";
 }
 
-TEST_F(AdViewTest, ATapOpensTheClickThroughOutsideTheApplication) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
-  deliverTap(*window_, {10, 10});
-  EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
-  EXPECT_THAT(platform_.application->openedUrls, ElementsAre(Url::parse("http://click.example/")));
+TEST_F(AdViewTest, ATapOpensTheClickThroughOfTheAdThatIsShown) {
+  showBanner(imageAnswer());
+  const auto tapped = [this] {
+    deliverTap(*window_, {10, 10});
+    EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
+    return platform_.application->openedUrls.back().text();
+  };
+  EXPECT_EQ(tapped(), "http://click.example/");
+  loaded(R"({"Ad":[{"AdType":"image/png","FileUrl":"http://cdn.example/a.png",)"
+         R"("ClkUrl":"http://second.example/"}]})");
+  EXPECT_EQ(tapped(), "http://second.example/") << "not that of the ad before";
+  EXPECT_THAT(loaded(R"({"Ad":[{"AdType":"redirect","FileUrl":"http://cdn.example/a.png",)"
+                     R"("ClkUrl":"http://third.example/"}]})"),
+              ElementsAre(getAd, getPicture, getPicture, "didLoad"));
+  EXPECT_EQ(banner_->mobileAdSubTypes(), MobileAdSubTypes::redirectImageBanner);
+  EXPECT_EQ(tapped(), "http://third.example/");
 }
 
 TEST_F(AdViewTest, ABannerBesideTheOriginCropsFromThereQuirk) {
@@ -344,58 +269,34 @@ TEST_F(AdViewTest, ABannerBesideTheOriginCropsFromThereQuirk) {
 
 TEST_F(AdViewTest, AnUndecodablePictureFailsAndLoadsQuirk) {
   makeBanner();
-  answer(imageAnswer("http://cdn.example/bad.png"));
   platform_.http->answerWith("http://cdn.example/bad.png", "image/png", "not a picture");
-  load();
-  settle();
   EXPECT_THAT(
-      happened(),
+      loaded(imageAnswer("http://cdn.example/bad.png")),
       ElementsAre(getAd, "GET http://cdn.example/bad.png", getImpression,
                   "didFail 1006 The image could not be initialized from the specified data.",
                   "didLoad"));
 }
 
-TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABound) {
+TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABoundForEachLoad) {
   makeBanner();
   const std::string again = R"({"Ad":[{"AdType":"redirect","FileUrl":"http://r.example/"}]})";
-  answer(again);
   platform_.http->answer("http://r.example/", {.body = again});
-  load();
-  settle();
-  const auto lines = happened();
-  ASSERT_EQ(lines.size(), 12U);
-  EXPECT_EQ(lines.back(), "didFail -1007 Too many answers in a row were redirects.");
-}
-
-TEST_F(AdViewTest, ARedirectToAPictureShowsItUnderTheFirstAnswersClick) {
-  makeBanner();
-  answer(R"({"Ad":[{"AdType":"redirect","FileUrl":"http://cdn.example/a.png",)"
-         R"("ClkUrl":"http://click.example/"}]})");
-  load();
-  settle();
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getPicture, "didLoad"));
-  EXPECT_EQ(banner_->mobileAdSubTypes(), MobileAdSubTypes::redirectImageBanner);
-  deliverTap(*window_, {10, 10});
-  EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
+  for (int time = 0; time < 2; ++time) {
+    const auto lines = loaded(again);
+    ASSERT_EQ(lines.size(), 12U);
+    EXPECT_EQ(lines.back(), "didFail -1007 Too many answers in a row were redirects.");
+  }
 }
 
 TEST_F(AdViewTest, APageWhoseProcessDiesIsAFailure) {
-  makeBanner();
-  answer(htmlAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(htmlAnswer());
   platform_.webViews->last()->terminateProcess();
   EXPECT_THAT(happened(), ElementsAre("didFail 1101 The page's process has ended."));
   EXPECT_EQ(banner_->subviews().size(), 1U);
 }
 
 TEST_F(AdViewTest, LeavingTheScreenReleasesEverything) {
-  makeBanner();
-  answer(htmlAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(htmlAnswer());
   banner_->removeFromSuperview();
   EXPECT_TRUE(banner_->subviews().empty());
   EXPECT_EQ(platform_.webViews->last(), nullptr);
@@ -405,82 +306,57 @@ TEST_F(AdViewTest, LeavingTheScreenReleasesEverything) {
   banner_->releaseMemory();
   banner_->refreshAd();
   advance(500);
-  EXPECT_THAT(happened(), ElementsAre());
+  EXPECT_THAT(happened(), IsEmpty());
 }
 
 TEST_F(AdViewTest, AHostMayDropTheViewInsideAnyCall) {
-  onCallback_ = [this](const std::string&) {
-    if (banner_) banner_->removeFromSuperview();
-    banner_.reset();
-  };
+  onCallback_ = [this](const std::string&) { drop(); };
   for (const auto& body : {imageAnswer(), htmlAnswer(), std::string{noAdAnswer}}) {
     SCOPED_TRACE(body);
-    answer(body);
     makeBanner();
-    load();
-    settle();
+    loaded(body);
     advance(300);
     EXPECT_EQ(banner_, nullptr) << "no call came";
     EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
   }
-}
-
-TEST_F(AdViewTest, AHostMayDropTheViewInsideTheFailureThatItsOwnCallCauses) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
+  onCallback_ = {};
+  showBanner(imageAnswer());
   advance(1.1);
   platform_.network->setReachable(false);
   banner_->refreshAd();  // finds the timer ended
-  onCallback_ = [this](const std::string&) { banner_->removeFromSuperview(), banner_.reset(); };
+  onCallback_ = [this](const std::string&) { drop(); };
   banner_->refreshAd();
-  EXPECT_EQ(banner_, nullptr);
+  EXPECT_EQ(banner_, nullptr) << "in a failure that its own call causes";
   EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
 }
 
 TEST_F(AdViewTest, MemoryWarningReleasesFirstAndTellsThen) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
+  showBanner(imageAnswer());
   onCallback_ = [&](const std::string&) { EXPECT_TRUE(banner_->subviews().empty()); };
-  runtime_.notifications().post(
-      {.name = std::string{notifications::didReceiveMemoryWarning}, .userInfo = {}});
+  post(notifications::didReceiveMemoryWarning);
   EXPECT_THAT(happened(), ElementsAre("didDismissOnMemoryWarning"));
 }
 
 TEST_F(AdViewTest, BackgroundReleasesAndForegroundLoadsAnew) {
-  makeBanner();
-  answer(imageAnswer());
-  load();
-  settle();
-  happened();
-  const auto post = [&](std::string_view name) {
-    runtime_.notifications().post({.name = std::string{name}, .userInfo = {}});
-    settle();
-  };
-  post(notifications::willEnterForeground);  // it was not away: nothing
-  EXPECT_THAT(happened(), ElementsAre());
+  showBanner(imageAnswer());
+  post(notifications::willEnterForeground);
+  EXPECT_THAT(happened(), IsEmpty()) << "it was not away";
+  post(notifications::screenLocked);
+  EXPECT_FALSE(banner_->subviews().empty()) << "a lock alone takes no banner away";
   post(notifications::didEnterBackground);
   EXPECT_TRUE(banner_->subviews().empty());
   advance(300);
-  EXPECT_THAT(happened(), ElementsAre());
+  EXPECT_THAT(happened(), IsEmpty());
   post(notifications::willEnterForeground);
-  EXPECT_THAT(happened(), ElementsAre(getAd, getPicture, getImpression, "didLoad"));
+  EXPECT_EQ(happened(), shownPicture);
 }
 
-TEST_F(AdViewTest, VersionAndDefaults) {
+TEST_F(AdViewTest, AViewWithoutAHostHasNobodyToTellAndFailsNothing) {
   EXPECT_EQ(XAdView::corvaneTAVOSDKVersion(), "Ver 2.2.2");
   const auto view = XAdView::create({0, 0, 1, 1});
-  EXPECT_EQ(view->slotConfiguration()->bannerRefreshInterval, 120.0F);
-  EXPECT_EQ(view->slotConfiguration()->canMediate, -1);
-  EXPECT_EQ(view->defaultFrame(), (Rect{0, 0, 1, 1}));
-  EXPECT_FALSE(view->isVastInterestitial || view->statusBarHidden());
   EXPECT_EQ(view->adManager(), nullptr);
   view->setBackgroundColor(colors::black);
-  view->loadWithDomainName("d", "p", "a");  // without a host: nothing to tell, nothing fails
+  view->loadWithDomainName("d", "p", "a");
   EXPECT_NE(view->adManager(), nullptr);
   EXPECT_EQ(view->userColor, colors::black);
   settle();
@@ -489,6 +365,79 @@ TEST_F(AdViewTest, VersionAndDefaults) {
   view->releaseMemory();
   EXPECT_EQ(view->adManager(), nullptr);
   EXPECT_EQ(view->defaultFrame(), (Rect{0, 0, 1, 1})) << "as it was made";
+}
+
+// ---- Clicks
+
+class AdViewClickTest : public AdViewTest {
+ protected:
+  AdViewClickTest() {
+    makeBanner();
+    slot_->shouldOpenClickThroughURLInAppBrowser = true;
+    platform_.application->openableSchemes.insert("tel");
+    platform_.http->answerWith("http://click.example/", "text/html", "<p></p>");
+  }
+  void open(void (XAdView::*operation)(const Url&), const char* url) {
+    ((*banner_).*operation)(Url::fromText(url));
+    settle();
+  }
+};
+
+TEST_F(AdViewClickTest, TheHostIsAskedAndObeyed) {
+  open(&XAdView::openDiallerWithUrl, "tel:1");
+  EXPECT_THAT(happened(), ElementsAre("shouldHandle? 1", "willLeaveApplication"));
+  mayClick_ = false;
+  open(&XAdView::openDiallerWithUrl, "tel:2");
+  banner_->delegate.set(nullptr);
+  open(&XAdView::openDiallerWithUrl, "tel:3");
+  EXPECT_THAT(platform_.application->openedUrls,
+              ElementsAre(Url::parse("tel:1"), Url::parse("tel:3")))
+      << "a host without the question lets it go on";
+}
+
+TEST_F(AdViewClickTest, TheBrowserOpensAndClosesAboveTheBanner) {
+  open(&XAdView::openUrlInBrowser, "http://click.example/");
+  EXPECT_THAT(happened(), ElementsAre("GET http://click.example/", "willOpenBrowser"));
+  EXPECT_TRUE(banner_->appBrowserOpen());
+  auto* browser = dynamic_cast<XInAppBrowser*>(root_->presentedViewController());
+  ASSERT_NE(browser, nullptr);
+  banner_->setHidden(true);
+  browser->closeButtonItemClicked();
+  EXPECT_THAT(happened(), ElementsAre("willCloseBrowser"));
+  EXPECT_FALSE(banner_->isHidden());
+  EXPECT_FALSE(banner_->appBrowserOpen());
+}
+
+TEST_F(AdViewClickTest, TheBrowserGoesWithTheAdThatOpenedIt) {
+  for (const bool hasSheet : {false, true}) {
+    SCOPED_TRACE(hasSheet);
+    open(&XAdView::openUrlInBrowser, "http://click.example/");
+    ViewController* const browser = root_->presentedViewController();
+    ASSERT_NE(browser, nullptr);
+    const std::weak_ptr<ViewController> watched = browser->weak_from_this();
+    if (hasSheet) {
+      browser->presentViewController(std::make_shared<ViewController>(), Animated::no);
+    }
+    banner_->releaseMemory();
+    EXPECT_EQ(root_->presentedViewController(), nullptr);
+    settle();
+    EXPECT_TRUE(watched.expired()) << "its page does not live on";
+  }
+}
+
+TEST_F(AdViewClickTest, AHostMayDropTheViewInsideEveryCall) {
+  onCallback_ = [this](const std::string&) { drop(); };
+  const std::pair<void (XAdView::*)(const Url&), const char*> clicks[] = {
+      {&XAdView::openDiallerWithUrl, "tel:1"},
+      {&XAdView::sendSMSWithUrl, "sms:1"},
+      {&XAdView::sendEmailWithUrl, "mailto:a"},
+      {&XAdView::openAppStoreWithURL, "http://store.example/"},
+      {&XAdView::openUrlInBrowser, "http://click.example/"}};
+  for (const auto& [operation, url] : clicks) {
+    makeBanner();
+    open(operation, url);
+    EXPECT_EQ(banner_, nullptr) << url;
+  }
 }
 
 }  // namespace

@@ -51,40 +51,37 @@ TEST_F(ClickActionsTest, AMessageIsShownBeforeItIsSent) {
     platform_.composers->messageFinished(result);
     EXPECT_EQ(presenters(), "");
   }
-  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
-  platform_.composers->messageFinished(static_cast<MessageComposeResult>(3));
-  EXPECT_EQ(presenters(), "current") << "an unknown result leaves the composer";
-}
-
-TEST_F(ClickActionsTest, NoMessageWithoutConsentOrMeans) {
   view_.allows = false;
   actions_->sendSMSWithUrl(Url::fromText("sms:1"));
   view_.allows = true;
   platform_.composers->textCanBeSent = false;
   actions_->sendSMSWithUrl(Url::fromText("sms:1"));
-  EXPECT_THAT(platform_.composers->messages, IsEmpty());
+  EXPECT_THAT(platform_.composers->messages, SizeIs(3)) << "without consent or means there is none";
   EXPECT_THAT(happened(), ElementsAre("asked 2", "asked 2"));
+  platform_.composers->textCanBeSent = true;
+  actions_->sendSMSWithUrl(Url::fromText("sms:1"));
+  platform_.composers->messageFinished(static_cast<MessageComposeResult>(3));
+  EXPECT_EQ(presenters(), "current") << "an unknown result leaves the composer";
 }
 
 TEST_F(ClickActionsTest, WhoPresentsAMessageFollowsTheState) {
-  struct Row {
-    MRAIDState state;
-    PlacementType placement;
-    const char* presenter;
-  };
   using enum MRAIDState;
-  for (const Row& row :
-       {Row{normal, PlacementType::inlined, "current"},
-        Row{resized, PlacementType::inlined, "current"},
-        Row{expanded, PlacementType::inlined, "expanded"}, Row{loading, PlacementType::inlined, ""},
-        Row{hidden, PlacementType::inlined, ""},
-        Row{loading, PlacementType::interstitial, "current"},
-        Row{expanded, PlacementType::interstitial, "current"}}) {
-    view_.mraidState = row.state;
-    view_.placement = row.placement;
+  constexpr auto inlined = PlacementType::inlined;
+  constexpr auto interstitial = PlacementType::interstitial;
+  const std::tuple<MRAIDState, PlacementType, std::string> rows[] = {
+      {normal, inlined, "current"},
+      {resized, inlined, "current"},
+      {expanded, inlined, "expanded"},
+      {loading, inlined, ""},
+      {hidden, inlined, ""},
+      {loading, interstitial, "current"},
+      {expanded, interstitial, "current"}};
+  for (const auto& [state, placement, presenter] : rows) {
+    view_.mraidState = state;
+    view_.placement = placement;
     actions_->sendSMSWithUrl(Url::fromText("sms:1"));
-    EXPECT_EQ(presenters(), row.presenter) << static_cast<int>(row.state);
-    if (*row.presenter != '\0') platform_.composers->messageFinished(MessageComposeResult::sent);
+    EXPECT_EQ(presenters(), presenter) << static_cast<int>(state);
+    if (!presenter.empty()) platform_.composers->messageFinished(MessageComposeResult::sent);
   }
   view_.placement = PlacementType::inlined;
   view_.mraidState = normal;
@@ -108,12 +105,10 @@ TEST_F(ClickActionsTest, AMailIsShownBeforeItIsSent) {
   view_.allows = false;
   actions_->sendEmailWithUrl(Url::fromText("mailto:"));
   EXPECT_THAT(platform_.composers->mails, SizeIs(1));
-}
-
-TEST_F(ClickActionsTest, AMailOfABannerThatIsNotExpandedIsNotLost) {
+  view_.allows = true;
   expanded_->view()->removeFromSuperview();
   actions_->sendEmailWithUrl(Url::fromText("mailto:a@b.example"));
-  EXPECT_EQ(presenters(), "current");
+  EXPECT_EQ(presenters(), "current") << "that of a banner which is not expanded is not lost";
   EXPECT_EQ(platform_.composers->mails.back(), (MailDraft{{"a@b.example"}, "", ""}));
 }
 
@@ -143,62 +138,53 @@ TEST_F(ClickActionsTest, WhatGoesWrongWithAnEventReachesTheCreative) {
       settle();
     };
   };
-  const std::vector<std::tuple<const char*, std::function<void()>, const char*,
-                               std::function<void()>, std::vector<std::string>>>
-      rows{
-          {"unreadable",
-           [] {},
-           "{",
-           [] {},
-           {"error Unable to parse event data. for createCalendarEvent"}},
-          {"refused by the host", [this] { view_.allows = false; }, eventText, [] {}, {"asked 6"}},
-          {"no access",
-           [this] { platform_.calendarAccess->requestable = false; },
-           eventText,
-           [] {},
-           {"asked 6", "error Access denied. for createCalendarEvent"}},
-          {"refused by the user",
-           [this] { platform_.calendarAccess->grants = false; },
-           eventText,
-           [] {},
-           {"asked 6"}},
-          {"cancelled",
-           [] {},
-           eventText,
-           finish(EventEditAction::cancelled),
-           {"asked 6", "error User canceled. for createCalendarEvent"}},
-          {"deleted",
-           [] {},
-           eventText,
-           finish(EventEditAction::deleted),
-           {"asked 6", "error User canceled. for createCalendarEvent"}},
-          {"not saved",
-           [this] {
-             platform_.calendarAccess->saveError = Error{"calendar", 1, "Full."};
-           },
-           eventText,
-           finish(EventEditAction::saved),
-           {"asked 6", "error Full. for createCalendarEvent"}},
-          {"no presenter", [this] { view_.root = nullptr; }, eventText, [] {}, {"asked 6"}},
-          {"not on screen",
-           [this] { view_.mraidState = MRAIDState::hidden; },
-           eventText,
-           [] {},
-           {"asked 6"}},
-      };
-  for (const auto& [name, arrange, event, finishes, happens] : rows) {
-    SCOPED_TRACE(name);
-    arrange();
-    actions_->createCalendarEvent(event);
+  struct Row {
+    const char* name;
+    std::function<void()> arrange;
+    Lines happens;
+    std::function<void()> finish = [] {};
+    const char* event = eventText;
+  };
+  const auto nothing = [] {};
+  auto& calendar = *platform_.calendarAccess;
+  const std::string to = " for createCalendarEvent";
+  const Row rows[] = {
+      {"unreadable", nothing, {"error Unable to parse event data." + to}, nothing, "{"},
+      {"refused by the host", [&] { view_.allows = false; }, {"asked 6"}},
+      {"no access",
+       [&] { calendar.requestable = false; },
+       {"asked 6", "error Access denied." + to}},
+      {"refused by the user", [&] { calendar.grants = false; }, {"asked 6"}},
+      {"cancelled",
+       nothing,
+       {"asked 6", "error User canceled." + to},
+       finish(EventEditAction::cancelled)},
+      {"deleted",
+       nothing,
+       {"asked 6", "error User canceled." + to},
+       finish(EventEditAction::deleted)},
+      {"not saved",
+       [&] {
+         calendar.saveError = Error{"calendar", 1, "Full."};
+       },
+       {"asked 6", "error Full." + to},
+       finish(EventEditAction::saved)},
+      {"no presenter", [&] { view_.root = nullptr; }, {"asked 6"}},
+      {"not on screen", [&] { view_.mraidState = MRAIDState::hidden; }, {"asked 6"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    row.arrange();
+    actions_->createCalendarEvent(row.event);
     settle();
-    finishes();
-    EXPECT_EQ(happened(), happens);
+    row.finish();
+    EXPECT_EQ(happened(), row.happens);
     EXPECT_EQ(presenters(), "");
     view_.allows = true;
     view_.root = root_.get();
     view_.mraidState = MRAIDState::normal;
-    platform_.calendarAccess->requestable = platform_.calendarAccess->grants = true;
-    platform_.calendarAccess->saveError.reset();
+    calendar.requestable = calendar.grants = true;
+    calendar.saveError.reset();
   }
   EXPECT_THAT(platform_.calendarAccess->saved, IsEmpty());
 }
@@ -265,25 +251,21 @@ class ClickVideoTest : public ClickActionsTest {
 };
 
 TEST_F(ClickVideoTest, IsPresentedByWhoeverIsInFront) {
-  struct Row {
-    MRAIDState state;
-    PlacementType placement;
-    MobileAdTypes type;
-    const char* presenter;
-    bool plays;
-  };
   using enum MRAIDState;
-  for (const Row& row :
-       {Row{normal, PlacementType::inlined, MobileAdTypes::banner, "root", true},
-        Row{normal, PlacementType::interstitial, MobileAdTypes::interstitial, "current", true},
-        Row{normal, PlacementType::interstitial, MobileAdTypes::banner, "root", true},
-        Row{expanded, PlacementType::inlined, MobileAdTypes::banner, "expanded", false}}) {
-    view_.mraidState = row.state;
-    view_.placement = row.placement;
-    view_.type = row.type;
+  constexpr auto inlined = PlacementType::inlined;
+  constexpr auto interstitial = PlacementType::interstitial;
+  const std::tuple<MRAIDState, PlacementType, MobileAdTypes, const char*> rows[] = {
+      {normal, inlined, MobileAdTypes::banner, "root"},
+      {normal, interstitial, MobileAdTypes::interstitial, "current"},
+      {normal, interstitial, MobileAdTypes::banner, "root"},
+      {expanded, inlined, MobileAdTypes::banner, "expanded"}};
+  for (const auto& [state, placement, type, presenter] : rows) {
+    view_.mraidState = state;
+    view_.placement = placement;
+    view_.type = type;
     playVideo();
-    EXPECT_EQ(presenters(), row.presenter);
-    EXPECT_EQ(isPlaying(), row.plays);
+    EXPECT_EQ(presenters(), presenter);
+    EXPECT_EQ(isPlaying(), state == normal) << "above an expanded ad the user starts it";
     EXPECT_TRUE(platform_.moviePlayers->last()->isPreparedToPlay());
     EXPECT_EQ(platform_.moviePlayers->last()->frame(), window_->bounds());
     EXPECT_TRUE(platform_.moviePlayers->last()->nearestController()->cancelOperation());
@@ -388,7 +370,13 @@ TEST_F(ClickVideoTest, NothingStaysOnTheScreenBeyondItsAd) {
   }
 }
 
-TEST_F(ClickActionsTest, AViewThatIsGoneIsNotAskedAgain) {
+TEST_F(ClickActionsTest, AViewThatHasEndedOrIsGoneIsNotAskedAgain) {
+  view_.slot->shouldOpenClickThroughURLInAppBrowser = true;
+  actions_->openUrlInBrowser(Url::fromText("http://click.example/"));
+  actions_->end();
+  settle();
+  EXPECT_EQ(presenters(), "");
+  actions_->openUrlInBrowser(Url::fromText("http://click.example/"));
   actions_->createCalendarEvent(eventText);
   actions_.reset();
   settle();

@@ -241,10 +241,7 @@ TEST_F(InterstitialEndTest, AnAdThatCannotPlayFailsAndGoesWithoutAnotherWord) {
 
 TEST_F(InterstitialEndTest, TheCreativeHearsThatItIsHiddenBeforeItGoes) {
   showPage();
-  recordsScripts_ = true;
-  page().onScript = platform_.webViews->onScript;
-  creative("init");
-  happened();
+  startConversation();
   tapCloseButton();
   const auto lines = happened();
   ASSERT_EQ(lines.size(), 7U);

@@ -77,28 +77,28 @@ void InterstitialTest::makeController() {
 }
 
 void InterstitialTest::show(const std::string& body) {
+  loadedController(body);
+  advance(0.2);
+  happened();
+}
+
+Lines InterstitialTest::loadedController(const std::string& body) {
   makeController();
   answer(body);
   loadController();
   settle();
-  advance(0.2);
+  return happened();
+}
+
+void InterstitialTest::startConversation() {
+  recordsScripts_ = true;
+  page().onScript = platform_.webViews->onScript;
+  creative("init");
   happened();
 }
 
 void InterstitialTest::showVideo(const std::string& linearAttributes) {
   show(vastAnswer(VastDocument{.linearAttributes = linearAttributes}.text()));
-}
-
-void InterstitialTest::creative(const std::string& command) {
-  advance(1.1);
-  page().navigate(
-      {Url::fromText("mraid://" + command), Url::parse("about:blank"), NavigationType::other});
-  settle();
-}
-
-void InterstitialTest::post(std::string_view name) {
-  runtime_.notifications().post({.name = std::string{name}, .userInfo = {}});
-  settle();
 }
 
 Button* InterstitialTest::buttonInCorner() {

@@ -19,17 +19,17 @@ class InterstitialTest : public VastTest {
 
   void makeController();
   void loadController() { controller_->loadWithDomainName("ads.example/x", "page", "Bottom1"); }
-  // Loads an answer and forgets what has happened on the way to the screen.
+  // Loads an answer with a new controller, and what happened; `show` forgets it.
+  Lines loadedController(const std::string& body);
   void show(const std::string& body);
   void showVideo(const std::string& linearAttributes = {});
   void showPage() { show(htmlAnswer()); }
+  // What the page on the screen is told counts as happening; it has said "init".
+  void startConversation();
 
   void present() { root_->presentViewController(controller_, Animated::yes); }
   [[nodiscard]] bool isOnScreen() const { return root_->presentedViewController() != nullptr; }
   [[nodiscard]] headless::HeadlessWebView& page() { return *platform_.webViews->last(); }
-  // The creative sends a command, a while after the one before.
-  void creative(const std::string& command);
-  void post(std::string_view name);
   void tapCloseButton();
   // The ad view reports to whoever hears it.
   template <typename Operation, typename... Arguments>

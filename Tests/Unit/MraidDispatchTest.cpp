@@ -7,17 +7,15 @@
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "AdController/AdGenerator/MraidStatement.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
-#include "Headless/HeadlessPlatform.h"
-#include "Support/Testing.h"
 #include "Unit/RecordingAdView.h"
+#include "Unit/TransportFixture.h"
 
 namespace tavo::test {
 namespace {
 
-class MraidDispatchTest : public testing::Test {
+class MraidDispatchTest : public TransportTest {
  protected:
-  explicit MraidDispatchTest(const Limits& limits = {})
-      : platform_{limits}, runtime_{platform_.platform()} {
+  explicit MraidDispatchTest(const Limits& limits = {}) : TransportTest{limits} {
     platform_.webViews->onScript = [this](const std::string& script) { lines_.push_back(script); };
     agent_ = XWebViewAgent::create(runtime_.environment(), {0, 0, 320, 50}, {}, events_);
     page_ = platform_.webViews->last();
@@ -31,8 +29,10 @@ class MraidDispatchTest : public testing::Test {
   }
 
   // The page navigates to `url`; what has happened when all is done.
-  std::vector<std::string> after(const std::string& url) {
+  Lines after(const std::string& url) {
+    const auto before = lines_;
     EXPECT_FALSE(navigate(url)) << "a command must not load";
+    EXPECT_EQ(lines_, before) << "the engine has its answer before it runs";
     platform_.runLoop->runPending();
     return std::exchange(lines_, {});
   }
@@ -43,9 +43,7 @@ class MraidDispatchTest : public testing::Test {
 
   void rest() { platform_.runLoop->advance(Seconds{2}); }
 
-  headless::HeadlessPlatform platform_;
-  Runtime runtime_;
-  std::vector<std::string> lines_;
+  Lines lines_;
   const std::shared_ptr<WebViewAgentDelegate> events_ =
       std::make_shared<WebViewAgentDelegate>(WebViewAgentDelegate{
           .webViewAgentDidFailWithError =
@@ -58,7 +56,7 @@ class MraidDispatchTest : public testing::Test {
   std::shared_ptr<headless::HeadlessWebView> page_;
 };
 
-const std::vector<std::string> initialisation{
+const Lines initialisation{
     "mraid.setSupports('sms',false);",
     "mraid.setSupports('calendar',true);",
     "mraid.setSupports('inlineVideo',true);",
@@ -87,32 +85,24 @@ TEST_F(MraidDispatchTest, EveryFinishedLoadInitialisesThePage) {
 }
 
 TEST_F(MraidDispatchTest, TheInitialisationTellsTheScreenAsItIsHeld) {
-  struct Case {
-    InterfaceOrientation orientation;
-    const char* screen;
-  };
-  const Case cases[] = {
-      {InterfaceOrientation::portrait, "mraid.setScreenSize({width:320,height:460});"},
+  const std::pair<InterfaceOrientation, const char*> cases[] = {
       {InterfaceOrientation::landscapeLeft, "mraid.setScreenSize({width:480,height:320});"},
       {InterfaceOrientation::unknown, "mraid.setScreenSize({width:460,height:320});"},
   };
-  platform_.application->statusBar = {0, 0, 320, 20};
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.screen);
-    platform_.application->orientation = test.orientation;
+  for (const auto& [orientation, screen] : cases) {
+    platform_.application->orientation = orientation;
     // The strip stands at the side that is the left one when the screen is held sideways.
-    if (isLandscape(test.orientation)) platform_.application->statusBar = {0, 0, 0, 480};
-    if (!isLandscape(test.orientation)) platform_.application->statusBar = {0, 0, 320, 20};
-    lines_.clear();
+    platform_.application->statusBar =
+        isLandscape(orientation) ? Rect{0, 0, 0, 480} : Rect{0, 0, 320, 20};
     page_->finishLoad();
-    EXPECT_THAT(lines_, Contains(test.screen));
+    EXPECT_THAT(std::exchange(lines_, {}), Contains(screen));
   }
 }
 
 TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
   struct Case {
     const char* command;
-    std::vector<std::string> happens;
+    Lines happens;
   };
   const Case cases[] = {
       {"init", {"handleInitMRAIDAdWithWebView", "mraid.setMaxSize({width:320,height:480});"}},
@@ -205,14 +195,6 @@ TEST_F(MraidDispatchTest, NoUrlReachesTheFixedNumberQuirk) {
     (void)after(command);
     EXPECT_THAT(platform_.application->openedUrls, IsEmpty());
   }
-}
-
-TEST_F(MraidDispatchTest, TheEngineHasItsAnswerBeforeTheCommandRuns) {
-  finishLoad();
-  EXPECT_FALSE(navigate("mraid://close"));
-  EXPECT_THAT(lines_, IsEmpty());
-  platform_.runLoop->runPending();
-  EXPECT_EQ(lines_.size(), 2U);
 }
 
 TEST_F(MraidDispatchTest, AgentAndViewOutliveACommandThatDropsThem) {

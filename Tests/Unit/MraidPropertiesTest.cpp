@@ -1,32 +1,24 @@
 #include <limits>
 
-#include <tavo/Runtime.h>
-
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
-#include "Headless/HeadlessPlatform.h"
-#include "Support/Testing.h"
+#include "Unit/TransportFixture.h"
 
 namespace tavo::test {
 namespace {
 
-struct Case {
-  MraidParameters args;
-  std::string expected;
-};
+using MraidProperties = TransportTest;
 
 // Reads each record from its arguments and prints it: one text shows every field.
 template <typename Record>
-void expectDescriptions(const std::vector<Case>& cases) {
-  const headless::HeadlessPlatform platform;
-  const Runtime runtime{platform.platform()};
+void expectDescriptions(const std::vector<std::pair<MraidParameters, std::string>>& cases) {
   for (const auto& [args, expected] : cases) {
     EXPECT_EQ(Record::propertiesFromArgs(args).description(), expected);
   }
 }
 
-TEST(MraidProperties, ReadsExpandProperties) {
+TEST_F(MraidProperties, ReadsExpandProperties) {
   expectDescriptions<XMRAIDExpandProperties>({
       {{}, "{width:0,height:0,useCustomClose:false}"},
       {{{"width", "320"}, {"height", "480"}, {"useCustomClose", "true"}},
@@ -42,7 +34,7 @@ TEST(MraidProperties, ReadsExpandProperties) {
   });
 }
 
-TEST(MraidProperties, ReadsResizeProperties) {
+TEST_F(MraidProperties, ReadsResizeProperties) {
   expectDescriptions<XMRAIDResizeProperties>({
       {{},
        "{width:0,height:0,customClosePosition:'top-right',offsetX:0,offsetY:0,"
@@ -61,9 +53,7 @@ TEST(MraidProperties, ReadsResizeProperties) {
   });
 }
 
-TEST(MraidProperties, NamesEveryClosePosition) {
-  const headless::HeadlessPlatform platform;
-  const Runtime runtime{platform.platform()};
+TEST_F(MraidProperties, NamesEveryClosePosition) {
   const std::vector<std::string> names{"top-left",    "top-center",    "top-right",   "center",
                                        "bottom-left", "bottom-center", "bottom-right"};
   for (std::size_t value = 0; value < names.size(); ++value) {
@@ -81,7 +71,7 @@ TEST(MraidProperties, NamesEveryClosePosition) {
   }
 }
 
-TEST(MraidProperties, ReadsOrientationProperties) {
+TEST_F(MraidProperties, ReadsOrientationProperties) {
   expectDescriptions<XMRAIDOrientationProperties>({
       {{}, "{allowOrientationChange:true,forceOrientation:'none'}"},
       {{{"allowOrientationChange", "false"}, {"forceOrientation", "portrait"}},
@@ -95,9 +85,7 @@ TEST(MraidProperties, ReadsOrientationProperties) {
   EXPECT_EQ(nameOf(static_cast<ForceOrientation>(3)), "none");
 }
 
-TEST(MraidProperties, CutsTheFractionsOfASize) {
-  const headless::HeadlessPlatform platform;
-  const Runtime runtime{platform.platform()};
+TEST_F(MraidProperties, CutsTheFractionsOfASize) {
   struct {
     Size size;
     std::string expected;

@@ -71,7 +71,7 @@ void VastTest::play(const VastDocument& document) {
 
 headless::HeadlessMoviePlayer& VastTest::movie() { return *platform_.moviePlayers->last(); }
 
-std::vector<std::string> VastTest::played() {
+Lines VastTest::played() {
   auto lines = happened();
   std::erase_if(lines, [](const std::string& line) {
     return line.starts_with("GET http://ads.") || line.starts_with("HEAD ") ||

@@ -7,7 +7,7 @@
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Support/Testing.h"
-#include "VastPrinter.h"
+#include "Unit/VastPrinter.h"
 
 namespace tavo::test {
 namespace {
@@ -61,7 +61,8 @@ class VastDocumentTest : public VastParserTest,
 TEST_P(VastDocumentTest, becomesTheWholeModel) {
   const auto root =
       parser().loadXMLContentFromFile(dataFolder / (std::string{GetParam()} + ".xml"));
-  EXPECT_EQ(printed(*root), fileContent(dataFolder / (std::string{GetParam()} + ".model")));
+  EXPECT_EQ(VastPrinter::print(*root),
+            fileContent(dataFolder / (std::string{GetParam()} + ".model")));
   EXPECT_EQ(root, XVASTAd::sharedInstance());
 }
 

@@ -5,9 +5,7 @@
 namespace tavo::test {
 namespace {
 
-const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 const std::string headMedia = "HEAD http://cdn.example/ad.mp4";
-const std::string getImpression = "GET http://track.example/i";
 
 class VastRoadTest : public VastTest {
  protected:
@@ -216,8 +214,7 @@ TEST_F(VastRoadTest, ASlotThatIsGoneDoesNotHoldTheNextOneUp) {
   answer(vastAnswer(vastWrapper("w", "http://vast.example/silent")));
   load();
   settle();
-  banner_->removeFromSuperview();
-  banner_.reset();
+  drop();
   makePreroll();
   play();
   advance(4.5);

@@ -28,12 +28,12 @@ class VideoClickTest : public VastTest {
     played();
   }
   // Taps the video; returns what that led to, without the pause of the video.
-  std::vector<std::string> click() {
+  Lines click() {
     deliverTap(movie(), {100, 100});
     settle();
     return withoutPause(played());
   }
-  std::vector<std::string> withoutPause(std::vector<std::string> lines) {
+  Lines withoutPause(Lines lines) {
     std::erase_if(lines, [](const std::string& line) {
       return line == "didPause" || line == "GET http://t.example/inline/pause";
     });
@@ -64,24 +64,18 @@ TEST_F(VideoClickTest, APageIsShownAboveThePrerollWhichWaits) {
   EXPECT_THAT(played(), ElementsAre("willCloseBrowser"));
   EXPECT_EQ(host_->playbackState(), MoviePlaybackState::paused);
   EXPECT_THAT(click(), ElementsAre("GET http://t.example/inline/resume", "didResume"));
-}
-
-TEST_F(VideoClickTest, ThePageEndsAVideoThatIsToEndWithIt) {
-  startPreroll();
+  slot_->dismissVideoOnClickThrough = true;
   click();
-  ASSERT_TRUE(browser());
   browser()->closeButtonItemClicked();
   settle();
-  EXPECT_THAT(played(), ElementsAre("willCloseBrowser", handedBack));
+  EXPECT_THAT(played(), ElementsAre("willCloseBrowser", handedBack)) << "a video that ends with it";
 }
 
 TEST_F(VideoClickTest, AVideoThatEndsTakesThePageWithIt) {
   startPreroll();
   click();
   ASSERT_TRUE(browser());
-  runtime_.notifications().post(
-      {.name = std::string{notifications::didReceiveMemoryWarning}, .userInfo = {}});
-  settle();
+  post(notifications::didReceiveMemoryWarning);
   EXPECT_FALSE(browser());
 }
 
@@ -138,8 +132,8 @@ TEST_F(VideoClickTest, WhatIsStillToComeOfAClickStaysAwayOnceTheAdIsOver) {
   }
 }
 
-TEST_F(VideoClickTest, APageNeedsNoBrowserOfTheSystem) {
-  platform_.application->openableSchemes.clear();
+TEST_F(VideoClickTest, QuirkOneVersionHidesTheStatusBar) {
+  platform_.application->openableSchemes.clear();  // no browser of the system is needed
   platform_.device->version = "7.0";
   startPreroll();
   EXPECT_THAT(click(), ElementsAre("didClick", asked, "willOpenBrowser"));
@@ -169,11 +163,7 @@ TEST_F(VideoClickTest, AHostMayDropTheSlotInsideEveryReport) {
   for (const char* moment : {"didClick", "willOpenBrowser", "willCloseBrowser"}) {
     SCOPED_TRACE(moment);
     startPreroll();
-    onCallback_ = [&](const std::string& line) {
-      if (line != moment || !banner_) return;
-      banner_->removeFromSuperview();
-      banner_.reset();
-    };
+    dropsInside(moment);
     click();
     if (browser()) browser()->closeButtonItemClicked();
     settle();

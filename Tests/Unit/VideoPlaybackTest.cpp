@@ -9,13 +9,7 @@ namespace {
 std::string ping(const std::string& event) { return "GET http://t.example/inline/" + event; }
 const std::string handedBack = "prerollDidFinish http://host.example/film.mp4";
 
-class VideoPlaybackTest : public VastTest {
- protected:
-  void post(std::string_view name) {
-    runtime_.notifications().post({.name = std::string{name}, .userInfo = {}});
-    settle();
-  }
-};
+using VideoPlaybackTest = VastTest;
 
 TEST_F(VideoPlaybackTest, APrerollPlaysToItsEndAndReportsEachMilestoneOnce) {
   makePreroll();
@@ -314,8 +308,7 @@ TEST_F(VideoPlaybackTest, AnInterstitialLeavesFullScreenWhenItGoes) {
     movie().setFullscreen(true);
     ASSERT_EQ(window_->subviews().back().get(), &movie());
     if (dropped) {
-      banner_->removeFromSuperview();
-      banner_.reset();
+      drop();
     } else {
       post(notifications::didReceiveMemoryWarning);
     }
@@ -331,8 +324,7 @@ TEST_F(VideoPlaybackTest, DroppingTheSlotGivesTheHostItsContentBackWithoutAWord)
   play();
   advance(2);
   played();
-  banner_->removeFromSuperview();
-  banner_.reset();
+  drop();
   advance(60);
   EXPECT_THAT(played(), IsEmpty());
   EXPECT_EQ(host_->contentUrl().text(), contentUrl);
@@ -345,11 +337,7 @@ TEST_F(VideoPlaybackTest, AHostMayDropTheSlotInsideAnyCall) {
     for (const char* moment : {"didLoad", "quartile 1", "didPause", "didSkip", "prerollDidFinish",
                                "didFail", "interstitialDismissed"}) {
       SCOPED_TRACE(std::string{moment} + (preroll ? " preroll" : " interstitial"));
-      onCallback_ = [&](const std::string& line) {
-        if (!line.starts_with(moment) || !banner_) return;
-        banner_->removeFromSuperview();
-        banner_.reset();
-      };
+      dropsInside(moment);
       preroll ? makePreroll() : makeInterstitial();
       play({.linearAttributes = "skipOffset='00:00:01'"});
       const auto video = preroll ? host_ : platform_.moviePlayers->last();
@@ -367,8 +355,7 @@ TEST_F(VideoPlaybackTest, AHostMayDropTheSlotInsideAnyCall) {
       }
       advance(30);
       onCallback_ = {};
-      if (banner_) banner_->removeFromSuperview();
-      banner_.reset();
+      drop();
       settle();
       EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
       if (host_) {
