@@ -152,7 +152,8 @@ class XAdView : public View {
   // What a resized ad's close control once did; it has no effect in any state.
   void closeControlEvent() {}
 
-  // Where a collapsed ad belongs: the view's frame when it was made.
+  // Where a collapsed ad belongs: the view's frame when it was made or, in a widget, its place in
+  // the window.
   [[nodiscard]] const Rect& defaultFrame() const { return defaultFrame_; }
   // Whether the status bar was hidden already when the ad was expanded, and stays so after it.
   [[nodiscard]] bool statusBarHidden() const;

@@ -30,12 +30,14 @@ class AdSlot::Core {
 
  private:
   void updatePlace();
+  void moveTo(const Rect& place);
 
   AdSlot& slot_;
   const std::shared_ptr<Environment> environment_ = Runtime::current().environment();
   const std::shared_ptr<View> adView_;
   const std::shared_ptr<View> container_ = std::make_shared<SlotContainer>();
   SceneRoot root_{container_, environment_->limits().widgetSide};
+  Rect place_;              // of the slot, in its window
   bool appearing_ = false;  // on the screen, but not told to the ad view yet
   sigc::connection frameClock_;
   sigc::connection leaving_;
@@ -45,6 +47,7 @@ class AdSlot::Core {
 AdSlot::Core::Core(AdSlot& slot, const std::shared_ptr<View>& adView)
     : slot_{slot}, adView_{adView} {
   container_->setHidden(true);
+  container_->setAutoresizesSubviews(false);  // the toolkit lays the slot out
   container_->addSubview(adView_);
   root_.widget().set_parent(slot_);
   // A widget that its container owns is taken apart before its destructor comes to run.
@@ -61,15 +64,13 @@ AdSlot::Core::~Core() {
 }
 
 int AdSlot::Core::length(Gtk::Orientation orientation) const {
-  const Rect& frame = adView_->frame();
-  const double length =
-      orientation == Gtk::Orientation::HORIZONTAL ? frame.right() : frame.bottom();
+  const Size size = adView_->frame().size();
+  const double length = orientation == Gtk::Orientation::HORIZONTAL ? size.width : size.height;
   return static_cast<int>(std::ceil(std::clamp(length, 0.0, environment_->limits().widgetSide)));
 }
 
 void AdSlot::Core::resize(int width, int height) {
-  container_->setFrame({container_->frame().x, container_->frame().y, static_cast<double>(width),
-                        static_cast<double>(height)});
+  updatePlace();
   root_.widget().size_allocate({0, 0, width, height}, -1);
 }
 
@@ -114,13 +115,22 @@ void AdSlot::Core::updatePlace() {
   if (window == nullptr) return;
   graphene_rect_t bounds;
   if (!gtk_widget_compute_bounds(GTK_WIDGET(slot_.gobj()), window->gobj(), &bounds)) return;
-  const Rect place{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
-  const bool moved = place != container_->frame();
-  container_->setFrame(place);
-  if (moved) adView_->didMoveOnScreen();
-  if (!appearing_ || container_->frame().empty()) return;
+  root_.showFrom({bounds.origin.x, bounds.origin.y});
+  moveTo(Rect{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height});
+  if (!appearing_ || place_.empty()) return;
   appearing_ = false;
   adView_->didAppearOnScreen();
+}
+
+// The view's frame says where it stands among the host's content, unless it stands elsewhere now.
+void AdSlot::Core::moveTo(const Rect& place) {
+  if (adView_->superview() != container_.get()) return;
+  const Size size = adView_->frame().size();
+  const Rect frame{place.x, place.y, size.width, size.height};
+  if (place == place_ && frame == adView_->frame()) return;
+  place_ = place;
+  adView_->setFrame(frame);
+  adView_->didMoveOnScreen();
 }
 
 AdSlot::AdSlot(const std::shared_ptr<View>& adView) : Glib::ObjectBase{"TavoAdSlot"} {

@@ -147,17 +147,24 @@ TEST_F(MraidActionsTest, PlacesAreTrueInEveryState) {
   const std::string screen = "- - " + std::to_string(width()) + ' ' + std::to_string(height());
   const std::string both = screen + ", " + screen + ", ";
   const std::string full = "0 0 " + std::to_string(width()) + ' ' + std::to_string(height());
+  const std::string slot = "20 30 320 50, ";
+  host().column().set_margin_top(30);
+  host().makeBanner({500, 900, 320, 50});  // a host's own place means nothing in a layout
   show("ad");
-  EXPECT_EQ(places(), both + "0 0 320 50, 0 0 320 50");
+  EXPECT_EQ(host().banner()->frame(), (Rect{20, 30, 320, 50}));
+  EXPECT_EQ(host().slot().get_width(), 320);
+  EXPECT_EQ(places(), both + slot + "0 0 320 50");
   evaluate("resizeTo(300, 250, 0, 0, 'top-right')");
   ASSERT_TRUE(becomesSized("resized", 300, 250));
-  EXPECT_EQ(places(), both + "0 0 320 50, 0 0 300 250");
+  EXPECT_EQ(places(), both + slot + "0 0 300 250");
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  EXPECT_EQ(places(), both + "0 0 320 50, " + full);
+  EXPECT_EQ(places(), both + slot + full);
   evaluate("mraid.close()");
   ASSERT_TRUE(becomesSized("default", 320, 50));
-  EXPECT_EQ(places(), both + "0 0 320 50, 0 0 320 50");
+  EXPECT_EQ(places(), both + slot + "0 0 320 50");
+  host().column().set_margin_top(0);
+  EXPECT_TRUE(becomes("mraid.getDefaultPosition().y", "0"));
 }
 
 TEST_F(MraidActionsTest, AnAdInTwoPartsIsRefused) {

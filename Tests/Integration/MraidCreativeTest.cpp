@@ -21,7 +21,7 @@ TEST_F(MraidCreativeTest, EveryAnswerIsTrueWhenTheCreativeFirstAsks) {
        {std::string{"ready state default"}, std::string{"ready viewable true"},
         std::string{"ready placement inline"},
         std::string{R"(ready current {"x":0,"y":0,"width":320,"height":50})"},
-        std::string{R"(ready default {"x":0,"y":0,"width":320,"height":50})"},
+        std::string{R"(ready default {"x":20,"y":0,"width":320,"height":50})"},
         "ready max " + screen, "ready screen " + screen,
         "ready expand {\"isModal\":true,\"width\":" + std::to_string(width()) +
             ",\"height\":" + std::to_string(height()) + ",\"useCustomClose\":false}"}) {

@@ -194,7 +194,7 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
   host().keepPicture("full-screen");
   pressFullScreen();
   EXPECT_TRUE(waitForPing("exitFullscreen"));
-  EXPECT_EQ(player_->frame(), (Rect{0, 0, 320, 180}));
+  EXPECT_EQ(player_->frame(), (Rect{20, 0, 320, 180}));
   EXPECT_TRUE(waitForPicture());
 }
 

@@ -60,9 +60,9 @@ GtkHost::~GtkHost() {
   runtime_.reset();
 }
 
-void GtkHost::makeBanner() {
+void GtkHost::makeBanner(const Rect& frame) {
   if (slot_) column_.remove(*slot_);
-  banner_ = XAdView::create({0, 0, 320, 50});
+  banner_ = XAdView::create(frame);
   banner_->setSlotConfiguration(settings);
   banner_->delegate.set(events_);
   slot_ = std::make_unique<gtk::AdSlot>(banner_);

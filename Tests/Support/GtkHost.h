@@ -26,9 +26,9 @@ class GtkHost {
                    const std::string& adNetwork = {}, const Limits& limits = {});
   ~GtkHost();
 
-  // Puts a new banner of 320 x 50 into the window, in place of the former one, and forgets the host
-  // calls of that.
-  void makeBanner();
+  // Puts a new banner into the window, in place of the former one, and forgets the host calls of
+  // that.
+  void makeBanner(const Rect& frame = {0, 0, 320, 50});
   void load(const std::string& campaign);
 
   // Turns the loop until `done`, or for far longer than anything here takes; returns whether it is

@@ -16,8 +16,10 @@ namespace tavo::gtk {
 //   banner->loadWithDomainName("example.com", "home", "top");
 //
 // It asks the layout for the size of the view's frame, in logical pixels, and stands centred where
-// it is given more. Frames beyond `Limits::widgetSide` are cut there. Expanded ads and resized ones
-// leave the slot for a layer above the window's content; the slot keeps its place meanwhile.
+// it is given more. The frame's origin follows the widget: it is the slot's place in its window,
+// from the first layout on, whatever the host has set. Frames beyond `Limits::widgetSide` are cut
+// there. Expanded ads and resized ones leave the slot for a layer above the window's content; the
+// slot keeps its place meanwhile.
 //
 // The ad follows the widget. It counts as visible while the widget is mapped in a window that the
 // user sees. A widget that is moved inside its window keeps its ad running; one that has left its

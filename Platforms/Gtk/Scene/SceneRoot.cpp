@@ -36,7 +36,7 @@ void SceneRoot::sync() {
 }
 
 void SceneRoot::tapped(double x, double y) {
-  View* touched = view_->hitTest({x, y});
+  View* touched = view_->hitTest({x + widget_.origin().x, y + widget_.origin().y});
   // Native widgets and buttons hear their own taps.
   if (touched == nullptr || dynamic_cast<NativeView*>(touched) != nullptr) return;
   recognizeTap(*touched);

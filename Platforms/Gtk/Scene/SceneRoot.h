@@ -21,6 +21,9 @@ class SceneRoot : private View::Listener {
             std::function<void()> synced = {});
   ~SceneRoot() override;
 
+  // The point of the view that stands in the widget's corner.
+  void showFrom(Point origin) { widget_.setOrigin(origin); }
+
   [[nodiscard]] ViewWidget& widget() { return widget_; }
   [[nodiscard]] const std::shared_ptr<View>& view() const { return view_; }
 

@@ -4,8 +4,9 @@
 
 namespace tavo::gtk {
 
-// The place of a slot in its window's tree of views. It gives the ad view a window and a controller
-// but is drawn by the slot, among the host's own widgets, and not by the window's layer.
+// What stands between a slot's view and its window's root view, which it covers: so the view's
+// frame is its place among the host's content. It gives the view a window and a controller but is
+// drawn by the slot, among the host's own widgets, and not by the window's layer.
 class SlotContainer : public View {
  public:
   using View::View;

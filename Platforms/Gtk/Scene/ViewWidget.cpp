@@ -44,6 +44,12 @@ std::unique_ptr<Gtk::Widget> ViewWidget::makeWidget(const std::shared_ptr<View>&
   return std::make_unique<ViewWidget>(view, longestSide_);
 }
 
+void ViewWidget::setOrigin(Point origin) {
+  if (origin == origin_) return;
+  origin_ = origin;
+  queue_allocate();
+}
+
 void ViewWidget::sync() {
   const auto current = view();
   if (!current) return;
@@ -141,8 +147,9 @@ void ViewWidget::allocateChild(const View& view, Gtk::Widget& child) {
   int baseline = 0;
   child.measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, baseline, baseline);
   child.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, baseline, baseline);
-  child.size_allocate(
-      {offset(frame.x), offset(frame.y), bearable(frame.width), bearable(frame.height)}, -1);
+  child.size_allocate({offset(frame.x - origin_.x), offset(frame.y - origin_.y),
+                       bearable(frame.width), bearable(frame.height)},
+                      -1);
 }
 
 void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {

@@ -21,6 +21,10 @@ class ViewWidget : public Gtk::Widget {
 
   [[nodiscard]] std::shared_ptr<View> view() const { return view_.lock(); }
 
+  // The point of the view that stands in the widget's corner: its own, but for a part of a view.
+  void setOrigin(Point origin);
+  [[nodiscard]] Point origin() const { return origin_; }
+
   // Makes the widgets below match the scene: new views get widgets, gone ones lose theirs, the rest
   // follows its view.
   void sync();
@@ -48,6 +52,7 @@ class ViewWidget : public Gtk::Widget {
 
   std::weak_ptr<View> view_;
   const double longestSide_;
+  Point origin_;
   std::vector<Child> children_;  // back to front
   GtkWidget* native_ = nullptr;  // the view's own widget while it stands here; referenced
 };

@@ -76,7 +76,16 @@ bool WindowScene::isShown() const {
 }
 
 void WindowScene::addSlot(const std::shared_ptr<View>& container) {
+  const auto above = root_->view()->subviews();
+  container->setFrame(root_->view()->bounds());
+  container->setAutoresizingMask(flexibleWidth | flexibleHeight);
   root_->view()->addSubview(container);
+  // What stands above the host's content stays there.
+  for (const auto& view : above) {
+    if (dynamic_cast<const SlotContainer*>(view.get()) == nullptr) {
+      root_->view()->bringSubviewToFront(*view);
+    }
+  }
 }
 
 bool WindowScene::needsLayer() const {

@@ -17,6 +17,7 @@ constexpr double closeButtonSide = 30;
 constexpr double closeButtonTop = 8;
 constexpr std::string_view screenIsTaken = "Can not expand while something else covers the screen.";
 constexpr Seconds reportDelay{0.0001};
+constexpr Seconds moveDelay{0.2};  // a slot that is scrolled moves with every frame
 
 // The screen as the user holds it. Older systems told it upright always, newer ones turn it.
 Size screenSize(const Platform& platform) { return XDeviceScreenBounds(platform).size(); }
@@ -361,7 +362,10 @@ void MraidPresentation::placeDidChange() {
 }
 
 void MraidPresentation::viewDidMove() {
-  if (state() == MRAIDState::resized) scheduleReport();
+  if (state() == MRAIDState::loading) return;
+  if (state() == MRAIDState::resized) return scheduleReport();
+  move_ = environment_->platform().runLoop->after(
+      moveDelay, relay().call(&MraidPresentation::manipulateScreenSize));
 }
 
 void MraidPresentation::viewDidDisappear() {
@@ -411,6 +415,7 @@ void MraidPresentation::dismissExpanded() {
 
 void MraidPresentation::release() {
   report_.invalidate();
+  move_.invalidate();
   undoResize();
   emitter_.reset();
   if (closeButton_) closeButton_->setAction({});

@@ -70,7 +70,8 @@ class MraidPresentation {
   void orientationDidChange();
   // The view has a new size; the creative hears of it once the layout has settled.
   void placeDidChange();
-  // The view has another place in its window: a resized ad follows, or returns to it.
+  // The view has another place in its window: a resized ad follows, or returns to it. The creative
+  // hears of it once the view rests.
   void viewDidMove();
   // Nobody sees the view any more: a resized ad does not stay behind.
   void viewDidDisappear();
@@ -130,6 +131,7 @@ class MraidPresentation {
   std::shared_ptr<Button> closeButton_;
   std::shared_ptr<Button> resizeCloseControl_;
   Timer report_;
+  Timer move_;  // tells a new place, once the view rests there
 };
 
 }  // namespace tavo

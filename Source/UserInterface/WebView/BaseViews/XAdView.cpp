@@ -172,7 +172,10 @@ void XAdView::didDisappearFromScreen() {
   core_->presentation().viewDidDisappear();
 }
 
-void XAdView::didMoveOnScreen() { core_->presentation().viewDidMove(); }
+void XAdView::didMoveOnScreen() {
+  defaultFrame_ = frame();
+  core_->presentation().viewDidMove();
+}
 
 void XAdView::willMoveToSuperview(View* newSuperview) {
   const OperationLog log{"-[XAdView willMoveToSuperview:]"};
