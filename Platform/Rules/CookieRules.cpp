@@ -274,6 +274,16 @@ bool cookieMatches(const Cookie& cookie, const Url& url, Date now) {
          pathCovers(cookie.path, url.path()) && (!cookie.secure || isHttps(url));
 }
 
+void boundHeader(std::vector<Cookie>& cookies) {
+  std::size_t room = std::size_t{60} * 1024;
+  std::erase_if(cookies, [&](const Cookie& cookie) {
+    const std::size_t size = cookie.name.size() + cookie.value.size() + 3;
+    if (size > room || !isClean(cookie.name, {}) || !isClean(cookie.value, {})) return true;
+    room -= size;
+    return false;
+  });
+}
+
 bool isSameCookie(const Cookie& cookie, const Cookie& stored) {
   return cookie.name == stored.name && cookie.path == stored.path &&
          equalsIgnoringCase(cookie.domain, stored.domain);

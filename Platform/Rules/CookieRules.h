@@ -48,6 +48,10 @@ void boundLife(Cookie& cookie, Date now, const Limits& limits);
 // Whether a request for `url` carries the cookie.
 [[nodiscard]] bool cookieMatches(const Cookie& cookie, const Url& url, Date now);
 
+// Drops what must not be written into one "Cookie" header: what could be read as a second header,
+// and what would make it larger than servers read.
+void boundHeader(std::vector<Cookie>& cookies);
+
 // Whether `cookie` takes the place of `stored`.
 [[nodiscard]] bool isSameCookie(const Cookie& cookie, const Cookie& stored);
 

@@ -40,17 +40,6 @@ bool takesStoredCookies(const HttpRequest& request) {
   return !request.extraCookies.empty() || request.header("Cookie") == nullptr;
 }
 
-// Servers refuse a head that is too large, and with it the request.
-void boundSize(std::vector<Cookie>& cookies) {
-  std::size_t room = std::size_t{60} * 1024;
-  std::erase_if(cookies, [&](const Cookie& cookie) {
-    const std::size_t size = cookie.name.size() + cookie.value.size() + 3;
-    if (size > room) return true;
-    room -= size;
-    return false;
-  });
-}
-
 }  // namespace
 
 HttpHops::HttpHops(HttpRequest request, int redirectLimit)
@@ -72,7 +61,7 @@ std::vector<HttpHeader> HttpHops::headers(const CookieStore& cookies, Date now) 
   });
   if (!takesStoredCookies(request_)) return headers;
   auto sent = cookies.cookiesFor(url_);
-  boundSize(sent);
+  boundHeader(sent);
   for (const auto& extra : request_.extraCookies) {
     if (cookieMatches(extra, url_, now)) sent.push_back(extra);
   }

@@ -1,4 +1,5 @@
 #include "Communicator/Cookie/XCookieManager.h"
+#include "Rules/HttpHops.h"
 #include "Unit/TransportFixture.h"
 
 namespace tavo::test {
@@ -32,6 +33,13 @@ class Cookies : public test::TransportTest {
     return request;
   }
 
+  // The header that leaves for the request's own URL.
+  [[nodiscard]] static std::string header(const HttpRequest& request, const CookieStore& store) {
+    const auto sent = HttpHops{request, 0}.request(store, Date{});
+    const auto* const text = sent ? sent->header("Cookie") : nullptr;
+    return text == nullptr ? "none" : *text;
+  }
+
   const Url url_ = Url::parse("http://ads.test/path");
 };
 
@@ -39,7 +47,7 @@ TEST_F(Cookies, AttachesTheStoredOnesAndTheDescription) {
   store("a", "1");
   store("kqd", "2");
   const auto request = attached("ads.test");
-  EXPECT_EQ(*request.header("Cookie"), std::string{"a=1; kqd=2; "} + description);
+  EXPECT_EQ(header(request, *platform_.cookies), std::string{"a=1; kqd=2; "} + description);
   EXPECT_EQ(*request.header("User-Agent"), "x");
   EXPECT_EQ(request.cookies, CookieHandling::attachStored);
 }
@@ -47,7 +55,8 @@ TEST_F(Cookies, AttachesTheStoredOnesAndTheDescription) {
 TEST_F(Cookies, SendsOnlyTheAdServersOwnUnderCoppa) {
   for (const auto* name : {"a", "kqd_session", "KQD", "kq", "xkqd"}) store(name, "1");
   const auto request = attached("ads.test", true);
-  EXPECT_EQ(*request.header("Cookie"), std::string{"kqd_session=1; KQD=1; "} + description);
+  EXPECT_EQ(header(request, *platform_.cookies),
+            std::string{"kqd_session=1; KQD=1; "} + description);
   EXPECT_EQ(request.cookies, CookieHandling::onlyOwnHeader);
 }
 
@@ -66,7 +75,7 @@ TEST_F(Cookies, KeepsTheCoppaFilterOnTheWireAcrossRedirects) {
 
 TEST_F(Cookies, AttachesNothingWithoutADomainOrAUrl) {
   store("a", "1");
-  EXPECT_EQ(attached("").header("Cookie"), nullptr);
+  EXPECT_EQ(header(attached(""), *platform_.cookies), "a=1");
   EXPECT_EQ(attached("", true).cookies, CookieHandling::onlyOwnHeader);
   HttpRequest nowhere;
   XCookieManager{runtime_.platform()}.attachCookiesToHeaderWithRequest(nowhere, "ads.test");
@@ -90,14 +99,18 @@ TEST_F(Cookies, NeverBecomeASecondHeaderNorAnEndlessOne) {
   }
   Platform platform = runtime_.platform();
   platform.cookies = loose;
-  HttpRequest request;
-  request.url = url_;
-  XCookieManager{platform}.attachCookiesToHeaderWithRequest(request, "ads.test");
-  const std::string header = *request.header("Cookie");
-  EXPECT_THAT(header, Not(HasSubstr("vil")));
-  EXPECT_TRUE(header.starts_with("n0=vvv"));
-  EXPECT_TRUE(header.ends_with(description));
-  EXPECT_LT(header.size(), 65U * 1024U);
+  for (const bool coppa : {false, true}) {
+    const auto slot = std::make_shared<XAdSlotConfiguration>();
+    slot->COPPAPermissions = coppa;
+    for (auto& one : loose->held) one.name = (coppa ? "kqd" : "") + one.name;
+    HttpRequest request{.url = url_};
+    XCookieManager{platform, slot}.attachCookiesToHeaderWithRequest(request, "ads.test");
+    const std::string sent = header(request, *loose);
+    EXPECT_THAT(sent, Not(HasSubstr("vil")));
+    EXPECT_TRUE(sent.starts_with(coppa ? "kqdn0=vvv" : "n0=vvv"));
+    EXPECT_TRUE(sent.ends_with(description));
+    EXPECT_LT(sent.size(), 65U * 1024U);
+  }
 }
 
 TEST_F(Cookies, StoresThoseOfAnAnswerOverHttpOnly) {

@@ -38,7 +38,7 @@ std::unique_ptr<Media> GtkMoviePlayer::open(const Url& url, Media::Events events
 }
 
 void GtkMoviePlayer::note(const std::string& why) {
-  if (engine_->services().log) engine_->services().log->write("Video: " + why);
+  engine_->services().log->write("Video: " + why);
 }
 
 void GtkMoviePlayer::stateChanged(MoviePlaybackState state) {

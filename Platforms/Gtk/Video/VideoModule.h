@@ -16,7 +16,7 @@ namespace tavo::gtk {
 // the module carries its own copy of the platform's code.
 struct VideoModuleServices {
   std::shared_ptr<RunLoop> runLoop;
-  std::shared_ptr<Log> log;                // may be null
+  std::shared_ptr<Log> log;
   std::function<std::string()> userAgent;  // what requests for videos say of themselves
   Limits limits;
 };

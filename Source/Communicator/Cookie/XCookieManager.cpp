@@ -4,6 +4,7 @@
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
+#include "Rules/CookieRules.h"
 #include "Services/Screen.h"
 #include "Utilities/NumberText.h"
 #include "Values/Text.h"
@@ -12,21 +13,9 @@ namespace tavo {
 
 namespace {
 
-// No server reads more, and ten thousand stored cookies must not become a header of megabytes.
-constexpr std::size_t mostCookieBytes = std::size_t{64} * 1024;
-
 bool belongsToAdServer(const Cookie& cookie) {
   return equalsIgnoringCase(std::string_view{cookie.name}.substr(0, 3), "KQD");
 }
-
-// A store of the platform's may hand out what could be read as a second header.
-bool isSafe(const Cookie& cookie) {
-  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-  return std::none_of(cookie.name.begin(), cookie.name.end(), isControl) &&
-         std::none_of(cookie.value.begin(), cookie.value.end(), isControl);
-}
-
-std::size_t sizeOf(const Cookie& cookie) { return cookie.name.size() + cookie.value.size() + 3; }
 
 // Lengths of real screens; what lies outside is no length at all.
 int wholePart(double length) { return integerPart(std::clamp(length, 0.0, 1'000'000.0)); }
@@ -56,24 +45,20 @@ void XCookieManager::attachCookiesToHeaderWithRequest(HttpRequest& request,
 
   const auto properties = DAPROPSCookieWithDomainName(domainName);
   if (!properties) return;
-  auto cookies = cookiesToSend(request.url);
-  cookies.push_back(*properties);
   platformLog("\n\nDaprops cookies attached");
-  request.setHeader("Cookie", cookieHeader(cookies));
-  // On every hop the stored cookies are those of its own URL; only this one is ours to add.
-  if (!coppa) request.extraCookies = {*properties};
+  if (coppa) {
+    auto cookies = adServersOwn(request.url);
+    cookies.push_back(*properties);
+    request.setHeader("Cookie", cookieHeader(cookies));
+  } else {
+    request.extraCookies = {*properties};
+  }
 }
 
-std::vector<Cookie> XCookieManager::cookiesToSend(const Url& url) const {
-  const bool coppa = slotConfiguration && slotConfiguration->COPPAPermissions;
+std::vector<Cookie> XCookieManager::adServersOwn(const Url& url) const {
   std::vector<Cookie> cookies = store_->cookiesFor(url);
-  std::size_t room = mostCookieBytes;
-  std::erase_if(cookies, [&](const Cookie& cookie) {
-    const bool wanted = isSafe(cookie) && (!coppa || belongsToAdServer(cookie));
-    if (!wanted || sizeOf(cookie) > room) return true;
-    room -= sizeOf(cookie);
-    return false;
-  });
+  std::erase_if(cookies, [](const Cookie& cookie) { return !belongsToAdServer(cookie); });
+  boundHeader(cookies);
   return cookies;
 }
 

@@ -26,10 +26,11 @@ class XCookieManager {
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
   std::vector<Cookie> cookiesArray;  // kept for the host
 
-  // Sets the request's "Cookie" header: the stored cookies for its URL, then DAPROPS for
-  // `domainName`. Under COPPA only the ad server's own cookies (names that start with "KQD" in any
-  // letter case) go along, and the request is marked so that the transport adds none by itself. No
-  // cookie is set when there is no domain name; nothing happens to a request without a URL.
+  // Adds DAPROPS for `domainName` to the cookies that the transport takes from the store, on each
+  // hop those of its own URL. Under COPPA the request gets a "Cookie" header instead, of the ad
+  // server's own cookies for its URL (names that start with "KQD" in any letter case) and DAPROPS,
+  // and is marked so that the transport adds none. No cookie is set when there is no domain name;
+  // nothing happens to a request without a URL.
   void attachCookiesToHeaderWithRequest(HttpRequest& request, std::string_view domainName) const;
 
   // Stores the cookies of an answer over HTTP; null, or an answer from elsewhere, holds none.
@@ -46,7 +47,7 @@ class XCookieManager {
   [[nodiscard]] std::string getDevicePixelRatio() const;
 
  private:
-  [[nodiscard]] std::vector<Cookie> cookiesToSend(const Url& url) const;
+  [[nodiscard]] std::vector<Cookie> adServersOwn(const Url& url) const;
 
   const std::shared_ptr<CookieStore> store_;
   const std::shared_ptr<const Screen> screen_;
