@@ -136,7 +136,7 @@ void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
   platformLog("Received async response from server");
   takeOver(*answer);
   const auto view = adView_.lock();
-  if (!view) return;
+  if (!view) return reportWithoutView(answer);
   const auto impression = impression_;  // held: a report may bring the next answer
   const SlotFacts slot = slotFacts(*view);
   switch (routeOf(*answer, slot)) {
@@ -155,6 +155,19 @@ void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
   const Verdict verdict = classify(*answer, slot);
   const auto outcome = std::visit([&](const auto& one) { return carryOut(one, *view); }, verdict);
   conclude(outcome, *view, *impression, slot.requestRedirected);
+}
+
+// Nobody can show anything, but what the answer says of itself is reported.
+void XAdManager::reportWithoutView(const std::shared_ptr<XAdInfo>& answer) {
+  const Verdict verdict =
+      classify(*answer, {.realTimeBidding = slotConfiguration && slotConfiguration->RTBRequired,
+                         .requestRedirected = requestRedirected_,
+                         .canStartMediation = false});
+  if (const auto* elsewhere = std::get_if<FollowRedirect>(&verdict)) return follow(*elsewhere);
+  if (std::holds_alternative<EmptyAd>(verdict)) {
+    return delegate.tell(&XAdManagerDelegate::adManagerDidReceiveEmptyAd, *this);
+  }
+  fail(makeError(SdkError::noAd, "No ads available from TAVO server."));
 }
 
 // The answer to a redirect keeps the addresses of the first answer where it has none of its own.
@@ -240,12 +253,16 @@ XAdManager::Outcome XAdManager::carryOut(const EmptyAd& verdict, AdManagerView& 
 }
 
 XAdManager::Outcome XAdManager::carryOut(const FollowRedirect& verdict, AdManagerView& /*view*/) {
+  follow(verdict);
+  return Outcome::elsewhere;
+}
+
+void XAdManager::follow(const FollowRedirect& verdict) {
   if (++redirectAnswers_ > environment_->limits().redirectAnswers) {
     fail(makeError(TransportError::tooManyRedirects, "Too many answers in a row were redirects."));
   } else {
     loadAdWithRedirectURL(verdict.url);
   }
-  return Outcome::elsewhere;
 }
 
 XAdManager::Outcome XAdManager::carryOut(const ShowImage& verdict, AdManagerView& view) {

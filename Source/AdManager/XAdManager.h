@@ -82,6 +82,8 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   // Steps of one answer.
   void didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer);
   void takeOver(const XAdInfo& answer);
+  void reportWithoutView(const std::shared_ptr<XAdInfo>& answer);
+  void follow(const FollowRedirect& verdict);
   [[nodiscard]] SlotFacts slotFacts(const AdManagerView& view) const;
   void conclude(Outcome outcome, AdManagerView& view, AnswerImpression& impression,
                 bool requestRedirected);

@@ -130,6 +130,16 @@ TEST_F(AdManagerTest, EachAnswerCountsItsOwnImpressionOnce) {
   }
 }
 
+TEST_F(AdManagerTest, WithoutAViewAnAnswerIsReportedAndNothingIsShown) {
+  view_.reset();
+  receive(answerOf("text/html", "<b>", "a"));
+  receive(answerOf("image/png", "", "b"));
+  receive(R"({"Ad":[]})");
+  receive(answerOf("redirect", "", "c"), "application/json", 302);
+  EXPECT_THAT(happened(), ElementsAre("didFail 1002", "didFail 1002", "didFail 1002",
+                                      "GET http://cdn.example/a.png", "didFail 1002"));
+}
+
 TEST_F(AdManagerTest, APictureThatIsReplacedAtOnceStillCounts) {
   onRefresh_ = [this] {
     manager_->loadAdWithDomainName({"ads.example/x", "page", "Bottom1", {}, {}});

@@ -202,6 +202,9 @@ TEST_F(Communicator, ReportsAnAlternateAnswerAsXml) {
   EXPECT_EQ(infos_[0]->adType, "text/xml");
   EXPECT_EQ(infos_[0]->text, "<VAST/>");
   EXPECT_EQ(infos_[0]->responseContent, std::nullopt);
+  const HttpRequest& sent = platform_.http->requests().at(0);
+  EXPECT_EQ(sent.deadline, runtime_.limits().requestDeadline);
+  EXPECT_EQ(sent.maximumBodyBytes, runtime_.limits().vastBytes);
 }
 
 TEST_F(Communicator, ShowsAnAlertForAnAlternateAnswerWithoutContent) {
