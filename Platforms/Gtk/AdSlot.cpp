@@ -4,6 +4,7 @@
 #include <tavo/Runtime.h>
 #include <tavo/gtk/AdSlot.h>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/SceneRoot.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Services/GtkApplication.h"
@@ -51,7 +52,7 @@ AdSlot::Core::Core(AdSlot& slot, const std::shared_ptr<View>& adView)
   container_->addSubview(adView_);
   root_.widget().set_parent(slot_);
   // A widget that its container owns is taken apart before its destructor comes to run.
-  destroyed_ = slot_.signal_destroy().connect([this] { root_.widget().unparent(); });
+  destroyed_ = slot_.signal_destroy().connect(guardedSlot([this] { root_.widget().unparent(); }));
 }
 
 AdSlot::Core::~Core() {
@@ -96,18 +97,18 @@ void AdSlot::Core::enterWindow() {
   if (adView_->superview() == nullptr) container_->addSubview(adView_);
   // The widget is told of a new size but not of a new place: look once a frame.
   if (const auto clock = slot_.get_frame_clock()) {
-    frameClock_ = clock->signal_paint().connect([this] { updatePlace(); });
+    frameClock_ = clock->signal_paint().connect(guardedSlot([this] { updatePlace(); }));
   }
 }
 
 // A widget that is moved to another place of the window leaves it for less than a turn.
 void AdSlot::Core::leaveWindowSoon() {
   frameClock_.disconnect();
-  leaving_ = Glib::signal_idle().connect([this] {
+  leaving_ = Glib::signal_idle().connect(guardedSlot([this] {
     adView_->removeFromSuperview();
     container_->removeFromSuperview();
     return false;
-  });
+  }));
 }
 
 void AdSlot::Core::updatePlace() {
@@ -151,30 +152,30 @@ void AdSlot::measure_vfunc(Gtk::Orientation orientation, int /*for_size*/, int& 
 }
 
 void AdSlot::size_allocate_vfunc(int width, int height, int /*baseline*/) {
-  core_->resize(width, height);
+  guarded([&] { core_->resize(width, height); });
 }
 
 void AdSlot::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-  snapshot_child(core_->widget(), snapshot);
+  guarded([&] { snapshot_child(core_->widget(), snapshot); });
 }
 
 void AdSlot::on_realize() {
   Gtk::Widget::on_realize();
-  core_->enterWindow();
+  guarded([&] { core_->enterWindow(); });
 }
 
 void AdSlot::on_unrealize() {
-  core_->leaveWindowSoon();
+  guarded([&] { core_->leaveWindowSoon(); });
   Gtk::Widget::on_unrealize();
 }
 
 void AdSlot::on_map() {
   Gtk::Widget::on_map();
-  core_->show();
+  guarded([&] { core_->show(); });
 }
 
 void AdSlot::on_unmap() {
-  core_->hide();
+  guarded([&] { core_->hide(); });
   Gtk::Widget::on_unmap();
 }
 

@@ -1,6 +1,10 @@
+#include <algorithm>
+#include <stdexcept>
+
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
+#include "Support/WidgetTree.h"
 
 namespace tavo::test {
 namespace {
@@ -66,6 +70,47 @@ TEST_F(BannerOnScreenTest, AnHtmlBannerRunsItsScriptAtItsSize) {
   page->evaluate("innerWidth + 'x' + innerHeight", [&](const std::string& text) { size = text; });
   EXPECT_TRUE(host().runUntil([&] { return !size.empty(); }));
   EXPECT_EQ(size, "320x50");
+}
+
+// Presses the first gesture of a click below `top`, where GTK would tell it.
+bool tapBelow(Gtk::Widget& top) {
+  const auto widgets = widgetsBelow<Gtk::Widget>(top);
+  return std::any_of(widgets.begin(), widgets.end(), [](Gtk::Widget* widget) {
+    const auto all = Glib::wrap(gtk_widget_observe_controllers(widget->gobj()));
+    for (guint at = 0; at < all->get_n_items(); ++at) {
+      const auto controller = all->get_object(at);
+      if (!GTK_IS_GESTURE_CLICK(controller->gobj())) continue;
+      g_signal_emit_by_name(controller->gobj(), "released", 1, 5.0, 5.0);
+      return true;
+    }
+    return false;
+  });
+}
+
+TEST_F(BannerOnScreenTest, AHostThatThrowsInsideItsReportsGoesOn) {
+  std::vector<std::string> thrown;
+  const auto fail = [&](const char* report) {
+    thrown.emplace_back(report);
+    throw std::runtime_error{report};
+  };
+  const auto events = std::make_shared<XAdViewDelegate>(XAdViewDelegate{
+      .xAdViewDidLoad = [&](XAdView&) { fail("didLoad"); },
+      .xAdViewWillOpenInInAppBrowser = [&](XAdView&) { fail("willOpen"); },
+      .xAdViewShouldDisplayAdOnWebViewFinishRender = [&](XAdView&, WebView&) -> bool {
+        fail("shouldDisplay?");
+        return true;
+      }});
+  host().settings->shouldOpenClickThroughURLInAppBrowser = true;
+  for (const char* campaign : {"html-banner", "image-banner"}) {
+    host().makeBanner();
+    host().banner()->delegate.set(events);
+    host().load(campaign);
+    const auto before = thrown.size();
+    EXPECT_TRUE(host().runUntil([&] { return thrown.size() > before; })) << campaign;
+  }
+  EXPECT_TRUE(host().runUntil([] { return tapBelow(host().slot()); }));
+  EXPECT_TRUE(host().runUntil([&] { return thrown.size() > 2; }));
+  EXPECT_THAT(thrown, ElementsAre("shouldDisplay?", "didLoad", "willOpen"));
 }
 
 TEST_F(BannerOnScreenTest, TheVisibleBannerRefreshesAndTheHiddenOneDoesNot) {

@@ -20,8 +20,8 @@ class FlagsWatch : public NetworkMonitor::Watch {
         changed_{std::move(changed)},
         flags_{reading_->flagsFor(target_)} {
     for (const char* const signal : {"network-changed", "notify::connectivity"}) {
-      g_signal_connect_data(reading_->monitor(), signal, G_CALLBACK(&FlagsWatch::look), this,
-                            nullptr, G_CONNECT_SWAPPED);
+      g_signal_connect_data(reading_->monitor(), signal, G_CALLBACK(fenced<&FlagsWatch::look>),
+                            this, nullptr, G_CONNECT_SWAPPED);
     }
   }
   ~FlagsWatch() override { g_signal_handlers_disconnect_by_data(reading_->monitor(), this); }
@@ -34,7 +34,7 @@ class FlagsWatch : public NetworkMonitor::Watch {
     if (flags == self->flags_) return;
     self->flags_ = flags;
     const auto changed = self->changed_;  // it may end the watch
-    guarded(changed);
+    changed();
   }
 
   std::shared_ptr<const NetworkReading> reading_;

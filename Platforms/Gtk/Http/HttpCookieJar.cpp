@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Guarded.h"
 
 namespace tavo::gtk {
 
@@ -43,7 +44,7 @@ HttpCookieJar::HttpCookieJar(const std::string& path, const Limits& limits, Chan
   for (const GSList* node = stored.get(); node != nullptr; node = node->next) {
     count(cookieAt(node), 1);
   }
-  g_signal_connect(jar_.get(), "changed", G_CALLBACK(&HttpCookieJar::jarChanged), this);
+  g_signal_connect(jar_.get(), "changed", G_CALLBACK(fenced<&HttpCookieJar::jarChanged>), this);
 }
 
 HttpCookieJar::~HttpCookieJar() { g_signal_handlers_disconnect_by_data(jar_.get(), this); }

@@ -74,8 +74,8 @@ void HttpExchange::startHop(Delivery ofFailure) {
 void HttpExchange::watchProgress(SoupMessage* message) {
   watchdog_->touch();
   for (const char* const signal : {"network-event", "wrote-body-data"}) {
-    g_signal_connect_data(message, signal, G_CALLBACK(&touch), new WeakWatchdog{watchdog_}, &forget,
-                          G_CONNECT_SWAPPED);
+    g_signal_connect_data(message, signal, G_CALLBACK(fenced<&touch>), new WeakWatchdog{watchdog_},
+                          &forget, G_CONNECT_SWAPPED);
   }
 }
 

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 namespace {
 
@@ -23,7 +25,7 @@ bool isPrimary(GdkEvent* button) {
 TapWatcher::TapWatcher(GtkWidget* widget, std::function<void()> tapped)
     : widget_{widget}, controller_{gtk_event_controller_legacy_new()}, tapped_{std::move(tapped)} {
   gtk_event_controller_set_propagation_phase(controller_, GTK_PHASE_CAPTURE);
-  g_signal_connect(controller_, "event", G_CALLBACK(onEvent), this);
+  g_signal_connect(controller_, "event", G_CALLBACK(fenced<&onEvent>), this);
   gtk_widget_add_controller(widget_, controller_);
 }
 

@@ -1,5 +1,6 @@
 #include "Gtk/Scene/ButtonWidget.h"
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/Textures.h"
 #include "Gtk/Scene/ViewPainter.h"
 
@@ -38,7 +39,7 @@ ButtonWidget::ButtonWidget(const std::shared_ptr<tavo::Button>& button) : button
   addStyle(title_);
   add_css_class("tavo-bare");
   picture_.set_can_shrink(true);
-  signal_clicked().connect([this] { pressed(); });
+  signal_clicked().connect(guardedSlot([this] { pressed(); }));
   sync();
 }
 
@@ -84,7 +85,9 @@ void ButtonWidget::showTitle(const tavo::Button& button) {
 }
 
 void ButtonWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-  if (const auto button = button_.lock()) ViewPainter{*snapshot.get(), *this}.paint(*button);
+  if (const auto button = button_.lock()) {
+    guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*button); });
+  }
   Gtk::Button::snapshot_vfunc(snapshot);
 }
 

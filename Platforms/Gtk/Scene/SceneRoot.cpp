@@ -1,5 +1,6 @@
 #include "Gtk/Scene/SceneRoot.h"
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/NativeView.h"
 
 namespace tavo::gtk {
@@ -9,7 +10,7 @@ SceneRoot::SceneRoot(const std::shared_ptr<View>& view, double longestSide,
     : view_{view}, widget_{view, longestSide}, synced_{std::move(synced)} {
   view_->setListener(this);
   const auto click = Gtk::GestureClick::create();
-  click->signal_released().connect([this](int, double x, double y) { tapped(x, y); });
+  click->signal_released().connect(guardedSlot([this](int, double x, double y) { tapped(x, y); }));
   widget_.add_controller(click);
   sync();
 }
@@ -22,12 +23,11 @@ SceneRoot::~SceneRoot() {
 // A turn may change the tree many times; the picture follows once, before the next frame is drawn.
 void SceneRoot::treeChanged() {
   if (pending_.connected()) return;
-  pending_ = Glib::signal_idle().connect(
-      [this] {
-        sync();
-        return false;
-      },
-      Glib::PRIORITY_HIGH_IDLE);
+  pending_ = Glib::signal_idle().connect(guardedSlot([this] {
+                                           sync();
+                                           return false;
+                                         }),
+                                         Glib::PRIORITY_HIGH_IDLE);
 }
 
 void SceneRoot::sync() {

@@ -6,6 +6,7 @@
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/ButtonWidget.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Scene/SlotContainer.h"
@@ -155,7 +156,9 @@ void ViewWidget::allocateChild(const View& view, Gtk::Widget& child) {
 void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {
   for (const auto& child : children_) {
     const auto subview = child.view.lock();
-    if (subview && child.widget->get_visible()) allocateChild(*subview, *child.widget);
+    if (subview && child.widget->get_visible()) {
+      guarded([&] { allocateChild(*subview, *child.widget); });
+    }
   }
   if (native_ != nullptr && gtk_widget_get_parent(native_) == gobj()) {
     const GtkAllocation place{0, 0, width, height};
@@ -166,7 +169,9 @@ void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {
 }
 
 void ViewWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-  if (const auto current = view()) ViewPainter{*snapshot.get(), *this}.paint(*current);
+  if (const auto current = view()) {
+    guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*current); });
+  }
   if (native_ != nullptr && gtk_widget_get_parent(native_) == gobj()) {
     gtk_widget_snapshot_child(gobj(), native_, snapshot->gobj());
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/SlotContainer.h"
 
 namespace tavo::gtk {
@@ -15,21 +16,24 @@ WindowScene::WindowScene(Gtk::Window& window, double longestSide, Events events)
       root_{std::make_shared<ViewController>()} {
   window_->setRootViewController(root_);
   window_->setListener(this);
-  connections_.push_back(native_.signal_realize().connect([this] { followSurface(); }));
-  const auto shown = [this] { events_.visibilityChanged(*this); };
+  connections_.push_back(
+      native_.signal_realize().connect(guardedSlot([this] { followSurface(); })));
+  const auto shown = guardedSlot([this] { events_.visibilityChanged(*this); });
   connections_.push_back(native_.signal_map().connect(shown));
   connections_.push_back(native_.signal_unmap().connect(shown));
-  connections_.push_back(native_.property_is_active().signal_changed().connect([this] {
+  connections_.push_back(native_.property_is_active().signal_changed().connect(guardedSlot([this] {
     if (native_.is_active()) events_.activated(*this);
-  }));
+  })));
   // Before the page or the host hears of them.
-  connections_.push_back(
-      native_.signal_close_request().connect([this] { return cancelInsteadOfClosing(); }, false));
+  connections_.push_back(native_.signal_close_request().connect(
+      guardedSlot([this] { return cancelInsteadOfClosing(); }), false));
   const auto keys = Gtk::EventControllerKey::create();
   keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
-  connections_.push_back(keys->signal_key_pressed().connect(
-      [this](guint key, guint, Gdk::ModifierType) { return key == GDK_KEY_Escape && cancel(); },
-      false));
+  connections_.push_back(
+      keys->signal_key_pressed().connect(guardedSlot([this](guint key, guint, Gdk::ModifierType) {
+                                           return key == GDK_KEY_Escape && cancel();
+                                         }),
+                                         false));
   native_.add_controller(keys);
   if (native_.get_realized()) followSurface();
 }
@@ -51,13 +55,13 @@ void WindowScene::followSurface() {
   surface_ = GDK_SURFACE(g_object_ref(gtk_native_get_surface(GTK_NATIVE(native_.gobj()))));
   layoutHandler_ = g_signal_connect(
       surface_, "layout", G_CALLBACK(+[](GdkSurface*, int width, int height, gpointer self) {
-        static_cast<WindowScene*>(self)->resized(width, height);
+        guarded([&] { static_cast<WindowScene*>(self)->resized(width, height); });
       }),
       this);
   stateHandler_ = g_signal_connect(surface_, "notify::state",
                                    G_CALLBACK(+[](GdkSurface*, GParamSpec*, gpointer self) {
                                      auto& scene = *static_cast<WindowScene*>(self);
-                                     scene.events_.visibilityChanged(scene);
+                                     guarded([&] { scene.events_.visibilityChanged(scene); });
                                    }),
                                    this);
   if (native_.get_width() > 0) resized(native_.get_width(), native_.get_height());
@@ -107,13 +111,13 @@ void WindowScene::followCover() {
   if (front == nullptr) return trap_.reset();
   if (!trap_) trap_ = std::make_unique<FocusTrap>(native_, overlay_->get_child());
   // The new widgets take the keyboard once they have a place.
-  pendingFocus_ = Glib::signal_idle().connect([this] {
+  pendingFocus_ = Glib::signal_idle().connect(guardedSlot([this] {
     auto& layer = layer_->widget();
     if (gtk_widget_get_focus_child(layer.gobj()) == nullptr) {
       layer.child_focus(Gtk::DirectionType::TAB_FORWARD);
     }
     return false;
-  });
+  }));
 }
 
 bool WindowScene::cancel() {
@@ -131,12 +135,11 @@ bool WindowScene::cancelInsteadOfClosing() {
 
 void WindowScene::treeChanged() {
   if (layer_ || pendingLayer_.connected() || !needsLayer()) return;
-  pendingLayer_ = Glib::signal_idle().connect(
-      [this] {
-        if (!layer_ && needsLayer()) installLayer();
-        return false;
-      },
-      Glib::PRIORITY_HIGH_IDLE);
+  pendingLayer_ = Glib::signal_idle().connect(guardedSlot([this] {
+                                                if (!layer_ && needsLayer()) installLayer();
+                                                return false;
+                                              }),
+                                              Glib::PRIORITY_HIGH_IDLE);
 }
 
 // The host's content keeps its place: it becomes the lower part of an overlay.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Guarded.h"
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
@@ -40,7 +41,7 @@ std::shared_ptr<WindowScene> GtkApplication::sceneOf(Gtk::Window& window) {
     if (&scene->nativeWindow() == &window) return scene;
   }
   scenes_.push_back(std::make_shared<WindowScene>(window, longestSide_, events()));
-  window.signal_destroy().connect([this, &window] { drop(window); });
+  window.signal_destroy().connect(guardedSlot([this, &window] { drop(window); }));
   updateOrientation();
   updateVisibility();
   return scenes_.back();

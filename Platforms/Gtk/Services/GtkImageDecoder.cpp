@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/Guarded.h"
 
 namespace tavo::gtk {
 
@@ -60,9 +61,9 @@ void noteRows(GdkPixbufLoader* /*loader*/, int /*x*/, int /*y*/, int /*width*/, 
 GPtr<GdkPixbufLoader> makeLoader(const char* format, Reading& reading) {
   auto loader = GPtr<GdkPixbufLoader>::adopt(gdk_pixbuf_loader_new_with_type(format, nullptr));
   if (!loader) return nullptr;
-  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(&refuseHuge), &reading);
-  g_signal_connect(loader.get(), "area-prepared", G_CALLBACK(&clearPixels), &reading);
-  g_signal_connect(loader.get(), "area-updated", G_CALLBACK(&noteRows), &reading);
+  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(fenced<&refuseHuge>), &reading);
+  g_signal_connect(loader.get(), "area-prepared", G_CALLBACK(fenced<&clearPixels>), &reading);
+  g_signal_connect(loader.get(), "area-updated", G_CALLBACK(fenced<&noteRows>), &reading);
   return loader;
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Services/BusQuestions.h"
 
 namespace tavo::gtk {
@@ -32,7 +33,7 @@ struct Question {
 };
 
 void tell(gpointer events, bool locked) {
-  static_cast<const GtkSystemEvents::Events*>(events)->screenLocked(locked);
+  guarded([&] { static_cast<const GtkSystemEvents::Events*>(events)->screenLocked(locked); });
 }
 
 // logind: the session is to be locked, or is to be open again.
@@ -88,7 +89,7 @@ void GtkSystemEvents::watchMemory() {
   const auto heard = +[](GMemoryMonitor*, GMemoryMonitorWarningLevel level, gpointer events) {
     // Below this the system only asks for thrift; content on the screen stays.
     if (level >= G_MEMORY_MONITOR_WARNING_LEVEL_MEDIUM) {
-      static_cast<const Events*>(events)->memoryIsLow();
+      guarded(static_cast<const Events*>(events)->memoryIsLow);
     }
   };
   lowMemoryHandler_ = g_signal_connect(memory_.get(), "low-memory-warning", G_CALLBACK(heard),
@@ -102,7 +103,8 @@ void GtkSystemEvents::watchBus(GBusType type) {
       [](GObject*, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<Question> question{static_cast<Question*>(data)};
         const auto bus = GPtr<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
-        if (bus && !question->isCancelled()) question->self->gotBus(bus, question->type);
+        if (!bus || question->isCancelled()) return;
+        guarded([&] { question->self->gotBus(bus, question->type); });
       },
       new Question{this, type, cancellable_});
 }
@@ -132,8 +134,10 @@ void GtkSystemEvents::askForSession(const GPtr<GDBusConnection>& bus) {
         if (!answer || question->isCancelled()) return;
         const char* path = nullptr;
         g_variant_get(answer.get(), "(&o)", &path);
-        question->self->watchSession(GPtr<GDBusConnection>::share(G_DBUS_CONNECTION(connection)),
-                                     path);
+        guarded([&] {
+          question->self->watchSession(GPtr<GDBusConnection>::share(G_DBUS_CONNECTION(connection)),
+                                       path);
+        });
       },
       new Question{this, G_BUS_TYPE_SYSTEM, cancellable_});
 }

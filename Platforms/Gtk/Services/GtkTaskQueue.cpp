@@ -44,7 +44,7 @@ void GtkTaskQueue::clear() {
 
 gboolean GtkTaskQueue::wokenUp(gpointer weakQueue) {
   const auto queue = static_cast<WeakQueue*>(weakQueue)->lock();
-  if (queue) queue->runWaiting();
+  if (queue) guarded([&] { queue->runWaiting(); });
   return G_SOURCE_CONTINUE;
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Sheets/Sheet.h"
 
 namespace tavo::gtk {
@@ -74,17 +75,17 @@ void GtkAlerts::show(const Alert& alert, std::function<void(std::size_t)> answer
     if (const auto held = weak.lock()) answer(held, button);
   };
   // A negative response is the dialog being closed from inside the program.
-  shown->dialog.signal_response().connect([chosen, cancel = alert.cancelButton](int response) {
-    chosen(response < 0 ? cancel : static_cast<std::size_t>(response));
-  });
+  shown->dialog.signal_response().connect(
+      guardedSlot([chosen, cancel = alert.cancelButton](int response) {
+        chosen(response < 0 ? cancel : static_cast<std::size_t>(response));
+      }));
   // By Escape, or by its window. Left to the toolkit the dialog would be destroyed inside the
   // answer.
-  shown->dialog.signal_close_request().connect(
-      [chosen, cancel = alert.cancelButton] {
-        chosen(cancel);
-        return true;
-      },
-      false);
+  shown->dialog.signal_close_request().connect(guardedSlot([chosen, cancel = alert.cancelButton] {
+                                                 chosen(cancel);
+                                                 return true;
+                                               }),
+                                               false);
   shown->dialog.present();
 }
 

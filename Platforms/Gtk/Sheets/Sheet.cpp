@@ -1,5 +1,6 @@
 #include "Gtk/Sheets/Sheet.h"
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Values/Text.h"
 
@@ -134,13 +135,13 @@ void SheetForm::addButton(const Glib::ustring& label, Role role, std::function<v
   auto* button = Gtk::make_managed<Gtk::Button>(label);
   if (role == Role::suggested) button->add_css_class("suggested-action");
   if (role == Role::destructive) button->add_css_class("destructive-action");
-  button->signal_clicked().connect([this, pressed = std::move(pressed)] {
+  button->signal_clicked().connect(guardedSlot([this, pressed = std::move(pressed)] {
     // The button and its form may be gone afterwards.
     const auto run = pressed;
     const auto finished = finished_;
     run();
     if (finished) finished();
-  });
+  }));
   actions_.append(*button);
 }
 

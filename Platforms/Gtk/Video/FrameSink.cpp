@@ -5,6 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -71,18 +73,18 @@ FrameSink::~FrameSink() {
 void FrameSink::connect() {
   GstAppSinkCallbacks callbacks{};
   callbacks.new_preroll = [](GstAppSink* sink, gpointer weak) {
-    if (const auto self = static_cast<Weak*>(weak)->lock()) {
-      self->take(gst_app_sink_pull_preroll(sink));
-    }
+    guarded([&] {
+      if (const auto self = static_cast<Weak*>(weak)->lock()) {
+        self->take(gst_app_sink_pull_preroll(sink));
+      }
+    });
     return GST_FLOW_OK;
   };
   callbacks.new_sample = [](GstAppSink* sink, gpointer weak) {
     GstSample* sample = gst_app_sink_pull_sample(sink);
-    if (const auto self = static_cast<Weak*>(weak)->lock()) {
-      self->take(sample);
-    } else if (sample != nullptr) {
-      gst_sample_unref(sample);
-    }
+    const auto self = static_cast<Weak*>(weak)->lock();
+    if (self) guarded([&] { self->take(sample); });
+    if (!self && sample != nullptr) gst_sample_unref(sample);
     return GST_FLOW_OK;
   };
   auto weak = std::make_unique<Weak>(weak_from_this());

@@ -31,12 +31,13 @@ PlayerControls::PlayerControls(Actions actions)
   gtk_box_append(GTK_BOX(bar_), play_);
   gtk_box_append(GTK_BOX(bar_), position_);
   gtk_box_append(GTK_BOX(bar_), full_);
-  g_signal_connect(play_, "clicked", G_CALLBACK(playClicked), this);
-  g_signal_connect(full_, "clicked", G_CALLBACK(fullscreenClicked), this);
-  g_signal_connect(position_, "change-value", G_CALLBACK(positionMoved), this);
+  g_signal_connect(play_, "clicked", G_CALLBACK(fenced<&PlayerControls::playClicked>), this);
+  g_signal_connect(full_, "clicked", G_CALLBACK(fenced<&PlayerControls::fullscreenClicked>), this);
+  g_signal_connect(position_, "change-value", G_CALLBACK(fenced<&PlayerControls::positionMoved>),
+                   this);
   GtkEventController* watch = gtk_event_controller_legacy_new();
   gtk_event_controller_set_propagation_phase(watch, GTK_PHASE_CAPTURE);
-  g_signal_connect(watch, "event", G_CALLBACK(heldOrLetGo), this);
+  g_signal_connect(watch, "event", G_CALLBACK(fenced<&PlayerControls::heldOrLetGo>), this);
   gtk_widget_add_controller(position_, watch);
   watch_ = watch;
 }
@@ -49,11 +50,11 @@ PlayerControls::~PlayerControls() {
 }
 
 void PlayerControls::playClicked(GtkButton* /*button*/, gpointer self) {
-  guarded(static_cast<PlayerControls*>(self)->actions_.playOrPause);
+  static_cast<PlayerControls*>(self)->actions_.playOrPause();
 }
 
 void PlayerControls::fullscreenClicked(GtkButton* /*button*/, gpointer self) {
-  guarded(static_cast<PlayerControls*>(self)->actions_.fullscreen);
+  static_cast<PlayerControls*>(self)->actions_.fullscreen();
 }
 
 // The position's own gestures tell of every motion and of no end, so the events are looked at on
@@ -81,7 +82,7 @@ gboolean PlayerControls::heldOrLetGo(GtkEventController* /*controller*/, GdkEven
 void PlayerControls::letGo() {
   held_ = false;
   const auto target = std::exchange(draggedTo_, std::nullopt);
-  if (target) guarded([&] { actions_.seek(*target); });
+  if (target) actions_.seek(*target);
 }
 
 gboolean PlayerControls::positionMoved(GtkRange* /*range*/, GtkScrollType /*scroll*/, double value,

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 
 namespace {
@@ -56,7 +58,7 @@ void elementAdded(GstBin* /*pipeline*/, GstBin* /*bin*/, GstElement* element, gp
 
 void allowHttpOnly(GstElement* pipeline, Seconds timeout) {
   const int seconds = std::max(1, static_cast<int>(timeout.count()));
-  g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(elementAdded),
+  g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(fenced<&elementAdded>),
                    GINT_TO_POINTER(seconds));
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/Guarded.h"
 
 namespace tavo::gtk {
 namespace {
@@ -16,7 +17,8 @@ constexpr std::size_t longestCommand = std::size_t{4} << 20U;
 CommandChannel::CommandChannel(WebKitUserContentManager* content, std::function<void()> said,
                                std::function<void(const Url&)> command)
     : content_{content}, said_{std::move(said)}, command_{std::move(command)} {
-  connections_.connect(content_, "script-message-received::mraid", onMessage, this);
+  connections_.connect(content_, "script-message-received::mraid",
+                       fenced<&CommandChannel::onMessage>, this);
 }
 
 void CommandChannel::open() {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Gtk/Guarded.h"
 #include "Gtk/Http/HttpCookie.h"
 
 namespace tavo::gtk {
@@ -44,7 +45,7 @@ EngineCookies::EngineCookies(WebKitNetworkSession* session, std::shared_ptr<Cook
           remove(*previous);
         }
       });
-  connections_.connect(manager_, "changed", onChanged, this);
+  connections_.connect(manager_, "changed", fenced<&EngineCookies::onChanged>, this);
   read();
   process_.watch();
 }
@@ -88,7 +89,8 @@ void EngineCookies::onChanged(WebKitCookieManager* /*manager*/, EngineCookies* s
 void EngineCookies::read() {
   outdated_ = std::exchange(reading_, true);
   if (outdated_) return;
-  webkit_cookie_manager_get_all_cookies(manager_, nullptr, onRead, new Reading{alive_, session_});
+  webkit_cookie_manager_get_all_cookies(manager_, nullptr, fenced<&EngineCookies::onRead>,
+                                        new Reading{alive_, session_});
 }
 
 void EngineCookies::onRead(GObject* manager, GAsyncResult* result, gpointer reading) {

@@ -5,6 +5,7 @@
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
+#include "Gtk/Guarded.h"
 #include "Values/Text.h"
 
 namespace tavo::gtk {
@@ -134,7 +135,8 @@ void EvaluationQueue::run(const std::string& text, World world, Completion compl
   watch_->begun();
   webkit_web_view_evaluate_javascript(view_, text.data(), static_cast<gssize>(text.size()),
                                       world == World::isolated ? isolatedWorld : nullptr, nullptr,
-                                      nullptr, finished, evaluation.release());
+                                      nullptr, fenced<&EvaluationQueue::finished>,
+                                      evaluation.release());
 }
 
 void EvaluationQueue::finished(GObject* view, GAsyncResult* result, gpointer evaluation) {

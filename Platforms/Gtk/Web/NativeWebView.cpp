@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Guarded.h"
 #include "Gtk/Web/PageErrors.h"
 #include "Gtk/Web/PageRefusals.h"
 #include "Values/Text.h"
@@ -85,9 +86,10 @@ void NativeWebView::connectSignals() {
   }
   refuseQuestionsOfPage(webKit(), connections_);
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
-  connections_.connect(webKit(), "load-changed", onLoadChanged, this);
+  connections_.connect(webKit(), "load-changed", fenced<&NativeWebView::onLoadChanged>, this);
   connections_.connect(webKit(), "load-failed", onLoadFailed, this);
-  connections_.connect(webKit(), "web-process-terminated", onProcessTerminated, this);
+  connections_.connect(webKit(), "web-process-terminated",
+                       fenced<&NativeWebView::onProcessTerminated>, this);
 }
 
 void NativeWebView::take(PageOwner& owner) {
@@ -212,12 +214,17 @@ PageOwner* NativeWebView::listener() const { return turnover_.isUnderWay() ? nul
 gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
                                        WebKitPolicyDecisionType type, NativeWebView* self) {
   const auto held = self->shared_from_this();
-  self->noteSignOfLife();
-  if (self->turnover_.isUnderWay() && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
-    self->turnover_.decide(decision);
-  } else {
-    self->policy_.decide(decision, type);
-  }
+  const bool decided = guarded([&] {
+    self->noteSignOfLife();
+    if (self->turnover_.isUnderWay() && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
+      self->turnover_.decide(decision);
+    } else {
+      self->policy_.decide(decision, type);
+    }
+    return true;
+  });
+  // What nobody has allowed does not happen.
+  if (!decided) webkit_policy_decision_ignore(decision);
   return TRUE;
 }
 
@@ -264,7 +271,9 @@ gboolean NativeWebView::onLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*
   PageOwner* const listener = self->listener();
   if (listener == nullptr) return TRUE;
   const bool tell = self->loads_.failed() == LoadTracker::Report::tell;
-  if (tell && !isInterruption(*error)) listener->pageFailed(pageError(*error));
+  if (tell && !isInterruption(*error)) {
+    guarded([&] { listener->pageFailed(pageError(*error)); });
+  }
   return TRUE;
 }
 

@@ -10,6 +10,8 @@
 #include <string>
 #include <system_error>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 namespace {
 
@@ -46,7 +48,8 @@ bool NetworkProcess::watch() {
   file_ = static_cast<int>(syscall(SYS_pidfd_open, id, 0));
   if (file_ < 0) return false;
   source_.reset(g_unix_fd_source_new(file_, G_IO_IN));
-  g_source_set_callback(source_.get(), G_SOURCE_FUNC(onReadable), this, nullptr);
+  g_source_set_callback(source_.get(), G_SOURCE_FUNC(fenced<&NetworkProcess::onReadable>), this,
+                        nullptr);
   g_source_attach(source_.get(), nullptr);
   return true;
 }

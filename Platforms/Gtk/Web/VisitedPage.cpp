@@ -5,6 +5,7 @@
 
 #include <tavo/Url.h>
 
+#include "Gtk/Guarded.h"
 #include "Values/Text.h"
 
 namespace tavo::gtk {
@@ -22,9 +23,9 @@ std::string shownText(const char* text) {
 VisitedPage::VisitedPage(WebKitWebView* view, SignalConnections& connections,
                          std::function<void(bool)> waits)
     : waits_{std::move(waits)} {
-  connections.connect(view, "create", onCreate, nullptr);
-  connections.connect(view, "script-dialog", onQuestion, this);
-  connections.connect(view, "load-changed", onLoad, this);
+  connections.connect(view, "create", fenced<&VisitedPage::onCreate>, nullptr);
+  connections.connect(view, "script-dialog", fenced<&VisitedPage::onQuestion>, this);
+  connections.connect(view, "load-changed", fenced<&VisitedPage::onLoad>, this);
 }
 
 VisitedPage::~VisitedPage() {
@@ -76,7 +77,7 @@ void VisitedPage::show(WebKitWebView* view, GtkWindow* parent) {
   gtk_message_dialog_format_secondary_text(
       GTK_MESSAGE_DIALOG(dialog), "%s",
       shownText(webkit_script_dialog_get_message(question_)).c_str());
-  g_signal_connect(dialog, "response", G_CALLBACK(onAnswer), this);
+  g_signal_connect(dialog, "response", G_CALLBACK(fenced<&VisitedPage::onAnswer>), this);
   dialog_ = GTK_WINDOW(dialog);
   gtk_window_present(dialog_);
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Gtk/ForeignText.h"
+#include "Gtk/Guarded.h"
 #include "Gtk/Web/PageRefusals.h"
 
 namespace tavo::gtk {
@@ -97,7 +98,7 @@ void WebEngine::forgetStorage(std::function<void()> done) {
         const std::unique_ptr<Done> called{static_cast<Done*>(data)};
         webkit_website_data_manager_clear_finish(WEBKIT_WEBSITE_DATA_MANAGER(manager), result,
                                                  nullptr);
-        (*called)();
+        guarded(*called);
       },
       std::make_unique<Done>(std::move(done)).release());
 }
