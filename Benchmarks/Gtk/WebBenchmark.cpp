@@ -3,6 +3,7 @@
 // measure.
 #include <glib.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -23,13 +24,23 @@ struct Measurement {
   std::function<double()> measure;
 };
 
+// The worse of the two.
+double growth(const char* campaign) {
+  const Growth growth = growthOverRefreshes(campaign);
+  std::fprintf(stderr, "%s: host %.3f, with its processes %.3f\n", campaign, growth.host,
+               growth.family);
+  return std::max(growth.host, growth.family);
+}
+
 const std::vector<Measurement>& measurements() {
   static const std::vector<Measurement> all{
       {"memory-of-3-slots", [] { return memoryOfSlots(3); }},
       {"memory-of-3-views", [] { return memoryOfBareViews(3); }},
       {"memory-of-10-slots", [] { return memoryOfSlots(10); }},
       {"memory-of-10-views", [] { return memoryOfBareViews(10); }},
-      {"growth", growthOverRefreshes},
+      {"growth-of-pages", [] { return growth("html-banner"); }},
+      {"growth-of-pictures", [] { return growth("image-banner"); }},
+      {"growth-of-films", [] { return growth("vast-preroll"); }},
       {"first-ad", [] { return firstAd(Slot::hasShownHtml); }},
       {"first-ad-of-unknown-slot", [] { return firstAd(Slot::unknown); }},
       {"first-view", firstBareView},
@@ -81,7 +92,9 @@ void compareAll() {
   std::printf("%-48s %9s %9s %-3s %7s %7s\n", "", "ours", "bare", "", "ratio", "bound");
   compare("memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB", 0.80, 3);
   compare("memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB", 0.55, 3);
-  check("memory after 150 refreshes, by that after 30", "growth", "", 1.05);
+  check("memory after 2,000 more refreshes, pages", "growth-of-pages", "", 1.02);
+  check("memory after 2,000 more refreshes, pictures", "growth-of-pictures", "", 1.02);
+  check("memory after 2,000 more refreshes, films", "growth-of-films", "", 1.02);
   compare("first ad, known slot, answer to finished", "first-ad", "first-view", "ms", 0.15, 7);
   compare("first ad, new slot, answer to finished", "first-ad-of-unknown-slot", "first-view", "ms",
           1.0, 7);

@@ -148,15 +148,22 @@ double memoryOfBareViews(int views) {
   return familyMegabytes();
 }
 
-double growthOverRefreshes() {
-  GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
-  double settled = 0;
-  for (int refresh = 1; refresh <= 150; ++refresh) {
-    loadAndWait(host, "frame-banner");
-    turnUntil([&] { return frames(host.server()) >= 2 * static_cast<std::size_t>(refresh); });
-    if (refresh == 30) settled = familyMegabytes();
+Growth growthOverRefreshes(const char* campaign) {
+  constexpr int settled = 400;
+  constexpr int refreshes = 2'000;
+  GtkHost host{TAVO_CAMPAIGNS};
+  host.banner()->setMobileAdTypes(std::string_view{campaign} == "vast-preroll"
+                                      ? MobileAdTypes::interstitial
+                                      : MobileAdTypes::banner);
+  auto& record = host.server().record();
+  Growth first{};
+  for (int refresh = 1; refresh <= settled + refreshes; ++refresh) {
+    record.clear();
+    host.load(campaign);
+    turnUntil([&] { return !record.requests(adserver::RequestKind::Tracking).empty(); });
+    if (refresh == settled) first = {proportionalMegabytes(getpid()), familyMegabytes()};
   }
-  return familyMegabytes() / settled;
+  return {proportionalMegabytes(getpid()) / first.host, familyMegabytes() / first.family};
 }
 
 double firstAd(Slot slot) {

@@ -10,8 +10,13 @@ namespace tavo::benchmark {
 [[nodiscard]] double memoryOfSlots(int slots);
 [[nodiscard]] double memoryOfBareViews(int views);
 
-// How much that grows from the 30th refresh of a slot to the 150th, as a factor.
-[[nodiscard]] double growthOverRefreshes();
+// How much that, and the host alone, grow over 2,000 refreshes of a slot with a sample campaign
+// that was shown 400 times before, as factors.
+struct Growth {
+  double host = 0;
+  double family = 0;
+};
+[[nodiscard]] Growth growthOverRefreshes(const char* campaign);
 
 // Milliseconds from the answer to the finished page, for the first ad of a process. The answer
 // takes a quarter of a second.

@@ -4,6 +4,7 @@
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
+#include "Support/WidgetTree.h"
 #include "Support/WindowManager.h"
 
 namespace tavo::test {
@@ -80,7 +81,7 @@ TEST_F(LifecycleOnScreenTest, ATurnedWindowIsToldToThePage) {
   // The page introduces itself, a moment after the ad was shown.
   ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
   const auto agent = host().banner()->webViewInstance();
-  std::string size;
+  static std::string size;  // answers come late, too
   const auto screenSize = [&](const std::string& wanted) {
     return host().runUntil([&] {
       agent->evaluate("var s = mraid.getScreenSize(); s.width > s.height ? 'wide' : 'tall'",
@@ -94,6 +95,32 @@ TEST_F(LifecycleOnScreenTest, ATurnedWindowIsToldToThePage) {
   ASSERT_TRUE(turnTo(360, 640));
   EXPECT_TRUE(screenSize("tall")) << size;
   EXPECT_EQ(host().recorded(RequestKind::Ad), 1U) << "turning is no reason to ask";
+}
+
+// Each time that the engine's widget leaves its window the host loses some tens of kilobytes.
+TEST_F(LifecycleOnScreenTest, PagesOfASlotStayInItsWindow) {
+  const auto show = [](const char* campaign) {
+    const auto impressions = host().recorded(RequestKind::Tracking);
+    host().load(campaign);
+    return host().runUntil([&] { return host().recorded(RequestKind::Tracking) > impressions; });
+  };
+  ASSERT_TRUE(show("html-banner"));
+  const auto pages = [](bool onlySeen) {
+    return widgetsBelow<Gtk::Widget>(host().slot(), [&](Gtk::Widget& widget) {
+      return std::string_view{G_OBJECT_TYPE_NAME(widget.gobj())} == "WebKitWebView" &&
+             (!onlySeen || widget.get_mapped());
+    });
+  };
+  ASSERT_TRUE(host().runUntil([&] { return pages(true).size() == 1; }));
+  int left = 0;
+  sigc::connection connection = pages(true).front()->signal_unrealize().connect([&] { ++left; });
+  for (const char* campaign : {"html-banner", "image-banner", "html-banner", "html-banner"}) {
+    ASSERT_TRUE(show(campaign));
+  }
+  EXPECT_TRUE(host().runUntil([&] { return pages(true).size() == 1; }));
+  EXPECT_EQ(left, 0);
+  EXPECT_LE(pages(false).size(), 2U);
+  connection.disconnect();
 }
 
 TEST_F(LifecycleOnScreenTest, ASlotThatItsWindowOwnsGoesWithoutAWord) {

@@ -8,14 +8,14 @@ namespace tavo::gtk {
 // mirror with dynamic_cast<NativeView*>. Main thread only.
 //
 // The mirror parents the widget while the view is in a window, places it by the view's frame, and
-// unparents it when the view leaves the tree. It holds a reference of its own for as long as it has
-// the widget parented: the scene view may be gone before the mirror looks again, and its widget is
-// then kept aside (blank) until the mirror has let go of it.
+// unparents it when the view leaves the tree. A widget that is kept stays where it is then, hidden,
+// for the next view that brings it: each way out of a window and back costs the engine's widgets
+// memory that is never given back. Whoever ends such a widget unparents it.
 class NativeView {
  public:
   virtual ~NativeView() = default;
 
-  // Never null; the same one for as long as the view lives. While it has no parent the view itself
+  // Never null; the same one for as long as the view lives. While it is not mapped the view itself
   // gives it its size.
   [[nodiscard]] virtual GtkWidget* widget() = 0;
 
@@ -23,6 +23,9 @@ class NativeView {
   // loop. Turns false again when the content is lost. View::Listener::treeChanged follows each
   // change.
   [[nodiscard]] virtual bool isReadyToShow() const = 0;
+
+  // Another view may bring the same widget when this one is gone.
+  [[nodiscard]] virtual bool isKept() const { return false; }
 };
 
 }  // namespace tavo::gtk

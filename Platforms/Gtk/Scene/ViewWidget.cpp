@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
@@ -23,6 +25,16 @@ int offset(double position) {
   return static_cast<int>(std::lround(std::clamp(position, -farthest, farthest)));
 }
 
+// The first kept widget that the view or one below it brings; null when there is none.
+GtkWidget* keptWidgetOf(View& view) {
+  auto* const native = dynamic_cast<NativeView*>(&view);
+  if (native != nullptr && native->isKept()) return native->widget();
+  for (const auto& subview : view.subviews()) {
+    if (GtkWidget* const widget = keptWidgetOf(*subview)) return widget;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
@@ -31,8 +43,10 @@ ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
 }
 
 ViewWidget::~ViewWidget() {
-  releaseNative();
-  for (const auto& child : children_) child.widget->unparent();
+  native_.release();
+  for (const auto* widgets : {&children_, &spares_}) {
+    for (const auto& child : *widgets) child.widget->unparent();
+  }
 }
 
 std::unique_ptr<Gtk::Widget> ViewWidget::makeWidget(const std::shared_ptr<View>& view) const {
@@ -56,9 +70,28 @@ void ViewWidget::sync() {
   if (!current) return;
   syncProperties(*current);
   syncChildren(*current);
-  syncNative();
+  // The native widget stands wherever its view is now; it may come from another picture of it.
+  if (auto* native = dynamic_cast<NativeView*>(current.get())) native_.follow(*native);
   queue_allocate();
   queue_draw();
+}
+
+void ViewWidget::show(const std::shared_ptr<View>& view) {
+  view_ = view;
+  gtk_accessible_reset_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
+}
+
+// The view is gone. True when a native widget that is kept stands here or below.
+bool ViewWidget::retire() {
+  view_.reset();
+  set_visible(false);
+  // A parent would look for the keyboard's next place behind this one, and find none.
+  GtkWidget* const parent = gtk_widget_get_parent(GTK_WIDGET(gobj()));
+  if (gtk_widget_get_focus_child(parent) == GTK_WIDGET(gobj())) {
+    gtk_widget_set_focus_child(parent, nullptr);
+  }
+  discard(std::exchange(children_, {}));
+  return native_.retire() || !spares_.empty();
 }
 
 void ViewWidget::syncProperties(const View& view) {
@@ -73,24 +106,35 @@ void ViewWidget::syncProperties(const View& view) {
 }
 
 void ViewWidget::syncChildren(const View& view) {
-  std::vector<Child> next;
-  next.reserve(view.subviews().size());
+  std::vector<Child> before = std::exchange(children_, {});
+  const auto takeFrom = [&before](const auto& isWanted) -> std::unique_ptr<Gtk::Widget> {
+    const auto found = std::find_if(before.begin(), before.end(), [&](const Child& child) {
+      return child.widget && isWanted(child);
+    });
+    return found == before.end() ? nullptr : std::move(found->widget);
+  };
   for (const auto& subview : view.subviews()) {
     if (dynamic_cast<const SlotContainer*>(subview.get()) != nullptr) continue;
-    const auto known = std::find_if(children_.begin(), children_.end(), [&](const Child& child) {
-      return child.widget && child.view.lock() == subview;
+    children_.push_back(
+        {subview, takeFrom([&](const Child& child) { return child.view.lock() == subview; })});
+  }
+  std::move(spares_.begin(), spares_.end(), std::back_inserter(before));
+  spares_.clear();
+  for (auto& child : children_) {
+    if (child.widget) continue;
+    const auto subview = child.view.lock();
+    GtkWidget* const kept = keptWidgetOf(*subview);
+    child.widget = takeFrom([kept](const Child& former) {
+      return kept != nullptr && gtk_widget_is_ancestor(kept, former.widget->gobj()) != FALSE;
     });
-    if (known != children_.end()) {
-      next.push_back(std::move(*known));
+    if (child.widget) {
+      dynamic_cast<ViewWidget&>(*child.widget).show(subview);
     } else {
-      next.push_back({subview, makeWidget(subview)});
-      next.back().widget->set_parent(*this);
+      child.widget = makeWidget(subview);
+      child.widget->set_parent(*this);
     }
   }
-  for (const auto& child : children_) {
-    if (child.widget) child.widget->unparent();
-  }
-  children_ = std::move(next);
+  discard(std::move(before));
   for (const auto& child : children_) {
     child.widget->insert_at_end(*this);  // the order of drawing and of the keyboard
     if (auto* plain = dynamic_cast<ViewWidget*>(child.widget.get())) plain->sync();
@@ -99,26 +143,17 @@ void ViewWidget::syncChildren(const View& view) {
   }
 }
 
-// A native widget stands in the picture of the view that brings it, wherever that view is now; it
-// may come here from another picture of the same view.
-void ViewWidget::syncNative() {
-  auto* native = dynamic_cast<NativeView*>(view().get());
-  if (native == nullptr) return;
-  GtkWidget* widget = native->isReadyToShow() ? native->widget() : nullptr;
-  GtkWidget* parent = widget != nullptr ? gtk_widget_get_parent(widget) : nullptr;
-  if (widget == native_ && parent == gobj()) return;
-  releaseNative();
-  if (widget == nullptr) return;
-  native_ = GTK_WIDGET(g_object_ref(widget));
-  if (parent != nullptr && parent != gobj()) gtk_widget_unparent(widget);
-  gtk_widget_insert_after(widget, gobj(), nullptr);
-}
-
-void ViewWidget::releaseNative() {
-  if (native_ == nullptr) return;
-  if (gtk_widget_get_parent(native_) == gobj()) gtk_widget_unparent(native_);
-  g_object_unref(native_);
-  native_ = nullptr;
+// Keeps those that hold a native widget for later.
+void ViewWidget::discard(std::vector<Child> children) {
+  for (auto& child : children) {
+    if (!child.widget) continue;
+    auto* const plain = dynamic_cast<ViewWidget*>(child.widget.get());
+    if (plain != nullptr && plain->retire()) {
+      spares_.push_back({{}, std::move(child.widget)});
+    } else {
+      child.widget->unparent();
+    }
+  }
 }
 
 void ViewWidget::measure_vfunc(Gtk::Orientation /*orientation*/, int /*for_size*/, int& minimum,
@@ -160,11 +195,11 @@ void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {
       guarded([&] { allocateChild(*subview, *child.widget); });
     }
   }
-  if (native_ != nullptr && gtk_widget_get_parent(native_) == gobj()) {
+  if (GtkWidget* const native = native_.widget()) {
     const GtkAllocation place{0, 0, width, height};
-    gtk_widget_measure(native_, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, nullptr, nullptr, nullptr);
-    gtk_widget_measure(native_, GTK_ORIENTATION_VERTICAL, -1, nullptr, nullptr, nullptr, nullptr);
-    gtk_widget_size_allocate(native_, &place, -1);
+    gtk_widget_measure(native, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, nullptr, nullptr, nullptr);
+    gtk_widget_measure(native, GTK_ORIENTATION_VERTICAL, -1, nullptr, nullptr, nullptr, nullptr);
+    gtk_widget_size_allocate(native, &place, -1);
   }
 }
 
@@ -172,8 +207,8 @@ void ViewWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   if (const auto current = view()) {
     guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*current); });
   }
-  if (native_ != nullptr && gtk_widget_get_parent(native_) == gobj()) {
-    gtk_widget_snapshot_child(gobj(), native_, snapshot->gobj());
+  if (GtkWidget* const native = native_.widget()) {
+    gtk_widget_snapshot_child(gobj(), native, snapshot->gobj());
   }
   for (const auto& child : children_) snapshot_child(*child.widget, snapshot);
 }

@@ -7,6 +7,8 @@
 
 #include <tavo/View.h>
 
+#include "Gtk/Scene/NativePlace.h"
+
 namespace tavo::gtk {
 
 // Shows one view of the scene: paints its background and content, and holds a widget for each of
@@ -26,7 +28,8 @@ class ViewWidget : public Gtk::Widget {
   [[nodiscard]] Point origin() const { return origin_; }
 
   // Makes the widgets below match the scene: new views get widgets, gone ones lose theirs, the rest
-  // follows its view.
+  // follows its view. Widgets with a native one that is kept stay, hidden, until a view that brings
+  // it comes here again.
   void sync();
 
  protected:
@@ -44,17 +47,19 @@ class ViewWidget : public Gtk::Widget {
 
   [[nodiscard]] std::unique_ptr<Gtk::Widget> makeWidget(const std::shared_ptr<View>& view) const;
   [[nodiscard]] int bearable(double length) const;
+  void show(const std::shared_ptr<View>& view);
+  bool retire();
   void syncProperties(const View& view);
   void syncChildren(const View& view);
-  void syncNative();
-  void releaseNative();
+  void discard(std::vector<Child> children);
   void allocateChild(const View& view, Gtk::Widget& child);
 
   std::weak_ptr<View> view_;
   const double longestSide_;
   Point origin_;
   std::vector<Child> children_;  // back to front
-  GtkWidget* native_ = nullptr;  // the view's own widget while it stands here; referenced
+  std::vector<Child> spares_;    // of views that are gone
+  NativePlace native_{GTK_WIDGET(gobj())};
 };
 
 }  // namespace tavo::gtk

@@ -35,6 +35,20 @@ GPtr<WebKitWebView> makeView(WebEngine& engine, PageKind kind, WebKitUserContent
   return GPtr<WebKitWebView>::sink(WEBKIT_WEB_VIEW(view));
 }
 
+// The place where it stands, hidden, would keep it. In a turn of its own: the engine may be in the
+// middle of something with it.
+void unparentLater(const GPtr<WebKitWebView>& view) {
+  g_idle_add_full(
+      G_PRIORITY_HIGH_IDLE,
+      [](gpointer widget) -> gboolean {
+        if (gtk_widget_get_parent(GTK_WIDGET(widget)) != nullptr) {
+          gtk_widget_unparent(GTK_WIDGET(widget));
+        }
+        return G_SOURCE_REMOVE;
+      },
+      g_object_ref(view.get()), g_object_unref);
+}
+
 std::string reasonText(WebKitWebProcessTerminationReason reason) {
   switch (reason) {
     case WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT:
@@ -74,6 +88,7 @@ NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
 NativeWebView::~NativeWebView() {
   connections_.disconnect();
   visited_.reset();
+  unparentLater(view_);
 }
 
 void NativeWebView::connectSignals() {
@@ -192,7 +207,7 @@ void NativeWebView::endProcess() {
 }
 
 void NativeWebView::resize(Size size) {
-  if (gtk_widget_get_parent(widget()) != nullptr) return;
+  if (gtk_widget_get_mapped(widget()) != FALSE) return;
   const double longest = engine_->services().limits.widgetSide;
   const auto side = [longest](double length) {
     return std::isnan(length) ? 1 : static_cast<int>(std::clamp(length, 1.0, longest));
@@ -303,6 +318,8 @@ void NativeWebView::noteCommand(const Url& command) {
   told->pageShouldStart(
       {command, Url::fromText(document == nullptr ? blankPage : document), NavigationType::other});
 }
+
+bool NativeWebView::isBlank() const { return owner_ == nullptr && !turnover_.isUnderWay(); }
 
 bool NativeWebView::isClogged() const {
   const bool isLeaving = turnover_.isUnderWay();

@@ -63,7 +63,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   // Ends the web process; the owner hears of it as of any other end.
   void endProcess();
 
-  // Lays the page out at `size` while the widget has no parent to do it.
+  // Lays the page out at `size` while the widget is not mapped: nobody else does then.
   void resize(Size size);
   [[nodiscard]] WebKitWebView* webKit() const { return view_.get(); }
   [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
@@ -76,6 +76,8 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
 
   // The web process has ended and no load has started another one.
   [[nodiscard]] bool isDead() const { return turnover_.isWithoutProcess(); }
+  // Free, and nothing of the owner before is left in it.
+  [[nodiscard]] bool isBlank() const;
   // The page has flooded its process with requests, or its owner is done and it has not answered
   // everything yet. The process may be about to be ended, with every page that shares it.
   [[nodiscard]] bool isClogged() const;

@@ -25,13 +25,21 @@ std::shared_ptr<NativeWebView> WebViewPool::acquire(const WebViewOptions& option
   return make(options);
 }
 
-// A widget that still hangs in the window belongs to whoever hung it there.
+// While the last page is being cleared away from the screen, the other view of its slot is ready.
 std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& options) {
   if (options.owner == nullptr) return nullptr;
-  const auto found = std::find_if(idle_.begin(), idle_.end(), [&](const Idle& idle) {
-    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged() &&
-           gtk_widget_get_parent(idle.view->widget()) == nullptr;
-  });
+  const auto isFree = [&](const Idle& idle) {
+    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged();
+  };
+  const auto isReady = [&](const Idle& idle) {
+    return isFree(idle) &&
+           (idle.view->isBlank() || gtk_widget_get_parent(idle.view->widget()) == nullptr);
+  };
+  auto found = std::find_if(idle_.begin(), idle_.end(), isReady);
+  const auto all = std::count_if(idle_.begin(), idle_.end(), isFree);
+  if (found == idle_.end() && all >= idlePerOwner) {
+    found = std::find_if(idle_.begin(), idle_.end(), isFree);
+  }
   if (found == idle_.end()) return nullptr;
   auto view = std::move(found->view);
   idle_.erase(found);
