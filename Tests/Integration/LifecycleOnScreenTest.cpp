@@ -123,6 +123,50 @@ TEST_F(LifecycleOnScreenTest, PagesOfASlotStayInItsWindow) {
   connection.disconnect();
 }
 
+// The creative's script turns its button yellow.
+bool isYellow(const Color& color) {
+  return color.red > 0.9F && color.green > 0.7F && color.blue < 0.4F;
+}
+
+TEST_F(LifecycleOnScreenTest, APageIsSeenWheneverItsWindowIsRestored) {
+  const auto isSeen = [] { return isYellow(host().pixelInSlot(270, 14)); };
+  host().load("html-banner");
+  ASSERT_TRUE(host().runUntil(isSeen));
+  for (int round = 0; round < 6; ++round) {
+    SCOPED_TRACE(round);
+    setMinimised(host().window(), true);
+    ASSERT_TRUE(host().runUntil([] { return host().banner()->subviews().empty(); }));
+    setMinimised(host().window(), false);
+    host().load("html-banner");  // attached at once
+    ASSERT_TRUE(host().runUntil(isSeen));
+  }
+}
+
+TEST_F(LifecycleOnScreenTest, APageThatMovesToAnotherWindowIsSeenThere) {
+  host().load("html-banner");
+  ASSERT_TRUE(host().runUntil([] { return isYellow(host().pixelInSlot(270, 14)); }));
+  Gtk::Window other;
+  other.set_default_size(320, 50);
+  for (const bool back : {false, true}) {
+    SCOPED_TRACE(back);
+    host().slot().reference();
+    if (back) {
+      other.unset_child();
+      host().column().append(host().slot());
+    } else {
+      host().column().remove(host().slot());
+      other.set_child(host().slot());
+      other.present();
+    }
+    host().slot().unreference();
+    EXPECT_TRUE(host().runUntil([&] {
+      return isYellow(back ? host().pixelInSlot(270, 14)
+                           : adplayer::Screenshot{other}.pixel(270, 14));
+    }));
+  }
+  EXPECT_EQ(host().recorded(RequestKind::Ad), 1U);
+}
+
 TEST_F(LifecycleOnScreenTest, ASlotThatItsWindowOwnsGoesWithoutAWord) {
   const auto banner = XAdView::create({0, 0, 320, 50});
   auto window = std::make_unique<Gtk::Window>();

@@ -5,6 +5,7 @@
 
 #include "Services/RunLoop.h"
 #include "Support/CreativeScreenTest.h"
+#include "Support/WindowManager.h"
 
 namespace tavo::test {
 namespace {
@@ -77,6 +78,20 @@ TEST_F(MraidCreativeTest, EscapeAndTheWindowsCloseButtonLeadOutOfTheAd) {
     ASSERT_TRUE(becomesSized("default", 320, 50));
     EXPECT_TRUE(host().window().get_mapped());
   }
+}
+
+TEST_F(MraidCreativeTest, AnExpandedAdIsToldAsCollapsedWhenItsWindowIsMinimised) {
+  show("ad");
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  const auto collapses = [] {
+    return std::count(host().calls().begin(), host().calls().end(), "didCollapse");
+  };
+  setMinimised(host().window(), true);
+  EXPECT_TRUE(host().runUntil([&] { return collapses() == 1; }));
+  setMinimised(host().window(), false);
+  EXPECT_TRUE(host().runUntil([] { return !host().banner()->subviews().empty(); }));
+  EXPECT_EQ(collapses(), 1);
 }
 
 TEST_F(MraidCreativeTest, AFullScreenAdKeepsTheKeyboard) {

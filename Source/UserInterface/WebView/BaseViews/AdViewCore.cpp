@@ -83,6 +83,14 @@ void AdViewCore::leaveScreen() {
   releaseMemory();
 }
 
+void AdViewCore::leaveForBackground() {
+  const bool wasExpanded = view().placementType() == PlacementType::inlined &&
+                           presentation_.state() == MRAIDState::expanded;
+  const auto held = hold();
+  releaseMemory();
+  if (wasExpanded) adDidCollapse();
+}
+
 bool AdViewCore::showsRenderer() const {
   const auto isRenderer = [](const std::shared_ptr<View>& subview) {
     return dynamic_cast<const XWebViewAgent*>(subview.get()) != nullptr ||

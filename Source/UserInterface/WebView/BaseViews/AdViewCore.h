@@ -22,7 +22,9 @@ class AdViewCore : public AdViewPart, private AdViewLoader::Host, private MraidP
   // Asks for an ad there, with a new ad manager.
   void load(AdAddress address);
   // Also from inside a report of whatever is released.
-  void releaseMemory() override;
+  void releaseMemory();
+  // The same, and the host hears that an expanded ad is none any more.
+  void leaveForBackground() override;
   void leaveScreen();
 
   [[nodiscard]] const std::shared_ptr<XAdManager>& adManager() const { return adManager_; }

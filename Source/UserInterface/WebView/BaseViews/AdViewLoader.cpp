@@ -160,7 +160,7 @@ void AdViewLoader::didEnterBackground() {
   if (application.isStatusBarHidden()) {
     application.setStatusBarHidden(false, StatusBarAnimation::none);
   }
-  host_.releaseMemory();
+  host_.leaveForBackground();
 }
 
 void AdViewLoader::didEnterForeground() {

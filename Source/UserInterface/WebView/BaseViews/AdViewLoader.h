@@ -31,7 +31,7 @@ class AdViewLoader {
     virtual void requestAd(bool waiting) = 0;
     // Starts anew, with a new ad manager.
     virtual void reload() = 0;
-    virtual void releaseMemory() = 0;
+    virtual void leaveForBackground() = 0;
     virtual void didReceiveMemoryWarning() = 0;
     virtual void didLockScreen() = 0;
     virtual void orientatioDidChange() = 0;
