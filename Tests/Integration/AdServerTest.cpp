@@ -8,6 +8,7 @@
 #include "AdServer/Placeholders.h"
 #include "AdServer/Route.h"
 #include "Support/AdServerThread.h"
+#include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/RawExchange.h"
@@ -186,6 +187,21 @@ TEST_F(AdServerTest, SurvivesAClientThatLeavesBeforeALateAnswer) {
   const std::string request = "GET /sdk/late/@x HTTP/1.1\r\nHost: h\r\n\r\n";
   EXPECT_EQ(rawExchange(server_->url("/"), request, 0), "");
   EXPECT_EQ(ad("late").body, "late");
+}
+
+TEST_F(AdServerTest, KeepsNoConnectionThatItsClientHasClosed) {
+  folder_.write("campaigns/broken/answer.json", "broken");
+  folder_.write("campaigns/broken/campaign.json", R"({"status": 500})");
+  const auto descriptors = [] {
+    return std::distance(fs::directory_iterator{"/proc/self/fd"}, {});
+  };
+  const auto before = descriptors();
+  for (const char* path : {"/campaigns", "/sdk/broken/@x", "/nothing"}) {
+    SCOPED_TRACE(path);
+    const std::string request = "GET " + std::string{path} + " HTTP/1.1\r\nHost: h\r\n\r\n";
+    EXPECT_EQ(rawExchange(server_->url("/"), request, 12).substr(0, 8), "HTTP/1.1");
+    EXPECT_TRUE(runUntil([&] { return descriptors() <= before; }));
+  }
 }
 
 TEST_F(AdServerTest, ServesAssetsWholeInPartAndByHead) {

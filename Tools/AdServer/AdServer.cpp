@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "AdServer/IdleConnections.h"
+
 namespace tavo::adserver {
 
 namespace {
@@ -98,6 +100,7 @@ AdServer::AdServer(const std::filesystem::path& campaignFolder, std::uint16_t po
         static_cast<AdServer*>(self)->handle(message);
       },
       this, nullptr);
+  closeWithItsClients(server_.get());
 }
 
 AdServer::~AdServer() { soup_server_disconnect(server_.get()); }
