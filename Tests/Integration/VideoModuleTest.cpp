@@ -2,10 +2,15 @@
 
 #include <gtk/gtk.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
 
+#include "Gtk/GPtr.h"
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Headless/HeadlessServices.h"
 #include "Support/GtkLoopTest.h"
@@ -31,6 +36,16 @@ bool moduleIsMapped() {
   std::ifstream maps{"/proc/self/maps"};
   const std::string text{std::istreambuf_iterator<char>{maps}, {}};
   return text.find("TavoGtkVideo") != std::string::npos;
+}
+
+// The threads of players that still live.
+std::ptrdiff_t playerThreads() {
+  return std::ranges::count_if(std::filesystem::directory_iterator{"/proc/self/task"},
+                               [](const auto& thread) {
+                                 std::string name;
+                                 std::getline(std::ifstream{thread.path() / "comm"}, name);
+                                 return name == "GstPlay";
+                               });
 }
 
 class VideoModuleTest : public GtkLoopTest {
@@ -64,6 +79,23 @@ TEST_F(VideoModuleTest, TheModuleIsNotMappedBeforeTheFirstVideo) {
   EXPECT_TRUE(hurried->isLoaded());
   module()->warmUp();
   settle();
+}
+
+TEST_F(VideoModuleTest, ADroppedPlayerEndsWithWhatItHadStillToSay) {
+  const auto used = module();
+  const auto silent = gtk::GPtr<GSocketListener>::adopt(g_socket_listener_new());
+  const auto port = g_socket_listener_add_any_inet_port(silent.get(), nullptr, nullptr);
+  const auto url = Url::parse("http://127.0.0.1:" + std::to_string(port) + "/ad.mp4");
+  constexpr std::size_t count = 4;
+  std::vector<std::shared_ptr<MoviePlayer>> players;
+  for (std::size_t i = 0; i < count; ++i) {
+    players.push_back(used->create({0, 0, 320, 180}));
+    players.back()->setContentUrl(url);
+    players.back()->play();
+  }
+  ASSERT_TRUE(runUntil([] { return playerThreads() == count; }));
+  players.clear();
+  EXPECT_TRUE(runUntil([] { return playerThreads() == 0; }));
 }
 
 TEST_F(VideoModuleTest, WithoutAModuleEveryContentFinishesAsUnavailable) {

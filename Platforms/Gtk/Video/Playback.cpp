@@ -59,10 +59,12 @@ Playback::Playback(const MediaEngine& engine, const std::string& url,
   gst_play_set_uri(play_, url.c_str());
 }
 
-// Letting go of a pipeline waits for its threads, which may wait for a server: not here.
+// A message that nobody takes off the bus holds the player that holds the bus. Letting go of a
+// pipeline waits for its threads, which may wait for a server: not here.
 Playback::~Playback() {
   sink_->stop();
   gst_bus_remove_watch(bus_);
+  gst_bus_set_flushing(bus_, TRUE);
   gst_object_unref(bus_);
   runLoop_->background([play = play_] {
     gst_play_stop(play);

@@ -1,0 +1,175 @@
+#include "SoakHost.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <optional>
+#include <utility>
+
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/TapRecognizer.h>
+#include <tavo/gtk/AdWindow.h>
+
+#include "Services/NetworkMonitor.h"
+#include "Support/WebProcesses.h"
+
+namespace tavo::benchmark {
+
+// The system's network, and a switch that turns it off.
+class SwitchedNetwork : public NetworkMonitor {
+ public:
+  explicit SwitchedNetwork(std::shared_ptr<NetworkMonitor> network)
+      : network_{std::move(network)} {}
+
+  void set(bool on) {
+    on_ = on;
+    const auto told = watches_;  // each may end others
+    for (const auto& watch : told) {
+      if (const auto changed = watch.lock()) (*changed)();
+    }
+    std::erase_if(watches_, [](const auto& watch) { return watch.expired(); });
+  }
+
+  [[nodiscard]] std::optional<std::uint32_t> flagsFor(
+      const ReachabilityTarget& target) const override {
+    return on_ ? network_->flagsFor(target) : 0;
+  }
+  [[nodiscard]] std::unique_ptr<Watch> watch(const ReachabilityTarget& target,
+                                             std::function<void()> changed) override {
+    auto watch = std::make_unique<SwitchedWatch>();
+    watch->changed = std::make_shared<std::function<void()>>(changed);
+    watch->inner = network_->watch(target, std::move(changed));
+    watches_.emplace_back(watch->changed);
+    return watch;
+  }
+
+ private:
+  struct SwitchedWatch : Watch {
+    std::shared_ptr<std::function<void()>> changed;
+    std::unique_ptr<Watch> inner;
+  };
+
+  std::shared_ptr<NetworkMonitor> network_;
+  std::vector<std::weak_ptr<std::function<void()>>> watches_;
+  bool on_ = true;
+};
+
+SoakHost::SoakHost() {
+  host_ = std::make_unique<test::GtkHost>(TAVO_CAMPAIGNS, [this](Platform& platform) {
+    network_ = std::make_shared<SwitchedNetwork>(platform.network);
+    platform.network = network_;
+  });
+  player_ = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
+  filmSlot_ = std::make_unique<gtk::MovieSlot>(player_);
+  host_->column().prepend(*filmSlot_);
+}
+
+SoakHost::~SoakHost() { host_->column().remove(*filmSlot_); }
+
+bool SoakHost::ends(const std::string& campaign, const std::string& call) {
+  const auto count = [&] { return std::ranges::count(host_->calls(), call); };
+  const auto before = count();
+  host_->load(campaign);
+  return host_->runUntil([&] { return count() > before; });
+}
+
+bool SoakHost::loads(const std::string& campaign) { return ends(campaign, "didLoad"); }
+
+bool SoakHost::expansion() {
+  if (!loads("html-banner")) return false;
+  const auto page = host_->banner()->webViewInstance();
+  if (!page) { fprintf(stderr, "XXX no page\n"); return false; }
+  for (const auto& [script, call] :
+       {std::pair{"mraid.expand()", "didExpand"}, std::pair{"mraid.close()", "didCollapse"}}) {
+    const auto count = [&, name = call] { return std::ranges::count(host_->calls(), name); };
+    const auto before = count();
+    recognizeTap(*page);
+    page->evaluate(script, [](const std::string&) {});
+    if (!host_->runUntil([&] { return count() > before; })) return false;
+  }
+  return true;
+}
+
+bool SoakHost::failure() {
+  const auto fails = [this](const char* campaign) {
+    const auto before = host_->calls().size();
+    host_->load(campaign);
+    return host_->runUntil([&] { return host_->calls().size() > before; });
+  };
+  constexpr std::array campaigns{"broken-json", "server-error", "no-ad", "empty-ad"};
+  return std::ranges::all_of(campaigns, fails);
+}
+
+bool SoakHost::filmInThePlayer() {
+  host_->banner()->setMoviePlayerInstance(player_);
+  host_->load("vast-preroll");
+  const bool played = host_->runUntil([this] { return player_->currentPlaybackTime() > 0.5; });
+  host_->makeBanner();
+  return played && host_->runUntil(
+                       [this] { return player_->playbackState() != MoviePlaybackState::playing; });
+}
+
+bool SoakHost::interstitial(const std::string& campaign) {
+  interstitial_ = XAdInterstitialViewController::create();
+  bool loaded = false;
+  bool over = false;
+  const auto events =
+      std::make_shared<XAdInterstitialViewControllerDelegate>(XAdInterstitialViewControllerDelegate{
+          .xAdInterstitialDidLoad = [&](XAdInterstitialViewController*) { loaded = true; },
+          .xAdInterstitialDidFailWithError = [&](XAdInterstitialViewController&,
+                                                 const std::optional<Error>&) { over = true; },
+          .xAdInterstitialDismissed = [&](XAdInterstitialViewController&) { over = true; }});
+  interstitial_->delegate.set(events);
+  const std::string server = host_->server().baseUrl();
+  interstitial_->loadWithDomainName(server.substr(std::string_view{"http://"}.size()) + "/ads",
+                                    campaign, "Full");
+  bool ended = host_->runUntil([&] { return loaded || over; });
+  if (loaded) {
+    gtk::rootViewControllerOf(host_->window())->presentViewController(interstitial_, Animated::no);
+    ended = host_->waitForFrames() && ended;
+    if (!over) interstitial_->closeInterstitialAd();
+    ended = host_->runUntil([&] { return over; }) && ended;
+  }
+  interstitial_.reset();
+  return ended;
+}
+
+bool SoakHost::newSlot() {
+  host_->makeBanner();
+  return loads("html-banner");
+}
+
+bool SoakHost::droppedLoad() {
+  host_->load("html-banner");
+  const bool drawn = host_->waitForFrames(host_->window(), 1);
+  host_->makeBanner();
+  return drawn && loads("image-banner");
+}
+
+// A page's process is killed, as the system does when memory is short; the next load works.
+bool SoakHost::deadPage() {
+  if (!loads("html-banner")) return false;
+  const auto killed = test::webProcesses();
+  for (const int process : killed) kill(process, SIGKILL);
+  const auto isGone = [](int process) { return !test::webProcesses().contains(process); };
+  return host_->runUntil([&] { return std::ranges::all_of(killed, isGone); }) &&
+         loads("html-banner");
+}
+
+bool SoakHost::lostNetwork() {
+  network_->set(false);
+  const bool failed = ends("image-banner", "didFail 1003");
+  const auto loads = [this] { return std::ranges::count(host_->calls(), "didLoad"); };
+  const auto before = loads();
+  network_->set(true);  // the slot loads by itself then
+  return host_->runUntil([&] { return loads() > before; }) && failed;
+}
+
+bool SoakHost::turnedWindow() {
+  const int width = host_->window().get_width();
+  const int height = host_->window().get_height();
+  host_->window().set_default_size(height, width);
+  return host_->runUntil([&] { return host_->window().get_width() == height; });
+}
+
+}  // namespace tavo::benchmark
