@@ -1,12 +1,16 @@
-// Soak MINUTES PLOT: does everything that happens to a host, in a random order that is the same
-// each time, and looks now and then at what the host holds. A table for reading, a picture in PLOT.
-// Ends with 1 when something that was begun did not end.
+// Soak MINUTES PLOT [ACT]: does everything that happens to a host, in a random order that is the
+// same each time, and looks now and then at what the host holds. A table for reading, a picture in
+// PLOT. Ends with 1 when something that was begun did not end. With the name of an act, does only
+// that.
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <random>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "Sample.h"
 #include "SamplePlot.h"
@@ -71,12 +75,14 @@ void printGrowth(const std::vector<Sample>& samples) {
   }
 }
 
-int soak(double minutes, const char* plotFile) {
+int soak(double minutes, const std::string& plotFile, std::string_view only) {
   SoakHost host;
   Sampler sampler;
   std::mt19937 random{20};
   std::array<int, acts.size()> weights{};
-  for (std::size_t i = 0; i < acts.size(); ++i) weights.at(i) = acts.at(i).weight;
+  for (std::size_t i = 0; i < acts.size(); ++i) {
+    weights.at(i) = only.empty() || only == acts.at(i).name ? acts.at(i).weight : 0;
+  }
   std::discrete_distribution<std::size_t> choose{weights.begin(), weights.end()};
   const auto end = Clock::now() + std::chrono::duration<double, std::ratio<60>>{minutes};
   const std::chrono::duration<double, std::ratio<60>> interval{minutes / 60};
@@ -96,7 +102,7 @@ int soak(double minutes, const char* plotFile) {
     next = Clock::now() + interval;
   }
   printGrowth(samples);
-  if (plotFile != nullptr) std::ofstream{plotFile} << plot(samples);
+  std::ofstream{plotFile} << plot(samples);
   return hung == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -104,10 +110,11 @@ int soak(double minutes, const char* plotFile) {
 }  // namespace tavo::benchmark
 
 int main(int count, char** arguments) {
-  const double minutes = count > 1 ? std::atof(arguments[1]) : 0;
+  const std::vector<std::string> words{arguments + 1, arguments + count};
+  const double minutes = words.size() < 2 ? 0 : std::atof(words[0].c_str());
   if (!(minutes > 0)) {
-    std::fputs("How long? Soak MINUTES [PLOT.svg]\n", stderr);
+    std::fputs("How long, and where to? Soak MINUTES PLOT.svg [ACT]\n", stderr);
     return EXIT_FAILURE;
   }
-  return tavo::benchmark::soak(minutes, count > 2 ? arguments[2] : nullptr);
+  return tavo::benchmark::soak(minutes, words[1], words.size() > 2 ? words[2] : "");
 }

@@ -77,14 +77,15 @@ bool SoakHost::loads(const std::string& campaign) { return ends(campaign, "didLo
 
 bool SoakHost::expansion() {
   if (!loads("html-banner")) return false;
-  const auto page = host_->banner()->webViewInstance();
-  if (!page) { fprintf(stderr, "XXX no page\n"); return false; }
+  // The page says so itself that it may be commanded, a little after it was loaded.
+  const auto page = [this] { return host_->banner()->webViewInstance(); };
+  if (!host_->runUntil([&] { return page() != nullptr; })) return false;
   for (const auto& [script, call] :
        {std::pair{"mraid.expand()", "didExpand"}, std::pair{"mraid.close()", "didCollapse"}}) {
     const auto count = [&, name = call] { return std::ranges::count(host_->calls(), name); };
     const auto before = count();
-    recognizeTap(*page);
-    page->evaluate(script, [](const std::string&) {});
+    recognizeTap(*page());
+    page()->evaluate(script, [](const std::string&) {});
     if (!host_->runUntil([&] { return count() > before; })) return false;
   }
   return true;
@@ -146,14 +147,15 @@ bool SoakHost::droppedLoad() {
   return drawn && loads("image-banner");
 }
 
-// A page's process is killed, as the system does when memory is short; the next load works.
+// A page's process is killed, as the system does when memory is short: the host hears of it, and
+// the next load works.
 bool SoakHost::deadPage() {
-  if (!loads("html-banner")) return false;
-  const auto killed = test::webProcesses();
-  for (const int process : killed) kill(process, SIGKILL);
-  const auto isGone = [](int process) { return !test::webProcesses().contains(process); };
-  return host_->runUntil([&] { return std::ranges::all_of(killed, isGone); }) &&
-         loads("html-banner");
+  const auto page = [this] { return host_->banner()->webViewInstance(); };
+  if (!loads("html-banner") || !host_->runUntil([&] { return page() != nullptr; })) return false;
+  const auto heard = [this] { return std::ranges::count(host_->calls(), "didFail 1101"); };
+  const auto before = heard();
+  for (const int process : test::webProcesses()) kill(process, SIGKILL);
+  return host_->runUntil([&] { return heard() > before; }) && loads("html-banner");
 }
 
 bool SoakHost::lostNetwork() {
