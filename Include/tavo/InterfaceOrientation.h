@@ -13,6 +13,10 @@ enum class InterfaceOrientation {
   landscapeLeft = 4,
 };
 
+// How a controller that allows one way only stands in a window of the other shape: in a part of it,
+// with bars beside, or turned by a quarter to fill it.
+enum class OrientationFit { letterbox, turn };
+
 // Neither holds for an unknown orientation.
 [[nodiscard]] constexpr bool isPortrait(InterfaceOrientation orientation) {
   return orientation == InterfaceOrientation::portrait ||

@@ -98,6 +98,11 @@ class View : public std::enable_shared_from_this<View> {
   // True for the view itself and everything below it.
   [[nodiscard]] bool isDescendantOf(const View& ancestor) const;
 
+  // Whether the view is drawn turned to the right by a quarter: its frame's corner is the place's, and
+  // its sides are swapped there. Off at first.
+  [[nodiscard]] bool isTurned() const { return turned_; }
+  void setTurned(bool turned);
+
   // Puts `view` in front of the other subviews, taking it out of its former superview. A view is
   // never put below itself: such a call does nothing.
   void addSubview(const std::shared_ptr<View>& view);
@@ -153,6 +158,8 @@ class View : public std::enable_shared_from_this<View> {
 
   [[nodiscard]] std::shared_ptr<View> detach(View& view);
   void resizeFor(Size from, Size to);
+  [[nodiscard]] Point fromSuperview(Point point) const;
+  [[nodiscard]] Rect toSuperview(const Rect& rect) const;
 
   Rect frame_;
   bool hidden_ = false;
@@ -160,6 +167,7 @@ class View : public std::enable_shared_from_this<View> {
   bool opaque_ = true;
   bool userInteractionEnabled_ = true;
   bool autoresizesSubviews_ = true;
+  bool turned_ = false;
   float alpha_ = 1;
   unsigned autoresizingMask_ = flexibleNothing;
   std::optional<Color> backgroundColor_;

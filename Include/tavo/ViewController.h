@@ -25,6 +25,8 @@ inline constexpr OrientationMask allOrientations =
 inline constexpr OrientationMask landscapeOrientations =
     maskOf(InterfaceOrientation::landscapeRight) | maskOf(InterfaceOrientation::landscapeLeft);
 
+class Window;
+
 // Looks after one view that fills the screen or a part of it, and presents other controllers above
 // it. An interstitial is one; the one behind a window's content comes from the platform
 // (gtk::rootViewControllerOf).
@@ -64,7 +66,9 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   ModalPresentation modalPresentationStyle = ModalPresentation::fullScreen;
   ModalTransition modalTransitionStyle = ModalTransition::coverVertical;
 
-  // Orientation rules, asked by the platform for the controller in front.
+  // Orientation rules of a presented controller: what it supports is asked when it is presented and
+  // when the window turns, whether it follows then too. One that allows a single way stands that way in every window, in a part of it with bars
+  // beside or turned, as the platform is set.
   [[nodiscard]] virtual bool shouldAutorotate() const { return true; }
   [[nodiscard]] virtual OrientationMask supportedInterfaceOrientations() const {
     return allOrientations;
@@ -72,6 +76,8 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   [[nodiscard]] virtual InterfaceOrientation preferredInterfaceOrientationForPresentation() const {
     return InterfaceOrientation::portrait;
   }
+  // The rules have other answers now: a presented controller takes its place anew.
+  void orientationRulesDidChange();
   // The user wants to leave, by the Escape key or what stands for it. True uses the key up: the
   // controller is gone, or it may not be left yet. False leaves the key to the host.
   virtual bool cancelOperation() { return false; }
@@ -88,12 +94,18 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   virtual void viewDidDisappear(Animated /*animated*/) {}
 
  private:
+  friend class Window;
+
   void takeAwayPresented(Animated animated);
+  void takePlace(Window& window, bool mayTurn);
+  void setBackdrop(Window& window, bool needed);
 
   std::shared_ptr<View> view_;
   std::shared_ptr<ViewController> presented_;
   ViewController* presenting_ = nullptr;
   bool beingDismissed_ = false;
+  InterfaceOrientation orientation_ = InterfaceOrientation::unknown;  // while it is presented
+  std::shared_ptr<View> backdrop_;                                    // the bars beside it
 };
 
 }  // namespace tavo

@@ -72,6 +72,23 @@ void View::resizeFor(Size from, Size to) {
   setFrame({horizontal.start, vertical.start, horizontal.length, vertical.length});
 }
 
+void View::setTurned(bool turned) {
+  if (turned == turned_) return;
+  turned_ = turned;
+  changed();
+}
+
+Point View::fromSuperview(Point point) const {
+  const Point moved{point.x - frame_.x, point.y - frame_.y};
+  return turned_ ? Point{moved.y, frame_.height - moved.x} : moved;
+}
+
+Rect View::toSuperview(const Rect& rect) const {
+  if (!turned_) return rect.movedBy(frame_.x, frame_.y);
+  return Rect{frame_.height - rect.bottom(), rect.x, rect.height, rect.width}.movedBy(frame_.x,
+                                                                                      frame_.y);
+}
+
 void View::setHidden(bool hidden) {
   if (hidden == hidden_) return;
   hidden_ = hidden;
@@ -175,7 +192,7 @@ void View::bringSubviewToFront(const View& view) {
 Rect View::convertTo(const View* target, const Rect& rect) const {
   Rect converted = rect;
   for (const View* view = this; view != nullptr && view != target; view = view->superview_) {
-    converted = converted.movedBy(view->frame_.x, view->frame_.y);
+    converted = view->toSuperview(converted);
   }
   if (target == nullptr || isDescendantOf(*target)) return converted;
   // `target` is elsewhere in the tree: go down from the top to it.
@@ -188,8 +205,7 @@ View* View::hitTest(Point point) {
     return nullptr;
   }
   for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
-    const Rect& place = (*subview)->frame_;
-    if (View* hit = (*subview)->hitTest({point.x - place.x, point.y - place.y})) return hit;
+    if (View* hit = (*subview)->hitTest((*subview)->fromSuperview(point))) return hit;
   }
   return this;
 }

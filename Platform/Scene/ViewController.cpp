@@ -1,5 +1,8 @@
+#include <algorithm>
+
 #include <tavo/ViewController.h>
 
+#include "Rules/OrientationRules.h"
 #include "Scene/Window.h"
 
 namespace tavo {
@@ -7,6 +10,7 @@ namespace tavo {
 ViewController::~ViewController() {
   if (presented_) presented_->presenting_ = nullptr;
   if (view_) view_->controller_ = nullptr;
+  if (backdrop_) backdrop_->removeFromSuperview();
 }
 
 std::shared_ptr<View> ViewController::loadView() { return std::make_shared<View>(); }
@@ -31,9 +35,9 @@ void ViewController::presentViewController(const std::shared_ptr<ViewController>
   controller->presenting_ = this;
   const auto& view = controller->view();
   controller->viewWillAppear(animated);
-  view->setFrame(window->bounds());
-  view->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  controller->orientation_ = InterfaceOrientation::unknown;
   window->addSubview(view);
+  controller->takePlace(*window, true);
   controller->viewDidAppear(animated);
   if (completion) completion();
 }
@@ -48,6 +52,47 @@ void ViewController::dismissViewController(Animated animated,
   if (completion) completion();
 }
 
+void ViewController::orientationRulesDidChange() {
+  Window* const window = presenting_ != nullptr && view_ ? view_->window() : nullptr;
+  if (window != nullptr) takePlace(*window, true);
+}
+
+void ViewController::takePlace(Window& window, bool mayTurn) {
+  if (presenting_ == nullptr || !view_) return;
+  const auto held = shared_from_this();
+  const Size size = window.bounds().size();
+  const auto shape = orientationOf(size);
+  if (mayTurn && shape != InterfaceOrientation::unknown) {
+    // A new one begins as the window is; whoever stands is asked whether it follows.
+    const bool follows = orientation_ == InterfaceOrientation::unknown || shouldAutorotate();
+    orientation_ =
+        allowedOrientation(supportedInterfaceOrientations(), follows ? shape : orientation_);
+  }
+  const auto place = placeIn(size, orientation_, window.orientationFit());
+  const bool fills = place.frame.size() == size;
+  setBackdrop(window, !place.turned && !fills);
+  view_->setAutoresizingMask(fills ? flexibleWidth | flexibleHeight : flexibleNothing);
+  view_->setTurned(place.turned);
+  view_->setFrame(place.frame);
+}
+
+// Right behind the view, so that nothing of what it covers can be seen or touched.
+void ViewController::setBackdrop(Window& window, bool needed) {
+  if (needed == (backdrop_ != nullptr)) return;
+  if (!needed) {
+    backdrop_->removeFromSuperview();
+    backdrop_.reset();
+    return;
+  }
+  const auto all = window.subviews();
+  const auto own = std::find(all.begin(), all.end(), view_);
+  backdrop_ = std::make_shared<View>(window.bounds());
+  backdrop_->setAutoresizingMask(flexibleWidth | flexibleHeight);
+  backdrop_->setBackgroundColor(colors::black);
+  window.addSubview(backdrop_);
+  std::for_each(own, all.end(), [&](const auto& view) { window.bringSubviewToFront(*view); });
+}
+
 void ViewController::takeAwayPresented(Animated animated) {
   const auto leaving = std::move(presented_);
   presented_ = nullptr;
@@ -57,6 +102,7 @@ void ViewController::takeAwayPresented(Animated animated) {
   leaving->viewWillDisappear(animated);
   leaving->presenting_ = nullptr;
   if (leaving->view_) leaving->view_->removeFromSuperview();
+  if (const auto bars = std::move(leaving->backdrop_)) bars->removeFromSuperview();
   leaving->viewDidDisappear(animated);
   leaving->beingDismissed_ = false;
 }

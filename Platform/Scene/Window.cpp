@@ -1,6 +1,11 @@
 #include "Scene/Window.h"
 
+#include <utility>
+#include <vector>
+
 #include <tavo/ViewController.h>
+
+#include "Rules/OrientationRules.h"
 
 namespace tavo {
 
@@ -19,6 +24,27 @@ void Window::setRootViewController(const std::shared_ptr<ViewController>& contro
   for (const auto& other : others) {
     if (other != view) bringSubviewToFront(*other);
   }
+}
+
+// Each presented controller is given its place once for each size of the window.
+void Window::layoutSubviews() {
+  const auto shape = orientationOf(bounds().size());
+  const bool turns = std::exchange(shape_, shape) != shape;
+  std::vector<std::shared_ptr<ViewController>> presented;
+  for (auto* next = root_ ? root_->presentedViewController() : nullptr; next != nullptr;
+       next = next->presentedViewController()) {
+    presented.push_back(next->shared_from_this());
+  }
+  for (const auto& controller : presented) controller->takePlace(*this, turns);
+}
+
+Size Window::interfaceSize() const {
+  for (auto* next = root_ ? root_->presentedViewController() : nullptr; next != nullptr;
+       next = next->presentedViewController()) {
+    const Size size = next->view()->frame().size();
+    if (size != bounds().size()) return size;
+  }
+  return bounds().size();
 }
 
 ViewController* Window::topViewController() const {

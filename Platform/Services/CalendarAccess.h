@@ -17,7 +17,7 @@ class CalendarAccess {
   virtual ~CalendarAccess() = default;
 
   // What has been decided so far, answered at once and without asking the user; none where the
-  // platform knows no such question.
+  // platform knows no such question; restricted where there is no calendar to write to.
   [[nodiscard]] virtual std::optional<CalendarAuthorization> authorization() const = 0;
 
   // Whether access can be asked for at all; without it nothing is ever saved.

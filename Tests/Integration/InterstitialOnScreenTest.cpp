@@ -8,6 +8,7 @@
 #include <tavo/gtk/AdWindow.h>
 
 #include "Runtime/NotificationCenter.h"
+#include "Scene/Window.h"
 #include "Services/Application.h"
 #include "Support/GtkHost.h"
 #include "Support/Places.h"
@@ -195,26 +196,52 @@ TEST_F(InterstitialOnScreenTest, ThePageClosesItselfAndTheNextOneComes) {
   }
 }
 
-TEST_F(InterstitialOnScreenTest, ACreativeWithItsOwnControlHearsOfEveryShapeOfTheWindow) {
+// Its creative allows landscape only.
+TEST_F(InterstitialOnScreenTest, ACreativeOfOneOrientationKeepsItInEveryShapeOfTheWindow) {
   ASSERT_TRUE(show("interstitial-mraid"));
-  EXPECT_TRUE(showsPixel(width() - 25, 10, ownControl));
-  EXPECT_EQ(nameInCorner(), closeName) << "unseen but there";
   EXPECT_TRUE(becomes("mraid.isViewable()", "true"));
   const std::string size =
-      "mraid.getCurrentPosition().width + 'x' + mraid.getCurrentPosition().height";
-  EXPECT_TRUE(becomes(size, "360x640"));
-  EXPECT_EQ(controller_->supportedInterfaceOrientations(), landscapeOrientations);
-  for (const auto& [newWidth, newHeight] :
-       {std::pair{640, 360}, std::pair{700, 500}, std::pair{360, 640}}) {
-    SCOPED_TRACE(newWidth);
-    reshape(newWidth, newHeight);
-    EXPECT_TRUE(becomes(size, std::to_string(newWidth) + "x" + std::to_string(newHeight)));
-    EXPECT_TRUE(showsPixel(newWidth - 25, 10, ownControl));
-    EXPECT_TRUE(showsPixel(newWidth - 10, newHeight - 10, mraidPage));
-    EXPECT_TRUE(waitForCorner(closeName));
-    host().keepPicture("own-control-" + std::to_string(newWidth));
+      "mraid.getCurrentPosition().width + 'x' + mraid.getCurrentPosition().height + ' ' +"
+      "mraid.getScreenSize().width + 'x' + innerHeight";
+  const auto text = [](const Rect& place) {
+    const auto w = std::to_string(static_cast<int>(place.width));
+    const auto h = std::to_string(static_cast<int>(place.height));
+    return w + "x" + h + " " + w + "x" + h;
+  };
+  const std::pair<Size, Rect> shapes[] = {{{360, 640}, {0, 200, 360, 240}},
+                                          {{640, 360}, {0, 0, 640, 360}},
+                                          {{700, 500}, {0, 0, 700, 500}},
+                                          {{500, 700}, {0, 171, 500, 357}},
+                                          {{360, 640}, {0, 200, 360, 240}}};
+  bool listens = false;
+  for (const auto& [window, place] : shapes) {
+    SCOPED_TRACE(text(place));
+    reshape(static_cast<int>(window.width), static_cast<int>(window.height));
+    EXPECT_TRUE(becomes(size, text(place))) << evaluate(size);
+    const int top = static_cast<int>(place.y);
+    const int right = static_cast<int>(place.right());
+    EXPECT_TRUE(showsPixel(right - 25, top + 10, ownControl));
+    EXPECT_TRUE(showsPixel(right - 10, static_cast<int>(place.bottom()) - 10, mraidPage));
+    if (top > 0) {
+      EXPECT_TRUE(showsPixel(10, top - 10, colors::black));
+    }
+    EXPECT_EQ(buttonNameAt(host().window(), right - 20, top + 28), closeName) << "unseen but there";
+    host().keepPicture("one-orientation-" + std::to_string(width()));
+    if (!listens) {
+      evaluate(
+          "sizes = []; mraid.addEventListener('sizeChange', (w, h) => sizes.push(w + 'x' + h))");
+    }
+    listens = true;
   }
-  ASSERT_TRUE(pressCorner());
+  EXPECT_EQ(evaluate("sizes.join()"), "640x360,700x500,500x357,360x240");
+  auto& window = *gtk::rootViewControllerOf(host().window())->view()->window();
+  window.setOrientationFit(OrientationFit::turn);
+  reshape(400, 700);
+  EXPECT_TRUE(becomes(size, text({0, 0, 700, 400})));
+  EXPECT_TRUE(showsPixel(390, 675, ownControl));
+  host().keepPicture("one-orientation-turned");
+  ASSERT_TRUE(pressButtonAt(host().window(), 372, 680));
+  window.setOrientationFit(OrientationFit::letterbox);
   EXPECT_TRUE(showsHost());
   EXPECT_THAT(told_, ElementsAre("didLoad", "dismissed"));
 }

@@ -133,14 +133,16 @@ TEST_F(MraidActionsTest, TellsWhatTheMachineCanDo) {
   show("ad");
   EXPECT_EQ(evaluate(ask), "true,true,true,true,true,false");
   handlers.setRegistered("x-scheme-handler/sms", false);
+  handlers.setRegistered("text/calendar", false);
   ASSERT_TRUE(host().runUntil([] {
     return !XDeviceSupportProperties::defaultProperty(Runtime::current().platform())
                 .deviceSupportsSms;
   }));
   host().makeBanner();
   show("ad");
-  EXPECT_EQ(evaluate(ask), "false,true,true,true,true,false");
+  EXPECT_EQ(evaluate(ask), "false,true,false,true,true,false");
   handlers.setRegistered("x-scheme-handler/sms", true);
+  handlers.setRegistered("text/calendar", true);
 }
 
 TEST_F(MraidActionsTest, PlacesAreTrueInEveryState) {
@@ -196,19 +198,26 @@ TEST_F(MraidActionsTest, CustomCloseIsRememberedAndHidesOnlyThePicture) {
   }
 }
 
-TEST_F(MraidActionsTest, OrientationPropertiesKeepAnExpandedAdOnTheScreen) {
+TEST_F(MraidActionsTest, AForcedOrientationIsTheExpandedAdsOwn) {
   show("ad");
   tapAndDo("mraid.expand()");
   ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  for (const char* orientation : {"landscape", "portrait", "none"}) {
+  heard();
+  const std::pair<const char*, int> cases[] = {
+      {"landscape", 240}, {"portrait", height()}, {"none", height()}};
+  for (const auto& [orientation, tall] : cases) {
     evaluate("mraid.setOrientationProperties({ allowOrientationChange: false, forceOrientation: '" +
              std::string{orientation} + "' })");
     EXPECT_EQ(evaluate("JSON.stringify(mraid.getOrientationProperties())"),
               R"({"allowOrientationChange":false,"forceOrientation":")" + std::string{orientation} +
                   "\"}");
-    ASSERT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) != "no button"; }));
-    EXPECT_TRUE(becomesSized("expanded", width(), height()));
+    EXPECT_TRUE(becomesSized("expanded", width(), tall));
+    const int top = (height() - tall) / 2;
+    EXPECT_TRUE(host().runUntil([&] { return nameAt(width() - 15, top + 8 + 15) != "no button"; }));
+    host().keepPicture(std::string{"forced-"} + orientation);
   }
+  EXPECT_EQ(heard(), "sizeChange " + std::to_string(width()) + " 240\nsizeChange " +
+                         std::to_string(width()) + " " + std::to_string(height()));
   evaluate("mraid.close()");
   ASSERT_TRUE(becomesSized("default", 320, 50));
   EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));

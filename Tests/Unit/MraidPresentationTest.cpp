@@ -111,6 +111,18 @@ TEST_F(MraidPresentationTest, AnExpandedAdTakesTheFullScreenAgainAfterTheCalenda
   EXPECT_FALSE(platform_.application->statusBarHidden);
 }
 
+TEST_F(MraidPresentationTest, APageThatExpandsBeforeItIsThereReturnsAtItsSize) {
+  platform_.webViews->holdLoads = true;
+  showBeforeInit();
+  creative("init");
+  creative("expand");
+  EXPECT_EQ(page_->frame().size(), (Size{320, 480}));
+  page_->finishLoad();
+  settle();
+  EXPECT_TRUE(isHome());
+  EXPECT_EQ(page_->frame(), (Rect{0, 0, 320, 50}));
+}
+
 // Quirk: a creative hears of each new state twice, from the view and from the command.
 TEST_F(MraidPresentationTest, ExpandingAndClosingByTheCreative) {
   show();

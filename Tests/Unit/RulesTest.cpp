@@ -4,6 +4,7 @@
 #include "Headless/HeadlessRunLoop.h"
 #include "Rules/CookieRules.h"
 #include "Rules/HttpHops.h"
+#include "Rules/OrientationRules.h"
 #include "Rules/Playhead.h"
 #include "Rules/Presence.h"
 #include "Rules/WayToTarget.h"
@@ -175,6 +176,41 @@ TEST(PlayheadTest, WhileItSeeksItStandsWhereItGoes) {
   EXPECT_TRUE(head.ended(30, true, Seconds{11}));
   head.seekTo(5);
   EXPECT_FALSE(head.isAtEnd()) << "a seek leads away from the end";
+}
+
+TEST(OrientationRules, OneOrientationStandsInEveryWindow) {
+  constexpr auto portrait = InterfaceOrientation::portrait;
+  constexpr auto landscape = InterfaceOrientation::landscapeLeft;
+  struct Case {
+    Size window;
+    InterfaceOrientation orientation;
+    Rect letterbox;
+    bool turns;
+  };
+  const Case cases[] = {
+      {{360, 640}, portrait, {0, 0, 360, 640}, false},
+      {{640, 360}, landscape, {0, 0, 640, 360}, false},
+      {{360, 640}, landscape, {0, 200, 360, 240}, true},  // no narrower than 2 : 3
+      {{640, 360}, portrait, {200, 0, 240, 360}, true},
+      {{780, 800}, landscape, {0, 20, 780, 760}, true},  // as the window, turned
+      {{400, 400}, landscape, {0, 0, 400, 399}, false},  // a square counts as upright
+      {{0, 0}, landscape, {0, 0, 0, 0}, false},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(testing::PrintToString(test.window.width));
+    const Size& window = test.window;
+    const Rect turned{0, 0, window.height, window.width};
+    EXPECT_EQ(placeIn(window, test.orientation, OrientationFit::letterbox),
+              (ControllerPlace{test.letterbox, false}));
+    EXPECT_EQ(placeIn(window, test.orientation, OrientationFit::turn),
+              (ControllerPlace{test.turns ? turned : test.letterbox, test.turns}));
+  }
+  for (const auto asked : {portrait, landscape}) {
+    EXPECT_EQ(allowedOrientation(allOrientations, asked), asked);
+    EXPECT_EQ(allowedOrientation(0, asked), asked);
+    EXPECT_EQ(allowedOrientation(maskOf(portrait), asked), portrait);
+    EXPECT_EQ(allowedOrientation(landscapeOrientations, asked), landscape);
+  }
 }
 
 TEST(PresenceTest, TellsEachComingAndGoingOnce) {

@@ -3,6 +3,7 @@
 #include <tavo/TapRecognizer.h>
 #include <tavo/ViewController.h>
 
+#include "Scene/LayoutView.h"
 #include "Scene/Window.h"
 #include "Support/Testing.h"
 
@@ -205,6 +206,66 @@ TEST(ViewControllerTest, PresentedControllersFillTheWindowAndLeaveInOrder) {
       "dismissed",
   };
   EXPECT_EQ(log, expected);
+}
+
+// Counts the sizes of its view.
+class OneWayController : public ViewController {
+ public:
+  OrientationMask supported = landscapeOrientations;
+  int sizes = 0;
+  bool follows = true;
+  [[nodiscard]] bool shouldAutorotate() const override { return follows; }
+  [[nodiscard]] OrientationMask supportedInterfaceOrientations() const override {
+    return supported;
+  }
+
+ protected:
+  [[nodiscard]] std::shared_ptr<View> loadView() override {
+    auto view = std::make_shared<LayoutView>();
+    view->onLayout = [this] { ++sizes; };
+    return view;
+  }
+};
+
+TEST(ViewControllerTest, AControllerOfOneOrientationKeepsItInEveryWindow) {
+  const auto window = std::make_shared<Window>(Rect{0, 0, 360, 640});
+  const auto root = std::make_shared<ViewController>();
+  window->setRootViewController(root);
+  const auto wide = std::make_shared<OneWayController>();
+  root->presentViewController(wide, Animated::no);
+  const Rect letterbox{0, 200, 360, 240};
+  EXPECT_EQ(wide->view()->frame(), letterbox);
+  EXPECT_EQ(wide->sizes, 1);
+  EXPECT_EQ(window->interfaceSize(), letterbox.size());
+  EXPECT_EQ(window->hitTest({180, 100}), window->subviews()[1].get()) << "the bars take touches";
+  window->setFrame({0, 0, 360, 700});
+  EXPECT_EQ(wide->view()->frame(), (Rect{0, 230, 360, 240}));
+  EXPECT_EQ(wide->sizes, 1) << "only its place has changed";
+  window->setFrame({0, 0, 640, 360});
+  EXPECT_EQ(wide->view()->frame(), window->bounds());
+  EXPECT_EQ(window->subviews().size(), 2U);
+  wide->supported = allOrientations;
+  wide->follows = false;
+  window->setFrame({0, 0, 360, 640});
+  EXPECT_EQ(wide->view()->frame(), letterbox) << "it stays as it stood";
+  wide->follows = true;
+  wide->orientationRulesDidChange();
+  EXPECT_EQ(wide->view()->frame(), window->bounds());
+  root->dismissViewController(Animated::no);
+  EXPECT_EQ(window->subviews().size(), 1U);
+}
+
+TEST(ViewTest, ATurnedViewTakesTouchesWhereItIsDrawn) {
+  const auto root = view({0, 0, 300, 600});
+  const auto turned = view({0, 0, 600, 300});
+  const auto corner = view({0, 0, 50, 20});  // drawn at the top right, 20 wide and 50 high
+  turned->setTurned(true);
+  root->addSubview(turned);
+  turned->addSubview(corner);
+  EXPECT_EQ(corner->convertTo(root.get(), corner->bounds()), (Rect{280, 0, 20, 50}));
+  EXPECT_EQ(root->hitTest({290, 40}), corner.get());
+  EXPECT_EQ(root->hitTest({290, 60}), turned.get());
+  EXPECT_EQ(root->hitTest({10, 590}), turned.get());
 }
 
 TEST(ViewControllerTest, ADismissalMayBeAskedForAgainWhileItIsUnderWay) {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <tavo/InterfaceOrientation.h>
 #include <tavo/Limits.h>
 #include <tavo/Platform.h>
 
@@ -25,6 +26,8 @@ struct GtkPlatformOptions {
   // with an absolute path, and not in a program with more rights than whoever started it. It runs
   // inside the host, with all the host's rights.
   std::string adNetworkLibrary{};
+  // How ads that allow one orientation only are shown in a window of the other shape.
+  OrientationFit orientationFit = OrientationFit::letterbox;
   // The bounds of everything that comes from the network; the runtime's, too.
   Limits limits{};
 };

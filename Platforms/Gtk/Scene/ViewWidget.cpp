@@ -19,6 +19,8 @@ namespace tavo::gtk {
 
 namespace {
 
+constexpr float quarter = 90;  // degrees
+
 // An offset may lie far outside the parent; only its size is a burden to the toolkit.
 int offset(double position) {
   constexpr double farthest = 1'000'000;
@@ -183,9 +185,14 @@ void ViewWidget::allocateChild(const View& view, Gtk::Widget& child) {
   int baseline = 0;
   child.measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, baseline, baseline);
   child.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, baseline, baseline);
-  child.size_allocate({offset(frame.x - origin_.x), offset(frame.y - origin_.y),
-                       bearable(frame.width), bearable(frame.height)},
-                      -1);
+  const int x = offset(frame.x - origin_.x);
+  const int y = offset(frame.y - origin_.y);
+  const int width = bearable(frame.width);
+  const int height = bearable(frame.height);
+  if (!view.isTurned()) return child.size_allocate({x, y, width, height}, -1);
+  const graphene_point_t corner{static_cast<float>(x + height), static_cast<float>(y)};
+  auto* turn = gsk_transform_rotate(gsk_transform_translate(nullptr, &corner), quarter);
+  gtk_widget_allocate(child.gobj(), width, height, -1, turn);
 }
 
 void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {

@@ -5,6 +5,7 @@
 
 #include "Gtk/Guarded.h"
 #include "Gtk/Scene/SlotContainer.h"
+#include "Rules/OrientationRules.h"
 
 namespace tavo::gtk {
 
@@ -70,8 +71,9 @@ void WindowScene::followSurface() {
 void WindowScene::resized(int width, int height) {
   const Rect frame{0, 0, static_cast<double>(width), static_cast<double>(height)};
   if (frame == window_->frame()) return;
+  const auto before = orientationOf(window_->interfaceSize());
   window_->setFrame(frame);
-  events_.resized(*this);
+  events_.resized(*this, before);
 }
 
 bool WindowScene::isShown() const {

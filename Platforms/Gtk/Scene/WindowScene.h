@@ -24,7 +24,7 @@ class WindowScene : private View::Listener {
  public:
   // What the window does, for whoever keeps the windows together.
   struct Events {
-    std::function<void(WindowScene&)> resized{};
+    std::function<void(WindowScene&, InterfaceOrientation before)> resized{};  // of the interface
     std::function<void(WindowScene&)> activated{};
     std::function<void(WindowScene&)> visibilityChanged{};
   };

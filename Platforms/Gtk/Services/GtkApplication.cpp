@@ -8,14 +8,16 @@
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/Guarded.h"
+#include "Rules/OrientationRules.h"
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
 
 GtkApplication::GtkApplication(std::shared_ptr<NotificationCenter> notifications,
-                               double longestSide)
+                               double longestSide, OrientationFit fit)
     : notifications_{std::move(notifications)},
       longestSide_{longestSide},
+      fit_{fit},
       systemEvents_{
           {.screenLocked = [this](bool locked) { post(presence_.screenLocked(locked)); },
            .memoryIsLow =
@@ -24,14 +26,14 @@ GtkApplication::~GtkApplication() = default;
 
 WindowScene::Events GtkApplication::events() {
   return {.resized =
-              [this](WindowScene&) {
-                updateOrientation();
+              [this](WindowScene&, InterfaceOrientation before) {
+                updateOrientation(before);
                 notifications_->post(notifications::windowSizeDidChange);
               },
           .activated =
               [this](WindowScene& scene) {
                 lastActive_ = &scene.nativeWindow();
-                updateOrientation();
+                updateOrientation(orientation_);
               },
           .visibilityChanged = [this](WindowScene&) { updateVisibility(); }};
 }
@@ -41,8 +43,9 @@ std::shared_ptr<WindowScene> GtkApplication::sceneOf(Gtk::Window& window) {
     if (&scene->nativeWindow() == &window) return scene;
   }
   scenes_.push_back(std::make_shared<WindowScene>(window, longestSide_, events()));
+  scenes_.back()->window()->setOrientationFit(fit_);
   window.signal_destroy().connect(guardedSlot([this, &window] { drop(window); }));
-  updateOrientation();
+  updateOrientation(orientation_);
   updateVisibility();
   return scenes_.back();
 }
@@ -75,19 +78,23 @@ Gtk::Window* GtkApplication::keyNativeWindow() const {
   return scene == nullptr ? nullptr : &scene->nativeWindow();
 }
 
-void GtkApplication::updateOrientation() {
+InterfaceOrientation GtkApplication::statusBarOrientation() const {
+  const auto window = keyWindow();
+  const auto now = window ? orientationOf(window->interfaceSize()) : InterfaceOrientation::unknown;
+  return now == InterfaceOrientation::unknown ? orientation_ : now;
+}
+
+void GtkApplication::updateOrientation(InterfaceOrientation before) {
   const auto window = keyWindow();
   if (!window || window->frame().empty()) return;
-  const Rect& frame = window->frame();
-  const auto now = frame.width > frame.height ? InterfaceOrientation::landscapeLeft
-                                              : InterfaceOrientation::portrait;
-  if (now == orientation_) return;
-  const auto before = std::exchange(orientation_, now);
+  const auto now = orientationOf(window->frame().size());
+  if (now == std::exchange(orientation_, now)) return;
   notifications_->post(notifications::deviceOrientationDidChange);
   ViewController* top = window->topViewController();
-  if (top == nullptr) return;
+  // What keeps its orientation has not rotated, whatever its window did.
+  if (top == nullptr || statusBarOrientation() == before) return;
   const auto held = top->shared_from_this();
-  // A window has the shape that its user gives it, whatever the answer; videos make ready for it.
+  // Videos make ready for the new shape inside the question.
   (void)held->shouldAutorotate();
   held->didRotateFromInterfaceOrientation(before);
 }

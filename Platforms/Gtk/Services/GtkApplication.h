@@ -20,8 +20,9 @@ namespace tavo::gtk {
 class GtkApplication : public Application {
  public:
   // The notifications are posted to `notifications`; no widget is made larger than `longestSide`
-  // points a side.
-  GtkApplication(std::shared_ptr<NotificationCenter> notifications, double longestSide);
+  // points a side. `fit` is for controllers that allow one orientation only.
+  GtkApplication(std::shared_ptr<NotificationCenter> notifications, double longestSide,
+                 OrientationFit fit = OrientationFit::letterbox);
   ~GtkApplication() override;
 
   // The scene of a window of the host's, made on the first call and kept until the window is
@@ -33,8 +34,9 @@ class GtkApplication : public Application {
 
   [[nodiscard]] std::vector<std::shared_ptr<Window>> windows() const override;
   [[nodiscard]] std::shared_ptr<Window> keyWindow() const override;
-  // By the shape of the key window: wider than high is landscape.
-  [[nodiscard]] InterfaceOrientation statusBarOrientation() const override { return orientation_; }
+  // By the shape of what full-screen content covers in the key window: wider than high is
+  // landscape.
+  [[nodiscard]] InterfaceOrientation statusBarOrientation() const override;
   [[nodiscard]] Rect statusBarFrame() const override { return {}; }
   [[nodiscard]] bool isStatusBarHidden() const override { return statusBarHidden_; }
   void setStatusBarHidden(bool hidden, StatusBarAnimation animation) override;
@@ -46,7 +48,8 @@ class GtkApplication : public Application {
  private:
   [[nodiscard]] WindowScene::Events events();
   [[nodiscard]] WindowScene* keyScene() const;
-  void updateOrientation();
+  // `before`: that of the interface.
+  void updateOrientation(InterfaceOrientation before);
   void updateVisibility();
   void post(const Presence::Due& due) const;
   void drop(const Gtk::Window& window);
@@ -56,7 +59,8 @@ class GtkApplication : public Application {
   UrlHandlers urls_{UrlHandlers::surroundings()};
   std::vector<std::shared_ptr<WindowScene>> scenes_;
   const Gtk::Window* lastActive_ = nullptr;
-  InterfaceOrientation orientation_ = InterfaceOrientation::portrait;
+  const OrientationFit fit_;
+  InterfaceOrientation orientation_ = InterfaceOrientation::portrait;  // of the key window
   bool statusBarHidden_ = false;
   Presence presence_;
   GtkSystemEvents systemEvents_;

@@ -27,7 +27,8 @@ Rect upright(double width, double height) {
 Rect GtkScreen::bounds() const {
   const auto window = application_->keyWindow();
   if (window && !window->frame().empty()) {
-    return upright(window->frame().width, window->frame().height);
+    const Size size = window->interfaceSize();
+    return upright(size.width, size.height);
   }
   const auto monitor = firstMonitor();
   if (!monitor) return {};

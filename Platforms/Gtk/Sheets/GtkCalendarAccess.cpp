@@ -14,6 +14,10 @@ Error failure(std::string description) {
   return {std::string{calendarErrorDomain}, 1, std::move(description)};
 }
 
+Glib::RefPtr<Gio::AppInfo> calendarApplication() {
+  return Gio::AppInfo::get_default_for_type("text/calendar", false);
+}
+
 // Hands the file to the user's calendar; false when it does not start.
 bool openFile(const Glib::RefPtr<Gio::AppInfo>& application, const std::string& path) {
   const GText uri{g_filename_to_uri(path.c_str(), nullptr, nullptr)};
@@ -32,6 +36,11 @@ std::string GtkCalendarAccess::defaultFolder(const std::string& applicationId) {
   return textOf(path.get());
 }
 
+std::optional<CalendarAuthorization> GtkCalendarAccess::authorization() const {
+  if (calendarApplication()) return std::nullopt;
+  return CalendarAuthorization::restricted;
+}
+
 void GtkCalendarAccess::requestAccess(std::function<void(bool)> answered) {
   runLoop_->post([answered = std::move(answered)] { answered(true); });
 }
@@ -42,7 +51,7 @@ void GtkCalendarAccess::save(const CalendarEvent& event,
 }
 
 std::optional<Error> GtkCalendarAccess::saveNow(const CalendarEvent& event) {
-  const auto application = Gio::AppInfo::get_default_for_type("text/calendar", false);
+  const auto application = calendarApplication();
   if (!application) return failure("There is no calendar application.");
   const GText identifier{g_uuid_string_random()};
   std::string reason;

@@ -12,8 +12,8 @@ namespace tavo::gtk {
 inline constexpr std::string_view calendarErrorDomain = "com.CorvaneTAVO.calendar";
 
 // The calendar of a desktop, reached as every application reaches it: an event goes as a file to
-// the application that the user has for calendars. Desktops know no permission for that; the editor
-// in which the user saves the event is the question.
+// the application that the user has for calendars; without one the calendar is restricted. Desktops
+// know no permission for that; the editor in which the user saves the event is the question.
 class GtkCalendarAccess : public CalendarAccess {
  public:
   // Event files are written into `folder`.
@@ -23,9 +23,7 @@ class GtkCalendarAccess : public CalendarAccess {
   // The user's cache folder for the application: an event file is only a messenger.
   [[nodiscard]] static std::string defaultFolder(const std::string& applicationId);
 
-  [[nodiscard]] std::optional<CalendarAuthorization> authorization() const override {
-    return std::nullopt;
-  }
+  [[nodiscard]] std::optional<CalendarAuthorization> authorization() const override;
   [[nodiscard]] bool canRequestAccess() const override { return true; }
   void requestAccess(std::function<void(bool)> answered) override;
   void save(const CalendarEvent& event,

@@ -334,6 +334,8 @@ void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProp
   adopt(webView);
   const auto controller = expandedViewController();
   controller->allowRotation = properties.allowOrientationChange;
+  if (properties.forceOrientation == ForceOrientation::none)
+    controller->orientationRulesDidChange();
   if (host_.placementType() == PlacementType::inlined) {
     if (properties.forceOrientation == ForceOrientation::landscape) {
       controller->forceRotateToInterfaceOrientation(InterfaceOrientation::landscapeLeft);
@@ -396,6 +398,7 @@ void MraidPresentation::webViewLeavesScreen(const PageRef& webView) {
   undoResize();
   flags_.adExpanded = false;
   if (emitter_) emitter_->setState(MRAIDState::normal, nullptr);
+  if (webView) webView->setFrame(host_.sceneView().bounds());
   if (wasExpanded) host_.adDidCollapse();
 }
 

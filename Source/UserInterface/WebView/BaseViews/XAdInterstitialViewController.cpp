@@ -108,6 +108,7 @@ void XAdInterstitialViewController::setOrientationPropertiesWith(
     const XMRAIDOrientationProperties& properties) {
   const OperationLog log{"-[XAdInterstitialViewController setOrientationPropertiesWith:]"};
   core_->rotation().setRules(properties);
+  orientationRulesDidChange();
 }
 
 bool XAdInterstitialViewController::shouldAutorotate() const {
