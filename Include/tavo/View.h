@@ -98,8 +98,8 @@ class View : public std::enable_shared_from_this<View> {
   // True for the view itself and everything below it.
   [[nodiscard]] bool isDescendantOf(const View& ancestor) const;
 
-  // Whether the view is drawn turned to the right by a quarter: its frame's corner is the place's, and
-  // its sides are swapped there. Off at first.
+  // Whether the view is drawn turned to the right by a quarter: its frame's corner is the place's,
+  // and its sides are swapped there. Off at first.
   [[nodiscard]] bool isTurned() const { return turned_; }
   void setTurned(bool turned);
 

@@ -67,8 +67,8 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   ModalTransition modalTransitionStyle = ModalTransition::coverVertical;
 
   // Orientation rules of a presented controller: what it supports is asked when it is presented and
-  // when the window turns, whether it follows then too. One that allows a single way stands that way in every window, in a part of it with bars
-  // beside or turned, as the platform is set.
+  // when the window turns, whether it follows then too. One that allows a single way stands that
+  // way in every window, in a part of it with bars beside or turned, as the platform is set.
   [[nodiscard]] virtual bool shouldAutorotate() const { return true; }
   [[nodiscard]] virtual OrientationMask supportedInterfaceOrientations() const {
     return allOrientations;

@@ -68,9 +68,8 @@ std::string userAgent(const GtkPlatformOptions& options) {
 }
 
 void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
-  const auto application =
-      std::make_shared<GtkApplication>(platform.notifications, platform.limits.widgetSide,
-                                       options.orientationFit);
+  const auto application = std::make_shared<GtkApplication>(
+      platform.notifications, platform.limits.widgetSide, options.orientationFit);
   platform.application = application;
   platform.screen = std::make_shared<GtkScreen>(application);
   platform.alerts = std::make_shared<GtkAlerts>(platform.runLoop, application);

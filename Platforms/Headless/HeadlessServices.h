@@ -45,7 +45,8 @@ class HeadlessDevice : public Device {
  public:
   [[nodiscard]] std::string model() const override { return "Headless"; }
   [[nodiscard]] std::string hardwareMachine() const override { return "Headless1,1"; }
-  [[nodiscard]] std::string systemVersion() const override { return version; }
+  [[nodiscard]] std::string systemVersion() const override { return "3.18"; }
+  [[nodiscard]] std::string contractVersion() const override { return version; }
   [[nodiscard]] std::string applicationVersion() const override { return "1.0"; }
   [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return {"en"}; }
   [[nodiscard]] std::string localeIdentifier() const override { return "en_US"; }

@@ -318,6 +318,8 @@ void XAdManager::playVideo(const std::string& document) {
   log.debug("\n\nLoading Vast Ad...");
   const Relay relay{*this};
   videoImpression_ = impression_;
+  const auto view = adView_.lock();
+  isVastInterestitial = view && view->mobileAdTypes() == MobileAdTypes::interstitial;
   vastRoad_ = VastRoad::create(environment_,
                                {.adView = adView_,
                                 .moviePlayerInstance = moviePlayerInstance,

@@ -34,6 +34,8 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   Observer<XAdManagerDelegate> delegate;
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
   std::shared_ptr<MoviePlayer> moviePlayerInstance;  // the host's, which a pre-roll borrows
+  bool isVastInterestitial = false;  // the last film that was asked for has the whole screen
+  Url adUrl;                         // kept for whoever sets it
 
   // Asks the server for an ad. Every outcome reaches the delegate; offline it does so inside this
   // call.

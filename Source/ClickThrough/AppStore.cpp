@@ -44,10 +44,10 @@ std::optional<std::int64_t> applicationIdentifier(const Url& url) {
 
 std::optional<std::int64_t> storeApplication(const HttpResult& result,
                                              const AppStoreConfiguration& store,
-                                             std::string_view systemVersion) {
+                                             std::string_view contractVersion) {
   constexpr int cut = static_cast<int>(TransportError::bodyTooLarge);
   const bool arrived = result.response && (!result.error || result.error->code == cut);
-  if (!arrived || !isAppStoreHost(result.response->url, store) || !hasStoreSheet(systemVersion)) {
+  if (!arrived || !isAppStoreHost(result.response->url, store) || !hasStoreSheet(contractVersion)) {
     return std::nullopt;
   }
   const auto identifier = applicationIdentifier(result.response->url);
@@ -61,9 +61,9 @@ Url productPage(std::int64_t identifier, const AppStoreConfiguration& store) {
   return Url::fromText(store.productPagePrefix + std::to_string(identifier));
 }
 
-bool hasStoreSheet(std::string_view systemVersion) {
+bool hasStoreSheet(std::string_view contractVersion) {
   constexpr std::int64_t firstVersion = 6;
-  return leadingInteger(systemVersion) >= firstVersion;
+  return leadingInteger(contractVersion) >= firstVersion;
 }
 
 }  // namespace tavo

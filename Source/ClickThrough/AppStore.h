@@ -25,12 +25,12 @@ namespace tavo {
 // that names no application (which is logged), and on systems without a sheet for it.
 [[nodiscard]] std::optional<std::int64_t> storeApplication(const HttpResult& result,
                                                            const AppStoreConfiguration& store,
-                                                           std::string_view systemVersion);
+                                                           std::string_view contractVersion);
 
 // The page of an application in the store.
 [[nodiscard]] Url productPage(std::int64_t identifier, const AppStoreConfiguration& store);
 
 // The systems that have a sheet for store pages: version 6 and later.
-[[nodiscard]] bool hasStoreSheet(std::string_view systemVersion);
+[[nodiscard]] bool hasStoreSheet(std::string_view contractVersion);
 
 }  // namespace tavo

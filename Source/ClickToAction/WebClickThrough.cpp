@@ -79,7 +79,7 @@ void WebClickThrough::resolved(const HttpResult& result, const Url& url) {
   const auto held = view_.hold();
   if (!held) return;
   const auto application = storeApplication(result, environment_->shared<AppStoreConfiguration>(),
-                                            environment_->platform().device->systemVersion());
+                                            environment_->platform().device->contractVersion());
   if (application) return store_->show(*application);
   presentInAppBrowserWithViewController(browserPresenter(), url);
 }
@@ -126,7 +126,7 @@ void WebClickThrough::presentInAppBrowserWithViewController(ViewController* cont
   const auto held = controller->shared_from_this();
   view_.willOpenInInAppBrowser();
   // Quirk: this one version lays the browser out below a status bar that it cannot see.
-  if (platform.device->systemVersion() == "7.0") {
+  if (platform.device->contractVersion() == "7.0") {
     platform.application->setStatusBarHidden(true, StatusBarAnimation::fade);
   }
   sheets_.present(*held, browser);

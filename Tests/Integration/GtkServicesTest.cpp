@@ -152,6 +152,7 @@ TEST_F(GtkMachine, DescribeTheMachine) {
   EXPECT_FALSE(device.model().empty());
   EXPECT_FALSE(device.hardwareMachine().empty());
   EXPECT_TRUE(g_ascii_isdigit(device.systemVersion().front()));
+  EXPECT_GE(std::stoi(device.contractVersion()), 8) << "whatever the distribution's number";
   EXPECT_FALSE(device.preferredLanguages().empty());
   EXPECT_GE(device.localeIdentifier().size(), 2U);
 }

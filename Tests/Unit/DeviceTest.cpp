@@ -101,7 +101,7 @@ TEST_F(Device, TellsWhatThePlatformTells) {
   EXPECT_EQ(information->deviceCurrentLanguage(), "en");
   EXPECT_EQ(information->countryCode(), "en_US");
   EXPECT_EQ(information->deviceModel(), "Headless");
-  EXPECT_EQ(information->systemVersion(), "12.0");
+  EXPECT_EQ(information->systemVersion(), "3.18");
   EXPECT_EQ(information->appVersion(), "1.0");
   EXPECT_EQ(hardwareDeviceName(), "Headless1,1");
 }

@@ -18,6 +18,8 @@ class GtkDevice : public Device {
   [[nodiscard]] std::string model() const override;
   [[nodiscard]] std::string hardwareMachine() const override;
   [[nodiscard]] std::string systemVersion() const override;
+  // Sheets of applications, turned bounds, pages that hear of rotations: all there.
+  [[nodiscard]] std::string contractVersion() const override { return "12.0"; }
   [[nodiscard]] std::string applicationVersion() const override { return applicationVersion_; }
   [[nodiscard]] std::vector<std::string> preferredLanguages() const override;
   [[nodiscard]] std::string localeIdentifier() const override;

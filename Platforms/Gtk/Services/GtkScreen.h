@@ -8,9 +8,9 @@
 
 namespace tavo::gtk {
 
-// What full-screen content may cover: the key window of the host, or the part of it that a presented
-// controller of one orientation has. Before there is one, the first
-// monitor. Main thread only.
+// What full-screen content may cover: the key window of the host, or the part of it that a
+// presented controller of one orientation has. Before there is one, the first monitor. Main thread
+// only.
 class GtkScreen : public Screen {
  public:
   explicit GtkScreen(std::shared_ptr<Application> application)

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <tavo/Error.h>
+#include <tavo/Geometry.h>
 #include <tavo/Url.h>
 #include <tavo/WebView.h>
 
@@ -20,6 +21,9 @@ struct WebViewAgentDelegate {
   std::function<void(const Error&)> webViewAgentDidFailWithError{};
   // The creative opened an address of the host's own scheme.
   std::function<void(const Url&)> webViewOpenCustomURL{};
+  // Never told: the ad view itself reports that it has expanded or collapsed.
+  std::function<void(const Rect& frame)> webViewAgentDidExpandAdToFrame{};
+  std::function<void(const Rect& frame)> webViewAgentDidCollapseAdToFrame{};
 };
 
 }  // namespace tavo

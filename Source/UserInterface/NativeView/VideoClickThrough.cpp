@@ -37,7 +37,7 @@ void VideoClickThrough::resolved(const Url& url, const HttpResult& result) {
   const auto held = shared_from_this();
   if (result.response) platformLog(result.response->url.text());
   const auto application = storeApplication(result, environment_->shared<AppStoreConfiguration>(),
-                                            environment_->platform().device->systemVersion());
+                                            environment_->platform().device->contractVersion());
   if (application) return storeSheet().show(*application);
   presentBrowser(url);
 }
@@ -53,7 +53,7 @@ void VideoClickThrough::presentBrowser(const Url& url) {
   browser_ = browser;
   browser->setURL(url);
   // Quirk: this one version lays the browser out below a status bar that it cannot see.
-  if (platform.device->systemVersion() == "7.0") {
+  if (platform.device->contractVersion() == "7.0") {
     platform.application->setStatusBarHidden(true, StatusBarAnimation::fade);
   }
   events_.willOpenInAppBrowser();

@@ -7,9 +7,9 @@
 
 namespace tavo {
 
-std::string rotationScript(InterfaceOrientation orientation, const std::string& systemVersion) {
+std::string rotationScript(InterfaceOrientation orientation, const std::string& contractVersion) {
   constexpr int lastDeafVersion = 4;
-  if (leadingWholeNumber(systemVersion) > lastDeafVersion) return {};
+  if (leadingWholeNumber(contractVersion) > lastDeafVersion) return {};
   constexpr std::array angles{180, 0, 180, 90, -90};
   const auto index = static_cast<std::size_t>(orientation);
   const int angle = index < angles.size() ? angles.at(index) : 0;
@@ -20,7 +20,7 @@ std::string rotationScript(InterfaceOrientation orientation, const std::string& 
 
 void tellRotation(const std::shared_ptr<WebView>& page, InterfaceOrientation orientation,
                   const Device& device) {
-  const auto script = rotationScript(orientation, device.systemVersion());
+  const auto script = rotationScript(orientation, device.contractVersion());
   if (page && !script.empty()) page->evaluate(script);
 }
 

@@ -19,10 +19,10 @@ bool isPage(const Url& url) {
 }  // namespace
 
 PageVerdict judgePage(const Navigation& navigation, const AppStoreConfiguration& store,
-                      std::string_view systemVersion) {
+                      std::string_view contractVersion) {
   const Url& url = navigation.url;
   if (endsWithAppStoreHost(url, store)) {
-    if (!hasStoreSheet(systemVersion)) return LeaveApplication{};
+    if (!hasStoreSheet(contractVersion)) return LeaveApplication{};
     if (const auto application = applicationIdentifier(url)) return ShowInStore{*application};
     return NowhereInStore{};
   }

@@ -28,6 +28,6 @@ using PageVerdict = std::variant<LoadPage, ShowInStore, NowhereInStore, LeaveApp
 
 [[nodiscard]] PageVerdict judgePage(const Navigation& navigation,
                                     const AppStoreConfiguration& store,
-                                    std::string_view systemVersion);
+                                    std::string_view contractVersion);
 
 }  // namespace tavo

@@ -302,7 +302,7 @@ bool XInAppBrowser::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
   }
   return std::visit([&](const auto& verdict) { return carryOut(verdict, navigation.url); },
                     judgePage(navigation, environment_->shared<AppStoreConfiguration>(),
-                              environment_->platform().device->systemVersion()));
+                              environment_->platform().device->contractVersion()));
 }
 
 bool XInAppBrowser::carryOut(const LoadPage& /*verdict*/, const Url& /*url*/) { return true; }
