@@ -54,6 +54,13 @@ struct Limits {
   int webProcessReloadsPerMinute = 3;
   Seconds pageTimeout{60};  // a page that never finishes
   int pageRefreshes = 5;    // reloads that a page asks for itself
+  // Budgets of a page that no person touches; a touch makes them begin anew. The processor's are
+  // those of one web process, which the pages of several slots share: it is paused, and ended
+  // `webProcessPing` later. Bytes are counted as they come over the wire.
+  std::size_t pageBytes = std::size_t{256} * 1024 * 1024;
+  Seconds pageProcessorTime{50};  // of processor time, in any
+  Seconds pageProcessorWindow{60};
+  Seconds pageProcessorTotal{0};  // of processor time in all; 0: as much as it likes
   double commandsPerSecond = 50;
   int commandBurst = 1'500;
   double leavingActionsPerSecond = 1;  // actions that leave the application, without a tap
@@ -62,6 +69,15 @@ struct Limits {
 
   // Geometry handed to the toolkit, points a side.
   double widgetSide = 8'192;
+
+  // Sets the budgets of a page to those at which browsers unload heavy ads. The host hears which of
+  // them an ad has passed as the code of its failure, `webPageNetworkError` and those after it.
+  void unloadHeavyAds() {
+    pageBytes = std::size_t{4} * 1024 * 1024;
+    pageProcessorTime = Seconds{15};
+    pageProcessorWindow = Seconds{30};
+    pageProcessorTotal = Seconds{60};
+  }
 };
 
 }  // namespace tavo

@@ -43,6 +43,11 @@ inline constexpr const char* blankPage = "about:blank";
 inline constexpr int cannotShowUrlError = 101;
 inline constexpr int webProcessGoneError = 1101;
 inline constexpr int webEngineUnavailableError = 1102;
+// A page was ended because it had passed a budget and no person had touched it: the bytes that it
+// may fetch, the processor time in a window of time, and that in all. Limits.h has the budgets.
+inline constexpr int webPageNetworkError = 1103;
+inline constexpr int webPageProcessorPeakError = 1104;
+inline constexpr int webPageProcessorTotalError = 1105;
 inline constexpr std::string_view webErrorDomain = "WebKitErrorDomain";
 
 // Hears what a web view does. Calls arrive on the main thread, never inside a call to the web view.

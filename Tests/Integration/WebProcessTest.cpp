@@ -42,24 +42,67 @@ TEST_F(WebProcessTest, EndsAScriptThatLoopsWhenNobodyAsks) {
   }
 }
 
-// Longer than an evaluation is waited for, but something arrives all the while.
-TEST_F(WebProcessTest, APageAtWorkHasMoreTimeButNotForEver) {
-  const std::string sends = R"js((milliseconds) => {
+TEST_F(WebProcessTest, APageThatDoesNotAnswerIsEndedWhateverItAsks) {
+  Page page{{.ownProcess = true}};
+  page.load("<html><body></body></html>");
+  page.view->evaluate(R"js((() => {
     const pause = (end) => { while (Date.now() < end); };
-    for (const end = Date.now() + milliseconds; Date.now() < end; pause(Date.now() + 50)) {
+    for (const end = Date.now() + 4000; Date.now() < end; pause(Date.now() + 50)) {
       const frame = document.createElement('iframe');
       frame.src = 'mraid://Command';
       document.body.appendChild(frame);
       frame.remove();
     }
-    return 'done';
-  })js";
-  Page page{{.ownProcess = true}};
-  page.load("<html><body></body></html>");
-  EXPECT_EQ(page.evaluate("(" + sends + ")(4000)"), "done");
-  page.view->evaluate("(" + sends + ")(1e9)", [](const std::string&) {});
+    location.href = 'mraid://done';
+  })())js",
+                      [](const std::string&) {});
   EXPECT_TRUE(runUntil([&] { return page.client->count("gone 1101") == 1; }));
+  EXPECT_THAT(page.client->commands, testing::Not(testing::Contains("mraid://done")));
 }
+
+struct Budget {
+  const char* name;
+  void (*set)(Limits&);
+  const char* script;
+  const char* end;
+};
+
+class WebBudgetTest : public WebPageTest, public testing::WithParamInterface<Budget> {};
+
+TEST_P(WebBudgetTest, APageThatPassesItIsEnded) {
+  HostileServer server;
+  server.on("/big", PlainAnswer{.body = std::string(3'000'000, 'x'), .contentType = "text/plain"});
+  Limits limits = impatience();
+  GetParam().set(limits);
+  gtk::GtkWebModule module{webServices(limits)};
+  Page page{{.ownProcess = true}, {0, 0, 320, 50}, module};
+  page.load("<html><body></body></html>", urlOf(server, "/"));
+  page.view->evaluate(GetParam().script);
+  ASSERT_TRUE(runUntil([&] { return page.client->events.size() == 3; }));
+  EXPECT_EQ(page.client->events.back(), GetParam().end);
+}
+
+constexpr const char* loopingWorkers = R"js(for (let count = 0; count < 4; ++count) {
+  new Worker(URL.createObjectURL(new Blob(['for (;;);'])));
+})js";
+
+INSTANTIATE_TEST_SUITE_P(
+    , WebBudgetTest,
+    testing::Values(
+        Budget{"processorInAWindow", [](Limits& limits) { limits.pageProcessorTime = Seconds{3}; },
+               loopingWorkers, "gone 1104"},
+        Budget{"processorInAll", [](Limits& limits) { limits.pageProcessorTotal = Seconds{3}; },
+               loopingWorkers, "gone 1105"},
+        Budget{"network", [](Limits& limits) { limits.pageBytes = 2'000'000; },
+               "fetch('/big').then((answer) => answer.text())", "gone 1103"},
+        // It is too busy to look at itself.
+        Budget{"memory",
+               [](Limits& limits) {
+                 limits.webProcessPing = Seconds{300};
+                 limits.webProcessMegabytes = 300;
+               },
+               "let all = []; for (;;) all.push(new Uint8Array(1e6).fill(1))", "gone 1101"}),
+    [](const auto& test) { return test.param.name; });
 
 // It answers, but later and later: each frame is a question to the policy, and one to the page.
 TEST_F(WebProcessTest, APageThatIsBusyWithFramesForEverIsEnded) {
@@ -134,6 +177,10 @@ TEST_F(WebProcessTest, APageThatKeepsDyingIsNotStartedForEver) {
 }
 
 TEST_F(WebProcessTest, SlotsShareAProcessAndOwnProcessesAreNotShared) {
+  for (const int id : webProcesses()) kill(id, SIGKILL);
+  ASSERT_TRUE(runUntil([] { return webProcesses().empty(); })) << "those of other tests";
+  Page any;
+  any.load("<html><body>any</body></html>");
   Page first;
   first.load("<html><body>first</body></html>");
   const auto before = webProcesses();
@@ -142,7 +189,7 @@ TEST_F(WebProcessTest, SlotsShareAProcessAndOwnProcessesAreNotShared) {
   EXPECT_EQ(webProcesses(), before);
   Page own{{.ownProcess = true}};
   own.load("<html><body>own</body></html>");
-  EXPECT_GT(webProcesses().size(), before.size());
+  EXPECT_EQ(webProcesses().size(), before.size() + 1);
 }
 
 }  // namespace

@@ -95,26 +95,33 @@ inline const std::shared_ptr<gtk::GtkCookieStore>& cookies() {
   return store;
 }
 
+inline gtk::GtkWebModule::Services webServices(const Limits& limits) {
+  return {.runLoop = loop(),
+          .userDefaults = std::make_shared<Defaults>(),
+          .log = std::make_shared<headless::HeadlessLog>(),
+          .cookies = cookies(),
+          .limits = limits};
+}
+
+inline Limits impatience() {
+  Limits limits;
+  limits.webProcessPing = Seconds{1.5};
+  limits.webProcessWatch = Seconds{0.5};
+  limits.pageTimeout = Seconds{6};
+  return limits;
+}
+
 // One factory for all tests of this process, as in a host.
 inline gtk::GtkWebModule& factory() {
-  static gtk::GtkWebModule module{{.runLoop = loop(),
-                                   .userDefaults = std::make_shared<Defaults>(),
-                                   .log = std::make_shared<headless::HeadlessLog>(),
-                                   .cookies = cookies(),
-                                   .limits = [] {
-                                     Limits limits;
-                                     limits.webProcessPing = Seconds{1.5};
-                                     limits.webProcessWatch = Seconds{0.5};
-                                     limits.pageTimeout = Seconds{6};
-                                     return limits;
-                                   }()}};
+  static gtk::GtkWebModule module{webServices(impatience())};
   return module;
 }
 
 // A web view and its client.
 struct Page {
-  explicit Page(const WebViewOptions& options = {}, Rect frame = {0, 0, 320, 50})
-      : view{factory().create(frame, options)} {
+  explicit Page(const WebViewOptions& options = {}, Rect frame = {0, 0, 320, 50},
+                gtk::GtkWebModule& module = factory())
+      : view{module.create(frame, options)} {
     view->setClient(client);
   }
 

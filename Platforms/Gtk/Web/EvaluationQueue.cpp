@@ -35,7 +35,7 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
   Seconds patience{};
   std::function<void()> unanswered;
   std::deque<Seconds> asked;  // when each evaluation that is out began to be waited for
-  Seconds signOfLife{};       // the last one
+  Seconds lastAnswer{};
   bool processRuns = false;
   Timer timer;
 
@@ -47,13 +47,8 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
   // They are answered in their order.
   void answered() {
     asked.pop_front();
-    noteSignOfLife();
-  }
-
-  void noteSignOfLife() {
-    signOfLife = runLoop->now();
-    // Beyond all patience the end is near, and no sign puts it off.
-    if (asked.empty() || signOfLife - asked.front() < mostPatience * patience) renew();
+    lastAnswer = runLoop->now();
+    renew();
   }
 
   // A process may take its time to start.
@@ -62,11 +57,11 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
     renew();
   }
 
-  // Whatever the page sends meanwhile, the oldest evaluation is not waited for without end.
+  // Whatever the page asks meanwhile: only answers count.
   void renew() {
     timer.invalidate();
     if (asked.empty() || !processRuns || !unanswered) return;
-    const Seconds deadline = std::min(std::max(asked.front(), signOfLife) + patience,
+    const Seconds deadline = std::min(std::max(asked.front(), lastAnswer) + patience,
                                       asked.front() + mostPatience * patience);
     timer = runLoop->after(std::max(deadline - runLoop->now(), Seconds{0}), [this] {
       timer = runLoop->after(lastChance, [this] {
@@ -95,8 +90,6 @@ EvaluationQueue::~EvaluationQueue() {
   watch_->unanswered = nullptr;
   watch_->timer.invalidate();
 }
-
-void EvaluationQueue::noteSignOfLife() { watch_->noteSignOfLife(); }
 
 int EvaluationQueue::outstanding() const { return static_cast<int>(watch_->asked.size()); }
 

@@ -22,8 +22,8 @@ class EvaluationQueue {
   // object with the page's scripts.
   enum class World { page, isolated };
 
-  // `unanswered` is called when an evaluation has been outstanding for `patience`, or for a few
-  // times that while the page keeps sending things.
+  // `unanswered` is called when an evaluation has been outstanding for `patience`, or for twice
+  // that while those before it are answered. What else the page sends is no answer.
   EvaluationQueue(WebKitWebView* view, std::shared_ptr<RunLoop> runLoop, Seconds patience,
                   std::function<void()> unanswered);
   ~EvaluationQueue();
@@ -34,9 +34,6 @@ class EvaluationQueue {
   // one that somebody waits for. `completion` is called once, later, whatever becomes of the page
   // or this queue; "" where there is no result.
   void evaluate(const std::string& script, World world, Completion completion);
-
-  // The page has sent something: it is at work, if not at the evaluations.
-  void noteSignOfLife();
 
   // Asks for a sign of life, unless there is something that the page has to answer anyway.
   void ping();

@@ -168,14 +168,13 @@ void GtkWebView::pageFailed(const Error& error) {
   if (const auto client = client_.lock()) client->webViewDidFailLoad(*this, error);
 }
 
-void GtkWebView::pageProcessEnded(const std::string& reason) {
+void GtkWebView::pageProcessEnded(const Error& reason) {
   timeOut_.invalidate();
   budget_->processEnded(engine_->services().runLoop->now());
   const auto held = shared_from_this();
   setReady(false);
   if (const auto client = client_.lock()) {
-    client->webViewProcessDidTerminate(*this,
-                                       {std::string{webErrorDomain}, webProcessGoneError, reason});
+    client->webViewProcessDidTerminate(*this, reason);
   }
 }
 

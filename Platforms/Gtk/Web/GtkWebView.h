@@ -57,7 +57,7 @@ class GtkWebView : public WebView, public NativeView, private PageOwner {
   void pageStarted() override;
   void pageFinished() override;
   void pageFailed(const Error& error) override;
-  void pageProcessEnded(const std::string& reason) override;
+  void pageProcessEnded(const Error& reason) override;
   void pageTapped() override;
 
   void load(const Url& url, CachePolicy policy);

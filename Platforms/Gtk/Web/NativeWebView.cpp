@@ -49,16 +49,11 @@ void unparentLater(const GPtr<WebKitWebView>& view) {
       g_object_ref(view.get()), g_object_unref);
 }
 
-std::string reasonText(WebKitWebProcessTerminationReason reason) {
-  switch (reason) {
-    case WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT:
-      return "The page used too much memory.";
-    case WEBKIT_WEB_PROCESS_TERMINATED_BY_API:
-      return "The page no longer answered.";
-    case WEBKIT_WEB_PROCESS_CRASHED:
-      break;
-  }
-  return "The page's process has ended.";
+Error processGone(WebKitWebProcessTerminationReason reason) {
+  const char* text = "The page's process has ended.";
+  if (reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT) text = "The page used too much memory.";
+  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) text = "The page no longer answered.";
+  return {std::string{webErrorDomain}, webProcessGoneError, text};
 }
 
 }  // namespace
@@ -78,7 +73,7 @@ NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
                    [this] { endProcess(); }},
       turnover_{webKit(), engine_, [this] { endProcess(); }},
       policy_{webKit(), evaluations_, loads_, engine_->services().limits.pageRefreshes},
-      commands_{content_.get(), [this] { noteSignOfLife(); },
+      commands_{content_.get(), [this] { ++requests_; },
                 [this](const Url& command) { noteCommand(command); }},
       taps_{widget(), [this] { noteTap(); }} {
   connectSignals();
@@ -98,6 +93,8 @@ void NativeWebView::connectSignals() {
         webKit(), connections_, [this](bool waits) { evaluations_.setProcessRuns(!waits); });
   } else {
     connections_.connect(webKit(), "create", onCreate, this);
+    fetched_.emplace(webKit(), connections_, engine_->services().limits.pageBytes,
+                     [this] { fetchedTooMuch(); });
   }
   refuseQuestionsOfPage(webKit(), connections_);
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
@@ -110,6 +107,7 @@ void NativeWebView::connectSignals() {
 void NativeWebView::take(PageOwner& owner) {
   owner_ = &owner;
   requests_ = 0;
+  watched_ = engine_->processes().pageBegins(kind_);
   policy_.setJudge(&owner);
   commands_.open();
   if (kind_ == PageKind::creative) {
@@ -124,6 +122,7 @@ void NativeWebView::release() {
   evaluations_.flush();
   heartbeat_.invalidate();
   owner_ = nullptr;
+  watched_.reset();
   policy_.setJudge(nullptr);
   turnover_.dropWaiting();
   loads_.dropped();
@@ -135,6 +134,9 @@ void NativeWebView::release() {
 void NativeWebView::load(const Url& url, const std::function<void()>& start) {
   evaluations_.flush();
   loads_.requested();
+  engine_->processes().pageLoads();
+  endedFor_.reset();
+  if (fetched_) fetched_->startAnew();
   policy_.expect(url);
   start();
 }
@@ -230,7 +232,7 @@ gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDeci
                                        WebKitPolicyDecisionType type, NativeWebView* self) {
   const auto held = self->shared_from_this();
   const bool decided = guarded([&] {
-    self->noteSignOfLife();
+    ++self->requests_;
     if (self->turnover_.isUnderWay() && type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
       self->turnover_.decide(decision);
     } else {
@@ -246,7 +248,7 @@ gboolean NativeWebView::onDecidePolicy(WebKitWebView* /*view*/, WebKitPolicyDeci
 GtkWidget* NativeWebView::onCreate(WebKitWebView* /*view*/, WebKitNavigationAction* action,
                                    NativeWebView* self) {
   const auto held = self->shared_from_this();
-  self->noteSignOfLife();
+  ++self->requests_;
   auto* request = webkit_navigation_action_get_request(action);
   if (!self->turnover_.isUnderWay()) {
     self->policy_.askForWindow(Url::fromText(textOf(webkit_uri_request_get_uri(request))));
@@ -299,14 +301,15 @@ void NativeWebView::onProcessTerminated(WebKitWebView* /*view*/,
   self->evaluations_.setProcessRuns(false);
   self->turnover_.noteProcessEnded();
   self->loads_.dropped();
+  auto error = std::exchange(self->endedFor_, std::nullopt);
+  if (!error) error = self->engine_->processes().reason();
+  if (!error) error = processGone(reason);
   // In a turn of its own: the engine also calls this from inside the call that ends the process.
-  self->engine_->services().runLoop->post([weak = self->weak_from_this(), reason, owner] {
+  self->engine_->services().runLoop->post([weak = self->weak_from_this(), error, owner] {
     const auto held = weak.lock();
     if (!held) return;
     if (held->turnover_.isUnderWay()) return held->turnover_.finishWithoutProcess();
-    if (owner != nullptr && held->owner_ == owner) {
-      held->owner_->pageProcessEnded(reasonText(reason));
-    }
+    if (owner != nullptr && held->owner_ == owner) held->owner_->pageProcessEnded(*error);
   });
 }
 
@@ -328,13 +331,24 @@ bool NativeWebView::isClogged() const {
          (isLeaving && evaluations_.outstanding() > 0);
 }
 
-void NativeWebView::noteSignOfLife() {
-  ++requests_;
-  evaluations_.noteSignOfLife();
+void NativeWebView::fetchedTooMuch() {
+  constexpr std::size_t megabyte = std::size_t{1024} * 1024;
+  const auto& services = engine_->services();
+  endedFor_ =
+      Error{std::string{webErrorDomain}, webPageNetworkError,
+            "The page fetched more than " + std::to_string(services.limits.pageBytes / megabyte) +
+                " MB, and nobody had touched it."};
+  services.log->write("Ended: " + endedFor_->description);
+  // Not from inside the engine's report.
+  services.runLoop->post([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->endProcess();
+  });
 }
 
 void NativeWebView::noteTap() {
   const auto held = shared_from_this();
+  engine_->processes().touched();
+  if (fetched_) fetched_->startAnew();
   if (PageOwner* const told = listener()) told->pageTapped();
 }
 

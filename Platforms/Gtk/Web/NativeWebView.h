@@ -3,6 +3,7 @@
 #include <webkit/webkit.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <tavo/Geometry.h>
@@ -11,6 +12,7 @@
 #include "Gtk/ModuleSide/TapWatcher.h"
 #include "Gtk/Web/CommandChannel.h"
 #include "Gtk/Web/EvaluationQueue.h"
+#include "Gtk/Web/FetchedBytes.h"
 #include "Gtk/Web/LoadTracker.h"
 #include "Gtk/Web/PagePolicy.h"
 #include "Gtk/Web/PageTurnover.h"
@@ -28,7 +30,7 @@ class PageOwner : public PageJudge {
   virtual void pageFinished() = 0;
   virtual void pageFailed(const Error& error) = 0;
   // The web process has ended; whatever was under way is lost with it.
-  virtual void pageProcessEnded(const std::string& reason) = 0;
+  virtual void pageProcessEnded(const Error& reason) = 0;
   // A person has tapped the page: a press and a release, seen by the widget before the page.
   virtual void pageTapped() = 0;
 };
@@ -102,7 +104,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   void tellLoad(WebKitLoadEvent event);
   void noteCommand(const Url& command);
   void noteTap();
-  void noteSignOfLife();
+  void fetchedTooMuch();
 
   std::shared_ptr<WebEngine> engine_;
   const PageKind kind_;
@@ -114,7 +116,10 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   PagePolicy policy_;
   CommandChannel commands_;
   PageOwner* owner_ = nullptr;
-  std::uint64_t requests_ = 0;  // of the owner's page
+  std::uint64_t requests_ = 0;           // of the owner's page
+  std::shared_ptr<void> watched_;        // while there is an owner
+  std::optional<FetchedBytes> fetched_;  // none: a page that a person asked for
+  std::optional<Error> endedFor_;        // why it is being ended from here
   Timer heartbeat_;
   SignalConnections connections_;
   std::unique_ptr<VisitedPage> visited_;  // null: a creative

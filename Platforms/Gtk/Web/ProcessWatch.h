@@ -1,0 +1,65 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <tavo/Error.h>
+#include <tavo/Limits.h>
+
+#include "Gtk/Web/WebProcesses.h"
+#include "Services/Log.h"
+#include "Services/RunLoop.h"
+#include "Services/WebViewFactory.h"
+
+namespace tavo::gtk {
+
+// Looks at the engine's web processes from outside, for one that is busy does not look at itself:
+// ends those that take too much memory, and those that burn the processor while no person has
+// touched an ad. The engine does not say which page is in which process, and moves pages: so a
+// touch, or a new page, counts for all. Main thread only.
+class ProcessWatch {
+ public:
+  ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log> log, const Limits& limits);
+
+  // A page has an owner for as long as what is returned lives, which must not outlive the watch.
+  // Without pages nobody looks; while a person browses nobody looks at the processor.
+  [[nodiscard]] std::shared_ptr<void> pageBegins(PageKind kind);
+  void pageLoads();
+  void touched();
+
+  // Why a process was ended that has just gone; nothing when it was not ended from here.
+  [[nodiscard]] std::optional<Error> reason() const;
+
+ private:
+  struct Use {
+    std::deque<std::pair<Seconds, Seconds>> looks{};  // when, and the processor time used by then
+    Seconds start{};                                  // that time at the last touch or new page
+    std::optional<Seconds> pausedAt{};
+  };
+
+  void pageEnds(PageKind kind);
+  void lookLater();
+  void look();
+  void follow(const WebProcess& process, Use& use);
+  [[nodiscard]] std::optional<Error> judge(const WebProcess& process, const Use& use) const;
+  void pause(int id, Use& use, Error error);
+  void end(int id, Error error);
+  void blame(Error error);
+
+  std::shared_ptr<RunLoop> runLoop_;
+  std::shared_ptr<Log> log_;
+  const Limits limits_;
+  int pages_ = 0;
+  int browsers_ = 0;
+  Seconds lastLoad_{};
+  bool startsAnew_ = false;
+  std::map<int, Use> uses_;
+  std::optional<std::pair<Seconds, Error>> blamed_;
+  Timer timer_;
+};
+
+}  // namespace tavo::gtk
