@@ -132,6 +132,27 @@ TEST_F(WebModuleTest, AFixedUserAgentStandsInForAnEngineThatGivesNone) {
   EXPECT_THAT(log_->messages(), SizeIs(3));
 }
 
+// The engine would end the host when its first process starts.
+TEST_F(WebModuleTest, AnEngineThatCannotReachThePersonsSessionIsNotStarted) {
+  for (const auto& [variable, value] :
+       {std::pair{"XAUTHORITY", "/etc/passwd/authority"},
+        std::pair{"PULSE_SERVER", "unix:/etc/passwd/socket"},
+        std::pair{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/etc/passwd/folder/bus,guid=1"}}) {
+    SCOPED_TRACE(variable);
+    const char* const before = g_getenv(variable);
+    const std::string kept = before == nullptr ? "" : before;
+    g_setenv(variable, value, TRUE);
+    const auto factory = module();
+    const auto view = factory->create({0, 0, 320, 50}, {});
+    before == nullptr ? g_unsetenv(variable) : (void)g_setenv(variable, kept.c_str(), TRUE);
+    const auto client = std::make_shared<Recorder>();
+    view->setClient(client);
+    view->loadHtml("<html></html>", {});
+    runUntil([&] { return !client->events.empty(); });
+    EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102"));
+  }
+}
+
 TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
   const auto broken = folder_.path("TavoGtkWeb.so");
   for (const bool fileIsThere : {false, true}) {

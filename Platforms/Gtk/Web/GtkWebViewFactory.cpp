@@ -20,8 +20,10 @@ extern "C" __attribute__((visibility("default"))) tavo::WebViewFactory*
 tavo_create_web_view_factory(const tavo::gtk::WebModuleServices& services) {
   if (!tavo::gtk::sandboxIsAvailable()) {
     services.log->write(
-        "No HTML ads: the web engine's sandbox (bubblewrap with user namespaces) cannot be set up "
-        "here.");
+        "No HTML ads: the web engine's sandbox cannot be set up here. It needs bubblewrap with "
+        "user "
+        "namespaces, and reach of the display authority and of the sockets of sound and bus that "
+        "the environment names.");
     return nullptr;
   }
   return std::make_unique<tavo::gtk::GtkWebViewFactory>(services).release();
