@@ -1,5 +1,3 @@
-// The contract of CookieStore, held against every platform.
-
 #include <thread>
 
 #include "Gtk/Http/GtkCookieStore.h"
@@ -52,7 +50,6 @@ struct Case {
 };
 
 const std::vector<Case> cases{
-    // Domains.
     {"http://a.example.com/", "n=1", "http://a.example.com/x", true},
     {"http://a.example.com/", "n=1", "http://A.EXAMPLE.com/", true},
     {"http://a.example.com/", "n=1", "http://a.example.com:8080/", true},
@@ -66,7 +63,6 @@ const std::vector<Case> cases{
     {"http://127.0.0.1:80/", "n=1", "http://127.0.0.1:81/", true},
     {"http://127.0.0.1/", "n=1; Domain=0.0.1", "http://127.0.0.1/", false},
     {"http://localhost/", "n=1", "http://localhost/", true},
-    // Paths.
     {"http://a.example.com/x/y", "n=1", "http://a.example.com/x/z", true},
     {"http://a.example.com/x/y", "n=1", "http://a.example.com/x", true},
     {"http://a.example.com/x/y", "n=1", "http://a.example.com/z", false},
@@ -74,13 +70,11 @@ const std::vector<Case> cases{
     {"http://a.example.com/", "n=1; Path=/x/", "http://a.example.com/x/y", true},
     {"http://a.example.com/x/y", "n=1; Path=relative", "http://a.example.com/x/z", true},
     {"http://a.example.com", "n=1", "http://a.example.com", true},
-    // Security.
     {"https://a.example.com/", "n=1; Secure", "https://a.example.com/", true},
     {"https://a.example.com/", "n=1; Secure", "http://a.example.com/", false},
     {"http://a.example.com/", "n=1; Secure", "https://a.example.com/", false},
     {"http://a.example.com/", "n=1; HttpOnly; SameSite=Strict", "http://a.example.com/", true},
     {"mraid://a.example.com/", "n=1", "mraid://a.example.com/", false},
-    // Lives.
     {"http://a.example.com/", "n=1; Max-Age=60", "http://a.example.com/", true},
     {"http://a.example.com/", "n=1; Max-Age=-1", "http://a.example.com/", false},
     {"http://a.example.com/", "n=1; Max-Age=soon", "http://a.example.com/", true},
@@ -90,7 +84,6 @@ const std::vector<Case> cases{
      false},
     {"http://a.example.com/", "n=1; Max-Age=60; Expires=Thu, 01 Jan 1970 00:00:01 GMT",
      "http://a.example.com/", true},
-    // Texts.
     {"http://a.example.com/", " n = 1 ;", "http://a.example.com/", true},
     {"http://a.example.com/", "n=1\x01", "http://a.example.com/", false},
     {"http://a.example.com/", "n=1\x7f", "http://a.example.com/", false},
@@ -108,11 +101,7 @@ TYPED_TEST(CookieStoreContract, SendsACookieWhereItBelongs) {
 }
 
 TYPED_TEST(CookieStoreContract, KeepsThePromisesThatNamesMake) {
-  struct Promise {
-    const char* url;
-    const char* header;
-    bool kept;
-  };
+  using Promise = std::tuple<const char*, const char*, bool>;
   const std::vector<Promise> promises{
       {"https://a.example.com/", "__Secure-n=1; Secure; Domain=example.com", true},
       {"https://a.example.com/", "__Secure-n=1", false},
@@ -125,11 +114,11 @@ TYPED_TEST(CookieStoreContract, KeepsThePromisesThatNamesMake) {
       {"https://a.example.com/", "__Host-n=1; Secure; Path=/; Domain=a.example.com", false},
       {"https://a.example.com/x/y", "__HOST-n=1; Secure", false},
   };
-  for (const auto& promise : promises) {
+  for (const auto& [url, header, kept] : promises) {
     const auto store = this->rig_.open();
-    this->set(*store, promise.url, promise.header);
-    EXPECT_EQ(!this->sent(*store, "https://a.example.com/x/y").empty(), promise.kept)
-        << promise.url << " sets " << promise.header;
+    this->set(*store, url, header);
+    EXPECT_EQ(!this->sent(*store, "https://a.example.com/x/y").empty(), kept)
+        << url << " sets " << header;
   }
 }
 

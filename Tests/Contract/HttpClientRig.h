@@ -5,13 +5,13 @@
 #include "Headless/HeadlessCookieStore.h"
 #include "Headless/HeadlessHttpClient.h"
 #include "Headless/HeadlessRunLoop.h"
+#include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/Testing.h"
 #include "Values/Text.h"
 
 namespace tavo::test {
 
-// A request as the server got it.
 struct ReceivedRequest {
   std::string method;
   std::string path;
@@ -45,7 +45,6 @@ class HttpClientRig {
   [[nodiscard]] virtual RunLoop& runLoop() = 0;
   [[nodiscard]] CookieStore& cookies() { return *cookies_; }
 
-  // Runs the loop until `done`, or until far more time has passed than any test needs.
   virtual void runUntil(const std::function<bool()>& done) = 0;
 
  protected:
@@ -107,13 +106,7 @@ class GtkHttpRig : public HttpClientRig {
   }
   HttpClient& client() override { return client_; }
   RunLoop& runLoop() override { return *runLoop_; }
-  void runUntil(const std::function<bool()>& done) override {
-    bool late = false;
-    const Timer deadline = runLoop_->after(Seconds{20}, [&] { late = true; });
-    // What happens on another thread does not wake the loop.
-    const Timer look = runLoop_->every(Seconds{0.01}, [] {});
-    while (!done() && !late) g_main_context_iteration(nullptr, TRUE);
-  }
+  void runUntil(const std::function<bool()>& done) override { test::runUntil(done); }
 
  private:
   static ReceivedRequest read(std::string_view text) {

@@ -1,5 +1,3 @@
-// What every platform's movie player promises, held against both.
-
 #include <tavo/MoviePlayer.h>
 
 #include "Contract/MoviePlayerRig.h"
@@ -72,18 +70,10 @@ class MoviePlayerContractTest : public testing::Test {
     setContent(movie);
     play();
   }
-  void play() {
-    call([](MoviePlayer& player) { player.play(); });
-  }
-  void pause() {
-    call([](MoviePlayer& player) { player.pause(); });
-  }
-  void stop() {
-    call([](MoviePlayer& player) { player.stop(); });
-  }
-  void prepare() {
-    call([](MoviePlayer& player) { player.prepareToPlay(); });
-  }
+  void play() { call(&MoviePlayer::play); }
+  void pause() { call(&MoviePlayer::pause); }
+  void stop() { call(&MoviePlayer::stop); }
+  void prepare() { call(&MoviePlayer::prepareToPlay); }
   void setTime(double seconds) {
     call([&](MoviePlayer& player) { player.setCurrentPlaybackTime(seconds); });
     EXPECT_NEAR(player_->currentPlaybackTime(), seconds, nearly);
@@ -242,7 +232,6 @@ TYPED_TEST(MoviePlayerContractTest, DraggingPassesThroughTheStatesOfSeeking) {
   ASSERT_TRUE(this->runUntilTime(0.3));
   this->call([&](MoviePlayer& player) { this->rig_.drag(player, 2); });
   ASSERT_TRUE(this->runUntil([&] { return this->events().size() == 4; }));
-  // Two moves in one turn.
   this->call([&](MoviePlayer& player) {
     this->rig_.drag(player, 1.5);
     this->rig_.drag(player, 1);
@@ -429,6 +418,17 @@ TEST(GtkMoviePlayer, ADragOverTheBarIsOneSeek) {
   runUntilEvent("paused");
   EXPECT_THAT(client->events, ElementsAre("forward", "paused"));
   EXPECT_GT(player->currentPlaybackTime(), movieSeconds * 0.7);
+}
+
+TEST(GtkMoviePlayer, NothingButTheWebIsPlayed) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<Recorder>();
+  const auto player = rig.factory().create({0, 0, 320, 180});
+  player->addClient(client);
+  player->setContentUrl(Url::parse("v4l2:///dev/video0"));
+  player->play();
+  rig.runUntil([&] { return !client->events.empty(); });
+  EXPECT_THAT(client->events, ElementsAre("error 2"));
 }
 
 // Only a real server can refuse: the video is not lost, it begins again.

@@ -2,9 +2,6 @@
 
 #include <gtk/gtk.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Services/GtkLog.h"
@@ -12,6 +9,7 @@
 #include "Headless/HeadlessMoviePlayerFactory.h"
 #include "Headless/HeadlessRunLoop.h"
 #include "Support/AdServerThread.h"
+#include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
@@ -61,7 +59,6 @@ class HeadlessMovieRig {
   void runUntil(const std::function<bool()>& done) {
     for (int step = 0; step < 1000 && !done(); ++step) loop_->advance(Seconds{0.1});
   }
-  // A person drags the position.
   static void drag(MoviePlayer& player, double seconds) {
     static_cast<headless::HeadlessMoviePlayer&>(player).seekByHand(seconds);
   }
@@ -81,12 +78,7 @@ class GtkMovieRig {
       return Url::parse(engine().server.url("/assets/vast-preroll/clip.mp4"));
     return Url::parse(engine().hostile.url(path(movie)));
   }
-  void runUntil(const std::function<bool()>& done) {
-    bool late = false;
-    const Timer deadline = engine().loop->after(Seconds{30}, [&] { late = true; });
-    const Timer look = engine().loop->every(Seconds{0.02}, [] {});
-    while (!late && !done()) g_main_context_iteration(nullptr, TRUE);
-  }
+  void runUntil(const std::function<bool()>& done) { test::runUntil(done); }
   static void drag(MoviePlayer& player, double seconds) {
     GtkWidget* scale = scaleBelow(dynamic_cast<gtk::NativeView&>(player).widget());
     ASSERT_NE(scale, nullptr);
@@ -106,7 +98,7 @@ class GtkMovieRig {
  private:
   struct Engine {
     Engine() {
-      const std::string clip = bytesOf(clipPath());
+      const std::string clip = contentsOf(clipPath());
       const auto sent = [](const std::string& body) {
         return PlainAnswer{.body = body, .contentType = "video/mp4"};
       };
@@ -115,7 +107,7 @@ class GtkMovieRig {
       unknown.replace(unknown.find("avc1"), 4, "zzzz");
       hostile.on(path(Movie::withoutRanges), sent(clip));
       hostile.on(path(Movie::picture),
-                 sent(bytesOf(sampleCampaigns() + "/image-banner/banner.png")));
+                 sent(contentsOf(sampleCampaigns() + "/image-banner/banner.png")));
       hostile.on(path(Movie::unknownCodec), sent(unknown));
       hostile.on(path(Movie::silent), NeverAnswer{});
       hostile.on(path(Movie::cut), sent(half));
@@ -140,10 +132,6 @@ class GtkMovieRig {
   static std::string clipPath() { return sampleCampaigns() + "/vast-preroll/clip.mp4"; }
   static std::string path(Movie movie) {
     return "/" + std::to_string(static_cast<int>(movie)) + ".mp4";
-  }
-  static std::string bytesOf(const std::string& file) {
-    std::ifstream in{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{in}, {}};
   }
 };
 

@@ -1,5 +1,3 @@
-// The contract of NetworkMonitor, held against every platform.
-
 #include "Gtk/Http/GtkNetworkMonitor.h"
 #include "Headless/HeadlessNetworkMonitor.h"
 #include "Support/FakeNetwork.h"
@@ -36,11 +34,8 @@ TYPED_TEST_SUITE(NetworkMonitorContract, Rigs);
 
 TYPED_TEST(NetworkMonitorContract, TellsTheWayToEachTargetAndItsRealChanges) {
   constexpr auto local = reachabilityReachable | reachabilityIsLocalAddress | reachabilityIsDirect;
-  struct Case {
-    ReachabilityTarget target;
-    std::optional<std::uint32_t> offline;
-    std::optional<std::uint32_t> online;
-  };
+  using Case =
+      std::tuple<ReachabilityTarget, std::optional<std::uint32_t>, std::optional<std::uint32_t>>;
   const std::vector<Case> cases{
       {{Kind::internet, ""}, 0U, reachabilityReachable},
       {{Kind::hostName, "ads.example.com"}, 0U, reachabilityReachable},
@@ -55,17 +50,17 @@ TYPED_TEST(NetworkMonitorContract, TellsTheWayToEachTargetAndItsRealChanges) {
       {{Kind::address, "192.0.2.1.5"}, std::nullopt, std::nullopt},
       {{Kind::address, "ads.example.com"}, std::nullopt, std::nullopt},
   };
-  for (const auto& way : cases) {
-    SCOPED_TRACE(way.target.host);
+  for (const auto& [target, offline, online] : cases) {
+    SCOPED_TRACE(target.host);
     this->rig_.becomes(false);
-    EXPECT_EQ(this->rig_.monitor.flagsFor(way.target), way.offline);
+    EXPECT_EQ(this->rig_.monitor.flagsFor(target), offline);
     int changes = 0;
-    auto watch = this->rig_.monitor.watch(way.target, [&] { ++changes; });
-    EXPECT_EQ(watch != nullptr, way.online.has_value());
+    auto watch = this->rig_.monitor.watch(target, [&] { ++changes; });
+    EXPECT_EQ(watch != nullptr, online.has_value());
     this->rig_.becomes(true);
     this->rig_.becomes(true);
-    EXPECT_EQ(this->rig_.monitor.flagsFor(way.target), way.online);
-    EXPECT_EQ(changes, way.offline == way.online ? 0 : 1);
+    EXPECT_EQ(this->rig_.monitor.flagsFor(target), online);
+    EXPECT_EQ(changes, offline == online ? 0 : 1);
     watch.reset();
     this->rig_.becomes(false);
     EXPECT_LE(changes, 1) << "a watch that is gone";

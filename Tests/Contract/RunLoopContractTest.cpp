@@ -1,5 +1,3 @@
-// The contract of RunLoop, held against every platform.
-
 #include <atomic>
 #include <limits>
 #include <stdexcept>
@@ -7,17 +5,16 @@
 
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessRunLoop.h"
+#include "Support/HostLoop.h"
 #include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
 
-// A run loop and the way to make it run.
 class RunLoopRig {
  public:
   virtual ~RunLoopRig() = default;
   [[nodiscard]] virtual RunLoop& loop() = 0;
-  // Runs the loop until `done`, or until far more time has passed than any test needs.
   virtual void runUntil(const std::function<bool()>& done) = 0;
 };
 
@@ -36,13 +33,7 @@ class HeadlessRunLoopRig : public RunLoopRig {
 class GtkRunLoopRig : public RunLoopRig {
  public:
   RunLoop& loop() override { return loop_; }
-  void runUntil(const std::function<bool()>& done) override {
-    bool late = false;
-    const Timer deadline = loop_.after(Seconds{20}, [&] { late = true; });
-    // What happens on another thread does not wake the loop.
-    const Timer look = loop_.every(Seconds{0.01}, [] {});
-    while (!done() && !late) g_main_context_iteration(nullptr, TRUE);
-  }
+  void runUntil(const std::function<bool()>& done) override { test::runUntil(done); }
 
  private:
   gtk::GtkRunLoop loop_;
@@ -52,17 +43,19 @@ struct RigMaker {
   std::string name;
   std::unique_ptr<RunLoopRig> (*make)();
 };
+template <typename Rig>
+std::unique_ptr<RunLoopRig> make() {
+  return std::make_unique<Rig>();
+}
 
 class RunLoopContract : public testing::TestWithParam<RigMaker> {
  protected:
-  // Records `text` when it runs.
   std::function<void()> note(std::string text) {
     return [this, text = std::move(text)] { notes_.push_back(text); };
   }
   void runUntilNotes(std::size_t count) {
     rig_->runUntil([this, count] { return notes_.size() >= count; });
   }
-  // Runs everything that is due now.
   void settle() {
     bool settled = false;
     loop_.post([&] { settled = true; });
@@ -192,14 +185,8 @@ TEST_P(RunLoopContract, LetsATaskReplaceTheTimerThatRunsIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Platforms, RunLoopContract,
-                         testing::Values(RigMaker{"Headless",
-                                                  []() -> std::unique_ptr<RunLoopRig> {
-                                                    return std::make_unique<HeadlessRunLoopRig>();
-                                                  }},
-                                         RigMaker{"Gtk",
-                                                  []() -> std::unique_ptr<RunLoopRig> {
-                                                    return std::make_unique<GtkRunLoopRig>();
-                                                  }}),
+                         testing::Values(RigMaker{"Headless", make<HeadlessRunLoopRig>},
+                                         RigMaker{"Gtk", make<GtkRunLoopRig>}),
                          [](const auto& instance) { return instance.param.name; });
 
 // A dialog in a completion runs the loop again; what waits behind it must not wait for its end.

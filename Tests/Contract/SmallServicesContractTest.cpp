@@ -35,11 +35,9 @@ class HeadlessRig {
   Bundle& bundle() { return *platform_.bundle; }
   ImageDecoder& images() { return *platform_.images; }
   Application& application() { return *platform_.application; }
-  NotificationCenter& notifications() { return *platform_.notifications; }
   static std::string picture(int width, int height) {
     return "image " + std::to_string(width) + "x" + std::to_string(height);
   }
-  void showWindow(bool shown) { platform_.application->showWindows(shown); }
   void runUntil(const std::function<bool()>& done) {
     for (int step = 0; step < 1000 && !done(); ++step) platform_.runLoop->advance(Seconds{0.1});
   }
@@ -57,15 +55,23 @@ class GtkRig {
  public:
   GtkRig() {
     std::filesystem::create_directories(folder_.path("root/Name.bundle"));
-    std::ofstream{folder_.path("root/Name.bundle/XMraid.js")} << "script";
-    std::ofstream{folder_.path("root/plain.png")} << "picture";
+    folder_.write("root/Name.bundle/XMraid.js", "script");
+    folder_.write("root/plain.png", "picture");
   }
   RunLoop& loop() { return *loop_; }
   UserDefaults& defaults() { return defaults_; }
   Bundle& bundle() { return bundle_; }
   ImageDecoder& images() { return images_; }
-  Application& application() { return scene().application; }
-  NotificationCenter& notifications() { return *notifications_; }
+  // A toolkit is set up once in a process, and only for the tests that need one.
+  Application& application() {
+    static const auto toolkit = Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE);
+    gtk_init();
+    if (!application_) {
+      application_ =
+          std::make_unique<gtk::GtkApplication>(std::make_shared<NotificationCenter>(), 8'192);
+    }
+    return *application_;
+  }
   static std::string picture(int width, int height) {
     const auto pixbuf =
         gtk::GPtr<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, width, height));
@@ -76,36 +82,15 @@ class GtkRig {
     const gtk::GText owned{data};
     return {data, size};
   }
-  void showWindow(bool shown) {
-    (void)application();
-    scene().window.set_visible(shown);
-  }
   void runUntil(const std::function<bool()>& done) const { test::runUntil(done); }
 
  private:
-  // A toolkit is set up once in a process, and only for the tests that need one.
-  struct Scene {
-    explicit Scene(std::shared_ptr<NotificationCenter> center) : notifications{std::move(center)} {
-      (void)application.sceneOf(window);
-    }
-    std::shared_ptr<NotificationCenter> notifications;
-    gtk::GtkApplication application{notifications, 8'192};
-    Gtk::Window window;  // goes first, as a host's does
-  };
-  Scene& scene() {
-    static const auto toolkit = Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE);
-    gtk_init();
-    if (!scene_) scene_ = std::make_unique<Scene>(notifications_);
-    return *scene_;
-  }
-
   TemporaryFolder folder_;
-  std::shared_ptr<NotificationCenter> notifications_ = std::make_shared<NotificationCenter>();
   std::shared_ptr<gtk::GtkRunLoop> loop_ = std::make_shared<gtk::GtkRunLoop>();
   gtk::GtkUserDefaults defaults_{folder_.path("defaults.ini")};
   gtk::GtkBundle bundle_{{folder_.path("absent"), folder_.path("root")}};
   gtk::GtkImageDecoder images_{loop_, mostPixels};
-  std::unique_ptr<Scene> scene_;
+  std::unique_ptr<gtk::GtkApplication> application_;
 };
 
 template <typename Rig>
@@ -170,27 +155,6 @@ TYPED_TEST(SmallServicesContract, PicturesAreDecodedOnceLaterAndWithinTheLimit) 
       EXPECT_EQ(image.empty(), sample.width == 0);
     }
   }
-}
-
-TYPED_TEST(SmallServicesContract, AnApplicationGoesAwayWithItsLastWindowAndComesBackWithOne) {
-  std::vector<std::string> told;
-  std::vector<Subscription> subscriptions;
-  (void)this->rig_.application();
-  for (const auto name : {notifications::didEnterBackground, notifications::willEnterForeground}) {
-    subscriptions.push_back(this->rig_.notifications().subscribe(
-        name, [&told, name](const Notification&) { told.emplace_back(name); }));
-  }
-  this->rig_.showWindow(true);
-  bool settled = false;
-  const Timer soon = this->rig_.loop().after(Seconds{0.2}, [&] { settled = true; });
-  this->rig_.runUntil([&] { return settled; });
-  EXPECT_TRUE(told.empty()) << "it is starting";
-  this->rig_.showWindow(false);
-  this->rig_.runUntil([&] { return !told.empty(); });
-  this->rig_.showWindow(true);
-  this->rig_.runUntil([&] { return told.size() > 1; });
-  EXPECT_THAT(told,
-              ElementsAre(notifications::didEnterBackground, notifications::willEnterForeground));
 }
 
 TYPED_TEST(SmallServicesContract, AnApplicationOpensOnlyWhatSomebodyHandles) {

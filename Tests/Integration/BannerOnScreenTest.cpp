@@ -11,7 +11,6 @@ namespace {
 
 using adserver::RequestKind;
 
-// One host for the whole process, as in real life.
 GtkHost& host() {
   static GtkHost only{sampleCampaigns()};
   return only;
@@ -113,21 +112,6 @@ TEST_F(BannerOnScreenTest, AHostThatThrowsInsideItsReportsGoesOn) {
   EXPECT_THAT(thrown, ElementsAre("shouldDisplay?", "didLoad", "willOpen"));
 }
 
-TEST_F(BannerOnScreenTest, TheVisibleBannerRefreshesAndTheHiddenOneDoesNot) {
-  host().settings->bannerRefreshInterval = 1.2F;
-  host().load("image-banner");
-  EXPECT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Ad) >= 3; }));
-  EXPECT_TRUE(host().banner()->isRefreshTimerRunning());
-  host().slot().set_visible(false);
-  host().banner()->refreshAd();
-  EXPECT_FALSE(host().banner()->isRefreshTimerRunning());
-  host().slot().set_visible(true);
-  EXPECT_TRUE(host().runUntil([] { return host().slot().get_mapped(); }));
-  const auto before = host().recorded(RequestKind::Ad);
-  host().banner()->refreshAd();
-  EXPECT_TRUE(host().runUntil([&] { return host().recorded(RequestKind::Ad) > before; }));
-}
-
 TEST_F(BannerOnScreenTest, ASlotThatLeavesItsWindowLetsGoOfItsAd) {
   host().load("image-banner");
   EXPECT_TRUE(host().runUntil([] { return !host().calls().empty(); }));
@@ -142,18 +126,6 @@ TEST_F(BannerOnScreenTest, ASlotThatLeavesItsWindowLetsGoOfItsAd) {
   host().column().remove(host().slot());
   EXPECT_TRUE(host().runUntil([] { return host().banner()->subviews().empty(); }));
   host().column().append(host().slot());
-}
-
-TEST_F(BannerOnScreenTest, CampaignsWithoutAnAdTellTheHostOnce) {
-  for (const char* campaign : {"no-ad", "empty-ad", "server-error", "broken-json"}) {
-    SCOPED_TRACE(campaign);
-    const auto before = host().calls().size();
-    host().load(campaign);
-    EXPECT_TRUE(host().runUntil([&] { return host().calls().size() > before; }));
-    EXPECT_EQ(host().calls().back(), "didFail 1002");
-    EXPECT_EQ(host().calls().size(), before + 1);
-  }
-  EXPECT_EQ(host().recorded(RequestKind::Tracking), 0U);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
-// The cookie store on a real file.
+#include <gtk/gtk.h>
 
 #include <fstream>
 #include <thread>
+
+#include <tavo/gtk/GtkPlatform.h>
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Support/GtkLoopTest.h"
@@ -103,10 +105,21 @@ TEST_F(GtkCookies, TellTheirListenerOfEveryChangeButTheEnginesOwn) {
 }
 
 TEST_F(GtkCookies, WorkWithoutTheirFile) {
-  std::ofstream{folder_.path("file")} << "not a folder";
+  folder_.write("file", "not a folder");
   gtk::GtkCookieStore store{runLoop_, folder_.path("file/cookies.sqlite")};
   set(store, "http://a.example.com/", "n=1; Max-Age=1000");
   EXPECT_EQ(sent(store, "http://a.example.com/"), "n=1");
+}
+
+TEST_F(GtkCookies, OfAnApplicationLieInItsDataFolder) {
+  ASSERT_TRUE(gtk_init_check());
+  const Url url = Url::parse("http://a.example.com/");
+  for (const bool isLater : {false, true}) {
+    const Platform platform =
+        gtk::makePlatform({.applicationId = "tavo-launch", .dataFolder = folder_.path("data")});
+    EXPECT_EQ(cookieHeader(platform.cookies->cookiesFor(url)), isLater ? "n=1" : "");
+    platform.cookies->storeFromHeaders({{"Set-Cookie", "n=1; Max-Age=1000"}}, url);
+  }
 }
 
 }  // namespace

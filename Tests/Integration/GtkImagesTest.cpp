@@ -1,5 +1,3 @@
-// Pictures out of bytes that may be anything.
-
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtkmm.h>
 #include <sys/resource.h>
@@ -58,23 +56,6 @@ class GtkImages : public GtkLoopTest {
   gtk::GtkImageDecoder decoder_{runLoop_, mostPixels};
 };
 
-TEST_F(GtkImages, DecodesOnAnotherThreadAndDeliversOnMainOnce) {
-  int deliveries = 0;
-  Image image;
-  decoder_.decode(picture("png", 10, 5, 0x11223344), [&](Image decoded) {
-    EXPECT_TRUE(runLoop_->isMainThread());
-    image = std::move(decoded);
-    ++deliveries;
-  });
-  EXPECT_EQ(deliveries, 0);
-  runUntil([&] { return deliveries > 0; });
-  settle();
-  EXPECT_EQ(deliveries, 1);
-  EXPECT_EQ(image.width(), 10);
-  EXPECT_EQ(image.height(), 5);
-  EXPECT_THAT(firstPixel(image), ElementsAre(0x11, 0x22, 0x33, 0x44));
-}
-
 TEST_F(GtkImages, GivesEveryFormatAnAlphaChannel) {
   for (const char* const format : {"png", "jpeg", "bmp"}) {
     const Image image = decoder_.decodeNow(picture(format, 3, 7, 0xffffffff, false));
@@ -89,12 +70,6 @@ TEST_F(GtkImages, ReadsTheFirstPictureOfAGif) {
   const Image image = decoder_.decodeNow(gif);
   ASSERT_EQ(image.width(), 1);
   EXPECT_THAT(firstPixel(image), ElementsAre(255, 0, 0, 255));
-}
-
-TEST_F(GtkImages, RefusesByTheNumberOfPixels) {
-  EXPECT_FALSE(decoder_.decodeNow(picture("png", 10, 10, 0)).empty());
-  EXPECT_TRUE(decoder_.decodeNow(picture("png", 101, 1, 0)).empty());
-  EXPECT_TRUE(decoder_.decodeNow(picture("jpeg", 11, 10, 0, false)).empty());
 }
 
 TEST_F(GtkImages, RefusesAHugePictureBeforeItHasMemory) {

@@ -1,5 +1,3 @@
-// The small services of the GTK platform on the real system.
-
 #include <filesystem>
 #include <fstream>
 
@@ -43,18 +41,6 @@ TEST_F(GtkDefaults, KeepAnyBytesAcrossARestart) {
   EXPECT_EQ(std::filesystem::status(path_).permissions(), perms::owner_read | perms::owner_write);
 }
 
-TEST_F(GtkDefaults, ShowAChangeAtOnceAndWriteItWhenTold) {
-  gtk::GtkUserDefaults defaults{path_};
-  defaults.setValue("a", "1");
-  EXPECT_THAT(defaults.value("a"), Optional(std::string{"1"}));
-  EXPECT_FALSE(std::filesystem::exists(path_));
-  defaults.synchronize();
-  defaults.setValue("a", std::nullopt);
-  EXPECT_EQ(defaults.value("a"), std::nullopt);
-  defaults.synchronize();
-  EXPECT_EQ(gtk::GtkUserDefaults{path_}.value("a"), std::nullopt);
-}
-
 TEST_F(GtkDefaults, KeepWhatAnotherProcessWrote) {
   gtk::GtkUserDefaults first{path_};
   gtk::GtkUserDefaults second{path_};
@@ -67,7 +53,7 @@ TEST_F(GtkDefaults, KeepWhatAnotherProcessWrote) {
 }
 
 TEST_F(GtkDefaults, LoseAChangeButNothingElseWhereNothingCanBeWritten) {
-  std::ofstream{folder_.path("file")} << "not a folder";
+  folder_.write("file", "not a folder");
   gtk::GtkUserDefaults defaults{folder_.path("file/defaults.ini")};
   defaults.setValue("a", "1");
   defaults.synchronize();
@@ -75,7 +61,7 @@ TEST_F(GtkDefaults, LoseAChangeButNothingElseWhereNothingCanBeWritten) {
 }
 
 TEST_F(GtkDefaults, CountADamagedFileAsEmpty) {
-  std::ofstream{folder_.path("bad.ini")} << "\xff\x01 no = group [";
+  folder_.write("bad.ini", "\xff\x01 no = group [");
   gtk::GtkUserDefaults defaults{folder_.path("bad.ini")};
   EXPECT_EQ(defaults.value("no"), std::nullopt);
   defaults.setValue("a", "1");
@@ -114,21 +100,10 @@ TEST_F(GtkNetwork, AnswersOnTheSystemsOwnMonitor) {
 
 using GtkMachine = GtkLoopTest;
 
-TEST_F(GtkMachine, FindResourcesInTheirBundle) {
-  std::filesystem::create_directories(folder_.path("root/Name.bundle"));
-  std::ofstream{folder_.path("root/Name.bundle/XMraid.js")} << "script";
-  std::ofstream{folder_.path("root/plain.png")} << "picture";
-  const gtk::GtkBundle bundle{{folder_.path("absent"), folder_.path("root")}};
-  const auto script = bundle.pathForResource("Name", "XMraid", "js");
-  ASSERT_TRUE(script);
-  EXPECT_THAT(bundle.contents(*script), Optional(std::string{"script"}));
-  EXPECT_TRUE(bundle.pathForResource("", "plain", "png"));
-  EXPECT_TRUE(bundle.pathForResource("", "plain.png", ""));
-  EXPECT_FALSE(bundle.pathForResource("Other", "XMraid", "js"));
-  EXPECT_FALSE(bundle.pathForResource("", "Name", "bundle"));  // a folder
-  EXPECT_FALSE(bundle.contents(folder_.path("absent")));
-  const gtk::GtkBundle own{{gtk::GtkBundle::standardRoot()}};
+TEST_F(GtkMachine, FindTheLibrarysResources) {
+  const gtk::GtkBundle own{{folder_.path("absent"), gtk::GtkBundle::standardRoot()}};
   EXPECT_TRUE(own.pathForResource("CorvaneTAVOSDKMRAID", "XMraid", "js"));
+  EXPECT_FALSE(own.pathForResource("", "CorvaneTAVOSDKMRAID", "bundle")) << "a folder";
 }
 
 TEST_F(GtkMachine, TakeOnlyAbsolutePathsFromTheEnvironment) {
@@ -158,16 +133,13 @@ TEST_F(GtkMachine, DescribeTheMachine) {
 }
 
 TEST_F(GtkMachine, ReadLocalesOfTheEnvironment) {
-  struct Case {
-    const char* posix;
-    const char* language;
-    const char* locale;
-  };
-  for (const Case& name : {Case{"de_CH.UTF-8", "de-CH", "de_CH"}, Case{"en", "en", "en"},
-                           Case{"sr_RS@latin", "sr-RS", "sr_RS"}, Case{"C.UTF-8", "", ""},
-                           Case{"C", "", ""}, Case{"POSIX", "", ""}}) {
-    EXPECT_EQ(gtk::languageTag(name.posix), name.language);
-    EXPECT_EQ(gtk::localeName(name.posix), name.locale);
+  using Case = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [posix, language, locale] :
+       {Case{"de_CH.UTF-8", "de-CH", "de_CH"}, Case{"en", "en", "en"},
+        Case{"sr_RS@latin", "sr-RS", "sr_RS"}, Case{"C.UTF-8", "", ""}, Case{"C", "", ""},
+        Case{"POSIX", "", ""}}) {
+    EXPECT_EQ(gtk::languageTag(posix), language);
+    EXPECT_EQ(gtk::localeName(posix), locale);
   }
 }
 
@@ -186,13 +158,10 @@ TEST_F(GtkMachine, WriteOneLogLineAMessage) {
                                  "b\xef\xbf\xbd"));
 }
 
-// ---- Ownership of what GLib counts
-
 TEST(GPtr, TakesOverOrSharesAReference) {
   auto* const object = static_cast<GObject*>(g_object_new(G_TYPE_OBJECT, nullptr));
   const auto references = [object] { return static_cast<int>(object->ref_count); };
   auto owner = gtk::GPtr<GObject>::adopt(object);
-  EXPECT_EQ(references(), 1);
   {
     gtk::GPtr<GObject> copy = owner;
     const auto shared = gtk::GPtr<GObject>::share(object);
@@ -200,14 +169,11 @@ TEST(GPtr, TakesOverOrSharesAReference) {
     copy.reset();
     EXPECT_EQ(references(), 2);
   }
-  EXPECT_EQ(references(), 1);
   gtk::GPtr<GObject> moved = std::move(owner);
   EXPECT_EQ(references(), 1);
   owner = moved;
-  EXPECT_EQ(references(), 2);
   owner = nullptr;
   EXPECT_EQ(references(), 1);
-  EXPECT_FALSE(owner);
   EXPECT_EQ(moved.release(), object);
   g_object_unref(object);
 }

@@ -10,6 +10,7 @@
 #include "Services/Application.h"
 #include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
+#include "Support/HostLoop.h"
 #include "Support/StandInHandlers.h"
 #include "Support/Testing.h"
 
@@ -18,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
-using Texts = std::vector<std::string>;
 
 StandInHandlers handlers;  // before GLib reads where the user's folders are
 
@@ -29,31 +29,27 @@ struct Creative {
   const char* name;
   const char* script;                             // runs once MRAID is ready ...
   const char* earlyScript = "";                   // ... and this one in the document's head
-  Texts calls{"shouldDisplay?", "didLoad"};       // of the host
-  Texts requests{"ad Bottom1", "tracking done"};  // at the server; "done" ends the script
-  Texts opened{};                                 // by other applications
+  Lines calls{"shouldDisplay?", "didLoad"};       // of the host
+  Lines requests{"ad Bottom1", "tracking done"};  // at the server; "done" ends the script
+  Lines opened{};                                 // by other applications
   bool mayDie = false;  // of the work that it makes; the host is told then
 };
 
-// How a test's name is printed.
 void PrintTo(const Creative& creative, std::ostream* stream) { *stream << creative.name; }
 
 class Campaigns {
  public:
   Campaigns() {
     write("next", "<html><head></head><body><p>Next</p></body></html>");
-    write("hostile", "");
-    std::ofstream{fs::path{folder_.path("hostile")} / "elsewhere.html"}
-        << "<html><body><img src='${server}/track/hostile/done'></body></html>";
+    folder_.write("hostile/elsewhere.html",
+                  "<html><body><img src='${server}/track/hostile/done'></body></html>");
   }
   [[nodiscard]] std::string path() const { return folder_.path(""); }
 
   void write(const std::string& campaign, const std::string& creative) const {
-    const fs::path folder = folder_.path(campaign);
-    fs::create_directories(folder);
-    std::ofstream{folder / "creative.html"} << creative;
-    std::ofstream{folder / "answer.json"}
-        << R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})";
+    folder_.write(campaign + "/creative.html", creative);
+    folder_.write(campaign + "/answer.json",
+                  R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})");
   }
 
  private:
@@ -129,16 +125,11 @@ class HostileCreatives : public testing::Test {
   }
 
   static std::string evaluate(const std::string& script) {
-    const auto page = ad().webViewInstance();
-    if (!page) return "no page";
-    std::optional<std::string> answer;
-    page->evaluate(script, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(host().runUntil([&] { return answer.has_value(); })) << script;
-    return answer.value_or("no answer");
+    return askPage(ad().webViewInstance().get(), script);
   }
 
-  static Texts requests() {
-    Texts all;
+  static Lines requests() {
+    Lines all;
     for (const auto& request : host().server().record().requests()) {
       all.push_back(std::string{adserver::nameOf(request.kind)} + " " + request.detail);
     }
@@ -148,16 +139,14 @@ class HostileCreatives : public testing::Test {
   // What the page asked for before now has been answered.
   static void settle() {
     evaluate("0");
-    bool settled = false;
-    Runtime::current().platform().runLoop->post([&] { settled = true; });
-    host().runUntil([&] { return settled; });
+    settleRuntime();
   }
 
   // What has reached other applications, once one that is known to arrive has.
-  static Texts opened() {
+  static Lines opened() {
     const std::string last = "tel:1";
     EXPECT_TRUE(Runtime::current().platform().application->openUrl(Url::parse(last)));
-    Texts all;
+    Lines all;
     host().runUntil([&] {
       all = handlers.received();
       return std::find(all.begin(), all.end(), last) != all.end();
@@ -170,13 +159,13 @@ class HostileCreatives : public testing::Test {
     const auto before = calls.size();
     host().load("next");
     ASSERT_TRUE(host().runUntil([&] { return calls.size() >= before + 2; }));
-    EXPECT_THAT(Texts(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end()),
+    EXPECT_THAT(Lines(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end()),
                 ElementsAre("shouldDisplay?", "didLoad"));
     ASSERT_TRUE(host().runUntil([] { return ad().webViewInstance() != nullptr; }));
     EXPECT_EQ(evaluate("document.body.textContent + mraid.getState()"), "Nextdefault");
   }
 
-  Texts calls;
+  Lines calls;
 
  private:
   template <typename... Ignored>
@@ -284,17 +273,6 @@ const Creative creatives[] = {
                   }
                   ping('done');)",
      .mayDie = true},
-    {.name = "FloodOfLocations",
-     .script = R"(for (var i = 0; i < 20000; i += 1) location.href = 'mraid://close';
-                            ping('done');)",
-     .mayDie = true},
-    {.name = "FloodOfHistory",
-     .script = R"(for (var i = 0; i < 1000; i += 1) {
-                            try { location.hash = i; history.pushState({}, '', '#' + i); }
-                            catch (refused) {}
-                          }
-                          ping('done');)",
-     .mayDie = true},
     {"MegabyteParameters",
      R"(var large = new Array(1000001).join('x');
         ['expand', 'resize', 'setExpandProperties', 'setResizeProperties', 'updateCurrentPosition',
@@ -364,6 +342,7 @@ const Creative creatives[] = {
     {"QuestionsForAPerson",
      R"(for (var i = 0; i < 100; i += 1) {
           print(); document.execCommand('copy');
+          window.Notification && Notification.requestPermission();
           var a = document.createElement('a'); a.href = 'data:application/zip,PK';
           a.download = 'x.zip'; document.body.appendChild(a); a.click();
           var input = document.createElement('input'); input.type = i % 2 ? 'file' : 'color';
@@ -375,32 +354,6 @@ const Creative creatives[] = {
         }
         window.onbeforeunload = function () { return 'Stay'; };
         ping('done');)"},
-    {"Files",
-     R"(var left = 4;
-        function found() { broken = true; }
-        function refused() { if ((left -= 1) === 0) ping('done'); }
-        var file = 'file:///etc/passwd';
-        fetch(file).then(found, refused);
-        var request = new XMLHttpRequest(); request.onload = found; request.onerror = refused;
-        try { request.open('GET', file); request.send(); } catch (error) { refused(); }
-        ['img', 'script'].forEach(function (name) {
-          var element = document.createElement(name);
-          element.onload = found; element.onerror = refused; element.src = file;
-          document.body.appendChild(element);
-        });
-        ['iframe', 'object', 'embed'].forEach(function (name) {
-          var element = document.createElement(name);
-          element.src = element.data = file;
-          document.body.appendChild(element);
-          setInterval(function () {
-            try { if (element.contentDocument.body.textContent) broken = true; } catch (error) {}
-          }, 1);
-        });)"},
-    {"CallsBeforeReady", "ping('done');",
-     R"(['resize', 'close', 'updateCurrentPosition', 'setOrientationProperties', 'x',
-         'setExpandProperties?width=9999', 'setResizeProperties?width=9&height=9', 'resize'
-        ].forEach(function (name) { command('mraid://' + name); });
-        mraid.expand(); mraid.resize(); mraid.close();)"},
     {"ExpandsBeforeReady",
      "ping('done');",
      "command('mraid://expand');",

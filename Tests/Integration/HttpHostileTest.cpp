@@ -74,11 +74,7 @@ class HttpHostile : public GtkLoopTest {
 };
 
 TEST_F(HttpHostile, TurnsEveryBadAnswerIntoItsError) {
-  struct Case {
-    const char* name;
-    Behaviour behaviour;
-    TransportError error;
-  };
+  using Case = std::tuple<const char*, Behaviour, TransportError>;
   const std::string packed = gzipOf(longText());
   const std::string half = packed.substr(0, packed.size() / 2);
   std::string wrongSum = packed;
@@ -106,9 +102,9 @@ TEST_F(HttpHostile, TurnsEveryBadAnswerIntoItsError) {
        TransportError::unsupportedUrl},
       {"a way to no host", Redirect{"http://"}, TransportError::unsupportedUrl},
   };
-  for (const auto& bad : cases) {
-    server_.on("/ad", bad.behaviour);
-    EXPECT_EQ(codeOf(exchange(request("/ad"))), bad.error) << bad.name;
+  for (const auto& [name, behaviour, error] : cases) {
+    server_.on("/ad", behaviour);
+    EXPECT_EQ(codeOf(exchange(request("/ad"))), error) << name;
   }
 }
 
@@ -143,12 +139,7 @@ TEST_F(HttpHostile, KeepsMemoryBoundedWhateverABodyBecomes) {
 }
 
 TEST_F(HttpHostile, EndsAtItsTimeOutsHoweverTheServerStalls) {
-  struct Case {
-    const char* name;
-    Behaviour behaviour;
-    Seconds idle;
-    Seconds deadline;
-  };
+  using Case = std::tuple<const char*, Behaviour, Seconds, Seconds>;
   const std::vector<Case> cases{
       {"silence", NeverAnswer{}, Seconds{0.2}, Seconds{0}},
       {"silence, deadline", NeverAnswer{}, Seconds{30}, Seconds{0.2}},
@@ -157,12 +148,12 @@ TEST_F(HttpHostile, EndsAtItsTimeOutsHoweverTheServerStalls) {
       {"a head without end", Drip{Drip::Place::Header, 20ms}, Seconds{30}, Seconds{0.3}},
       {"circles", RedirectLoop{}, Seconds{30}, Seconds{0.000'1}},
   };
-  for (const auto& slow : cases) {
-    server_.on("/ad", slow.behaviour);
+  for (const auto& [name, behaviour, idle, deadline] : cases) {
+    server_.on("/ad", behaviour);
     auto sent = request("/ad");
-    sent.idleTimeout = slow.idle;
-    sent.deadline = slow.deadline;
-    EXPECT_EQ(codeOf(exchange(sent)), TransportError::timedOut) << slow.name;
+    sent.idleTimeout = idle;
+    sent.deadline = deadline;
+    EXPECT_EQ(codeOf(exchange(sent)), TransportError::timedOut) << name;
   }
 }
 
@@ -185,18 +176,14 @@ TEST_F(HttpHostile, ReadsPastInterimAnswers) {
 }
 
 TEST_F(HttpHostile, TakesABodyOfExactlyTheLimit) {
-  for (const std::size_t limit : {std::size_t{1}, std::size_t{65'536}, std::size_t{1'000'000}}) {
-    for (const auto length : {HugeBody::Length::Declared, HugeBody::Length::Undeclared}) {
-      server_.on("/ad", HugeBody{limit, length, "", ""});
+  for (const auto length : {HugeBody::Length::Declared, HugeBody::Length::Undeclared}) {
+    for (const std::size_t limit : {65'536U, 65'535U}) {
+      server_.on("/ad", HugeBody{65'536, length, "", ""});
       auto sent = request("/ad");
       sent.maximumBodyBytes = limit;
       const auto result = exchange(sent);
-      ASSERT_TRUE(result.response && !result.error) << limit;
-      EXPECT_EQ(result.response->body.size(), limit);
-      sent.maximumBodyBytes = limit - 1 == 0 ? 1 : limit - 1;
-      if (limit > 1) {
-        EXPECT_EQ(codeOf(exchange(sent)), TransportError::bodyTooLarge) << limit;
-      }
+      EXPECT_EQ(codeOf(result) == TransportError::bodyTooLarge, limit < 65'536) << limit;
+      EXPECT_EQ(result.response->body.size(), limit == 65'536 ? limit : 0);
     }
   }
 }

@@ -43,13 +43,6 @@ class LifecycleOnScreenTest : public testing::Test {
       return std::count(all.begin(), all.end(), "didLoad") == static_cast<std::ptrdiff_t>(times);
     });
   }
-
-  [[nodiscard]] static bool turnTo(int width, int height) {
-    host().window().set_default_size(width, height);
-    return host().runUntil([&] {
-      return (host().window().get_width() > host().window().get_height()) == (width > height);
-    });
-  }
 };
 
 TEST_F(LifecycleOnScreenTest, AMinimisedWindowLetsGoAndARestoredOneLoadsAnew) {
@@ -74,28 +67,6 @@ TEST_F(LifecycleOnScreenTest, AMinimisedWindowLetsGoAndARestoredOneLoadsAnew) {
     EXPECT_EQ(host().recorded(RequestKind::Ad), 2U) << "no more than one for coming back";
     EXPECT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Tracking) == 2; }));
   }
-}
-
-TEST_F(LifecycleOnScreenTest, ATurnedWindowIsToldToThePage) {
-  host().load("html-banner");
-  ASSERT_TRUE(loaded(1));
-  // The page introduces itself, a moment after the ad was shown.
-  ASSERT_TRUE(host().runUntil([] { return host().banner()->webViewInstance() != nullptr; }));
-  const auto agent = host().banner()->webViewInstance();
-  static std::string size;  // answers come late, too
-  const auto screenSize = [&](const std::string& wanted) {
-    return host().runUntil([&] {
-      agent->evaluate("var s = mraid.getScreenSize(); s.width > s.height ? 'wide' : 'tall'",
-                      [&](const std::string& answer) { size = answer; });
-      return size == wanted;
-    });
-  };
-  EXPECT_TRUE(screenSize("tall"));
-  ASSERT_TRUE(turnTo(900, 400));
-  EXPECT_TRUE(screenSize("wide")) << size;
-  ASSERT_TRUE(turnTo(360, 640));
-  EXPECT_TRUE(screenSize("tall")) << size;
-  EXPECT_EQ(host().recorded(RequestKind::Ad), 1U) << "turning is no reason to ask";
 }
 
 // Each time that the engine's widget leaves its window the host loses some tens of kilobytes.

@@ -1,7 +1,5 @@
 // Creatives in the real engine, in a real window, through the whole SDK: what they ask for happens
 // on the screen, and what they are told is the truth.
-//
-// With TAVO_TEST_PICTURES set to a folder, pictures of each state are left there.
 
 #include "Services/RunLoop.h"
 #include "Support/CreativeScreenTest.h"
@@ -148,41 +146,10 @@ TEST_F(MraidCreativeTest, AResizeThatReachesFarOffTheScreenHurtsNobody) {
   ASSERT_TRUE(becomesSized("default", 320, 50));
 }
 
-TEST_F(MraidCreativeTest, RefusedResizesComeBackAsErrors) {
-  show("ad");
-  heard();
-  evaluate("resizeTo(300, 250, 0, 0, 'top-right')");
-  ASSERT_TRUE(becomesSized("resized", 300, 250));
-  tapAndDo("mraid.expand()");
-  ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  heard();
-  evaluate(
-      "var frame = document.createElement('iframe'); frame.src = 'mraid://resize';"
-      "document.body.appendChild(frame);");
-  ASSERT_TRUE(
-      becomes("heard.join()", "error Can not resize while view is Already expanded . resize"));
-  evaluate("mraid.close()");
-  ASSERT_TRUE(becomesSized("default", 320, 50));
-}
-
 TEST_F(MraidCreativeTest, AllCommandsInOneTurnEndInTheDefaultState) {
   show("commands");
   ASSERT_TRUE(becomesSized("default", 320, 50));
   EXPECT_TRUE(host().window().get_mapped());
-}
-
-TEST_F(MraidCreativeTest, AnExpandedAdWhoseScriptLoopsIsTakenAway) {
-  show("ad");
-  tapAndDo("mraid.expand()");
-  ASSERT_TRUE(becomesSized("expanded", width(), height()));
-  page()->evaluate("for (;;) {}", [](const std::string&) {});
-  EXPECT_TRUE(host().runUntil([] { return host().calls().back() == "didFail 1101"; }));
-  EXPECT_THAT(host().calls(),
-              ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse", "didFail 1101"));
-  EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
-  EXPECT_FALSE(pressEscape());
-  host().load("ad");
-  EXPECT_TRUE(host().runUntil([] { return host().calls().back() == "didLoad"; }));
 }
 
 TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {
@@ -192,15 +159,6 @@ TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {
   host().makeBanner();
   EXPECT_TRUE(host().runUntil([] { return nameAt(width() - 15, 8 + 15) == "no button"; }));
   EXPECT_FALSE(pressEscape());
-}
-
-// Last: its process has work left when it goes.
-TEST_F(MraidCreativeTest, AFloodLeavesTheHostAtWork) {
-  show("flood");
-  int ticks = 0;
-  const Timer pulse = Runtime::current().platform().runLoop->every(Seconds{0.01}, [&] { ++ticks; });
-  EXPECT_TRUE(host().runUntil([&] { return ticks >= 100; }));
-  EXPECT_EQ(evaluate("mraid.getState()"), "default");
 }
 
 }  // namespace

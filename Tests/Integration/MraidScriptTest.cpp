@@ -175,25 +175,6 @@ TEST_F(MraidScript, StaysTheOnlyOne) {
   EXPECT_EQ(creative->inits, 1);
 }
 
-TEST_F(MraidScript, CarriesHostileValuesUnharmed) {
-  const auto creative = ScriptedCreative::load("hostile-values");
-  creative->waitUntilReady();
-  ASSERT_TRUE(test::runUntil(
-      [&] { return !creative->commands.empty() && creative->commands.back().size() > 1'000'000; }));
-  const auto open = mraidCommandFromUrl(Url::fromText(creative->commands.at(0)));
-  EXPECT_EQ(open.name, "open");
-  EXPECT_EQ(
-      open.parameters.at("url"),
-      "');wasBroken=true;('\"\\\n\r\xE2\x80\xA8\xE2\x80\xA9\xEF\xBF\xBD</script>%00%zz&x=y#z");
-  for (const auto& command : creative->commands) {
-    creative->emitter.reportErrorMessage("The command requested is unknown",
-                                         mraidCommandFromUrl(Url::fromText(command)).name,
-                                         creative->view);
-  }
-  EXPECT_EQ(creative->evaluate("wasBroken"), "false");
-  EXPECT_THAT(creative->heard(), Contains("foo"));
-}
-
 TEST_F(MraidScript, FloodsInBoundedPieces) {
   const auto creative = ScriptedCreative::load("flood");
   creative->waitUntilReady();

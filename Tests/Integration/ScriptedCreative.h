@@ -20,14 +20,6 @@
 
 namespace tavo::test {
 
-inline std::string contentsOf(const std::string& path) {
-  const std::ifstream file{path};
-  EXPECT_TRUE(file) << path;
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
-}
-
 inline std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream stream{text};
@@ -74,15 +66,9 @@ class ScriptedCreative : public WebViewClient {
     return contentsOf(resources() + "/CorvaneTAVOSDKMRAID.bundle/XMraid.js");
   }
 
-  // What the page's own script has written down.
   std::vector<std::string> heard() { return linesOf(evaluate("heard.join('\\n')")); }
 
-  std::string evaluate(const std::string& text) {
-    std::optional<std::string> answer;
-    view->evaluate(text, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(runUntil([&] { return answer.has_value(); })) << text;
-    return answer.value_or("no answer");
-  }
+  std::string evaluate(const std::string& text) { return askPage(view.get(), text); }
 
   bool waitForCommands(std::size_t count) {
     return runUntil([&] { return commands.size() >= count; });

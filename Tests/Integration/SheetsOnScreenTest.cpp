@@ -1,18 +1,17 @@
-// Sheets, alerts and the in-app browser in a real window. With TAVO_TEST_PICTURES set to a folder,
-// each leaves a picture of itself there.
+// Sheets, alerts and the in-app browser in a real window.
 
 #include <map>
 
 #include <tavo/XGlobalConfiguration.h>
 
-#include "ClickToAction/XPictureManager.h"
 #include "Gtk/Scene/NativeView.h"
 #include "Gtk/Services/GtkApplication.h"
+#include "Gtk/Sheets/GtkAlerts.h"
 #include "Scene/Window.h"
 #include "Services/Alerts.h"
 #include "Services/Composers.h"
-#include "Services/PhotoAlbum.h"
 #include "Support/GtkHost.h"
+#include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/ScreenPointer.h"
@@ -58,17 +57,10 @@ class SheetsOnScreen : public testing::Test {
   }
   ~SheetsOnScreen() override {
     if (root_->presentedViewController() != nullptr) root_->dismissViewController(Animated::no);
-    settle();
+    settleRuntime();
   }
 
   static const Platform& platform() { return Runtime::current().platform(); }
-  static void settle() {
-    bool settled = false;
-    platform().runLoop->post([&] { settled = true; });
-    host().runUntil([&] { return settled; });
-  }
-
-  // Shows the sheet and waits until it is drawn.
   void present(const std::shared_ptr<ViewController>& sheet) const {
     root_->presentViewController(sheet, Animated::yes);
     host().runUntil([] { return widgetOf<Gtk::Button>() != nullptr; });
@@ -170,7 +162,7 @@ TEST_F(SheetsOnScreen, AnEventIsLookedOverAndReported) {
   EXPECT_EQ(edited, expected) << "a time that cannot be read stays";
   for (const auto& [button, action] : std::map<std::string, EventEditAction>{
            {"Delete", EventEditAction::deleted}, {"Cancel", EventEditAction::cancelled}}) {
-    settle();
+    settleRuntime();
     edit();
     ASSERT_TRUE(pressButton(host().window(), button));
     EXPECT_EQ(result, action);
@@ -191,12 +183,13 @@ TEST_F(SheetsOnScreen, ASheetThatNobodyWaitsForStillCloses) {
     EXPECT_TRUE(pressButton(host().window(), button));
     EXPECT_EQ(root_->presentedViewController(), nullptr);
     root_->dismissViewController(Animated::no);
-    settle();
+    settleRuntime();
     present(sheet);
     EXPECT_TRUE(pressKey(host().window(), GDK_KEY_Escape));
     EXPECT_EQ(root_->presentedViewController(), nullptr);
     root_->dismissViewController(Animated::no);
-    settle();
+    settleRuntime();
+    EXPECT_TRUE(sheet->cancelOperation()) << "nor does it hurt where it never was";
   }
 }
 
@@ -210,52 +203,44 @@ TEST_F(SheetsOnScreen, AMillionCharactersDoNotHoldTheHostUp) {
 
 Gtk::Window* alertWindow() {
   for (auto* window : Gtk::Window::list_toplevels()) {
-    if (dynamic_cast<Gtk::MessageDialog*>(window) != nullptr && window->get_mapped()) return window;
+    if (GTK_IS_MESSAGE_DIALOG(window->gobj()) && window->get_mapped()) return window;
   }
   return nullptr;
 }
 
-TEST_F(SheetsOnScreen, ConsentIsAskedForAndClosingGivesNone) {
-  std::vector<int> codes;
-  const auto events = std::make_shared<XPictureManagerDelegate>(XPictureManagerDelegate{
-      .pictureManagerDidFailToStorePictureWithError = [&](XPictureManager&, const Error& error) {
-        codes.push_back(error.code);
-      }});
-  const auto manager = XPictureManager::create(Runtime::current().environment(), events);
-  HostileServer server;
-  server.on("/a.png", PlainAnswer{.body = "no picture", .contentType = "image/png"});
+TEST_F(SheetsOnScreen, AnAlertIsAnsweredOnceAndClosingItMeansNo) {
+  const ToolkitComplaints complaints;
+  const Alert alert{.title = "", .message = "Sure?", .buttons = {"No", "Yes"}, .cancelButton = 0};
+  std::vector<std::size_t> answers;
+  const auto note = [&](std::size_t button) { answers.push_back(button); };
   const auto ask = [&] {
-    manager->storePicture({{"url", server.url("/a.png")}});
+    platform().alerts->show(alert, note);
     host().runUntil([] { return alertWindow() != nullptr; });
   };
   ask();
   ASSERT_NE(alertWindow(), nullptr);
-  for (const char* title : {"Save Photos", "No_Title", "Yes_Title"}) {
+  EXPECT_TRUE(pressButton(*alertWindow(), "Yes")) << "before its first frame";
+  host().waitForFrames();
+  ask();
+  for (const char* title : {"Sure?", "No", "Yes"}) {
     const auto isTitle = [title](Gtk::Label& label) { return label.get_text().raw() == title; };
     EXPECT_EQ(widgetsBelow<Gtk::Label>(*alertWindow(), isTitle).size(), 1U) << title;
   }
   host().runUntil([] { return adplayer::Screenshot{*alertWindow()}.isValid(); });
   host().keepPicture(*alertWindow(), "consent");
-  ASSERT_TRUE(pressButton(*alertWindow(), "No_Title"));
-  host().runUntil([&] { return codes.size() == 1; });
-  ask();
   alertWindow()->close();
-  host().runUntil([&] { return codes.size() == 2; });
-  const ToolkitComplaints complaints;
+  host().runUntil([&] { return answers.size() == 2; });
   ask();
   g_signal_emit_by_name(alertWindow()->gobj(), "close");  // what the Escape key does
-  host().runUntil([&] { return codes.size() == 3; });
-  settle();
-  EXPECT_THAT(complaints.texts, IsEmpty());
-  EXPECT_THAT(codes, ElementsAre(1005, 1005, 1005));
-  EXPECT_TRUE(server.requests().empty());
-  ask();
-  ASSERT_TRUE(pressButton(*alertWindow(), "Yes_Title"));
-  host().runUntil([&] { return codes.size() == 4; });
-  EXPECT_EQ(codes.back(), albumNoPictureError);
-  EXPECT_EQ(server.requests().size(), 1U);
-  settle();
+  host().runUntil([&] { return answers.size() == 3; });
+  const auto windowless =
+      std::make_shared<gtk::GtkApplication>(platform().notifications, Limits{}.widgetSide);
+  gtk::GtkAlerts{platform().runLoop, windowless}.show(alert, note);
+  EXPECT_THAT(answers, SizeIs(3)) << "never inside the call";
+  settleRuntime();
+  EXPECT_THAT(answers, ElementsAre(1U, 0U, 0U, 0U));
   EXPECT_EQ(alertWindow(), nullptr);
+  EXPECT_THAT(complaints.texts, IsEmpty());
 }
 
 constexpr const char* page =
@@ -281,11 +266,19 @@ TEST_F(SheetsOnScreen, ABannersClickOpensTheBrowserAtEitherEdge) {
     const auto isGreen = [](const Color& color) { return color.green > color.red + 0.2F; };
     EXPECT_TRUE(host().runUntil([&] { return isGreen(pixel(height / 2)); }));
     EXPECT_EQ(isGreen(pixel(8)), position == 1);
+    double end = 0;
+    for (auto* button : widgetsBelow<Gtk::Button>(host().window())) {
+      double x = 0;
+      double y = 0;
+      ASSERT_TRUE(button->translate_coordinates(host().window(), 0, 0, x, y));
+      EXPECT_GE(x, end) << "buttons on top of each other";
+      end = x + button->get_width();
+    }
     EXPECT_EQ(isGreen(pixel(height - 8)), position == 0);
     host().keepPicture(position == 0 ? "browser-top" : "browser-bottom");
     EXPECT_TRUE(pressKey(host().window(), GDK_KEY_Escape));
     EXPECT_FALSE(host().banner()->appBrowserOpen());
-    settle();
+    settleRuntime();
   }
 }
 
@@ -335,13 +328,6 @@ class LandingPage : public SheetsOnScreen {
       return done();
     });
   }
-  static Gtk::Window* question() {
-    for (auto* window : Gtk::Window::list_toplevels()) {
-      if (GTK_IS_MESSAGE_DIALOG(window->gobj()) && window->get_mapped()) return window;
-    }
-    return nullptr;
-  }
-
   ScreenPointer pointer_;
   HostileServer server_;
   std::vector<std::string> lines_;
@@ -364,15 +350,15 @@ TEST_F(LandingPage, OpensNewWindowsInItsPlace) {
 TEST_F(LandingPage, AsksThePerson) {
   if (!pointer_.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
   open("<p onclick=\"location.href = confirm('Sure?') ? '/new' : '/no'\">ask");
-  ASSERT_TRUE(clickUntil(0, [] { return question() != nullptr; }));
-  host().keepPicture(*question(), "confirm");
+  ASSERT_TRUE(clickUntil(0, [] { return alertWindow() != nullptr; }));
+  host().keepPicture(*alertWindow(), "confirm");
   // Longer than a page that is silent for another reason would be left alive.
   bool waited = false;
   const Timer patience = platform().runLoop->after(platform().limits.webProcessPing + Seconds{4},
                                                    [&] { waited = true; });
   host().runUntil([&] { return waited; });
-  ASSERT_NE(question(), nullptr);
-  gtk_dialog_response(GTK_DIALOG(question()->gobj()), GTK_RESPONSE_OK);
+  ASSERT_NE(alertWindow(), nullptr);
+  gtk_dialog_response(GTK_DIALOG(alertWindow()->gobj()), GTK_RESPONSE_OK);
   EXPECT_TRUE(isNamed("New"));
   EXPECT_THAT(lines_, IsEmpty());
 }

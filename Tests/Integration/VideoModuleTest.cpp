@@ -1,5 +1,3 @@
-// How the video module comes into a process, and what happens where it cannot.
-
 #include <gtk/gtk.h>
 
 #include <algorithm>

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <tavo/Button.h>
 #include <tavo/MoviePlayerFactory.h>
@@ -28,14 +27,7 @@ inline const bool silent = g_setenv("GST_PLUGIN_FEATURE_RANK",
 
 constexpr Color yellowBar{1, 1, 0, 1};  // the second of seven in the clip
 
-inline std::string bytesOf(const std::string& path) {
-  std::ifstream file{path, std::ios::binary};
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
-
-inline std::string clip() { return bytesOf(sampleCampaigns() + "/vast-preroll/clip.mp4"); }
+inline std::string clip() { return contentsOf(sampleCampaigns() + "/vast-preroll/clip.mp4"); }
 
 // The sample campaigns, and those that a test adds.
 class Campaigns {
@@ -53,14 +45,12 @@ class Campaigns {
   }
   void addFile(const std::string& campaign, const std::string& name,
                const std::string& text) const {
-    const std::filesystem::path place = path() + "/" + campaign;
-    std::filesystem::create_directories(place);
-    std::ofstream{place / name} << text;
+    folder_.write("all/" + campaign + "/" + name, text);
   }
   // The sample document, with its video at `media`.
   [[nodiscard]] std::string document(
       const std::string& media = "${server}/assets/vast-preroll/clip.mp4") const {
-    std::string document = bytesOf(path() + "/vast-preroll/creative.xml");
+    std::string document = contentsOf(path() + "/vast-preroll/creative.xml");
     const std::string sample = "${server}/assets/vast-preroll/clip.mp4";
     return document.replace(document.find(sample), sample.size(), media);
   }

@@ -1,5 +1,3 @@
-// How the web module comes into a process, and what happens where it cannot.
-
 #include <gtk/gtk.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -15,21 +13,10 @@
 #include "Gtk/Services/HelperProgram.h"
 #include "Headless/HeadlessServices.h"
 #include "Support/GtkLoopTest.h"
+#include "Support/WebPage.h"
 
 namespace tavo::test {
 namespace {
-
-class Recorder : public WebViewClient {
- public:
-  bool webViewShouldStartLoad(WebView&, const Navigation&) override { return true; }
-  void webViewDidStartLoad(WebView&) override { events.emplace_back("start"); }
-  void webViewDidFinishLoad(WebView&) override { events.emplace_back("finish"); }
-  void webViewDidFailLoad(WebView&, const Error& error) override {
-    events.push_back(error.domain + ' ' + std::to_string(error.code));
-  }
-  void webViewProcessDidTerminate(WebView&, const Error&) override { events.emplace_back("gone"); }
-  std::vector<std::string> events;
-};
 
 bool engineIsMapped() {
   std::ifstream maps{"/proc/self/maps"};
@@ -101,7 +88,7 @@ TEST_F(WebModuleTest, TheHostGoesOnWhileTheUserAgentIsAskedFor) {
   for (int asker = 0; asker < 2; ++asker) asked->findUserAgent([&] { ++found; });
   settle();
   EXPECT_EQ(found, 0);
-  std::ofstream{folder_.path("release")} << "go\n";
+  folder_.write("release", "go\n");
   runUntil([&] { return found == 2; });
   EXPECT_EQ(found, 2);
   EXPECT_EQ(asked->userAgent(), "Slow/1.0");
@@ -167,7 +154,8 @@ TEST_F(WebModuleTest, WithoutAModuleEveryLoadFails) {
     view->evaluate("1 + 1", [&](const std::string& result) { results.push_back(result); });
     EXPECT_THAT(client->events, IsEmpty());
     runUntil([&] { return !results.empty(); });
-    EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102", "WebKitErrorDomain 1102"));
+    EXPECT_THAT(client->events,
+                ElementsAre("fail WebKitErrorDomain 1102", "fail WebKitErrorDomain 1102"));
     EXPECT_THAT(results, ElementsAre(""));
     const std::size_t notes = log_->messages().size();
     factory->warmUp({.owner = this});
@@ -189,10 +177,7 @@ TEST_F(WebModuleTest, AModuleOfAnotherVersionIsNotUsed) {
 }
 
 TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
-  struct Case {
-    std::vector<std::string> arguments;
-    std::optional<std::string> output;
-  };
+  using Case = std::pair<std::vector<std::string>, std::optional<std::string>>;
   const std::vector<Case> cases{
       {{"/bin/echo", "a", "b c"}, "a b c\n"},
       {{"/bin/true"}, ""},
@@ -203,9 +188,9 @@ TEST(HelperProgramTest, GivesTheOutputOfAProgramThatSucceedsInTime) {
       {{"/bin/sh", "-c", "exec >&-; exec sleep 600"}, std::nullopt},
       {{"/usr/bin/yes"}, std::nullopt},
   };
-  for (const auto& one : cases) {
-    EXPECT_EQ(gtk::runHelperProgram(one.arguments, Seconds{2}), one.output)
-        << testing::PrintToString(one.arguments);
+  for (const auto& [arguments, output] : cases) {
+    EXPECT_EQ(gtk::runHelperProgram(arguments, Seconds{2}), output)
+        << testing::PrintToString(arguments);
   }
 }
 

@@ -146,18 +146,6 @@ TEST_F(WebNavigationTest, CookiesOfPagesAndRequestsAreTheSame) {
   EXPECT_TRUE(contains(stored(), "answer=2"));
 }
 
-TEST_F(WebNavigationTest, ALoadThatIsReplacedReportsOnlyTheNewOne) {
-  Page page;
-  for (int n = 0; n < 5; ++n) {
-    page.view->loadHtml("<html><body>" + std::to_string(n) + "</body></html>", noBase);
-  }
-  ASSERT_TRUE(
-      runUntil([&] { return page.client->count("finish") >= 1 && !page.view->isLoading(); }));
-  EXPECT_EQ(page.evaluate("document.body.textContent"), "4");
-  EXPECT_EQ(page.client->count("finish"), 1);
-  EXPECT_EQ(page.client->events.back(), "finish");
-}
-
 TEST_F(WebNavigationTest, APageThatNeverFinishesFailsInTime) {
   // Accepts connections and never answers.
   const auto silent = gtk::GPtr<GSocketListener>::adopt(g_socket_listener_new());

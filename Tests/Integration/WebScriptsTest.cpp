@@ -36,23 +36,6 @@ TEST_F(WebScriptsTest, EvaluatesInOrderAndGivesResultsAsText) {
                                    "[object Object]", "\xC3\xA4", "", "second", "hi"));
 }
 
-TEST_F(WebScriptsTest, AThousandCommandsArriveInOrder) {
-  Page page;
-  page.load("<html><body></body></html>");
-  page.evaluate(R"js(for (let i = 0; i < 1000; i++) {
-    const frame = document.createElement('iframe');
-    frame.style.display = 'none';
-    frame.src = 'mraid://Command?n=' + i;
-    document.body.appendChild(frame);
-    frame.remove();
-  })js");
-  ASSERT_TRUE(runUntil([&] { return page.client->commands.size() >= 1000; }));
-  for (int n = 0; n < 1000; ++n) {
-    ASSERT_EQ(page.client->commands[static_cast<std::size_t>(n)],
-              "mraid://Command?n=" + std::to_string(n));
-  }
-}
-
 TEST_F(WebScriptsTest, PagesThatForbidFramesSendCommandsAsMessages) {
   Page page;
   page.load(R"html(<html><head>

@@ -8,6 +8,7 @@
 #include <tavo/TapRecognizer.h>
 
 #include "Support/GtkHost.h"
+#include "Support/HostLoop.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
 #include "Support/WidgetTree.h"
@@ -17,12 +18,11 @@ namespace tavo::test {
 // A campaign for each creative of the tests' own.
 inline std::string campaignsOfCreatives(const TemporaryFolder& folder) {
   for (const auto& creative : std::filesystem::directory_iterator{testData() + "/creatives"}) {
-    const auto campaign = std::filesystem::path{folder.path(creative.path().stem())};
-    std::filesystem::create_directories(campaign);
-    std::filesystem::copy_file(creative.path(), campaign / "creative.html");
-    std::ofstream{campaign / "campaign.json"} << R"({"title": "Creative"})";
-    std::ofstream{campaign / "answer.json"}
-        << R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})";
+    const std::string campaign = creative.path().stem();
+    folder.write(campaign + "/creative.html", contentsOf(creative.path()));
+    folder.write(campaign + "/campaign.json", R"({"title": "Creative"})");
+    folder.write(campaign + "/answer.json",
+                 R"({"Ad": [{"AdType": "text/html", "Text": "${creative.html}"}]})");
   }
   return folder.path("");
 }
@@ -61,12 +61,7 @@ class CreativeScreenTest : public testing::Test {
   }
 
   static std::string evaluate(const std::string& script) {
-    const auto page = host().banner()->webViewInstance();
-    if (!page) return "no page";
-    std::optional<std::string> answer;
-    page->evaluate(script, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(host().runUntil([&] { return answer.has_value(); })) << script;
-    return answer.value_or("no answer");
+    return askPage(host().banner()->webViewInstance().get(), script);
   }
 
   // The script's result becomes `expected`, now or later.

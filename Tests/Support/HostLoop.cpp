@@ -2,6 +2,11 @@
 
 #include <glib.h>
 
+#include <tavo/Runtime.h>
+
+#include "Services/RunLoop.h"
+#include "Support/Testing.h"
+
 namespace tavo::test {
 
 bool runUntil(const std::function<bool()>& done, std::chrono::seconds patience) {
@@ -14,6 +19,20 @@ bool runUntil(const std::function<bool()>& done, std::chrono::seconds patience) 
   }
   g_source_remove(waker);
   return done();
+}
+
+void settleRuntime() {
+  bool settled = false;
+  Runtime::current().platform().runLoop->post([&] { settled = true; });
+  runUntil([&] { return settled; });
+}
+
+std::string askPage(WebView* page, const std::string& script) {
+  if (page == nullptr) return "no page";
+  std::optional<std::string> answer;
+  page->evaluate(script, [&](const std::string& result) { answer = result; });
+  EXPECT_TRUE(runUntil([&] { return answer.has_value(); })) << script;
+  return answer.value_or("no answer");
 }
 
 }  // namespace tavo::test

@@ -14,10 +14,8 @@ namespace tavo::test {
 // when the stop cancellable is cancelled.
 class HostileConnection {
  public:
-  // Both outlive this.
   HostileConnection(GSocketConnection* connection, GCancellable* stop);
 
-  // Hangs up.
   ~HostileConnection();
   HostileConnection(const HostileConnection&) = delete;
   HostileConnection& operator=(const HostileConnection&) = delete;
@@ -53,7 +51,6 @@ class HostileConnection {
   GCancellable* stop_;
 };
 
-// The path of a raw request, without its query.
 [[nodiscard]] std::string pathOf(std::string_view request);
 
 }  // namespace tavo::test

@@ -9,4 +9,7 @@ namespace tavo::test {
 [[nodiscard]] std::string resources();        // what the library brings
 [[nodiscard]] std::string sampleCampaigns();  // what the sample server serves
 
+// The bytes of a file; a failure where it cannot be read.
+[[nodiscard]] std::string contentsOf(const std::string& file);
+
 }  // namespace tavo::test

@@ -3,8 +3,10 @@
 #include <glib.h>
 
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace tavo::test {
 
@@ -25,6 +27,10 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
+  void write(const std::string& name, std::string_view bytes) const {
+    std::filesystem::create_directories((folder_ / name).parent_path());
+    std::ofstream{folder_ / name, std::ios::binary} << bytes;
+  }
 
  private:
   std::filesystem::path folder_;

@@ -3,7 +3,6 @@
 #include <gtk/gtk.h>
 
 #include <chrono>
-#include <map>
 
 #include <tavo/WebView.h>
 
@@ -23,22 +22,6 @@ namespace tavo::test {
 inline const Url noBase;
 constexpr std::chrono::seconds pagePatience{30};
 
-class Defaults : public UserDefaults {
- public:
-  [[nodiscard]] std::optional<std::string> value(std::string_view key) const override {
-    const auto found = values.find(key);
-    return found == values.end() ? std::nullopt : std::optional{found->second};
-  }
-  void setValue(std::string_view key, std::optional<std::string> value) override {
-    values.erase(std::string{key});
-    if (value) values.emplace(key, *value);
-  }
-  void synchronize() override {}
-
-  std::map<std::string, std::string, std::less<>> values;
-};
-
-// Writes down what it hears, one line each.
 class Recorder : public WebViewClient {
  public:
   bool webViewShouldStartLoad(WebView& /*webView*/, const Navigation& navigation) override {
@@ -97,7 +80,7 @@ inline const std::shared_ptr<gtk::GtkCookieStore>& cookies() {
 
 inline gtk::GtkWebModule::Services webServices(const Limits& limits) {
   return {.runLoop = loop(),
-          .userDefaults = std::make_shared<Defaults>(),
+          .userDefaults = std::make_shared<headless::HeadlessUserDefaults>(),
           .log = std::make_shared<headless::HeadlessLog>(),
           .cookies = cookies(),
           .limits = limits};
@@ -117,7 +100,6 @@ inline gtk::GtkWebModule& factory() {
   return module;
 }
 
-// A web view and its client.
 struct Page {
   explicit Page(const WebViewOptions& options = {}, Rect frame = {0, 0, 320, 50},
                 gtk::GtkWebModule& module = factory())
@@ -131,12 +113,7 @@ struct Page {
     ASSERT_TRUE(runUntil([&] { return client->count("finish") > before; }, pagePatience));
   }
 
-  std::string evaluate(const std::string& script) {
-    std::optional<std::string> answer;
-    view->evaluate(script, [&](const std::string& result) { answer = result; });
-    EXPECT_TRUE(runUntil([&] { return answer.has_value(); }, pagePatience));
-    return answer.value_or("no answer");
-  }
+  std::string evaluate(const std::string& script) { return askPage(view.get(), script); }
 
   std::shared_ptr<Recorder> client = std::make_shared<Recorder>();
   std::shared_ptr<WebView> view;

@@ -155,47 +155,30 @@ TEST_F(AdManagerTest, APageWithoutTextIsNoAd) {
 
 TEST_F(AdManagerTest, TheLogTellsWhichWayAnAnswerWent) {
   struct Case {
-    const char* name;
     std::string body;
-    const char* mime;
-    int status;
-    std::vector<std::string> platformLog;
-    std::vector<std::string> debugLog;
+    const char* platformLog;
+    const char* debugLog;
+    const char* mime = "application/json";
+    int status = 200;
   };
   const std::string leads = R"({"Ad":[{"AdType":"redirect","FileUrl":"http://other.example/"}]})";
   const Case cases[] = {
-      {"page",
-       answerOf("text/html", "<b>", "i"),
-       "application/json",
-       200,
-       {"Request is Normal"},
-       {"Loading MRAID/HTML Ad..."}},
-      {"picture",
-       answerOf("image/png", "", "i"),
-       "application/json",
-       200,
-       {"Request is Normal"},
-       {"Loading Image Ad..."}},
-      {"redirect",
-       leads,
-       "application/json",
-       200,
-       {"Request is redirected"},
-       {"Redirect request response received"}},
-      {"redirect in place", R"({"Ad":[]})", "text/plain", 302, {"Request is redirected"}, {}},
+      {answerOf("text/html", "<b>", "i"), "Request is Normal", "Loading MRAID/HTML Ad..."},
+      {answerOf("image/png", "", "i"), "Request is Normal", "Loading Image Ad..."},
+      {leads, "Request is redirected", "Redirect request response received"},
+      {R"({"Ad":[]})", "Request is redirected", "", "text/plain", 302},
   };
   platform_.http->answerWith("http://other.example/", "text/html", "<b>");
   XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
   for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
     const auto before = static_cast<std::ptrdiff_t>(platform_.log->messages().size());
     testing::internal::CaptureStderr();
     receive(test.body, test.mime, test.status);
     const std::string debugged = testing::internal::GetCapturedStderr();
     auto messages = platform_.log->messages();
     messages.erase(messages.begin(), messages.begin() + before);
-    for (const auto& line : test.platformLog) EXPECT_THAT(messages, Contains("\n\n" + line));
-    for (const auto& line : test.debugLog) EXPECT_THAT(debugged, HasSubstr("\n\n" + line));
+    EXPECT_THAT(messages, Contains(std::string{"\n\n"} + test.platformLog)) << test.body;
+    EXPECT_THAT(debugged, HasSubstr(std::string{"\n\n"} + test.debugLog)) << test.body;
   }
 }
 

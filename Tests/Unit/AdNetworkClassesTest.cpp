@@ -63,20 +63,17 @@ TEST_F(AdNetworkClassesTest, ALibraryThatCannotBeUsedOffersNothing) {
                                               {"CVBannerAdView", nullptr}};
   static constexpr AdNetworkClass nulls[] = {{"CVBannerAdView", [] { return (CVAd*)nullptr; }}};
   static constexpr AdNetworkClass throwing[] = {{"CVBannerAdView", throwInstead}};
-  struct Case {
-    const char* name;
-    AdNetworkExports exports;
-  };
+  using Case = std::pair<const char*, AdNetworkExports>;
   const Case cases[] = {
       {"older", {adNetworkVersion - 1, 1, usable}},   {"newer", {adNetworkVersion + 1, 1, usable}},
       {"no classes", {adNetworkVersion, 1, nullptr}}, {"absurd", {adNetworkVersion, ~0U, usable}},
       {"broken", {adNetworkVersion, 2, broken}},      {"makes null", {adNetworkVersion, 1, nulls}},
       {"throws", {adNetworkVersion, 1, throwing}},
   };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
+  for (const auto& [name, exports] : cases) {
+    SCOPED_TRACE(name);
     const Runtime own{platform_.platform()};
-    installLibrary(test.exports);
+    installLibrary(exports);
     EXPECT_FALSE(AdNetworkClasses::sharedInstance().make<CVBannerAdView>());
   }
 }

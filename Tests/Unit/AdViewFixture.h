@@ -60,12 +60,10 @@ class AdViewTest : public testing::Test {
   std::shared_ptr<const XAdViewDelegate> events_;
 };
 
-// Answers of the ad server.
 [[nodiscard]] std::string imageAnswer(const std::string& fileUrl = "http://cdn.example/a.png");
 [[nodiscard]] std::string htmlAnswer(const std::string& html = "<b>ad</b>");
 inline constexpr const char* noAdAnswer = R"({"Ad":[]})";
 
-// What they lead to.
 inline const std::string getAd = "GET http://ads.example/x/sdk/page/@Bottom1";
 inline const std::string getPicture = "GET http://cdn.example/a.png";
 inline const std::string getImpression = "GET http://track.example/i";

@@ -144,17 +144,6 @@ TEST_F(AdViewTest, AnAdThatCameBeforeItsWindowRefreshesOnceTheWindowIsSeen) {
   EXPECT_THAT(happened(), Contains(getAd).Times(1));
 }
 
-TEST_F(AdViewTest, IntervalsThatStopAndIntervalsThatNeverStart) {
-  showBanner(imageAnswer());
-  ASSERT_TRUE(banner_->isRefreshTimerRunning());
-  for (const auto& [interval, runs] :
-       {std::pair{-1.0F, true}, std::pair{0.0F, false}, std::pair{-1.0F, false}}) {
-    slot_->bannerRefreshInterval = interval;
-    banner_->refreshAd();
-    EXPECT_EQ(banner_->isRefreshTimerRunning(), runs) << "a negative one neither stops nor starts";
-  }
-}
-
 TEST_F(AdViewTest, ALoadThatFailsAtOnceDoesNotArmTheTimerAgain) {
   slot_->bannerRefreshInterval = 30;
   showBanner(imageAnswer());
@@ -288,11 +277,16 @@ TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABoundForEachLoad) {
   }
 }
 
-TEST_F(AdViewTest, APageWhoseProcessDiesIsAFailure) {
+TEST_F(AdViewTest, APageThatCannotBeLoadedOrDiesIsAFailure) {
   showBanner(htmlAnswer());
   platform_.webViews->last()->terminateProcess();
   EXPECT_THAT(happened(), ElementsAre("didFail 1101 The page's process has ended."));
   EXPECT_EQ(banner_->subviews().size(), 1U);
+  platform_.webViews->holdLoads = true;
+  EXPECT_THAT(loaded(htmlAnswer()), ElementsAre(getAd));
+  platform_.webViews->last()->failLoad(makeError(TransportError::cannotConnect, "No answer."));
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("didFail -1004 No answer.")) << "neither shown nor counted";
 }
 
 TEST_F(AdViewTest, LeavingTheScreenReleasesEverything) {
@@ -366,8 +360,6 @@ TEST_F(AdViewTest, AViewWithoutAHostHasNobodyToTellAndFailsNothing) {
   EXPECT_EQ(view->adManager(), nullptr);
   EXPECT_EQ(view->defaultFrame(), (Rect{0, 0, 1, 1})) << "as it was made";
 }
-
-// ---- Clicks
 
 class AdViewClickTest : public AdViewTest {
  protected:

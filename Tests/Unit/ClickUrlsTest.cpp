@@ -1,5 +1,3 @@
-// What is read out of the URLs and events of clicks.
-
 #include "ClickThrough/AppStore.h"
 #include "ClickToAction/CalendarClick.h"
 #include "ClickToAction/ClickUrls.h"
@@ -9,10 +7,7 @@ namespace tavo::test {
 namespace {
 
 TEST(SmsUrl, GivesRecipientsAndBody) {
-  struct Row {
-    std::string url;
-    MessageDraft draft;
-  };
+  using Row = std::pair<std::string, MessageDraft>;
   const Row rows[] = {
       {"sms:123,456?body=Hi%20there", {{"123", "456"}, "Hi there"}},
       {"sms:123;body=x", {{"123"}, "x"}},
@@ -25,8 +20,7 @@ TEST(SmsUrl, GivesRecipientsAndBody) {
       {"sms:", {{""}, ""}},
       {"", {{""}, ""}},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(messageFromUrl(Url::fromText(row.url)), row.draft) << row.url;
+  for (const auto& [url, draft] : rows) EXPECT_EQ(messageFromUrl(Url::fromText(url)), draft) << url;
 }
 
 TEST(SmsUrl, QuirkMarkersAreTriedInOneOrder) {
@@ -73,19 +67,15 @@ TEST(UrlParameters, OfOtherSchemesStandBehindTheSemicolonAndAreDecoded) {
 const AppStoreConfiguration store{.hosts = {"store.example", "shop.example"}};
 
 TEST(AppStore, HostsAreComparedInTwoWays) {
-  struct Row {
-    const char* url;
-    bool isHost;
-    bool endsWithHost;
-  };
-  for (const Row& row :
+  using Row = std::tuple<const char*, bool, bool>;
+  for (const auto& [url, isHost, endsWithHost] :
        {Row{"http://store.example/id1", true, true}, Row{"https://SHOP.Example:8080/", true, true},
         Row{"http://www.store.example/", false, true}, Row{"http://mystore.example/", false, true},
         Row{"http://store.example.org/", false, false},
         Row{"http://a.example/store.example", false, false}, Row{"", false, false},
         Row{"mailto:a@store.example", false, false}}) {
-    EXPECT_EQ(isAppStoreHost(Url::fromText(row.url), store), row.isHost) << row.url;
-    EXPECT_EQ(endsWithAppStoreHost(Url::fromText(row.url), store), row.endsWithHost) << row.url;
+    EXPECT_EQ(isAppStoreHost(Url::fromText(url), store), isHost) << url;
+    EXPECT_EQ(endsWithAppStoreHost(Url::fromText(url), store), endsWithHost) << url;
   }
 }
 
@@ -99,15 +89,12 @@ TEST(AppStore, AnEmptyHostIsNobodys) {
 
 TEST(AppStore, IdentifiersAreTheDigitsBehindTheFirstId) {
   constexpr auto largest = std::numeric_limits<std::int64_t>::max();
-  struct Row {
-    const char* url;
-    std::optional<std::int64_t> identifier;
-  };
-  for (const Row& row :
+  using Row = std::pair<const char*, std::optional<std::int64_t>>;
+  for (const auto& [url, identifier] :
        {Row{"http://store.example/app/id42?mt=8", 42}, Row{"http://store.example/ID7/id8", 7},
         Row{"http://store.example/app/42", std::nullopt}, Row{"http://store.example", std::nullopt},
         Row{"http://store.example/id99999999999999999999", largest}}) {
-    EXPECT_EQ(applicationIdentifier(Url::fromText(row.url)), row.identifier) << row.url;
+    EXPECT_EQ(applicationIdentifier(Url::fromText(url)), identifier) << url;
   }
 }
 
@@ -186,14 +173,11 @@ TEST_F(CalendarClick, HasNoParametersWithoutAMember) {
 TEST_F(CalendarClick, RemindersAreDatesOrMilliseconds) {
   EXPECT_EQ(calendarAlarm("2026-11-21T10:00:00Z"),
             CalendarAlarm{Date{std::chrono::seconds{1'795'255'200}}});
-  struct Row {
-    const char* text;
-    double seconds;
-  };
-  for (const Row& row :
+  using Row = std::pair<const char*, double>;
+  for (const auto& [text, seconds] :
        {Row{"-600000", -600}, Row{"1500", 1.5}, Row{" +2e3 ms", 2}, Row{"", 0}, Row{"soon", 0},
         Row{"nan", 0}, Row{"inf", 0}, Row{"1e999", 0}, Row{"-1e300", -100.0 * 366 * 24 * 3600}}) {
-    EXPECT_EQ(calendarAlarm(row.text), CalendarAlarm{Seconds{row.seconds}}) << row.text;
+    EXPECT_EQ(calendarAlarm(text), CalendarAlarm{Seconds{seconds}}) << text;
   }
 }
 

@@ -69,14 +69,6 @@ TEST_F(Communicator, SendsTheConfiguredRequestAndKeepsTheOneBeforeTheCookies) {
   EXPECT_EQ(infos_.at(0)->httpRequestURL->header("Cookie"), nullptr);
 }
 
-TEST_F(Communicator, FailsInsideTheCallWhenOffline) {
-  platform_.network->setReachable(false);
-  communicator_->loadURL(url_);
-  EXPECT_THAT(events_, ElementsAre("com.CorvaneTAVO.CorvaneTAVOSDK 1003 "
-                                   "Network connectivity not available"));
-  EXPECT_TRUE(platform_.http->requests().empty());
-}
-
 TEST_F(Communicator, ReportsEveryBodyWhateverTheStatus) {
   answer({.status = 404, .body = "<html>\xFF</html>"});
   load();
@@ -95,25 +87,6 @@ TEST_F(Communicator, PassesFailuresOn) {
   const std::string domain{transportErrorDomain};
   EXPECT_THAT(events_, ElementsAre(domain + " -1005 lost", "no error", domain + " -1001 Timed out.",
                                    HasSubstr(domain + " -1103")));
-}
-
-// As servers do to find out whether cookies are kept.
-TEST_F(Communicator, CarriesCookiesThroughACookieCheckByRedirect) {
-  answer({.status = 302, .headers = {{"Location", url_.text()}, {"Set-Cookie", "check=1"}}});
-  answer({.body = "{}"});
-  load();
-  EXPECT_THAT(events_, ElementsAre("info 200"));
-  EXPECT_THAT(*platform_.http->requests().at(1).header("Cookie"), HasSubstr("check=1; DAPROPS="));
-}
-
-TEST_F(Communicator, EachHostOfARedirectGetsItsOwnCookies) {
-  const Url other = Url::parse("http://other.test/ad");
-  platform_.cookies->storeFromHeaders({{"Set-Cookie", "theirs=1"}}, other);
-  platform_.cookies->storeFromHeaders({{"Set-Cookie", "ours=1"}}, url_);
-  answer({.status = 302, .headers = {{"Location", other.text()}}});
-  platform_.http->answer(other.text(), {.body = "{}"});
-  load();
-  EXPECT_EQ(*platform_.http->requests().at(1).header("Cookie"), "theirs=1");
 }
 
 TEST_F(Communicator, FollowsARedirectAndKeepsTheAskedUrl) {

@@ -147,17 +147,12 @@ TEST_F(Cookies, DescribeTheScreen) {
 }
 
 TEST_F(Cookies, ReduceTheAspectRatio) {
-  struct Row {
-    double width;
-    double height;
-    const char* ratio;
-  };
+  using Row = std::tuple<double, double, const char*>;
   constexpr Row rows[] = {{320, 480, "2/3"},     {768, 1024, "3/4"}, {375, 667, "375/667"},
                           {1, 480, "1/480"},     {0, 0, "0/0"},      {-4, 8, "0/8"},
                           {320.9, 480.9, "2/3"}, {2, 4, "1/2"},      {3, 9, "3/9"}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(XCookieManager{runtime_.platform()}.getFractionsWithWidth(row.width, row.height),
-              row.ratio);
+  for (const auto& [width, height, ratio] : rows) {
+    EXPECT_EQ(XCookieManager{runtime_.platform()}.getFractionsWithWidth(width, height), ratio);
   }
 }
 

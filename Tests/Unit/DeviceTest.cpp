@@ -96,16 +96,6 @@ TEST_F(Device, NothingIsVisibleInAnotherWindowOrWithoutOne) {
   EXPECT_FALSE(XViewIntersectsKeyWindow(runtime_.platform(), *view));
 }
 
-TEST_F(Device, TellsWhatThePlatformTells) {
-  const auto information = XDeviceInformation::create();
-  EXPECT_EQ(information->deviceCurrentLanguage(), "en");
-  EXPECT_EQ(information->countryCode(), "en_US");
-  EXPECT_EQ(information->deviceModel(), "Headless");
-  EXPECT_EQ(information->systemVersion(), "3.18");
-  EXPECT_EQ(information->appVersion(), "1.0");
-  EXPECT_EQ(hardwareDeviceName(), "Headless1,1");
-}
-
 TEST_F(Device, FormatsTheTimeZone) {
   const char* former = std::getenv("TZ");
   const std::string kept = former == nullptr ? "" : former;

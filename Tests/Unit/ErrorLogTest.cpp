@@ -104,17 +104,16 @@ TEST_F(ErrorLog, SaysWhyItFails) {
   EXPECT_EQ(platform_.log->messages(), failures_);
 
   failures_.clear();
-  folders_->folders = {folder_};
-  std::ofstream{file()} << "this is no database, whatever its name says. " << std::string(500, 'x');
-  XErrorHandler::addErrorWithErrorId("id", "text");
-  EXPECT_THAT(failures_, ElementsAre(HasSubstr("file is not a database")));
-}
-
-TEST_F(ErrorLog, HasNoPlaceWithoutAFolderForDocuments) {
   folders_->folders.clear();
   XErrorHandler::addErrorWithErrorId("id", "text");
   EXPECT_THAT(failures_, ElementsAre(HasSubstr("no folder for documents")));
   EXPECT_FALSE(std::filesystem::exists("/CorvaneTAVOSDKDB.sqlite"));
+
+  failures_.clear();
+  folders_->folders = {folder_};
+  std::ofstream{file()} << "this is no database, whatever its name says. " << std::string(500, 'x');
+  XErrorHandler::addErrorWithErrorId("id", "text");
+  EXPECT_THAT(failures_, ElementsAre(HasSubstr("file is not a database")));
 }
 
 TEST_F(ErrorLog, FailsWhenAChangeCannotBeSaved) {

@@ -49,7 +49,6 @@ struct FakeAdNetwork {
   std::function<void(std::size_t)> onDisplay;   // inside displayAdFromViewController
 };
 
-// What banners and interstitials share.
 template <typename Class>
 class FakeAd : public Class {
  public:

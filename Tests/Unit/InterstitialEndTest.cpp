@@ -40,7 +40,6 @@ class InterstitialEndTest : public InterstitialTest {
     }
   }
 
-  // Host calls only.
   Lines told() {
     auto lines = happened();
     std::erase_if(lines, [](const std::string& line) {

@@ -1,7 +1,7 @@
 #include "Support/Testing.h"
-#include "UserInterface/WebView/BaseViews/EndPlan.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 #include "UserInterface/WebView/BaseViews/InterstitialOrientation.h"
+#include "UserInterface/WebView/BaseViews/RefreshPolicy.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 
 namespace tavo::test {
@@ -67,27 +67,6 @@ TEST(InterstitialCloseButton, TheKeyboardMayWhatTheButtonMay) {
             LeaveWay::closeVideo);
 }
 
-// What differs from a plain departure: animated, with the status bar back and one report.
-TEST(InterstitialEnd, EachCauseHasItsPlan) {
-  using Plan = EndPlan;
-  const std::pair<EndCause, Plan> cases[] = {
-      {EndCause::userClosed, {.creative = Plan::Creative::told, .content = Plan::Content::removed}},
-      {EndCause::creativeClosed, {.content = Plan::Content::removed}},
-      {EndCause::videoDismissed, {}},
-      {EndCause::failed,
-       {.statusBar = Plan::StatusBar::showWhenOnScreen, .report = Plan::Report::none}},
-      {EndCause::lowMemory,
-       {.memory = Plan::Memory::released, .report = Plan::Report::bothIfLowMemoryIsHeard}},
-      {EndCause::adDismissedOnLowMemory, {.report = Plan::Report::lowMemoryThenDismissed}},
-      {EndCause::adReleased,
-       {.scope = Plan::Scope::whileOnScreen, .departure = Plan::Departure::animatedUnlessCovered}},
-      {EndCause::deviceLocked,
-       {.scope = Plan::Scope::whileOnScreen, .departure = Plan::Departure::atOnce}}};
-  for (const auto& [cause, plan] : cases) {
-    EXPECT_EQ(planEnd(cause), plan) << static_cast<int>(cause);
-  }
-}
-
 TEST(InterstitialOrientation, WhatEachRecordPermits) {
   using Force = ForceOrientation;
   using Interface = InterfaceOrientation;
@@ -148,6 +127,34 @@ TEST(RotationScript, TellsOldSystemsTheAngleAndNewOnesNothing) {
   }
   EXPECT_EQ(rotationScript(InterfaceOrientation::portrait, "5.0"), "");
   EXPECT_EQ(rotationScript(InterfaceOrientation::portrait, "12.1"), "");
+}
+
+TEST(RefreshPolicy, WhatKeepsATimerAndWhatArmsOne) {
+  struct Case {
+    const char* name;
+    std::function<void(RefreshFacts&)> change;
+    bool keeps;
+    bool arms;
+  };
+  const Case cases[] = {
+      {"a banner after its first answer", [](auto&) {}, true, true},
+      {"not seen", [](auto& f) { f.visible = false; }, false, false},
+      {"behind the lock", [](auto& f) { f.deviceLocked = true; }, false, true},
+      {"an interstitial", [](auto& f) { f.type = MobileAdTypes::interstitial; }, false, false},
+      {"a film", [](auto& f) { f.subType = MobileAdSubTypes::vastBanner; }, false, false},
+      {"a page that was led to", [](auto& f) { f.subType = MobileAdSubTypes::redirectHtmlBanner; },
+       true, true},
+      {"an interval of zero", [](auto& f) { f.interval = 0; }, false, false},
+      {"a negative one", [](auto& f) { f.interval = -1; }, true, false},
+      {"a tick before the first answer", [](auto& f) { f.timerFired = f.firstAdRequest = true; },
+       true, true},
+      {"a tick", [](auto& f) { f.timerFired = true; }, true, false}};
+  for (const auto& test : cases) {
+    RefreshFacts facts{.visible = true, .interval = 30, .firstAdRequest = false};
+    test.change(facts);
+    EXPECT_EQ(mayKeepRefreshing(facts), test.keeps) << test.name;
+    EXPECT_EQ(mustArmRefresh(facts), test.arms) << test.name;
+  }
 }
 
 }  // namespace

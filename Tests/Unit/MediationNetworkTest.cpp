@@ -70,22 +70,12 @@ class MediationNetworkTest : public testing::Test {
             .XMediationInterfaceAdWillLeaveApplicationWithXAdView = note("willLeave")});
 };
 
-TEST_F(MediationNetworkTest, TheSlotsSwitchWinsAndAMandateNeedsNone) {
-  struct Case {
-    int global;
-    int slot;
-    bool mandate;
-    bool allowed;
-  };
-  const Case cases[] = {{-1, -1, false, false}, {0, -1, false, false}, {1, -1, false, true},
-                        {1, 0, false, false},   {0, 1, false, true},   {-1, 1, false, true},
-                        {1, 0, true, true},     {-1, -1, true, true}};
-  for (const auto& test : cases) {
-    XGlobalConfiguration::sharedInstance().canMediate = test.global;
-    settings_->canMediate = test.slot;
-    coordinator_.isMediationMandate = test.mandate;
-    const auto reason = coordinator_.canMediateWithPlacementId("p", {1, 1});
-    EXPECT_EQ(!reason, test.allowed) << test.global << test.slot << test.mandate;
+TEST_F(MediationNetworkTest, TheSwitchDecidesAndAMandateNeedsNone) {
+  for (const auto& [slot, mandate, allowed] :
+       {std::tuple{1, false, true}, std::tuple{0, false, false}, std::tuple{0, true, true}}) {
+    settings_->canMediate = slot;
+    coordinator_.isMediationMandate = mandate;
+    EXPECT_EQ(!coordinator_.canMediateWithPlacementId("p", {1, 1}), allowed) << slot << mandate;
   }
 }
 
@@ -149,7 +139,7 @@ TEST_F(MediationNetworkTest, QuirkGendersAreTurnedRound) {
   for (const auto& [given, expected] : cases) EXPECT_EQ(networkGender(given), expected);
 }
 
-TEST_F(MediationNetworkTest, EventsAreRelayedButForThreeThatAreNot) {
+TEST_F(MediationNetworkTest, QuirkClosingAndHavingPresentedGoNowhere) {
   load();
   for (const auto event :
        {&CVAdDelegate::adDidReceiveAd, &CVAdDelegate::adWasClicked, &CVAdDelegate::adWillPresent,
@@ -158,12 +148,6 @@ TEST_F(MediationNetworkTest, EventsAreRelayedButForThreeThatAreNot) {
     network_.say(0, event);
   }
   EXPECT_THAT(told(), ElementsAre("received", "clicked", "willPresent", "willLeave"));
-}
-
-TEST_F(MediationNetworkTest, AnotherTypeStartsNothing) {
-  load(static_cast<MediationType>(7));
-  EXPECT_THAT(network_.lines, IsEmpty());
-  EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(MediationNetworkTest, AnExceptionInAnyOperationIsOneFailure) {
@@ -262,25 +246,6 @@ TEST_F(MediationNetworkTest, AnInterstitialThatCannotBeDisplayedHasFailed) {
   EXPECT_THAT(told(), ElementsAre("failed 1008 There is no view controller to present the mediated "
                                   "ad over."));
   EXPECT_THAT(network_.lines, IsEmpty()) << "nothing is displayed over nothing";
-}
-
-TEST_F(MediationNetworkTest, ALateAnswerIsNeverToldToALaterAd) {
-  load();
-  const auto first = ad();
-  const auto late = first.delegate.lock();
-  load();
-  EXPECT_THAT(slot_->subviews(), ElementsAre(ad().view));
-  late->adDidReceiveAd(*first.object);
-  late->adRequestFailedWithError(*first.object, {});
-  late->adWasClicked(*first.object);
-  EXPECT_THAT(told(), IsEmpty());
-  EXPECT_THAT(slot_->subviews(), ElementsAre(ad().view));
-  coordinator_.releaseMemory();
-  network_.say(1, &CVAdDelegate::adDidReceiveAd);
-  EXPECT_TRUE(ad().delegate.expired());
-  settle();
-  EXPECT_TRUE(ad().life.expired());
-  EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(MediationNetworkTest, AnAdThatLostItsPlaceIsNotHeard) {

@@ -22,7 +22,6 @@ class MraidDispatchTest : public TransportTest {
     agent_->loadHTMLString("<html><head></head>ad</html>", {}, adView_);
   }
 
-  // Loads the page and forgets what was said meanwhile.
   void finishLoad() {
     platform_.runLoop->runPending();
     lines_.clear();
@@ -100,10 +99,7 @@ TEST_F(MraidDispatchTest, TheInitialisationTellsTheScreenAsItIsHeld) {
 }
 
 TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
-  struct Case {
-    const char* command;
-    Lines happens;
-  };
+  using Case = std::pair<const char*, Lines>;
   const Case cases[] = {
       {"init", {"handleInitMRAIDAdWithWebView", "mraid.setMaxSize({width:320,height:480});"}},
       {"expand", {"expandToFrame x:160,y:250,width:0,height:0", "mraid.setState('expanded');"}},
@@ -143,19 +139,20 @@ TEST_F(MraidDispatchTest, EachCommandReachesTheViewAsItStands) {
       {"x');alert(1);('", {}},
   };
   finishLoad();
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.command);
-    EXPECT_EQ(after("mraid://" + std::string{test.command}), test.happens);
+  for (const auto& [command, happens] : cases) {
+    SCOPED_TRACE(command);
+    EXPECT_EQ(after("mraid://" + std::string{command}), happens);
     rest();
   }
 }
 
-TEST_F(MraidDispatchTest, WhatIsNotTheWebLeavesThePageForWhereItBelongs) {
+TEST_F(MraidDispatchTest, ALinkLeavesThePageForWhereItBelongs) {
   const std::pair<const char*, const char*> cases[] = {
       {"tel:123", "openDiallerWithUrl tel:123"},
       {"sms:123", "sendSMSWithUrl sms:123"},
       {"mailto:a@b.example", "sendEmailWithUrl mailto:a@b.example"},
-      {"app://x", "customURL app://x"}};
+      {"app://x", "customURL app://x"},
+      {"http://a.example/", "openUrlInBrowser http://a.example/"}};
   finishLoad();
   for (const auto& [url, expected] : cases) {
     EXPECT_FALSE(page_->navigate(
@@ -279,10 +276,7 @@ TEST_F(StrictDispatchTest, WhereATapIsAskedForNothingElseCounts) {
 }
 
 TEST_F(MraidDispatchTest, AnExpandedAdIsCentredInTheApplication) {
-  struct Case {
-    std::optional<XMRAIDExpandProperties> asked;
-    Rect expected;
-  };
+  using Case = std::pair<std::optional<XMRAIDExpandProperties>, Rect>;
   constexpr double farthest = 9.3e18;
   const Rect application{0, 20, 320, 460};
   const Case cases[] = {
@@ -293,8 +287,8 @@ TEST_F(MraidDispatchTest, AnExpandedAdIsCentredInTheApplication) {
       {XMRAIDExpandProperties{Size{farthest, farthest}}, {0, 20, 320, 460}},
       {XMRAIDExpandProperties{Size{-100, 10}}, {210, 245, -100, 10}},
   };
-  for (const auto& test : cases) {
-    EXPECT_EQ(expandedFrame(application, test.asked), test.expected) << members(test.expected);
+  for (const auto& [asked, expected] : cases) {
+    EXPECT_EQ(expandedFrame(application, asked), expected) << members(expected);
   }
 }
 

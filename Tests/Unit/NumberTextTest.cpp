@@ -11,11 +11,7 @@ constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
 
 TEST(NumberText, IsReadFromItsBeginning) {
-  struct Row {
-    std::string_view text;
-    double number;
-    std::int64_t integer;
-  };
+  using Row = std::tuple<std::string_view, double, std::int64_t>;
   constexpr Row rows[] = {
       {"", 0, 0},
       {"px", 0, 0},
@@ -35,9 +31,9 @@ TEST(NumberText, IsReadFromItsBeginning) {
       {"-9e99", -9e99, -9},
       {"-9999999999999999999", -1e19, least},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(leadingNumber(row.text), row.number) << row.text;
-    EXPECT_EQ(leadingInteger(row.text), row.integer) << row.text;
+  for (const auto& [text, number, integer] : rows) {
+    EXPECT_EQ(leadingNumber(text), number) << text;
+    EXPECT_EQ(leadingInteger(text), integer) << text;
   }
   EXPECT_EQ(leadingWholeNumber("-9999999999"), std::numeric_limits<int>::min());
   EXPECT_EQ(leadingFloat("1e60"), std::numeric_limits<float>::max());

@@ -1,5 +1,3 @@
-// Saving a picture that a creative offers.
-
 #include "ClickToAction/XPictureManager.h"
 #include "Unit/TransportFixture.h"
 

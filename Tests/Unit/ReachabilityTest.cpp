@@ -60,17 +60,6 @@ TEST_F(Reachability, PrintsTheFlags) {
             "\n\nReachability Flag Status: -R ----D-- c");
 }
 
-TEST_F(Reachability, RefusesTargetsThatMakeNoSense) {
-  EXPECT_EQ(XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), ""), nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), "ads.test"),
-            nullptr);
-  EXPECT_EQ(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "ads.test"),
-            nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "127.0.0.1"),
-            nullptr);
-  EXPECT_NE(XNetworkReachability::reachabilityWithAddress(*runtime_.environment(), "::1"), nullptr);
-}
-
 TEST_F(Reachability, NotifiesOnceAChangeUntilStopped) {
   const auto reach =
       XNetworkReachability::reachabilityWithHostName(*runtime_.environment(), "ads.test");

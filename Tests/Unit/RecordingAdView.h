@@ -10,7 +10,6 @@
 
 namespace tavo::test {
 
-// An ad view that does nothing but write down what it is asked for.
 class RecordingAdView : public View, public AdManagerView {
  public:
   RecordingAdView(const Rect& frame, std::vector<std::string>& lines)

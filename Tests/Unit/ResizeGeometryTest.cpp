@@ -93,11 +93,7 @@ TEST(ResizeGeometry, TheFirstReasonAgainstAResizeIsTheOneTold) {
 }
 
 TEST(ResizeGeometry, WhereAContainerEndsUp) {
-  struct Case {
-    const char* name;
-    XMRAIDResizeProperties asked;
-    Rect container;
-  };
+  using Case = std::tuple<const char*, XMRAIDResizeProperties, Rect>;
   const auto topLeft = CustomClosePosition::topLeft;
   const Case cases[] = {
       {"pushed up from the foot", properties(300, 250), {0, 230, 300, 250}},
@@ -114,12 +110,12 @@ TEST(ResizeGeometry, WhereAContainerEndsUp) {
        properties(farthest, 60, 0, -60, true, topLeft),
        {0, 370, static_cast<double>(farthest), 60}},
   };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
-    const auto outcome = planResize(test.asked, banner());
+  for (const auto& [name, asked, container] : cases) {
+    SCOPED_TRACE(name);
+    const auto outcome = planResize(asked, banner());
     const auto* plan = std::get_if<ResizePlan>(&outcome);
     ASSERT_NE(plan, nullptr) << std::get<ResizeRefusal>(outcome).message;
-    EXPECT_EQ(plan->container, test.container);
+    EXPECT_EQ(plan->container, container);
   }
 }
 

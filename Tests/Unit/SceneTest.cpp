@@ -13,11 +13,7 @@ namespace {
 std::shared_ptr<View> view(Rect frame) { return std::make_shared<View>(frame); }
 
 TEST(ViewTest, SubviewsFollowASizeByTheirMask) {
-  struct Case {
-    const char* name;
-    unsigned mask;
-    Rect expected;
-  };
+  using Case = std::tuple<const char*, unsigned, Rect>;
   // A view of 20 x 10 at (40, 20) in a superview that grows from 100 x 50 to 200 x 100.
   const Case cases[] = {
       {"nothing flexible keeps the leading margins", flexibleNothing, {40, 20, 20, 10}},
@@ -26,14 +22,14 @@ TEST(ViewTest, SubviewsFollowASizeByTheirMask) {
       {"both margins keep the middle", flexibleLeftMargin | flexibleRightMargin, {90, 20, 20, 10}},
       {"all flexible scales", flexibleAll, {80, 40, 40, 20}},
   };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
+  for (const auto& [name, mask, expected] : cases) {
+    SCOPED_TRACE(name);
     const auto parent = view({0, 0, 100, 50});
     const auto child = view({40, 20, 20, 10});
-    child->setAutoresizingMask(test.mask);
+    child->setAutoresizingMask(mask);
     parent->addSubview(child);
     parent->setFrame({0, 0, 200, 100});
-    EXPECT_EQ(child->frame(), test.expected);
+    EXPECT_EQ(child->frame(), expected);
   }
 }
 
@@ -131,10 +127,7 @@ TEST(ImageViewTest, PicturesAreFittedByTheContentMode) {
     return Image{width, height, static_cast<std::size_t>(width) * 4,
                  Image::Pixels{pixels, pixels->data()}};
   };
-  struct Case {
-    ContentMode mode;
-    Rect expected;
-  };
+  using Case = std::pair<ContentMode, Rect>;
   const Case cases[] = {
       {ContentMode::scaleToFill, {0, 0, 320, 50}},
       {ContentMode::aspectFit, {0, 0, 320, 50}},
@@ -144,9 +137,9 @@ TEST(ImageViewTest, PicturesAreFittedByTheContentMode) {
   ImageView banner{{0, 0, 320, 50}};
   EXPECT_EQ(banner.imageRect(), Rect{});
   banner.setImage(picture(640, 100));
-  for (const auto& test : cases) {
-    banner.setContentMode(test.mode);
-    EXPECT_EQ(banner.imageRect(), test.expected) << static_cast<int>(test.mode);
+  for (const auto& [mode, expected] : cases) {
+    banner.setContentMode(mode);
+    EXPECT_EQ(banner.imageRect(), expected) << static_cast<int>(mode);
   }
   banner.setImage(picture(50, 50));
   banner.setContentMode(ContentMode::aspectFit);
@@ -155,7 +148,6 @@ TEST(ImageViewTest, PicturesAreFittedByTheContentMode) {
   EXPECT_EQ(banner.imageRect(), (Rect{0, -135, 320, 320}));
 }
 
-// Writes down what happens to it.
 class Recorder : public ViewController {
  public:
   Recorder(std::string name, std::vector<std::string>& log) : name_{std::move(name)}, log_{log} {}

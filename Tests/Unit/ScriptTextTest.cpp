@@ -35,10 +35,7 @@ class CalendarDate : public testing::Test {
 };
 
 TEST_F(CalendarDate, ReadsTheFormsThatCreativesUse) {
-  struct Row {
-    std::string text;
-    const char* date;
-  };
+  using Row = std::pair<std::string, const char*>;
   const Row rows[] = {
       {"2026-11-21T10:00:30Z", "2026-11-21 10:00:30"},
       {"2026-11-21T10:00:30+01:00", "2026-11-21 10:00:30"},
@@ -61,7 +58,7 @@ TEST_F(CalendarDate, ReadsTheFormsThatCreativesUse) {
       {"2026-11-21T" + std::string(1'000'000, '+'), "none"},
       {std::string(1'000'000, 'T'), "none"},
   };
-  for (const auto& row : rows) EXPECT_EQ(read(row.text), row.date) << row.text.substr(0, 40);
+  for (const auto& [text, date] : rows) EXPECT_EQ(read(text), date) << text.substr(0, 40);
 }
 
 TEST_F(CalendarDate, QuirkOnlyATimeWithAnOffsetGainsSeconds) {
@@ -103,10 +100,7 @@ std::string read(std::string_view text) {
 }
 
 TEST(ScriptObject, IsReadLeniently) {
-  struct Row {
-    std::string text;
-    const char* object;
-  };
+  using Row = std::pair<std::string, const char*>;
   const Row rows[] = {
       {R"({"summary":"s","start":"2026"})", R"({start="2026",summary="s"})"},
       {" \n\t"
@@ -123,7 +117,7 @@ TEST(ScriptObject, IsReadLeniently) {
       {R"({"a":"line\nfeed \u0041"})", R"({a="line\nfeed \u0041"})"},
       {R"({"a":"}","b":"{"})", R"({a="}",b="{"})"},
   };
-  for (const auto& row : rows) EXPECT_EQ(read(row.text), row.object) << row.text;
+  for (const auto& [text, object] : rows) EXPECT_EQ(read(text), object) << text;
 }
 
 TEST(ScriptObject, QuirkNumbersNeverReachIt) {

@@ -41,21 +41,14 @@ TEST_F(Settings, BrowserListsEveryCallInOrder) {
 }
 
 TEST(SettingsMediation, QuirkTheSwitchHasTwoReadersThatDisagreeWhereOnlyTheApplicationWantsIt) {
-  struct Case {
-    std::int32_t global;
-    std::int32_t slot;
-    bool followsFailure;
-    bool switchedOn;
-  };
+  using Case = std::tuple<std::int32_t, std::int32_t, bool, bool>;
   const Case cases[] = {{-1, -1, false, false}, {0, -1, false, false}, {1, -1, true, true},
                         {5, -2, true, true},    {-1, 0, false, false}, {-1, 1, true, true},
                         {0, 1, true, true},     {0, 7, true, true},    {1, 1, true, true},
                         {0, 0, false, false},   {1, 0, true, false}};
-  for (const auto& row : cases) {
-    EXPECT_EQ(mediationFollowsFailure(row.global, row.slot), row.followsFailure)
-        << row.global << " " << row.slot;
-    EXPECT_EQ(mediationIsSwitchedOn(row.global, row.slot), row.switchedOn)
-        << row.global << " " << row.slot;
+  for (const auto& [global, slot, followsFailure, switchedOn] : cases) {
+    EXPECT_EQ(mediationFollowsFailure(global, slot), followsFailure) << global << " " << slot;
+    EXPECT_EQ(mediationIsSwitchedOn(global, slot), switchedOn) << global << " " << slot;
   }
 }
 

@@ -7,7 +7,6 @@
 
 namespace tavo::test {
 
-// A platform in memory and the runtime on it.
 class TransportTest : public testing::Test {
  protected:
   explicit TransportTest(const Limits& limits = {})

@@ -123,11 +123,5 @@ TEST_F(UrlBuilder, FillsThePlaceholderTemplate) {
   EXPECT_EQ(text, "http[s[]://h/[alias_url[]/[data_format[]/[site_page[]/@[position_list[]");
 }
 
-TEST_F(UrlBuilder, HasNoUserFacts) {
-  EXPECT_EQ(XURLBuilder::genderFromUserInfo(), std::nullopt);
-  EXPECT_EQ(XURLBuilder::ageFromUserInfo(), std::nullopt);
-  EXPECT_EQ(XURLBuilder::sharedInstance().adSlotConfiguration, nullptr);
-}
-
 }  // namespace
 }  // namespace tavo::test

@@ -200,29 +200,6 @@ TEST_F(VastParserTest, nonLinearClickTrackingIsOneEmptyRecord) {
   EXPECT_EQ(tracking[0].url, std::nullopt);
 }
 
-TEST_F(VastParserTest, membersThatMustBeThereCountAsEmpty) {
-  const auto icons = *creativeWith("<Linear><Icons><Icon><IconClicks/></Icon></Icons></Linear>")
-                          .linearAds.iconsArray;
-  EXPECT_EQ(icons[0].iconViewTracking, "");
-  EXPECT_EQ(icons[0].iconClicksArray.at(0).iconClickThroughURI, "");
-}
-
-TEST_F(VastParserTest, noElementGivesNothing) {
-  EXPECT_EQ(parser().parseXMLRootElement(nullptr), nullptr);
-  EXPECT_EQ(parser().parseInlineXMLData(nullptr), nullptr);
-  EXPECT_EQ(parser().parseWrapperXMLData(nullptr), nullptr);
-  EXPECT_FALSE(parser().parseCreativeXMLData(nullptr));
-  EXPECT_FALSE(parser().parseLinearXMLData(nullptr).mediaFilesArray);
-  EXPECT_FALSE(parser().parseMediaFileXMLData(nullptr));
-  EXPECT_TRUE(parser().parseTrackingEventsXMLData(nullptr).empty());
-  EXPECT_FALSE(parser().parseVideoClicksElement(nullptr));
-  EXPECT_FALSE(parser().parseIconsXMLData(nullptr));
-  EXPECT_TRUE(parser().parseIconClicksXMLElement(nullptr).empty());
-  EXPECT_FALSE(parser().parseCompanionAdXMLElement(nullptr));
-  EXPECT_FALSE(parser().parseNonLinearAdXMLElement(nullptr));
-  EXPECT_EQ(parser().parseResourceElement(nullptr).staticResourceURL, std::nullopt);
-}
-
 TEST_F(VastParserTest, splitsTextAtSeparators) {
   using List = std::vector<std::string>;
   EXPECT_EQ(parser().getArraySeparatedByCommasFromString(" a , b,"), (List{"a", "b", ""}));

@@ -75,38 +75,32 @@ TEST_F(VastRoadTest, DocumentsThatCannotBePlayedEndInOneFailureAndCountTheAnswer
   struct Case {
     const char* name;
     std::string document;
-    Lines fetched;
     const char* failure;
+    Lines fetched = {};
   };
   const std::string missing = "http://vast.example/missing";
   const std::string cycle = "http://vast.example/cycle";
+  const std::string text = put("text", "plain text");
+  const std::string extended = put(
+      "extended",
+      "<VAST><Ad><InLine><Creatives><Creative><CreativeExtensions/></Creative></Creatives></InLine>"
+      "</Ad></VAST>");
   platform_.http->answer(missing, {.status = 404, .body = "<html>gone</html>"});
   put("cycle", vastWrapper("c", put("back", vastWrapper("b", cycle))));
+  const char* const noXml = "didFail 1011 The XML response has an invalid XML format";
+  const char* const noUrl = "didFail 1012 Invalid URL. Unable to parse XML.";
+  const char* const noMovie = "didFail 1012 Invalid Movie URL.";
   const Case cases[] = {
-      {"not XML",
-       "no markup at all",
-       {},
-       "didFail 1011 The XML response has an invalid XML format"},
-      {"no tracking",
-       VastDocument{.tracked = false}.text(),
-       {},
+      {"not XML", "no markup at all", noXml},
+      {"no tracking", VastDocument{.tracked = false}.text(),
        "didFail 1010 Missing tracking data in the XML"},
-      {"no mp4",
-       VastDocument{.mediaType = "video/x-flv"}.text(),
-       {},
-       "didFail 1012 Invalid Movie URL."},
-      {"a local file",
-       VastDocument{.media = "file:///etc/hosts"}.text(),
-       {},
-       "didFail 1012 Invalid Movie URL."},
-      {"missing target",
-       vastWrapper("w", missing),
-       {"GET " + missing},
-       "didFail 1012 Invalid URL. Unable to parse XML."},
-      {"a cycle",
-       vastWrapper("w", cycle),
-       {"GET " + cycle, "GET http://vast.example/back"},
-       "didFail 1012 Invalid URL. Unable to parse XML."},
+      {"no mp4", VastDocument{.mediaType = "video/x-flv"}.text(), noMovie},
+      {"a local file", VastDocument{.media = "file:///etc/hosts"}.text(), noMovie},
+      {"no target", vastWrapper("w", "  "), noUrl},
+      {"missing target", vastWrapper("w", missing), noUrl, {"GET " + missing}},
+      {"no document", vastWrapper("w", text), noUrl, {"GET " + text}},
+      {"no readable one", vastWrapper("w", extended), noXml, {"GET " + extended}},
+      {"a cycle", vastWrapper("w", cycle), noUrl, {"GET " + cycle, "GET http://vast.example/back"}},
   };
   makePreroll();
   for (const auto& test : cases) {

@@ -1,5 +1,3 @@
-// What a video ad takes from its document.
-
 #include "Support/Testing.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/TrackingList.h"
@@ -33,11 +31,7 @@ std::vector<std::string> texts(const std::vector<Url>& urls) {
 constexpr const char* mp4 = "video/mp4";
 
 TEST(MediaChoiceTest, TheFileThatFits) {
-  struct Case {
-    std::vector<const char*> widths;
-    double reference;
-    const char* chosen;
-  };
+  using Case = std::tuple<std::vector<const char*>, double, const char*>;
   const Case cases[] = {
       {{"320", "480", "640"}, 640, "http://m/640"},
       {{"320", "480", "640"}, 500, "http://m/640"},
@@ -47,14 +41,14 @@ TEST(MediaChoiceTest, TheFileThatFits) {
       {{"1280", "640"}, 640, "http://m/1280"},  // text order, on purpose
       {{"640", "1280"}, 2000, "http://m/640"},
   };
-  for (const auto& test : cases) {
+  for (const auto& [widths, reference, chosen] : cases) {
     std::vector<XMediaFile> files;
-    for (const char* width : test.widths) {
+    for (const char* width : widths) {
       files.push_back(file(mp4, width, (std::string{"http://m/"} + width).c_str()));
     }
-    const auto urls = videoURLFromVASTAd(adWith({files}), test.reference);
-    EXPECT_EQ(urls.size(), test.widths.size() + 1);
-    EXPECT_EQ(urls.front().text(), test.chosen);
+    const auto urls = videoURLFromVASTAd(adWith({files}), reference);
+    EXPECT_EQ(urls.size(), widths.size() + 1);
+    EXPECT_EQ(urls.front().text(), chosen);
   }
 }
 

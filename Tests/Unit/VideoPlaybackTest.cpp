@@ -138,17 +138,6 @@ TEST_F(VideoPlaybackTest, TheHostsContentGoesOnWhereItWas) {
   EXPECT_FALSE(host_->shouldAutoplay);
 }
 
-TEST_F(VideoPlaybackTest, AHostThatPlaysAlreadyIsLeftAlone) {
-  makePreroll();
-  host_->prepareToPlay();
-  advance(1);
-  ASSERT_EQ(host_->playbackState(), MoviePlaybackState::playing);
-  play();
-  advance(60);
-  EXPECT_THAT(played(), IsEmpty());
-  EXPECT_EQ(host_->contentUrl().text(), contentUrl);
-}
-
 TEST_F(VideoPlaybackTest, AnAdWithoutAWayOutGetsOneAfterFifteenSeconds) {
   for (const bool preroll : {true, false}) {
     // Before the start, and long after the end.

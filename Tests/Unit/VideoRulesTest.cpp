@@ -13,10 +13,7 @@ namespace tavo::test {
 namespace {
 
 TEST(VideoTimeTest, SecondsOfAClockTextQuirk) {
-  struct Case {
-    const char* text;
-    double seconds;
-  };
+  using Case = std::pair<const char*, double>;
   const Case cases[] = {
       {"00:00:05", 5},
       {"01:02:03", 3723},
@@ -32,8 +29,8 @@ TEST(VideoTimeTest, SecondsOfAClockTextQuirk) {
       {"00:00:9.1.9", 9.01},
       {"99999999999:0:0", 2147483647.0 * 3600},
   };
-  for (const auto& test : cases) {
-    EXPECT_DOUBLE_EQ(secondsWithString(test.text), test.seconds) << test.text;
+  for (const auto& [text, seconds] : cases) {
+    EXPECT_DOUBLE_EQ(secondsWithString(text), seconds) << text;
   }
 }
 
@@ -46,14 +43,11 @@ TEST(VideoTimeTest, PercentOfADuration) {
 }
 
 TEST(VideoTimeTest, CountdownTextDropsHoursQuirk) {
-  struct Case {
-    int seconds;
-    const char* text;
-  };
+  using Case = std::pair<int, const char*>;
   const Case cases[] = {{5, "00:05"}, {59, "00:59"},   {60, "01:00"}, {3599, "59:59"},
                         {3600, ""},   {3660, "01:00"}, {0, ""},       {-1, ""},
                         {-3599, ""},  {-61, ""},       {90, "01:30"}};
-  for (const auto& test : cases) EXPECT_EQ(convertIntToHHSS(test.seconds), test.text);
+  for (const auto& [seconds, text] : cases) EXPECT_EQ(convertIntToHHSS(seconds), text);
 }
 
 TEST(SkipPointTest, FromDocumentSettingsOrDuration) {
@@ -139,12 +133,7 @@ TEST(CountdownPlacementTest, SixPlacesAndTheRestEachAtItsEdgeOfAVideoOfAnySize) 
 }
 
 TEST(SkipProgressTest, TheCountdownLeadsToTheControlAndNoFurther) {
-  struct Case {
-    float delay;
-    double time;
-    std::optional<std::string> countdown;
-    bool control;
-  };
+  using Case = std::tuple<float, double, std::optional<std::string>, bool>;
   const Case cases[] = {
       {-1, 3, std::nullopt, false},  // not known, or before the start
       {0, 0, std::nullopt, true},
@@ -154,34 +143,29 @@ TEST(SkipProgressTest, TheCountdownLeadsToTheControlAndNoFurther) {
       {5, 9, "", true},
       {30, 29.5, "00:01", false},
   };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(std::to_string(test.delay) + " at " + std::to_string(test.time));
+  for (const auto& [delay, time, countdown, control] : cases) {
+    SCOPED_TRACE(std::to_string(delay) + " at " + std::to_string(time));
     SkipProgress progress;
-    progress.begin({.skipOffset = {}, .skipDelay = test.delay});
-    EXPECT_EQ(progress.at(test.time).countdown, test.countdown);
-    EXPECT_EQ(progress.at(test.time).control, test.control);
+    progress.begin({.skipOffset = {}, .skipDelay = delay});
+    EXPECT_EQ(progress.at(time).countdown, countdown);
+    EXPECT_EQ(progress.at(time).control, control);
     progress.controlShown();
-    EXPECT_EQ(progress.at(test.time).countdown, std::nullopt);
-    EXPECT_FALSE(progress.at(test.time).control);
+    EXPECT_EQ(progress.at(time).countdown, std::nullopt);
+    EXPECT_FALSE(progress.at(time).control);
   }
 }
 
 TEST(SkipProgressTest, OnlyACountdownThatEndsWithinTheVideoIsWaitedFor) {
-  struct Case {
-    float delay;
-    double time;
-    double duration;
-    bool counting;
-  };
+  using Case = std::tuple<float, double, double, bool>;
   const Case cases[] = {
       {25, 15, 30, true}, {30, 15, 30, true},     {60, 15, 30, false}, {-1.5F, 15, 30, false},
       {5, 15, 30, false}, {3600, 0, 4000, false},  // whose countdown shows nothing
       {25, 15, 0, false},
   };
-  for (const auto& test : cases) {
+  for (const auto& [delay, time, duration, counting] : cases) {
     SkipProgress progress;
-    progress.begin({.skipOffset = {}, .skipDelay = test.delay});
-    EXPECT_EQ(progress.isCounting(test.time, test.duration), test.counting) << test.delay;
+    progress.begin({.skipOffset = {}, .skipDelay = delay});
+    EXPECT_EQ(progress.isCounting(time, duration), counting) << delay;
   }
 }
 
@@ -239,10 +223,7 @@ TEST(VideoMilestonesTest, AQuartileIsReachedOnceInOrderWhereverTheVideoGoes) {
 
 TEST(VideoReturnTest, WhatFollowsWhenTheUserIsBack) {
   using enum MoviePlaybackState;
-  struct Case {
-    VideoStanding standing;
-    VideoReturn plan;
-  };
+  using Case = std::pair<VideoStanding, VideoReturn>;
   const Case cases[] = {
       {{.over = true, .prepared = true, .state = paused}, {.handBack = true}},
       {{.prepared = false, .state = stopped, .endsWithClick = true}, {.beginAgain = true}},
@@ -252,15 +233,11 @@ TEST(VideoReturnTest, WhatFollowsWhenTheUserIsBack) {
       {{.prepared = true, .state = playing}, {}},
       {{.prepared = true, .state = paused, .endsWithClick = true}, {}},
   };
-  for (const auto& test : cases) EXPECT_EQ(planReturn(test.standing), test.plan);
+  for (const auto& [standing, plan] : cases) EXPECT_EQ(planReturn(standing), plan);
 }
 
 TEST(PlayedThroughTest, OnlyAVideoThatWasShownToItsEnd) {
-  struct Case {
-    const char* name;
-    PlayedContent content;
-    bool through;
-  };
+  using Case = std::tuple<const char*, PlayedContent, bool>;
   const Case cases[] = {
       {"to the end", {true, 30, 30}, true},
       {"all but the last second", {true, 30, 29}, true},
@@ -274,8 +251,8 @@ TEST(PlayedThroughTest, OnlyAVideoThatWasShownToItsEnd) {
       {"of a length that is no number", {true, std::nan(""), 30}, false},
       {"shown until no number", {true, 30, std::nan("")}, false},
   };
-  for (const auto& test : cases) {
-    EXPECT_EQ(playedThrough(test.content), test.through) << test.name;
+  for (const auto& [name, content, through] : cases) {
+    EXPECT_EQ(playedThrough(content), through) << name;
   }
 }
 

@@ -1,5 +1,3 @@
-// Where the page behind a click is shown.
-
 #include "Unit/ClickActionsFixture.h"
 
 namespace tavo::test {

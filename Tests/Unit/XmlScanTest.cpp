@@ -1,6 +1,4 @@
-#include <random>
 
-#include "External/TBXML/MarkupCursor.h"
 #include "External/TBXML/MarkupScan.h"
 #include "External/TBXML/NameMatch.h"
 #include "External/TBXML/NameScan.h"
@@ -43,21 +41,6 @@ TEST(XmlScanTest, everyFormTellsEveryByteAtEveryPlace) {
   }
 }
 
-TEST(XmlScanTest, formsAgreeOnRandomText) {
-  std::mt19937 random{20};
-  const std::string_view alphabet = "<>]\"'=/ a\n\x80\xFF&[";
-  const MarkupScans& scans = availableMarkupScans();
-  for (int turn = 0; turn < 200; ++turn) {
-    std::string text(markupBlock * (1 + random() % 8), ' ');
-    for (char& c : text) {
-      c = alphabet[random() % alphabet.size()];
-    }
-    for (std::size_t form = 0; form < scans.count; ++form) {
-      EXPECT_EQ(scanned(scans.forms[form], text), expected(text)) << scans.forms[form].name;
-    }
-  }
-}
-
 TEST(XmlScanTest, namesEndInBothFormsAtTheSamePlace) {
   for (int end = 0; end < 256; ++end) {
     for (std::size_t length = 0; length < 40; ++length) {
@@ -83,17 +66,6 @@ TEST(XmlScanTest, namesDifferInAnyByteOrInLength) {
       EXPECT_FALSE(isSameName(name, other)) << length << " " << place;
     }
   }
-}
-
-TEST(XmlScanTest, cursorStopsAtEveryBit) {
-  const std::uint64_t bits[] = {0, 0x8000000000000001, 0, 0, 0x4};
-  MarkupCursor cursor{bits};
-  std::vector<std::size_t> places{cursor.position(bits)};
-  while (places.back() != 4 * 64 + 2) {
-    cursor.advance();
-    places.push_back(cursor.position(bits));
-  }
-  EXPECT_EQ(places, (std::vector<std::size_t>{64, 127, 258}));
 }
 
 }  // namespace
