@@ -13,10 +13,15 @@ namespace {
 constexpr int connections = 24;
 constexpr int connectionsPerHost = 6;
 
+// The library closes a connection that nobody used for a minute, and a request that is sent in the
+// turn in which that happens is never answered: a slot that refreshes each minute meets it now and
+// then. So nothing is closed for its age; the bound closes the oldest, and a dead one is not used.
+constexpr unsigned neverTooOld = 0;
+
 GPtr<SoupSession> makeSession(int most, int mostPerHost) {
-  auto session = GPtr<SoupSession>::adopt(
-      SOUP_SESSION(g_object_new(SOUP_TYPE_SESSION, "max-conns", std::max(most, 1),
-                                "max-conns-per-host", std::max(mostPerHost, 1), nullptr)));
+  auto session = GPtr<SoupSession>::adopt(SOUP_SESSION(
+      g_object_new(SOUP_TYPE_SESSION, "max-conns", std::max(most, 1), "max-conns-per-host",
+                   std::max(mostPerHost, 1), "idle-timeout", neverTooOld, nullptr)));
   // A name and password inside an ad's URL are not sent just because a server asks for some.
   soup_session_remove_feature_by_type(session.get(), SOUP_TYPE_AUTH_MANAGER);
   return session;
