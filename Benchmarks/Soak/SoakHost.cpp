@@ -91,14 +91,15 @@ bool SoakHost::expansion() {
   return true;
 }
 
+bool SoakHost::isAnswered(const std::string& campaign) {
+  const auto before = host_->calls().size();
+  host_->load(campaign);
+  return host_->runUntil([&] { return host_->calls().size() > before; });
+}
+
 bool SoakHost::failure() {
-  const auto fails = [this](const char* campaign) {
-    const auto before = host_->calls().size();
-    host_->load(campaign);
-    return host_->runUntil([&] { return host_->calls().size() > before; });
-  };
   constexpr std::array campaigns{"broken-json", "server-error", "no-ad", "empty-ad"};
-  return std::ranges::all_of(campaigns, fails);
+  return std::ranges::all_of(campaigns, [this](const char* each) { return isAnswered(each); });
 }
 
 bool SoakHost::filmInThePlayer() {
@@ -155,7 +156,7 @@ bool SoakHost::deadPage() {
   const auto heard = [this] { return std::ranges::count(host_->calls(), "didFail 1101"); };
   const auto before = heard();
   for (const int process : test::webProcesses()) kill(process, SIGKILL);
-  return host_->runUntil([&] { return heard() > before; }) && loads("html-banner");
+  return host_->runUntil([&] { return heard() > before; }) && isAnswered("html-banner");
 }
 
 bool SoakHost::lostNetwork() {

@@ -36,6 +36,7 @@ class SoakHost {
 
  private:
   [[nodiscard]] bool loads(const std::string& campaign);
+  [[nodiscard]] bool isAnswered(const std::string& campaign);
   [[nodiscard]] bool ends(const std::string& campaign, const std::string& call);
   [[nodiscard]] bool interstitial(const std::string& campaign);
 
