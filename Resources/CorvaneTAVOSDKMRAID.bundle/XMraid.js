@@ -57,9 +57,12 @@
 
   // ---- Commands ---------------------------------------------------------------------------------
   //
-  // Each command is the address of a hidden frame of its own. Location changes would replace one
-  // another (of ten in a turn one arrives), while frames arrive all, in order, also while the
-  // document is still being parsed.
+  // A command goes through the script message handler where there is one: each frame that a page
+  // makes costs the host some kilobytes that its engine never gives back.
+  //
+  // Elsewhere each command is the address of a hidden frame of its own. Location changes would
+  // replace one another (of ten in a turn one arrives), while frames arrive all, in order, also
+  // while the document is still being parsed.
   //
   // A content policy may forbid frames. Then the blocked frame hears a "load", which one that the
   // SDK has refused never does, and soon after the page hears a "securitypolicyviolation": the
@@ -68,7 +71,9 @@
   // do, because they are slow in a page that is not on screen. Later commands use the message
   // handler directly, but not before all frames are settled: they would overtake.
 
-  var framesInFlight = 1000;  // bounds what a flood of commands costs the page
+  var framesInFlight = 1000;  // bounds what a flood of commands costs the page and the host
+  var postedInTurn = 0;       // messages; as many as frames
+  var isTurnNoted = false;
   var waiting = [];           // URLs that have no frame yet, from `firstWaiting` on
   var firstWaiting = 0;
   var unsettled = [];         // { frame, url, wasBlocked }, in order
@@ -86,6 +91,18 @@
   function post(url) {
     var handler = keptHandler || messageHandler();
     if (handler) { handler.postMessage(url); }
+  }
+
+  function postInTurn(url) {
+    postedInTurn += 1;
+    post(url);
+    if (isTurnNoted) { return; }
+    isTurnNoted = true;
+    later(function () {
+      isTurnNoted = false;
+      postedInTurn = 0;
+      pump();
+    }, 0);
   }
 
   function appendFrame(root, url) {
@@ -148,8 +165,9 @@
   function pump() {
     var root = document.documentElement;
     for (; firstWaiting < waiting.length && unsettled.length < framesInFlight; firstWaiting += 1) {
-      if (framesAreForbidden && unsettled.length === 0) {
-        post(waiting[firstWaiting]);
+      if ((keptHandler || framesAreForbidden) && unsettled.length === 0) {
+        if (postedInTurn >= framesInFlight) { break; }
+        postInTurn(waiting[firstWaiting]);
       } else if (root) {
         appendFrame(root, waiting[firstWaiting]);
       } else {
