@@ -129,14 +129,6 @@ TYPED_TEST(WebViewContractTest, ReportsALoadOnceAndInALaterTurn) {
   EXPECT_EQ(this->view_->url(), Url::parse("about:blank"));
 }
 
-TYPED_TEST(WebViewContractTest, KeepsTheBaseOfAPage) {
-  const Url base = Url::parse("http://ads.example/campaign/");
-  this->call([&](WebView& view) { view.loadHtml(markup, base); });
-  this->runUntilEvents(2);
-  EXPECT_THAT(this->client_->events, ElementsAre("start", "finish"));
-  EXPECT_EQ(this->view_->url(), base);
-}
-
 TYPED_TEST(WebViewContractTest, AReplacedLoadIsNotReported) {
   this->call([](WebView& view) {
     view.loadHtml("<html><head></head><body>first</body></html>", {});

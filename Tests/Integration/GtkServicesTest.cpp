@@ -121,17 +121,6 @@ TEST_F(GtkMachine, TakeOnlyAbsolutePathsFromTheEnvironment) {
   g_unsetenv("TAVO_MODULE_DIR");
 }
 
-TEST_F(GtkMachine, DescribeTheMachine) {
-  const gtk::GtkDevice device{"3.1"};
-  EXPECT_EQ(device.applicationVersion(), "3.1");
-  EXPECT_FALSE(device.model().empty());
-  EXPECT_FALSE(device.hardwareMachine().empty());
-  EXPECT_TRUE(g_ascii_isdigit(device.systemVersion().front()));
-  EXPECT_GE(std::stoi(device.contractVersion()), 8) << "whatever the distribution's number";
-  EXPECT_FALSE(device.preferredLanguages().empty());
-  EXPECT_GE(device.localeIdentifier().size(), 2U);
-}
-
 TEST_F(GtkMachine, ReadLocalesOfTheEnvironment) {
   using Case = std::tuple<const char*, const char*, const char*>;
   for (const auto& [posix, language, locale] :

@@ -243,6 +243,9 @@ TEST_F(AdViewTest, ATapOpensTheClickThroughOfTheAdThatIsShown) {
               ElementsAre(getAd, getPicture, getPicture, "didLoad"));
   EXPECT_EQ(banner_->mobileAdSubTypes(), MobileAdSubTypes::redirectImageBanner);
   EXPECT_EQ(tapped(), "http://third.example/");
+  loaded(R"({"Ad":[{"AdType":"image/png","FileUrl":"http://cdn.example/a.png"}]})");
+  deliverTap(*window_, {10, 10});
+  EXPECT_THAT(happened(), IsEmpty()) << "it leads nowhere";
 }
 
 TEST_F(AdViewTest, ABannerBesideTheOriginCropsFromThereQuirk) {

@@ -8,14 +8,12 @@
 #include <tavo/FatalFailure.h>
 #include <tavo/XErrorHandler.h>
 #include <tavo/XGlobalConfiguration.h>
-#include <tavo/XURLBuilder.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/XDatabase.h"
 #include "Services/Folders.h"
 #include "Unit/TransportFixture.h"
-#include "Utilities/XUserAgent.h"
 
 namespace tavo::test {
 namespace {
@@ -73,8 +71,6 @@ TEST_F(ErrorLog, MakesItsPartsOnceAndSavesOnlyChanges) {
   EXPECT_EQ(database.applicationDocumentsDirectory(), folder_);
   const auto context = database.managedObjectContext();
   EXPECT_EQ(database.managedObjectContext(), context);
-  EXPECT_EQ(database.persistentStoreCoordinator(), database.persistentStoreCoordinator());
-  EXPECT_EQ(&database.managedObjectModel(), &database.managedObjectModel());
   EXPECT_FALSE(context->hasChanges());
   database.saveContext();
   context->insert({"a", "b", Date{std::chrono::milliseconds{-1}}});
@@ -200,17 +196,6 @@ TEST_F(ErrorLogDebug, ClosesALineByItsFormatAndNotByItsValues) {
   EXPECT_THAT(written([&] { log.debug("a: ", std::string{"b\n"}); }),
               testing::EndsWith("a: b\n\n"));
   EXPECT_THAT(written([&] { log.debug("a: ", 1, " b\n"); }), testing::EndsWith("a: 1 b\n"));
-}
-
-TEST_F(ErrorLogDebug, WritesWhenASharedInstanceIsAskedFor) {
-  XGlobalConfiguration::sharedInstance().enableDebugLogs = true;
-  EXPECT_THAT(written([] { static_cast<void>(XGlobalConfiguration::sharedInstance()); }),
-              HasSubstr("Start: +[XGlobalConfiguration sharedInstance]"));
-  EXPECT_THAT(written([] { static_cast<void>(XURLBuilder::sharedInstance()); }),
-              HasSubstr("End: +[XURLBuilder sharedInstance]"));
-  EXPECT_THAT(
-      written([&] { static_cast<void>(XUserAgent::sharedProvider(*runtime_.environment())); }),
-      HasSubstr("Start: +[XUserAgent sharedProvider]"));
 }
 
 }  // namespace

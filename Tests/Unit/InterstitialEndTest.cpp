@@ -184,13 +184,11 @@ TEST_F(InterstitialEndTest, AHostMayDropEverythingInsideEveryCall) {
 }
 
 TEST_F(InterstitialEndTest, NothingIsLeftOfAControllerThatItsHostDroppedWhileItLoaded) {
-  for (const char* body : {"page", "picture", "video"}) {
+  for (const auto& body : {htmlAnswer(), imageAnswer(), vastAnswer(VastDocument{}.text())}) {
     SCOPED_TRACE(body);
     onCallback_ = {};
     makeController();
-    answer(std::string{body} == "page"      ? htmlAnswer()
-           : std::string{body} == "picture" ? imageAnswer()
-                                            : vastAnswer(VastDocument{}.text()));
+    answer(body);
     loadController();
     const std::weak_ptr<ViewController> watched = controller_;
     onCallback_ = [&](const std::string& line) {
@@ -249,22 +247,18 @@ TEST_F(InterstitialEndTest, TheCreativeHearsThatItIsHiddenBeforeItGoes) {
 }
 
 TEST_F(InterstitialEndTest, WhatTheAdHasPresentedGoesWithIt) {
-  struct Case {
-    const char* name;
-    std::function<void()> act;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, std::function<void()>> cases[] = {
       {"the creative", [this] { creative("close"); }},
       {"the lock", [this] { post(notifications::screenLocked); }},
       {"an error", [this] { fail(1), advance(1.1); }},
       {"the end of a video", [this] { fromAdView(&XAdViewDelegate::interstitialAdDismissed); }}};
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
+  for (const auto& [name, act] : cases) {
+    SCOPED_TRACE(name);
     showPage();
     const auto above = std::make_shared<ViewController>();
     controller_->presentViewController(above, Animated::no);
     ASSERT_EQ(above->presentingViewController(), controller_.get());
-    test.act();
+    act();
     EXPECT_FALSE(isOnScreen());
     EXPECT_EQ(above->presentingViewController(), nullptr);
     EXPECT_EQ(window_->subviews().size(), 1U);

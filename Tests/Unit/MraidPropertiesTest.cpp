@@ -85,21 +85,5 @@ TEST_F(MraidProperties, ReadsOrientationProperties) {
   EXPECT_EQ(nameOf(static_cast<ForceOrientation>(3)), "none");
 }
 
-TEST_F(MraidProperties, CutsTheFractionsOfASize) {
-  struct {
-    Size size;
-    std::string expected;
-  } const cases[]{
-      {{320.9, 460.2}, "{width:320,height:460,useCustomClose:false}"},
-      {{-0.9, -1.9}, "{width:0,height:-1,useCustomClose:false}"},
-      {{1e300, -std::numeric_limits<double>::infinity()},
-       "{width:9223372036854775807,height:-9223372036854775808,useCustomClose:false}"},
-      {{std::numeric_limits<double>::quiet_NaN(), 1}, "{width:0,height:1,useCustomClose:false}"},
-  };
-  for (const auto& [size, expected] : cases) {
-    EXPECT_EQ(XMRAIDExpandProperties{size}.description(), expected);
-  }
-}
-
 }  // namespace
 }  // namespace tavo::test

@@ -35,56 +35,35 @@ ResizeFacts banner() {
 TEST(ResizeGeometry, TheFirstReasonAgainstAResizeIsTheOneTold) {
   struct Case {
     const char* name;
-    std::function<void(ResizeFacts&, XMRAIDResizeProperties&)> change;
     ResizeRefusal refusal;
+    XMRAIDResizeProperties asked;
+    std::function<void(ResizeFacts&)> change = [](auto&) {};
   };
+  const XMRAIDResizeProperties none;
+  const auto good = properties(300, 250);
+  using Facts = ResizeFacts;
   // From the first check to the last; each case breaks what the checks after its own look at, too.
   const Case cases[] = {
-      {"no controller, the wrong action named: a quirk",
-       [](auto& facts, auto& asked) {
-         facts.superview.reset();
-         facts.placement = PlacementType::interstitial;
-         asked = {};
-       },
-       noRoom},
-      {"interstitial, the wrong action named: a quirk",
-       [](auto& facts, auto& asked) {
-         facts.placement = PlacementType::interstitial;
-         facts.state = MRAIDState::loading;
-         asked = {};
-       },
-       interstitial},
-      {"loading", [](auto& facts, auto&) { facts.state = MRAIDState::loading; }, tooEarly},
-      {"hidden", [](auto& facts, auto&) { facts.state = MRAIDState::hidden; }, tooEarly},
-      {"expanded",
-       [](auto& facts, auto& asked) {
-         facts.state = MRAIDState::expanded;
-         asked = {};
-       },
-       expanded},
-      {"not on the screen",
-       [](auto& facts, auto& asked) {
-         facts.isSeen = false;
-         asked = {};
-       },
-       unseen},
-      {"no size", [](auto&, auto& asked) { asked = {}; }, noSize},
-      {"as large as the room: a quirk", [](auto&, auto& asked) { asked = properties(320, 460); },
-       tooLarge},
-      {"larger", [](auto&, auto& asked) { asked = properties(farthest, farthest); }, tooLarge},
-      {"control above the screen",
-       [](auto&, auto& asked) { asked = properties(300, 250, 0, -500, true); }, noWayOut},
-      {"control beside the screen",
-       [](auto&, auto& asked) { asked = properties(300, 250, farthest, 0, true); }, noWayOut},
-      {"narrower than its control", [](auto&, auto& asked) { asked = properties(0, 50); },
-       noWayOut},
+      {"no controller, the wrong action named: a quirk", noRoom, none,
+       [](Facts& f) { f.superview.reset(), f.placement = PlacementType::interstitial; }},
+      {"interstitial, the wrong action named: a quirk", interstitial, none,
+       [](Facts& f) { f.placement = PlacementType::interstitial, f.state = MRAIDState::loading; }},
+      {"loading", tooEarly, good, [](Facts& f) { f.state = MRAIDState::loading; }},
+      {"hidden", tooEarly, good, [](Facts& f) { f.state = MRAIDState::hidden; }},
+      {"expanded", expanded, none, [](Facts& f) { f.state = MRAIDState::expanded; }},
+      {"not on the screen", unseen, none, [](Facts& f) { f.isSeen = false; }},
+      {"no size", noSize, none},
+      {"as large as the room: a quirk", tooLarge, properties(320, 460)},
+      {"larger", tooLarge, properties(farthest, farthest)},
+      {"control above the screen", noWayOut, properties(300, 250, 0, -500, true)},
+      {"control beside the screen", noWayOut, properties(300, 250, farthest, 0, true)},
+      {"narrower than its control", noWayOut, properties(0, 50)},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
     ResizeFacts facts = banner();
-    XMRAIDResizeProperties asked = properties(300, 250);
-    test.change(facts, asked);
-    const auto outcome = planResize(asked, facts);
+    test.change(facts);
+    const auto outcome = planResize(test.asked, facts);
     const auto* refusal = std::get_if<ResizeRefusal>(&outcome);
     ASSERT_NE(refusal, nullptr);
     EXPECT_EQ(refusal->message, test.refusal.message);

@@ -182,22 +182,11 @@ TEST(ViewControllerTest, PresentedControllersFillTheWindowAndLeaveInOrder) {
   root->dismissViewController(Animated::yes, [&] { log.emplace_back("dismissed"); });
   EXPECT_EQ(window->topViewController(), root.get());
   EXPECT_EQ(window->subviews().size(), 1U);
-  const std::vector<std::string> expected{
-      "root loaded",
-      "first loaded",
-      "first will appear",
-      "first did appear",
-      "presented",
-      "second loaded",
-      "second will appear",
-      "second did appear",
-      "second will disappear",
-      "second did disappear",
-      "first will disappear",
-      "first did disappear",
-      "dismissed",
-  };
-  EXPECT_EQ(log, expected);
+  EXPECT_THAT(log,
+              ElementsAre("root loaded", "first loaded", "first will appear", "first did appear",
+                          "presented", "second loaded", "second will appear", "second did appear",
+                          "second will disappear", "second did disappear", "first will disappear",
+                          "first did disappear", "dismissed"));
 }
 
 // Counts the sizes of its view.

@@ -178,16 +178,6 @@ TEST(XmlNavigationTest, findsByExactName) {
   EXPECT_EQ(XTBXML::attributeValue(first->firstAttribute->next), "2");
 }
 
-TEST(XmlNavigationTest, noRecordGivesNothing) {
-  EXPECT_EQ(XTBXML::childElementNamed("a", nullptr), nullptr);
-  EXPECT_EQ(XTBXML::nextSiblingNamed("a", nullptr), nullptr);
-  EXPECT_EQ(XTBXML::valueOfAttributeNamed("a", nullptr), std::nullopt);
-  EXPECT_EQ(XTBXML::elementName(nullptr), "");
-  EXPECT_EQ(XTBXML::textForElement(nullptr), "");
-  EXPECT_EQ(XTBXML::attributeName(nullptr), "");
-  EXPECT_EQ(XTBXML::attributeValue(nullptr), "");
-}
-
 std::string repeated(std::string_view piece, std::size_t count) {
   std::string text;
   text.reserve(piece.size() * count);
