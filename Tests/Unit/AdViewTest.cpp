@@ -227,25 +227,35 @@ TEST_F(AdViewTest, ASlotWaitsForOneAnswerAtATime) {
   EXPECT_THAT(happened(), IsEmpty()) << "the old answer is nobody's";
 }
 
+// Also in the manager's later answers, for a refresh keeps the manager.
 TEST_F(AdViewTest, ATapOpensTheClickThroughOfTheAdThatIsShown) {
-  showBanner(imageAnswer());
-  const auto tapped = [this] {
-    deliverTap(*window_, {10, 10});
-    EXPECT_THAT(happened(), ElementsAre("willLeaveApplication"));
-    return platform_.application->openedUrls.back().text();
+  const auto answerOf = [](const std::string& type, const std::string& click) {
+    return R"({"Ad":[{"AdType":")" + type + R"(","FileUrl":"http://cdn.example/a.png")" + click +
+           "}]}";
   };
-  EXPECT_EQ(tapped(), "http://click.example/");
-  loaded(R"({"Ad":[{"AdType":"image/png","FileUrl":"http://cdn.example/a.png",)"
-         R"("ClkUrl":"http://second.example/"}]})");
-  EXPECT_EQ(tapped(), "http://second.example/") << "not that of the ad before";
-  EXPECT_THAT(loaded(R"({"Ad":[{"AdType":"redirect","FileUrl":"http://cdn.example/a.png",)"
-                     R"("ClkUrl":"http://third.example/"}]})"),
-              ElementsAre(getAd, getPicture, getPicture, "didLoad"));
-  EXPECT_EQ(banner_->mobileAdSubTypes(), MobileAdSubTypes::redirectImageBanner);
-  EXPECT_EQ(tapped(), "http://third.example/");
-  loaded(R"({"Ad":[{"AdType":"image/png","FileUrl":"http://cdn.example/a.png"}]})");
+  const std::tuple<std::string, MobileAdSubTypes, std::string> refreshes[] = {
+      {answerOf("image/png", R"(,"ClkUrl":"http://second.example/")"), MobileAdSubTypes::image,
+       "http://second.example/"},
+      {answerOf("redirect", R"(,"ClkUrl":"http://third.example/")"),
+       MobileAdSubTypes::redirectImageBanner, "http://third.example/"},
+      {answerOf("image/png", ""), MobileAdSubTypes::image, ""}};
+  slot_->bannerRefreshInterval = 30;
+  showBanner(imageAnswer());
+  auto& opened = platform_.application->openedUrls;
   deliverTap(*window_, {10, 10});
-  EXPECT_THAT(happened(), IsEmpty()) << "it leads nowhere";
+  EXPECT_THAT(opened, ElementsAre(Url::parse("http://click.example/")));
+  for (const auto& [body, subType, click] : refreshes) {
+    SCOPED_TRACE(click);
+    opened.clear();
+    answer(body);
+    advance(30);
+    settle();
+    EXPECT_EQ(happened().back(), "didLoad");
+    EXPECT_EQ(banner_->mobileAdSubTypes(), subType);
+    deliverTap(*window_, {10, 10});
+    EXPECT_EQ(happened(), click.empty() ? Lines{} : Lines{"willLeaveApplication"});
+    EXPECT_EQ(opened.empty() ? "" : opened.front().text(), click);
+  }
 }
 
 TEST_F(AdViewTest, ABannerBesideTheOriginCropsFromThereQuirk) {
@@ -269,13 +279,16 @@ TEST_F(AdViewTest, AnUndecodablePictureFailsAndLoadsQuirk) {
                   "didLoad"));
 }
 
-TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABoundForEachLoad) {
-  makeBanner();
+TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABoundForEachRequest) {
+  slot_->bannerRefreshInterval = 30;
+  showBanner(imageAnswer());
   const std::string again = R"({"Ad":[{"AdType":"redirect","FileUrl":"http://r.example/"}]})";
   platform_.http->answer("http://r.example/", {.body = again});
-  for (int time = 0; time < 2; ++time) {
-    const auto lines = loaded(again);
-    ASSERT_EQ(lines.size(), 12U);
+  answer(again);
+  for (int refresh = 0; refresh < 2; ++refresh) {
+    advance(30);
+    const auto lines = happened();
+    EXPECT_EQ(lines.size(), 12U);
     EXPECT_EQ(lines.back(), "didFail -1007 Too many answers in a row were redirects.");
   }
 }

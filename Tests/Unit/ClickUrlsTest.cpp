@@ -64,7 +64,7 @@ TEST(UrlParameters, OfOtherSchemesStandBehindTheSemicolonAndAreDecoded) {
   EXPECT_THAT(parameters(""), UnorderedElementsAre());
 }
 
-const AppStoreConfiguration store{.hosts = {"store.example", "", "shop.example"}};  // "": nobody's
+const AppStoreConfiguration store{.hosts = {"store.example", "shop.example"}};
 
 TEST(AppStore, HostsAreComparedInTwoWays) {
   using Row = std::tuple<const char*, bool, bool>;
@@ -77,6 +77,12 @@ TEST(AppStore, HostsAreComparedInTwoWays) {
     EXPECT_EQ(isAppStoreHost(Url::fromText(url), store), isHost) << url;
     EXPECT_EQ(endsWithAppStoreHost(Url::fromText(url), store), endsWithHost) << url;
   }
+}
+
+TEST(AppStore, AnEmptyHostIsNobodys) {
+  const AppStoreConfiguration one{.hosts = {"store.example", ""}};
+  EXPECT_FALSE(endsWithAppStoreHost(Url::fromText("http://page.example/"), one));
+  EXPECT_FALSE(isAppStoreHost(Url::fromText("about:blank"), one));
 }
 
 TEST(AppStore, IdentifiersAreTheDigitsBehindTheFirstId) {
