@@ -1,4 +1,5 @@
 #include "Support/Testing.h"
+#include "UserInterface/WebView/BaseViews/EndPlan.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 #include "UserInterface/WebView/BaseViews/InterstitialOrientation.h"
 #include "UserInterface/WebView/BaseViews/RefreshPolicy.h"
@@ -65,6 +66,27 @@ TEST(InterstitialCloseButton, TheKeyboardMayWhatTheButtonMay) {
   EXPECT_EQ(wayToLeave({.adLoaded = true, .hasVideo = true}), LeaveWay::stay);
   EXPECT_EQ(wayToLeave({.adLoaded = true, .hasVideo = true, .videoCloseDisplayed = true}),
             LeaveWay::closeVideo);
+}
+
+// What differs from a plain departure: animated, with the status bar back and one report.
+TEST(InterstitialEnd, EachCauseHasItsPlan) {
+  using Plan = EndPlan;
+  const std::pair<EndCause, Plan> cases[] = {
+      {EndCause::userClosed, {.creative = Plan::Creative::told, .content = Plan::Content::removed}},
+      {EndCause::creativeClosed, {.content = Plan::Content::removed}},
+      {EndCause::videoDismissed, {}},
+      {EndCause::failed,
+       {.statusBar = Plan::StatusBar::showWhenOnScreen, .report = Plan::Report::none}},
+      {EndCause::lowMemory,
+       {.memory = Plan::Memory::released, .report = Plan::Report::bothIfLowMemoryIsHeard}},
+      {EndCause::adDismissedOnLowMemory, {.report = Plan::Report::lowMemoryThenDismissed}},
+      {EndCause::adReleased,
+       {.scope = Plan::Scope::whileOnScreen, .departure = Plan::Departure::animatedUnlessCovered}},
+      {EndCause::deviceLocked,
+       {.scope = Plan::Scope::whileOnScreen, .departure = Plan::Departure::atOnce}}};
+  for (const auto& [cause, plan] : cases) {
+    EXPECT_EQ(planEnd(cause), plan) << static_cast<int>(cause);
+  }
 }
 
 TEST(InterstitialOrientation, WhatEachRecordPermits) {
