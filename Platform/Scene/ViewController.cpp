@@ -33,9 +33,9 @@ void ViewController::presentViewController(const std::shared_ptr<ViewController>
   const auto held = shared_from_this();
   presented_ = controller;
   controller->presenting_ = this;
+  controller->orientation_ = InterfaceOrientation::unknown;
   const auto& view = controller->view();
   controller->viewWillAppear(animated);
-  controller->orientation_ = InterfaceOrientation::unknown;
   window->addSubview(view);
   controller->takePlace(*window, true);
   controller->viewDidAppear(animated);

@@ -38,13 +38,16 @@ void Window::layoutSubviews() {
   for (const auto& controller : presented) controller->takePlace(*this, turns);
 }
 
+// Asked also while a controller makes its view: one that stands nowhere yet does not count.
 Size Window::interfaceSize() const {
+  const Size whole = bounds().size();
+  const bool isWide = isLandscape(orientationOf(whole));
   for (auto* next = root_ ? root_->presentedViewController() : nullptr; next != nullptr;
        next = next->presentedViewController()) {
-    const Size size = next->view()->frame().size();
-    if (size != bounds().size()) return size;
+    const bool stands = next->orientation_ != InterfaceOrientation::unknown;
+    if (stands && isLandscape(next->orientation_) != isWide) return next->view()->frame().size();
   }
-  return bounds().size();
+  return whole;
 }
 
 ViewController* Window::topViewController() const {

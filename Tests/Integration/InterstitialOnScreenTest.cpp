@@ -1,6 +1,7 @@
 // Interstitials above a real window of a host: what a person sees, and every way back to the host.
 
 #include <cstdlib>
+#include <utility>
 
 #include <tavo/XAdInterstitialViewController.h>
 #include <tavo/gtk/AdWindow.h>
@@ -281,6 +282,19 @@ TEST_F(InterstitialOnScreenTest, AVideoIsLeftByNothingBeforeItMayBeAndThenByAll)
   EXPECT_EQ(std::count_if(pings.begin(), pings.end(),
                           [](const auto& ping) { return ping.detail == "skip"; }),
             2);
+}
+
+TEST_F(InterstitialOnScreenTest, AVideoThatEndsLeavesByItselfAndAPageMayComeNext) {
+  ASSERT_TRUE(show("interstitial-video"));
+  EXPECT_TRUE(host().runUntil([this] { return told_.back() == "dismissed"; }));
+  EXPECT_TRUE(showsHost());
+  EXPECT_THAT(std::exchange(told_, {}), ElementsAre("didLoad", "dismissed"));
+  ASSERT_TRUE(show("interstitial-html")) << "on the same controller";
+  EXPECT_TRUE(showsPixel(10, 10, page));
+  EXPECT_TRUE(waitForCorner(closeName));
+  ASSERT_TRUE(pressCorner());
+  EXPECT_TRUE(showsHost());
+  EXPECT_THAT(told_, ElementsAre("didLoad", "dismissed"));
 }
 
 TEST_F(InterstitialOnScreenTest, TheWindowsOwnButtonIsNeverHeldByAVideo) {

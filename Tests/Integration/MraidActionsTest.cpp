@@ -171,6 +171,32 @@ TEST_F(MraidActionsTest, TheErrorLogLiesAmongTheUsersData) {
   EXPECT_EQ(fs::status(all.back()).permissions() & fs::perms::others_all, fs::perms::none);
 }
 
+TEST_F(MraidActionsTest, AnEditorGoesWithItsSlot) {
+  show("ad");
+  tapAndDo("mraid.createCalendarEvent({ description: 'Tea', start: '2030-01-02T03:04:00Z' })");
+  ASSERT_TRUE(host().runUntil([] { return shown() != nullptr; }));
+  host().makeBanner();
+  EXPECT_TRUE(host().runUntil([] { return shown() == nullptr; }));
+  EXPECT_FALSE(pressEscape());
+}
+
+TEST_F(MraidActionsTest, ABrowserGoesWithTheExpandedAdThatClosesBelowIt) {
+  HostileServer server;
+  server.on("/", PlainAnswer{.body = "<title>Shop</title>", .contentType = "text/html"});
+  host().settings->shouldOpenClickThroughURLInAppBrowser = true;
+  show("ad");
+  tapAndDo("mraid.expand()");
+  ASSERT_TRUE(becomesSized("expanded", width(), height()));
+  tapAndDo("mraid.open('" + server.url("/") + "')");
+  ASSERT_TRUE(host().runUntil([] { return host().banner()->appBrowserOpen(); }));
+  ASSERT_TRUE(host().runUntil([] { return shown()->presentedViewController() != nullptr; }));
+  evaluate("mraid.close()");
+  ASSERT_TRUE(becomesSized("default", 320, 50));
+  EXPECT_EQ(shown(), nullptr);
+  EXPECT_FALSE(host().banner()->appBrowserOpen());
+  EXPECT_THAT(host().calls(), ElementsAre("shouldDisplay?", "didLoad", "didExpand", "didCollapse"));
+}
+
 TEST_F(MraidActionsTest, TellsWhatTheMachineCanDo) {
   const std::string ask =
       "['sms', 'tel', 'calendar', 'storePicture', 'inlineVideo', 'levitation']"

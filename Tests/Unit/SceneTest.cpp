@@ -195,6 +195,8 @@ class OneWayController : public ViewController {
   OrientationMask supported = landscapeOrientations;
   int sizes = 0;
   bool follows = true;
+  const Window* screen = nullptr;
+  Size sizeWhileItLoads;
   [[nodiscard]] bool shouldAutorotate() const override { return follows; }
   [[nodiscard]] OrientationMask supportedInterfaceOrientations() const override {
     return supported;
@@ -204,6 +206,7 @@ class OneWayController : public ViewController {
   [[nodiscard]] std::shared_ptr<View> loadView() override {
     auto view = std::make_shared<LayoutView>();
     view->onLayout = [this] { ++sizes; };
+    sizeWhileItLoads = screen->interfaceSize();
     return view;
   }
 };
@@ -213,10 +216,12 @@ TEST(ViewControllerTest, AControllerOfOneOrientationKeepsItInEveryWindow) {
   const auto root = std::make_shared<ViewController>();
   window->setRootViewController(root);
   const auto wide = std::make_shared<OneWayController>();
+  wide->screen = window.get();
   root->presentViewController(wide, Animated::no);
   const Rect letterbox{0, 200, 360, 240};
   EXPECT_EQ(wide->view()->frame(), letterbox);
   EXPECT_EQ(wide->sizes, 1);
+  EXPECT_EQ(wide->sizeWhileItLoads, (Size{360, 640}));
   EXPECT_EQ(window->interfaceSize(), letterbox.size());
   EXPECT_EQ(window->hitTest({180, 100}), window->subviews()[1].get()) << "the bars take touches";
   window->setFrame({0, 0, 360, 700});
