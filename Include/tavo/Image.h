@@ -27,19 +27,24 @@ class Image {
   [[nodiscard]] int width() const { return width_; }    // pixels
   [[nodiscard]] int height() const { return height_; }  // pixels
   [[nodiscard]] std::size_t stride() const { return stride_; }
+  // Pixels per point: what is as large as its picture has its size in pixels through this.
+  [[nodiscard]] double scale() const { return scale_; }
+  // The same pixels, made for a screen of that scale; more than 0.
+  [[nodiscard]] Image withScale(double scale) const;
   [[nodiscard]] const Pixels& pixels() const { return pixels_; }
 
   // The part of the picture inside `area` (in pixels, fractions cut off to whole pixels); what of
   // `area` lies outside is left away. Shares the pixels.
   [[nodiscard]] Image cropped(const Rect& area) const;
 
-  // Same size and same pixels in memory.
+  // Same size, scale and pixels in memory.
   friend bool operator==(const Image&, const Image&) = default;
 
  private:
   int width_ = 0;
   int height_ = 0;
   std::size_t stride_ = 0;
+  double scale_ = 1;
   Pixels pixels_;
 };
 

@@ -24,8 +24,8 @@ void Button::setEnabled(bool enabled) {
 
 void Button::sizeToFit() {
   if (image_.empty()) return;
-  setFrame({frame().x, frame().y, static_cast<double>(image_.width()),
-            static_cast<double>(image_.height())});
+  setFrame(
+      {frame().x, frame().y, image_.width() / image_.scale(), image_.height() / image_.scale()});
 }
 
 void Button::press() {

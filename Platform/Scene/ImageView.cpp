@@ -16,8 +16,8 @@ void ImageView::setContentMode(ContentMode mode) {
 
 Rect ImageView::imageRect() const {
   const Rect view = bounds();
-  const double width = image_.width();
-  const double height = image_.height();
+  const double width = image_.width() / image_.scale();
+  const double height = image_.height() / image_.scale();
   if (image_.empty() || view.empty()) return {};
   const auto centered = [&](double factor) {
     return Rect{(view.width - width * factor) / 2, (view.height - height * factor) / 2,

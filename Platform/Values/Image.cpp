@@ -12,6 +12,12 @@ constexpr std::size_t bytesPerPixel = 4;
 Image::Image(int width, int height, std::size_t stride, Pixels pixels)
     : width_{width}, height_{height}, stride_{stride}, pixels_{std::move(pixels)} {}
 
+Image Image::withScale(double scale) const {
+  Image other = *this;
+  other.scale_ = scale;
+  return other;
+}
+
 Image Image::cropped(const Rect& area) const {
   const Rect whole{0, 0, static_cast<double>(width_), static_cast<double>(height_)};
   const Rect part = whole.intersection(

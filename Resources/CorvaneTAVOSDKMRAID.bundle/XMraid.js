@@ -348,6 +348,10 @@
   var hasExpandSize = false;        // the creative has named one
   var hasResizeProperties = false;  // the creative's are there and valid
 
+  function fillsTheScreen(size) {
+    return size.width >= maxSize.width && size.height >= maxSize.height;
+  }
+
   // Whether an ad fits where it is to go is for the SDK to say: it knows the screen at the time of
   // the resize. Refused here is what can never fit.
   function problemWith(kind, values) {
@@ -504,6 +508,8 @@
     resize: function () {
       if (!isReady || !hasResizeProperties) {
         fail('The ad can only be resized once it is ready and has valid properties.', 'resize');
+      } else if (fillsTheScreen(properties.Resize)) {
+        fail('Size must be smaller than the max size.', 'resize');  // as the SDK would say, later
       } else {
         send('resize');
       }

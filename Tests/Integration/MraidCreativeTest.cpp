@@ -161,5 +161,70 @@ TEST_F(MraidCreativeTest, ASlotThatGoesTakesItsExpandedAdAlong) {
   EXPECT_FALSE(pressEscape());
 }
 
+TEST_F(MraidCreativeTest, AResizedAdAtTheBottomStaysOnEveryScreen) {
+  host().slot().set_vexpand(true);
+  host().slot().set_valign(Gtk::Align::END);
+  show("ad");
+  heard();
+  const std::string whole = std::to_string(width()) + ", " + std::to_string(height());
+  EXPECT_EQ(evaluate("resizeTo(" + whole + ", 0, 0, 'top-right'); heard.splice(0).join()"),
+            "error Size must be smaller than the max size. resize")
+      << "inside the call";
+  const auto reshape = [](int newWidth, int newHeight) {
+    host().window().set_default_size(newWidth, newHeight);
+    return host().runUntil([&] { return width() == newWidth && height() == newHeight; });
+  };
+  ASSERT_TRUE(reshape(500, 800));
+  ASSERT_TRUE(becomes("mraid.getMaxSize().width + ' ' + mraid.getScreenSize().height", "500 800"));
+  evaluate("resizeTo(400, 700, 0, 0, 'top-right')");
+  ASSERT_TRUE(becomesSized("resized", 400, 700)) << "larger than the window that was there before";
+  evaluate("resizeTo(300, 250, 0, 0, 'top-right')");
+  ASSERT_TRUE(becomesSized("resized", 300, 250));
+  ASSERT_TRUE(reshape(640, 360));
+  const auto isHeld = [] { return nameAt(160 + 299, 110 + 1) == "Close Resized Ad"; };
+  EXPECT_TRUE(host().runUntil(isHeld)) << "the whole of it above the window's lower edge";
+  EXPECT_TRUE(becomesSized("resized", 300, 250));
+  host().keepPicture("resized-turned");
+
+  heard();
+  host().slot().set_visible(false);
+  EXPECT_TRUE(becomes("mraid.getState()", "default"));
+  EXPECT_TRUE(host().runUntil([&] { return !isHeld(); })) << "nothing stays of a hidden slot";
+  evaluate("mraid.resize()");
+  EXPECT_TRUE(becomes("heard[heard.length - 1]",
+                      "error Can not resize while the ad is not on the screen. resize"));
+  ASSERT_TRUE(reshape(360, 640));
+}
+
+TEST_F(MraidCreativeTest, OnlyOneAdIsExpandedAtATime) {
+  const auto other = XAdView::create({0, 0, 320, 50});
+  gtk::AdSlot slot{other};
+  host().column().append(slot);
+  other->setSlotConfiguration(host().settings);
+  show("ad");
+  other->loadWithDomainName(host().server().baseUrl().substr(7) + "/ads", "ad", "Bottom2");
+  ASSERT_TRUE(host().runUntil([&] { return other->webViewInstance() != nullptr; }));
+  const auto inOther = [&](const std::string& script) {
+    std::optional<std::string> answer;
+    other->webViewInstance()->evaluate(script, [&](const auto& result) { answer = result; });
+    host().runUntil([&] { return answer.has_value(); });
+    return *answer;
+  };
+  ASSERT_TRUE(host().runUntil([&] { return inOther("mraid.getState()") == "default"; }));
+  recognizeTap(*other->webViewInstance());
+  inOther("mraid.expand()");
+  ASSERT_TRUE(host().runUntil([&] { return other->isAdExpanded(); }));
+  heard();
+  tapAndDo("mraid.expand()");
+  EXPECT_TRUE(becomes("heard.join()",
+                      "error Can not expand while something else covers the screen. expand"));
+  EXPECT_EQ(evaluate("mraid.getState()"), "default");
+  inOther("mraid.close()");
+  ASSERT_TRUE(host().runUntil([&] { return !other->isAdExpanded(); }));
+  tapAndDo("mraid.expand()");
+  EXPECT_TRUE(becomesSized("expanded", width(), height()));
+  host().column().remove(slot);
+}
+
 }  // namespace
 }  // namespace tavo::test

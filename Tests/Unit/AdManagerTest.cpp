@@ -1,4 +1,5 @@
 #include <tavo/Runtime.h>
+#include <tavo/SdkErrors.h>
 #include <tavo/XGlobalConfiguration.h>
 
 #include "AdManager/XAdManager.h"
@@ -151,6 +152,11 @@ TEST_F(AdManagerTest, APictureThatIsReplacedAtOnceStillCounts) {
 TEST_F(AdManagerTest, APageWithoutTextIsNoAd) {
   receive(R"({"Ad":[{"AdType":"text/html","ImpUrl":"http://track.example/i"}]})");
   EXPECT_THAT(happened(), ElementsAre("didFail 1002"));
+  platform_.http->forget(url);
+  platform_.http->answer(url, {.error = makeError(SdkError::emptyAd, "Empty.")});
+  manager_->loadAdWithDomainName({"ads.example/x", "page", "Bottom1", {}, {}});
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("emptyAd"));
 }
 
 TEST_F(AdManagerTest, TheLogTellsWhichWayAnAnswerWent) {

@@ -115,6 +115,15 @@ TEST_F(InterstitialTest, AHostThatRefusesAPageGetsItsButtonAndTheFailure) {
   EXPECT_TRUE(controller_->closeButton());
 }
 
+TEST_F(InterstitialTest, AnInterstitialIsNotLoadedAnewWhenTheNetworkReturns) {
+  showPage();
+  platform_.network->setReachable(false);
+  platform_.network->setReachable(true);
+  advance(5);
+  EXPECT_THAT(happened(), IsEmpty());
+  EXPECT_TRUE(isOnScreen());
+}
+
 TEST_F(InterstitialTest, RotationsAreToldToThePage) {
   showPage();
   startConversation();

@@ -4,8 +4,10 @@
 #include <tavo/Runtime.h>
 
 #include "AdController/AdGenerator/CommandBudget.h"
+#include "AdController/AdGenerator/CreativeHtml.h"
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "AdController/AdGenerator/MraidStatement.h"
+#include "AdController/AdGenerator/NavigationPolicy.h"
 #include "AdController/AdGenerator/XWebViewAgent.h"
 #include "Unit/RecordingAdView.h"
 #include "Unit/TransportFixture.h"
@@ -160,6 +162,79 @@ TEST_F(MraidDispatchTest, ALinkLeavesThePageForWhereItBelongs) {
     EXPECT_THAT(std::exchange(lines_, {}), ElementsAre(expected));
     rest();
   }
+}
+
+TEST_F(MraidDispatchTest, ANavigationIsACommandAClickARefreshOrAPage) {
+  using Decision = NavigationDecision;
+  using Type = NavigationType;
+  const Url page = Url::parse("http://a.example/");
+  const Url main = Url::parse("http://main.example/");
+  const Url empty = Url::parse(blankPage);
+  const NavigationFacts tapped{.userTapped = true};
+  struct Case {
+    const char* name;
+    Navigation navigation;
+    NavigationFacts facts;
+    Decision expected;
+  };
+  const Case cases[] = {
+      {"a command",
+       {Url::parse("mraid://close"), main, Type::linkClicked},
+       {},
+       Decision::runCommand},
+      {"a link", {page, main, Type::linkClicked}, {}, Decision::openAsClick},
+      {"a link of a redirect ad",
+       {page, main, Type::linkClicked},
+       {MobileAdSubTypes::redirectHtmlBanner},
+       Decision::openAsClick},
+      {"a link elsewhere", {Url::parse("tel:1"), main, Type::linkClicked}, tapped, Decision::allow},
+      {"after a tap", {page, page, Type::other}, tapped, Decision::openAsClick},
+      {"without one", {page, page, Type::other}, {}, Decision::allow},
+      {"of a frame", {page, main, Type::other}, tapped, Decision::allow},
+      {"a form", {page, page, Type::formSubmitted}, tapped, Decision::allow},
+      {"the empty page", {empty, empty, Type::other}, tapped, Decision::allow},
+      {"of a redirect banner",
+       {page, page, Type::other},
+       {MobileAdSubTypes::redirectHtmlBanner, true},
+       Decision::allow},
+      {"of a redirect interstitial",
+       {page, page, Type::other},
+       {MobileAdSubTypes::redirectInterstitial, true},
+       Decision::allow},
+      {"a refresh",
+       {page, page, Type::other},
+       {.userTapped = true, .metaRefreshExists = true},
+       Decision::followRefresh},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(decideNavigation(test.navigation, test.facts), test.expected) << test.name;
+  }
+}
+
+TEST_F(MraidDispatchTest, OnlyASingleDigitRefreshesADocument) {
+  for (const char* refresh : {R"(<META HTTP-EQUIV = "refresh" content="0;url=http://a">)",
+                              R"(<b>ad</b><meta content="9 ; url=b" http-equiv="refresh" >)"}) {
+    EXPECT_TRUE(hasMetaRefresh(refresh)) << refresh;
+  }
+  for (const char* none : {R"(<meta http-equiv="refresh" content="10;url=http://a">)",
+                           R"(<meta http-equiv="refresh" content="5">)", "<b>refresh</b>"}) {
+    EXPECT_FALSE(hasMetaRefresh(none)) << none;
+  }
+}
+
+TEST_F(MraidDispatchTest, AnAdThatNamesTheScriptHasNoBaseAndAFailureIsPassedOn) {
+  const Url base = Url::parse("http://cdn.example/");
+  for (const bool namesScript : {false, true}) {
+    agent_->loadHTMLString(namesScript ? "<script src='mraid.js'></script>" : "<b>ad</b>", base,
+                           adView_);
+    EXPECT_EQ(page_->baseUrl(), namesScript ? Url{} : base);
+  }
+  finishLoad();
+  for (const int code : {cannotShowUrlError, -999, -1004}) {
+    page_->failLoad({"net", code, std::to_string(code)});
+    platform_.runLoop->runPending();
+  }
+  EXPECT_THAT(lines_, ElementsAre("fail -1004"));
 }
 
 TEST_F(MraidDispatchTest, AWindowThatATapOpensIsAClick) {

@@ -111,6 +111,25 @@ TEST_F(MraidPresentationTest, AnExpandedAdTakesTheFullScreenAgainAfterTheCalenda
   EXPECT_FALSE(platform_.application->statusBarHidden);
 }
 
+TEST_F(MraidPresentationTest, TheCloseButtonIsAsSharpAsTheScreenAndTakesAnotherPicture) {
+  platform_.bundle->files["/bundle/closebutton30png@2x.png"] = "image 60x60";
+  platform_.bundle->files["/bundle/mine.png"] = "image 20x10";
+  platform_.application->statusBarHidden = true;
+  showOpened("expand");
+  const auto* button = dynamic_cast<const Button*>(window_->hitTest({305, 23}));
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->image().width(), 60);
+  EXPECT_EQ(button->frame(), (Rect{290, 8, 30, 30}));
+  banner_->setCloseButtonImageWithImageNamed("mine");
+  EXPECT_EQ(button->frame().size(), (Size{20, 10}));
+  creative("close");
+  EXPECT_TRUE(platform_.application->statusBarHidden) << "as it was before";
+  EXPECT_EQ(banner_->resizeViewSuperview(), root_->view());
+  banner_->addSubview(std::make_shared<Button>());
+  banner_->removeCloseButtonFromSuperView();
+  EXPECT_EQ(banner_->subviews().back(), page_);
+}
+
 TEST_F(MraidPresentationTest, APageThatExpandsBeforeItIsThereReturnsAtItsSize) {
   platform_.webViews->holdLoads = true;
   showBeforeInit();
