@@ -302,6 +302,13 @@ TEST_F(MraidDispatchTest, TheDeathOfTheProcessIsOneFailure) {
   EXPECT_THAT(lines_, ElementsAre("webViewLeavesScreen", "fail The page's process has ended."));
 }
 
+TEST_F(MraidDispatchTest, APageThatWasRefusedAndDiesIsOneFailureToo) {
+  page_->failLoad(makeError(TransportError::cannotConnect, "refused"));
+  platform_.runLoop->runPending();
+  page_->terminateProcess();
+  EXPECT_THAT(lines_, ElementsAre("fail refused", "webViewLeavesScreen"));
+}
+
 TEST_F(MraidDispatchTest, AFloodEndsAtTheBurstAndGoesOnAtTheRate) {
   finishLoad();
   for (int n = 0; n < 100'000; ++n) navigate("mraid://updateCurrentPosition");

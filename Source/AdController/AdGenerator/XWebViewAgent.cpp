@@ -105,6 +105,7 @@ void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,
   webView_->loadHtml(HTMLWithJavaScriptBridge(html, scriptUrl.text()),
                      namesScript ? Url{} : baseURL);
   isHTMLRequest_ = true;
+  isFailureTold_ = false;
 }
 
 void XWebViewAgent::loadRequest(HttpRequest request) {
@@ -191,6 +192,7 @@ void XWebViewAgent::handleCommandWithURL(const Url& url) {
 
 void XWebViewAgent::webViewDidFinishLoad(WebView& webView) {
   const OperationLog log{"-[XWebViewAgent webViewDidFinishLoad:]"};
+  isFailureTold_ = false;
   initializeJavaScriptBridge(*eventEmitter_, webView_);
   const int load = ++finishedLoads_;
   webView.evaluate("document.documentElement.outerHTML",
@@ -235,16 +237,19 @@ void XWebViewAgent::webViewDidFailLoad(WebView& /*webView*/, const Error& error)
       error.code == static_cast<int>(TransportError::cancelled)) {
     return;
   }
+  isFailureTold_ = true;
   delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
 }
 
 void XWebViewAgent::webViewProcessDidTerminate(WebView& webView, const Error& error) {
-  // The page is lost: what is left of it leaves the screen, and the host hears of a failure.
+  // The page is lost: what is left of it leaves the screen, and the host hears of a failure, unless
+  // it has heard of one since a page was there.
   ++finishedLoads_;
   isHTMLRequest_ = false;
   const auto adView = xadViewInstance_.lock();
   if (adView) adView->webViewLeavesScreen(webView_);
   webView.removeFromSuperview();
+  if (std::exchange(isFailureTold_, true)) return;
   delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError, error);
 }
 

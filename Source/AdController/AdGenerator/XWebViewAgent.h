@@ -99,6 +99,7 @@ class XWebViewAgent : public View, public WebViewClient {
   Subscription orientationSubscription_;
   bool isHTMLRequest_ = false;       // an HTML load was handed over and not yet reported
   bool isMetaRefreshExist_ = false;  // the last finished document sends itself elsewhere
+  bool isFailureTold_ = false;       // since the last page was there
   int finishedLoads_ = 0;            // so that the markup of a replaced document is dropped
 };
 
