@@ -31,6 +31,11 @@ struct XAdSlotConfiguration {
   // Child-directed treatment: the geo override leaves the request, and only the ad server's own
   // cookies go along.
   bool COPPAPermissions = false;
+  // A page acts for the address of its file, as the answer names it: with the cookies of that site.
+  // True: only where the file is of the site that served the answer; a file of another site only
+  // completes relative addresses, and the page acts for nobody. Turn it on where the ad server is
+  // not trusted with the cookies of other sites.
+  bool confinesPagesToServingSite = false;
   // Asks for bids in real time.
   bool RTBRequired = false;
 

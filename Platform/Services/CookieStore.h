@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <tavo/Url.h>
@@ -26,6 +27,10 @@ class CookieStore {
 
   // Reads every "Set-Cookie" header and stores what it holds, as above.
   virtual void storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) = 0;
+
+  // Whether a domain such as "com" or "co.uk" is shared by sites that have nothing to do with each
+  // other.
+  [[nodiscard]] virtual bool isPublicSuffix(std::string_view domain) const = 0;
 };
 
 // The value of a "Cookie" header that carries `cookies`: "a=1; b=2".

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 #include <tavo/Limits.h>
@@ -20,6 +21,9 @@ class HeadlessCookieStore : public CookieStore {
   [[nodiscard]] std::vector<Cookie> cookiesFor(const Url& url) const override;
   void store(const Cookie& cookie, const Url& url) override;
   void storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) override;
+  [[nodiscard]] bool isPublicSuffix(std::string_view domain) const override {
+    return domain.find('.') == std::string_view::npos;
+  }
 
  private:
   void put(const Cookie& cookie, const Url& url);  // the lock is held

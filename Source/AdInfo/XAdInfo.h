@@ -48,6 +48,7 @@ struct XAdInfo {
   // Set by whoever made the exchange.
   std::int32_t httpResponseCode = 0;  // 0: not known
   std::optional<HttpRequest> httpRequestURL;
+  Url servedFrom;        // at the end of all redirects
   Text responseContent;  // the whole body as text
   Text MIMEType;
 };

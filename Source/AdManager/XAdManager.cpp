@@ -3,6 +3,7 @@
 #include <tavo/SdkErrors.h>
 #include <tavo/XURLBuilder.h>
 
+#include "AdManager/PageBase.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Relay.h"
@@ -172,6 +173,7 @@ void XAdManager::reportWithoutView(const std::shared_ptr<XAdInfo>& answer) {
 
 // The answer to a redirect keeps the addresses of the first answer where it has none of its own.
 void XAdManager::takeOver(const XAdInfo& answer) {
+  servedFrom_ = answer.servedFrom;
   if (const auto file = present(answer.fileURL)) baseUrl_ = Url::fromText(*file);
   if (auto click = present(answer.clickTrackingURL)) clickThroughURL_ = std::move(click);
   if (auto impression = present(answer.impressionTrackingURL)) {
@@ -281,7 +283,11 @@ XAdManager::Outcome XAdManager::carryOut(const ShowHtml& verdict, AdManagerView&
     log.debug("\n\nLoading MRAID/HTML Ad...");
     if (!moviePlayerInstance) view.setMobileAdSubTypes(MobileAdSubTypes::unknown);
   }
-  showPage(view, verdict.html, baseUrl_);
+  const bool confines = slotConfiguration && slotConfiguration->confinesPagesToServingSite;
+  const BasedPage page = confines ? confinedPage(verdict.html, baseUrl_, servedFrom_,
+                                                 *environment_->platform().cookies)
+                                  : BasedPage{verdict.html, baseUrl_};
+  showPage(view, page.html, page.base);
   return Outcome::later;
 }
 

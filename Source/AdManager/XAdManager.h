@@ -138,6 +138,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   std::shared_ptr<VastRoad> vastRoad_;
   std::string slotName_;  // of the last load; empty before one
   Url baseUrl_;
+  Url servedFrom_;
   std::optional<std::string> clickThroughURL_;
   std::optional<std::string> impressionTrackingURL_;
   std::shared_ptr<XAdTracker> tracker_;

@@ -88,6 +88,7 @@ void XServerCommunicator::received(const HttpResult& result, HttpRequest asked) 
   const auto info = readAnswer(result.response->body);
   info->httpResponseCode = result.response->status;
   info->httpRequestURL = std::move(asked);
+  info->servedFrom = result.response->url;
   info->responseContent = validUtf8(result.response->body);
   info->MIMEType = result.response->mimeType;
   delegate.tell(&Delegate::serverCommunicatorDidReceiveAdInfo, *this, info);

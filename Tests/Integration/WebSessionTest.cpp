@@ -51,6 +51,19 @@ TEST_F(WebSessionTest, WhatACreativeStoresEndsWithIt) {
   }
 }
 
+TEST_F(WebSessionTest, APageThatOnlyCompletesItsAddressesActsForNobody) {
+  const Url site = urlOf(server_, "/ads/");
+  cookies()->storeFromHeaders({{"Set-Cookie", "secret=1; Path=/"}}, site);
+  Page page;
+  page.load(
+      "<html><head><base href='" + site.text() + "'></head><body><a href='a'></a></body></html>",
+      {});
+  EXPECT_EQ(page.evaluate("[self.origin, document.links[0].href,"
+                          " (() => { try { return document.cookie; } catch { return ''; } })()]"
+                          ".join()"),
+            "null," + site.text() + "a,");
+}
+
 TEST_F(WebSessionTest, ABrowserTakesTheCookiesOfAdsOverAndGivesNoneBack) {
   const Url site = urlOf(server_, "/");
   Page ad;

@@ -131,6 +131,23 @@ TEST_F(AdManagerTest, EachAnswerCountsItsOwnImpressionOnce) {
   }
 }
 
+TEST_F(AdManagerTest, APageActsForTheSiteOfItsFileUnlessItIsConfined) {
+  const auto slot = std::make_shared<XAdSlotConfiguration>();
+  manager_->slotConfiguration = slot;
+  const std::string tag = "<base href=\"http://cdn.example/a.png\">";
+  const auto shown = [&](const std::string& html) {
+    receive(answerOf("text/html", html, "i"));
+    const auto page = platform_.webViews->last();
+    return page->baseUrl().text() +
+           (page->html().find(tag) != std::string::npos ? " completed" : "");
+  };
+  EXPECT_EQ(shown("<b>"), "http://cdn.example/a.png");
+  slot->confinesPagesToServingSite = true;
+  EXPECT_EQ(shown("<b>"), " completed");
+  EXPECT_EQ(shown("<html><head></head></html>"), " completed");
+  EXPECT_EQ(shown("<BASE href='http://own.example/'>"), "");
+}
+
 TEST_F(AdManagerTest, WithoutAViewAnAnswerIsReportedAndNothingIsShown) {
   view_.reset();
   receive(answerOf("text/html", "<b>", "a"));

@@ -7,12 +7,43 @@
 #include "Rules/OrientationRules.h"
 #include "Rules/Playhead.h"
 #include "Rules/Presence.h"
+#include "Rules/SameSite.h"
 #include "Rules/WayToTarget.h"
 #include "Services/Application.h"
 #include "Support/Testing.h"
 
 namespace tavo::test {
 namespace {
+
+TEST(SameSiteTest, WhoMayActForWhom) {
+  struct Row {
+    const char* served;
+    const char* base;
+    bool may;
+  };
+  const Row rows[] = {
+      {"http://ads.site.example/a", "http://ads.site.example/", true},
+      {"http://ads.site.example/", "http://CDN.site.example.:81/x", true},
+      {"https://ads.site.example/", "http://site.example/", true},
+      {"http://ads.site.example/", "https://site.example/", false},
+      {"http://ads.example/", "http://cdn.example/", false},
+      {"http://ads.one.co.uk/", "http://cdn.one.co.uk/", true},
+      {"http://one.co.uk/", "http://two.co.uk/", false},
+      {"http://co.uk/", "http://one.co.uk/", false},
+      {"http://127.0.0.1/", "http://126.0.0.1/", false},
+      {"http://127.0.0.1/", "http://127.0.0.1:8/", true},
+      {"http://localhost/", "http://localhost/", true},
+      {"http://ads.example/", "file:///etc/passwd", false},
+      {"", "http://ads.example/", false},
+  };
+  const auto isPublicSuffix = [](std::string_view domain) {
+    return domain == "co.uk" || domain.find('.') == std::string_view::npos;
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(mayActFor(Url::parse(row.served), Url::parse(row.base), isPublicSuffix), row.may)
+        << row.served << " for " << row.base;
+  }
+}
 
 class HttpHopsTest : public testing::Test {
  protected:

@@ -13,7 +13,7 @@ namespace tavo::gtk {
 
 namespace {
 
-bool isPublicSuffix(std::string_view domain) {
+bool isSuffix(std::string_view domain) {
   return soup_tld_domain_is_public_suffix(std::string{domain}.c_str()) != FALSE;
 }
 
@@ -28,6 +28,8 @@ GtkCookieStore::GtkCookieStore(std::shared_ptr<RunLoop> runLoop, std::string pat
     : runLoop_{std::move(runLoop)}, path_{std::move(path)}, limits_{limits} {}
 
 GtkCookieStore::~GtkCookieStore() = default;
+
+bool GtkCookieStore::isPublicSuffix(std::string_view domain) const { return isSuffix(domain); }
 
 std::string GtkCookieStore::defaultPath(const std::string& applicationId) {
   const GText path{
@@ -66,13 +68,13 @@ std::vector<Cookie> GtkCookieStore::cookiesFor(const Url& url) const {
 
 void GtkCookieStore::store(const Cookie& cookie, const Url& url) {
   Cookie bounded = completed(cookie, url);
-  if (!maySet(bounded, url, isPublicSuffix, limits_)) return;
+  if (!maySet(bounded, url, isSuffix, limits_)) return;
   boundLife(bounded, runLoop_->today(), limits_);
   put({bounded}, url);
 }
 
 void GtkCookieStore::storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) {
-  put(cookiesSetBy(headers, url, runLoop_->today(), isPublicSuffix, limits_), url);
+  put(cookiesSetBy(headers, url, runLoop_->today(), isSuffix, limits_), url);
 }
 
 void GtkCookieStore::put(const std::vector<Cookie>& cookies, const Url& url) {

@@ -43,6 +43,7 @@ class GtkCookieStore : public CookieStore {
   [[nodiscard]] std::vector<Cookie> cookiesFor(const Url& url) const override;
   void store(const Cookie& cookie, const Url& url) override;
   void storeFromHeaders(const std::vector<HttpHeader>& headers, const Url& url) override;
+  [[nodiscard]] bool isPublicSuffix(std::string_view domain) const override;
 
   // Every cookie there is. Any thread.
   [[nodiscard]] std::vector<Cookie> all() const;

@@ -1,0 +1,39 @@
+#include "AdManager/PageBase.h"
+
+#include "AdController/AdGenerator/CreativeHtml.h"
+#include "Rules/SameSite.h"
+#include "Values/Text.h"
+
+namespace tavo {
+
+namespace {
+
+std::string attributeText(std::string_view text) {
+  std::string escaped;
+  for (const char letter : text) {
+    if (letter == '&') {
+      escaped += "&amp;";
+    } else if (letter == '"') {
+      escaped += "&quot;";
+    } else {
+      escaped += letter;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace
+
+BasedPage confinedPage(std::string html, const Url& base, const Url& served,
+                       const CookieStore& sites) {
+  const auto isPublicSuffix = [&](std::string_view domain) { return sites.isPublicSuffix(domain); };
+  if (base.empty() || mayActFor(served, base, isPublicSuffix)) return {std::move(html), base};
+  if (base.isHttp() && !contains(lowerCased(html), "<base")) {
+    constexpr std::string_view head = "<head>";
+    const std::size_t at = isMRAIDScriptWrappedInHTML(html) ? 0 : html.find(head) + head.size();
+    html.insert(at, "<base href=\"" + attributeText(base.text()) + "\">");
+  }
+  return {std::move(html), {}};
+}
+
+}  // namespace tavo
