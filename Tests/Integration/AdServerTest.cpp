@@ -141,6 +141,7 @@ TEST_F(AdServerTest, ServesAssetsWholeInPartAndByHead) {
   EXPECT_EQ(request("HEAD", url).body, "");
   EXPECT_EQ(get(server_->url("/assets/one/wrapper.xml")).body, "<Ad>" + server_->url("") + "</Ad>");
   EXPECT_EQ(request("POST", url).status, 405);
+  EXPECT_EQ(request("POST", url, "Content-Length: 300000000\r\n").status, 405) << "without it";
 }
 
 TEST_F(AdServerTest, NeverReadsOutsideACampaign) {

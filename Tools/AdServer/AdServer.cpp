@@ -1,9 +1,11 @@
 #include "AdServer/AdServer.h"
 
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "AdServer/IdleConnections.h"
+#include "Gtk/Guarded.h"
 
 namespace tavo::adserver {
 
@@ -78,6 +80,22 @@ bool isWorthRecording(const Route& route) {
   return !std::holds_alternative<RecordPage>(route) && !std::holds_alternative<CampaignList>(route);
 }
 
+// Bodies are of no use here. What comes of one is dropped piece by piece, and whoever announces
+// much is answered at once, on a connection that ends: libsoup itself would read it all first.
+void refuseBody(SoupServerMessage* message) {
+  constexpr goffset mostBytes = goffset{64} * 1024;
+  constexpr std::string_view refusal{
+      "HTTP/1.1 405 Method Not Allowed\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"};
+  soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+  auto* const headers = soup_server_message_get_request_headers(message);
+  if (soup_message_headers_get_content_length(headers) <= mostBytes) return;
+  const auto connection =
+      gtk::GPtr<GIOStream>::adopt(soup_server_message_steal_connection(message));
+  g_output_stream_write_all(g_io_stream_get_output_stream(connection.get()), refusal.data(),
+                            refusal.size(), nullptr, nullptr, nullptr);
+  g_io_stream_close(connection.get(), nullptr, nullptr);
+}
+
 void writeReply(const Reply& reply, SoupServerMessage* message) {
   soup_server_message_set_status(message, reply.status, nullptr);
   soup_server_message_set_response(message, reply.contentType.c_str(), SOUP_MEMORY_COPY,
@@ -94,10 +112,16 @@ AdServer::AdServer(const std::filesystem::path& campaignFolder, std::uint16_t po
     : server_{listeningServer(port)},
       baseUrl_{baseUrlOf(server_.get())},
       replies_{CampaignFolder{campaignFolder}, baseUrl_, record_} {
+  soup_server_add_early_handler(
+      server_.get(), nullptr,
+      [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer) {
+        gtk::guarded([&] { refuseBody(message); });
+      },
+      nullptr, nullptr);
   soup_server_add_handler(
       server_.get(), nullptr,
       [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
-        static_cast<AdServer*>(self)->handle(message);
+        gtk::guarded([&] { static_cast<AdServer*>(self)->handle(message); });
       },
       this, nullptr);
   closeWithItsClients(server_.get());
