@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "OnlineRequest/XTrackingRequest.h"
+#include "Services/CookieStore.h"
 #include "Support/GtkHost.h"
+#include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
 #include "Support/WidgetTree.h"
@@ -126,6 +129,53 @@ TEST_F(BannerOnScreenTest, ASlotThatLeavesItsWindowLetsGoOfItsAd) {
   host().column().remove(host().slot());
   EXPECT_TRUE(host().runUntil([] { return host().banner()->subviews().empty(); }));
   host().column().append(host().slot());
+}
+
+// The value of a header of a request as it came over the wire.
+std::string headerOf(const std::string& request, const std::string& name) {
+  const auto at = request.find(name + ": ");
+  if (at == std::string::npos) return "none";
+  const auto start = at + name.size() + 2;
+  return request.substr(start, request.find_first_of("\r\n", start) - start);
+}
+
+TEST_F(BannerOnScreenTest, ACookieCheckByRedirectPassesAndAnotherHostGetsItsOwnCookies) {
+  HostileServer server;
+  const std::string path = "/d/sdk/page/@Bottom1";
+  server.on(path, std::vector<Behaviour>{
+                      PlainAnswer{.status = 302,
+                                  .headers = {{"Set-Cookie", "check=1"}, {"Location", path}}},
+                      Redirect{server.url("/ad", "localhost")}});
+  server.on("/ad", PlainAnswer{.body = R"({"Ad":[]})"});
+  Runtime::current().platform().cookies->storeFromHeaders({{"Set-Cookie", "theirs=1"}},
+                                                          Url::parse(server.url("/", "localhost")));
+  host().banner()->loadWithDomainName("127.0.0.1:" + std::to_string(server.port()) + "/d", "page",
+                                      "Bottom1");
+  ASSERT_TRUE(host().runUntil([&] { return !host().calls().empty(); }));
+  EXPECT_THAT(host().calls(), ElementsAre("didFail 1002"));
+  const auto asked = server.requests();
+  ASSERT_EQ(asked.size(), 3U);
+  EXPECT_THAT(headerOf(asked[0], "Cookie"), Not(HasSubstr("check")));
+  EXPECT_THAT(headerOf(asked[1], "Cookie"), HasSubstr("check=1; DAPROPS="));
+  EXPECT_EQ(headerOf(asked[2], "Cookie"), "theirs=1");
+}
+
+TEST_F(BannerOnScreenTest, ATrackerThatIsSilentTakesNothingFromOneThatAnswers) {
+  HostileServer server;
+  server.on("/silent", NeverAnswer{});
+  server.on("/healthy", PlainAnswer{.body = "x", .contentType = "image/gif"});
+  const auto ping = [&](const std::string& url) {
+    XTrackingRequest::sendAsynchronousRequest(*Runtime::current().environment(), Url::parse(url),
+                                              "ping", host().settings);
+  };
+  for (int number = 0; number < 300; ++number) ping(server.url("/silent", "localhost"));
+  for (int number = 0; number < 20; ++number) ping(server.url("/healthy"));
+  EXPECT_TRUE(host().runUntil([&] {
+    const auto asked = server.requests();
+    return std::count_if(asked.begin(), asked.end(), [](const std::string& request) {
+             return request.starts_with("GET /healthy");
+           }) == 20;
+  }));
 }
 
 }  // namespace

@@ -98,28 +98,32 @@ class VideoOnScreen : public testing::Test {
 
   void listen() {
     const auto noteQuartile = [this](XAdView&, int quartile) {
-      told_.push_back("quartile " + std::to_string(quartile));
+      tell("quartile " + std::to_string(quartile));
     };
-    events_ = std::make_shared<XAdViewDelegate>(XAdViewDelegate{
-        .xAdViewDidLoad = [this](XAdView&) { told_.emplace_back("didLoad"); },
-        .xAdViewDidFailWithError =
-            [this](XAdView&, const std::optional<Error>& error) {
-              told_.push_back("didFail " + std::to_string(error ? error->code : 0));
-              why_ = error ? error->description : "";
-            },
-        .xAdViewPrerollDidFinishWithPlayer =
-            [this](XAdView&, const std::shared_ptr<MoviePlayer>& player) {
-              told_.emplace_back(player == player_ ? "handedBack" : "handedBack another");
-              if (dropsSlot_) host().makeBanner();
-            },
-        .xAdViewDidFinishQuartile = noteQuartile,
-        .xAdViewDidPauseVideo = [this](XAdView&) { told_.emplace_back("didPause"); },
-        .xAdViewDidResume = [this](XAdView&) { told_.emplace_back("didResume"); },
-        .xAdViewDidSkipVideo = [this](XAdView&) { told_.emplace_back("didSkip"); },
-        .interstitialAdDismissed = [this](XAdView&) { told_.emplace_back("dismissed"); }});
+    events_ = std::make_shared<XAdViewDelegate>(
+        XAdViewDelegate{.xAdViewDidLoad = [this](XAdView&) { tell("didLoad"); },
+                        .xAdViewDidFailWithError =
+                            [this](XAdView&, const std::optional<Error>& error) {
+                              tell("didFail " + std::to_string(error ? error->code : 0));
+                              why_ = error ? error->description : "";
+                            },
+                        .xAdViewPrerollDidFinishWithPlayer =
+                            [this](XAdView&, const std::shared_ptr<MoviePlayer>& player) {
+                              tell(player == player_ ? "handedBack" : "handedBack another");
+                            },
+                        .xAdViewDidFinishQuartile = noteQuartile,
+                        .xAdViewDidPauseVideo = [this](XAdView&) { tell("didPause"); },
+                        .xAdViewDidResume = [this](XAdView&) { tell("didResume"); },
+                        .xAdViewDidSkipVideo = [this](XAdView&) { tell("didSkip"); },
+                        .interstitialAdDismissed = [this](XAdView&) { tell("dismissed"); }});
     host().banner()->delegate.set(events_);
   }
 
+  // The last thing that a report does: it may end what tells it.
+  void tell(const std::string& line) {
+    told_.push_back(line);
+    if (line == dropsInside_) host().makeBanner();
+  }
   [[nodiscard]] bool hasTold(const std::string& line) const {
     return std::find(told_.begin(), told_.end(), line) != told_.end();
   }
@@ -173,8 +177,8 @@ class VideoOnScreen : public testing::Test {
   std::shared_ptr<MoviePlayer> player_;
   std::unique_ptr<gtk::MovieSlot> slot_;
   Lines told_;
-  std::string why_;         // what the last failure said
-  bool dropsSlot_ = false;  // as soon as the pre-roll is over
+  std::string why_;          // what the last failure said
+  std::string dropsInside_;  // the report inside which the host drops the slot
   std::shared_ptr<const XAdViewDelegate> events_;
 };
 

@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include <tavo/TapRecognizer.h>
 
 #include "Integration/VideoOnScreen.h"
@@ -5,6 +7,7 @@
 #include "Services/Application.h"
 #include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"
+#include "Support/FakeLogind.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/WidgetTree.h"
@@ -16,6 +19,28 @@ namespace {
 
 class VideoOnScreenTest : public VideoOnScreen {
  protected:
+  // Before the host asks for its session.
+  static void SetUpTestSuite() {
+    const std::string display = Glib::getenv("DISPLAY");  // which the bus takes away
+    bus_ = std::make_unique<PrivateBus>();
+    Glib::setenv("DISPLAY", display);
+    logind_ = std::make_unique<FakeLogind>(*bus_);
+  }
+  // The screen is locked, or open again, and the library has heard of it.
+  static void sayAndHear(const char* signal, std::string_view notification) {
+    bool heard = false;
+    const Subscription subscription = Runtime::current().notifications().subscribe(
+        std::string{notification}, [&](const Notification&) { heard = true; });
+    EXPECT_TRUE(host().runUntil([&] {
+      bus_->emit("org.freedesktop.login1.Session", signal, g_variant_new("()"),
+                 FakeLogind::sessionPath);
+      bus_->waitForSignals();
+      return heard;
+    }));
+  }
+  inline static std::unique_ptr<PrivateBus> bus_;
+  inline static std::unique_ptr<FakeLogind> logind_;
+
   // In place of the banner, without its controller.
   static void loadInterstitial(const std::string& campaign) {
     const auto& banner = host().banner();
@@ -154,6 +179,64 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
   EXPECT_TRUE(waitForPing("exitFullscreen"));
   EXPECT_EQ(player_->frame(), (Rect{20, 0, 320, 180}));
   EXPECT_TRUE(waitForPicture());
+}
+
+TEST_F(VideoOnScreenTest, AHostMayDropTheSlotInsideEachReport) {
+  const Url film = Url::parse("http://127.0.0.1:1/film.mp4");
+  for (const char* moment :
+       {"didLoad", "didPause", "didResume", "quartile 0", "didSkip", "handedBack"}) {
+    SCOPED_TRACE(moment);
+    player_->setContentUrl(film);
+    host().makeBanner();
+    host().banner()->delegate.set(events_);
+    host().banner()->setMoviePlayerInstance(player_);
+    told_.clear();
+    dropsInside_ = moment;
+    host().load("vast-preroll");
+    ASSERT_TRUE(waitFor("didLoad"));
+    if (std::string_view{moment}.starts_with("didP") || std::string_view{moment} == "didResume") {
+      player_->pause();
+      ASSERT_TRUE(waitFor("didPause"));
+      player_->play();
+    }
+    EXPECT_TRUE(host().runUntil([&] {
+      Button* const skip = buttonOn(*player_);
+      if (skip != nullptr && skip->isUserInteractionEnabled()) skip->press();
+      return hasTold(moment);
+    }));
+    EXPECT_TRUE(host().runUntil([&] { return player_->contentUrl() == film; }));
+  }
+}
+
+// Most of these bytes are of the table that says where the film's pictures are.
+TEST_F(VideoOnScreenTest, FilmsWithWrongBytesEndTheAdAndNotTheHost) {
+  HostileServer server;
+  std::uint32_t number = 12345;
+  const auto random = [&] { return (number = number * 1664525 + 1013904223) >> 8U; };
+  for (int round = 0; round < 6; ++round) {
+    PlainAnswer film{.body = clip(), .contentType = "video/mp4"};
+    const std::size_t table = film.body.find("moov");
+    for (int byte = 0; byte < 4 << round; ++byte) {
+      film.body[table + 8 + random() % 1500] = static_cast<char>(random());
+    }
+    const std::string name = "broken-" + std::to_string(round);
+    server.on("/" + name, film);
+    campaigns().add(name, campaigns().document(server.url("/" + name)));
+    told_.clear();
+    host().load(name);
+    EXPECT_TRUE(host().runUntil([&] { return hasTold("handedBack") || hasTold("didFail 1012"); }))
+        << name;
+  }
+}
+
+TEST_F(VideoOnScreenTest, AFilmThatEndsBehindTheLockIsHandedBackWhenTheUserIsBack) {
+  host().load("vast-preroll");
+  ASSERT_TRUE(waitFor("didLoad"));
+  sayAndHear("Lock", notifications::screenLocked);
+  ASSERT_TRUE(waitForPing("complete"));
+  EXPECT_FALSE(hasTold("handedBack"));
+  sayAndHear("Unlock", notifications::willEnterForeground);
+  EXPECT_TRUE(hasTold("handedBack"));
 }
 
 TEST_F(VideoOnScreenTest, AnInterstitialInFullScreenIsClosedWhereItsControlIsSeen) {
