@@ -2,6 +2,8 @@
 
 #include <sys/socket.h>
 
+#include <cerrno>
+
 #include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
@@ -12,9 +14,9 @@ namespace {
 gboolean closeAtEnd(GSocket* socket, GIOCondition /*condition*/, gpointer /*data*/) {
   char next = 0;
   if (g_socket_is_closed(socket)) return G_SOURCE_REMOVE;
-  if (recv(g_socket_get_fd(socket), &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0) {
-    g_socket_close(socket, nullptr);
-  }
+  // A client that has left bytes unread resets the connection instead of closing it.
+  const auto size = recv(g_socket_get_fd(socket), &next, 1, MSG_PEEK | MSG_DONTWAIT);
+  if (size == 0 || (size < 0 && errno == ECONNRESET)) g_socket_close(socket, nullptr);
   return G_SOURCE_REMOVE;
 }
 
