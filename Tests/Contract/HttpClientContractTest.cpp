@@ -186,6 +186,23 @@ TEST_P(HttpClientContract, StoresAndAttachesCookiesOnEveryHop) {
   EXPECT_EQ(cookieHeader(rig_->cookies().cookiesFor(foreign)), "b=2");
 }
 
+// What many ad servers do before they answer.
+TEST_P(HttpClientContract, PassesACookieCheckByRedirectWithExtraCookiesKeptApart) {
+  rig_->answer("/seed", {.headers = {{"Set-Cookie", "old=1"}}});
+  exchange(request("/seed"));
+  rig_->answer("/check",
+               {.status = 302, .headers = {{"Location", "/checked"}, {"Set-Cookie", "new=2"}}});
+  redirect("/checked", url("/end", Host::foreign));
+  rig_->answer("/end", {.body = "ad"});
+  auto sent = request("/check");
+  sent.extraCookies = {{.name = "own", .value = "3", .domain = std::string{sent.url.host()}}};
+  EXPECT_EQ(exchange(sent).response->body, "ad");
+  EXPECT_THAT(receivedHeader("Cookie"),
+              ElementsAre(std::nullopt, Optional(Eq("old=1; own=3")),
+                          Optional(testing::AnyOf("old=1; new=2; own=3", "new=2; old=1; own=3")),
+                          std::nullopt));
+}
+
 TEST_P(HttpClientContract, SendsNoStoredCookieWhenOnlyItsOwnAreAllowed) {
   rig_->answer("/ad", {.headers = {{"Set-Cookie", "stored=1"}}});
   auto sent = request("/ad");

@@ -155,6 +155,32 @@ TEST_F(VideoOnScreenTest, ServersAndFilesThatAreNoGoodEndTheAdInTime) {
   EXPECT_TRUE(waitForPing("complete"));
 }
 
+TEST_F(VideoOnScreenTest, OnlyTheWebIsPlayed) {
+  class Listener : public MoviePlayerClient {
+   public:
+    void movieDurationAvailable(MoviePlayer&) override { played = true; }
+    void moviePlaybackStateDidChange(MoviePlayer&) override {}
+    void moviePlaybackDidFinish(MoviePlayer&, MovieFinishReason reason,
+                                const std::optional<Error>&) override {
+      failed = reason == MovieFinishReason::playbackError;
+    }
+    void movieDidEnterFullscreen(MoviePlayer&) override {}
+    void movieDidExitFullscreen(MoviePlayer&) override {}
+    bool played = false;
+    bool failed = false;
+  };
+  const auto listener = std::make_shared<Listener>();
+  player_->addClient(listener);
+  const std::string file = std::string{"file://"} + sampleCampaigns() + "/vast-preroll/clip.mp4";
+  for (const std::string& url : {file, std::string{"v4l2:///dev/video0"}}) {
+    listener->failed = false;
+    player_->setContentUrl(Url::parse(url));
+    player_->play();
+    EXPECT_TRUE(host().runUntil([&] { return listener->failed; })) << url;
+    EXPECT_FALSE(listener->played) << url;
+  }
+}
+
 TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
   host().load("vast-preroll");
   ASSERT_TRUE(waitForControl(*player_));

@@ -7,6 +7,22 @@ namespace {
 
 class WebRefusalsTest : public WebPageTest {};
 
+TEST_F(WebRefusalsTest, AnswersTheQuestionsOfAPageWithoutAPerson) {
+  Page page;
+  page.load("<html><body></body></html>", Url::parse("http://127.0.0.1:9/"));
+  EXPECT_EQ(page.evaluate("alert('a'); alert('b'); 'went on'"), "went on");
+  EXPECT_EQ(page.evaluate("confirm('sure?')"), "false");
+  EXPECT_EQ(page.evaluate("String(prompt('name?', 'x'))"), "null");
+  EXPECT_EQ(page.evaluate("String(window.open('https://example.com/'))"), "null");
+  EXPECT_EQ(page.evaluate("print(); 'went on'"), "went on");
+  EXPECT_EQ(page.evaluate("typeof document.documentElement.requestFullscreen"), "undefined");
+  page.evaluate(
+      "got = 'waiting'; Notification.requestPermission().then((answer) => { got = answer })");
+  EXPECT_TRUE(runUntil([&] { return page.evaluate("got") != "waiting"; }));
+  EXPECT_EQ(page.evaluate("got"), "denied");
+  EXPECT_THAT(page.client->events, ElementsAre("start", "finish"));
+}
+
 TEST_F(WebRefusalsTest, NeverShowsAFile) {
   Page page;
   page.load("<html><body>creative</body></html>");
