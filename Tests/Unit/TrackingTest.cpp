@@ -46,7 +46,7 @@ class Tracking : public test::TransportTest {
   PingQueue& queue() { return runtime_.environment()->shared<PingQueue>(); }
 };
 
-TEST_F(Tracking, SendsAPlainRequestAndStoresTheCookies) {
+TEST_F(Tracking, QuirkSendsAPlainRequestAndStoresTheCookies) {
   platform_.http->answer("http://t.test/i", {.headers = {{"Set-Cookie", "a=1"}}});
   platform_.cookies->storeFromHeaders({{"Set-Cookie", "old=1"}}, Url::parse("http://t.test/"));
   track("http://t.test/i", "Impression");
