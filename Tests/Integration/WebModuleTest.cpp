@@ -136,7 +136,7 @@ TEST_F(WebModuleTest, AnEngineThatCannotReachThePersonsSessionIsNotStarted) {
     view->setClient(client);
     view->loadHtml("<html></html>", {});
     runUntil([&] { return !client->events.empty(); });
-    EXPECT_THAT(client->events, ElementsAre("WebKitErrorDomain 1102"));
+    EXPECT_THAT(client->events, ElementsAre("fail WebKitErrorDomain 1102"));
   }
 }
 

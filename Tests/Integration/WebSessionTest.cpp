@@ -53,7 +53,7 @@ TEST_F(WebSessionTest, WhatACreativeStoresEndsWithIt) {
 
 TEST_F(WebSessionTest, APageThatOnlyCompletesItsAddressesActsForNobody) {
   const Url site = urlOf(server_, "/ads/");
-  cookies()->storeFromHeaders({{"Set-Cookie", "secret=1; Path=/"}}, site);
+  cookies()->storeFromHeaders({{"Set-Cookie", "secret=1; Path=/ads/"}}, site);
   Page page;
   page.load(
       "<html><head><base href='" + site.text() + "'></head><body><a href='a'></a></body></html>",
