@@ -41,9 +41,10 @@ void CalendarAction::createCalendarEventWithParamter(const ClickToActionParamete
     return;
   }
   platform.calendarAccess->requestAccess(
-      [weak = weak_from_this(), runLoop = platform.runLoop, event](bool granted) {
-        runLoop->post([weak, granted, event] {
-          if (const auto self = weak.lock()) self->accessAnswered(granted, event);
+      [weak = weak_from_this(), runLoop = platform.runLoop, ad = ad_, event](bool granted) {
+        runLoop->post([weak, granted, ad, event] {
+          const auto self = weak.lock();
+          if (self && self->ad_ == ad) self->accessAnswered(granted, event);
         });
       });
 }

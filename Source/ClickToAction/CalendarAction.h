@@ -25,8 +25,11 @@ class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
 
   void createCalendarEventWithParamter(const ClickToActionParameters& parameters);
 
-  // Takes an open editor away.
-  void end() { sheets_.dismissAll(); }
+  // Takes an open editor away; one whose access is still being asked for does not come any more.
+  void end() {
+    ++ad_;
+    sheets_.dismissAll();
+  }
 
   // Asks for access in the background, where nothing has been decided.
   void checkCalendarAuthorizationStatus();
@@ -46,6 +49,7 @@ class CalendarAction : public std::enable_shared_from_this<CalendarAction> {
   ClickActionsView& view_;
   OpenSheets sheets_;
   std::weak_ptr<ViewController> editor_;
+  int ad_ = 0;  // counts the ads that have ended
 };
 
 }  // namespace tavo

@@ -373,15 +373,17 @@ TEST_F(ClickVideoTest, NothingStaysOnTheScreenBeyondItsAd) {
 TEST_F(ClickActionsTest, AViewThatHasEndedOrIsGoneIsNotAskedAgain) {
   view_.slot->shouldOpenClickThroughURLInAppBrowser = true;
   actions_->openUrlInBrowser(Url::fromText("http://click.example/"));
+  actions_->createCalendarEvent(eventText);
   actions_->end();
   settle();
   EXPECT_EQ(presenters(), "");
+  EXPECT_EQ(platform_.composers->lastSheet(), nullptr);
   actions_->openUrlInBrowser(Url::fromText("http://click.example/"));
   actions_->createCalendarEvent(eventText);
   actions_.reset();
   settle();
   EXPECT_EQ(presenters(), "");
-  EXPECT_THAT(happened(), ElementsAre("asked 6"));
+  EXPECT_THAT(happened(), ElementsAre("asked 6", "asked 6"));
 }
 
 }  // namespace

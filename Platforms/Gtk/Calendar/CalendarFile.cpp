@@ -2,7 +2,9 @@
 
 #include <libical/ical.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 
 #include "Gtk/GPtr.h"
@@ -23,8 +25,9 @@ icalcomponent* reminder(const CalendarAlarm& alarm, const std::string& title) {
   if (const auto* moment = std::get_if<Date>(&alarm)) {
     trigger.time = utcTime(*moment);
   } else {
-    trigger.duration =
-        icaldurationtype_from_int(static_cast<int>(std::lround(std::get<Seconds>(alarm).count())));
+    constexpr double most = std::numeric_limits<int>::max();  // 68 years
+    const double seconds = std::clamp(std::get<Seconds>(alarm).count(), -most, most);
+    trigger.duration = icaldurationtype_from_int(static_cast<int>(std::lround(seconds)));
   }
   return icalcomponent_vanew(ICAL_VALARM_COMPONENT, icalproperty_new_action(ICAL_ACTION_DISPLAY),
                              icalproperty_new_description(title.c_str()),
