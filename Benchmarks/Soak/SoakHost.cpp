@@ -55,10 +55,13 @@ class SwitchedNetwork : public NetworkMonitor {
 };
 
 SoakHost::SoakHost() {
-  host_ = std::make_unique<test::GtkHost>(TAVO_CAMPAIGNS, [this](Platform& platform) {
+  Limits limits;
+  limits.webProcessReloadsPerMinute = 1'000;  // more die here than anywhere
+  const auto adjust = [this](Platform& platform) {
     network_ = std::make_shared<SwitchedNetwork>(platform.network);
     platform.network = network_;
-  });
+  };
+  host_ = std::make_unique<test::GtkHost>(TAVO_CAMPAIGNS, adjust, std::string{}, limits);
   player_ = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
   filmSlot_ = std::make_unique<gtk::MovieSlot>(player_);
   host_->column().prepend(*filmSlot_);
