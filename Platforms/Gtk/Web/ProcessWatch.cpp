@@ -31,7 +31,13 @@ std::shared_ptr<void> ProcessWatch::pageBegins(PageKind kind) {
 
 void ProcessWatch::pageEnds(PageKind kind) {
   if (kind == PageKind::browser) --browsers_;
-  if (--pages_ == 0) timer_.invalidate();
+  if (--pages_ > 0) return;
+  timer_.invalidate();
+  // Nobody looks after what is paused any more, and the next page would wait in it.
+  for (const auto& [id, use] : uses_) {
+    if (use.pausedAt) kill(id, SIGKILL);
+  }
+  uses_.clear();
 }
 
 void ProcessWatch::pageLoads() {
