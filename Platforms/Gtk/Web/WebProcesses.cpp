@@ -15,12 +15,13 @@ constexpr const char* webProcessName = "WebKitWebProces";
 
 std::string processFolder(int id) { return "/proc/" + std::to_string(id); }
 
+// A process may end while it is looked at.
 std::vector<int> childrenOf(int id) {
   std::vector<int> children;
   std::error_code failure;
-  for (const auto& thread :
-       std::filesystem::directory_iterator{processFolder(id) + "/task", failure}) {
-    std::ifstream file{thread.path() / "children"};
+  std::filesystem::directory_iterator thread{processFolder(id) + "/task", failure};
+  for (; !failure && thread != std::filesystem::directory_iterator{}; thread.increment(failure)) {
+    std::ifstream file{thread->path() / "children"};
     for (int child = 0; file >> child;) children.push_back(child);
   }
   return children;
