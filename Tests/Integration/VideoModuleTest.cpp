@@ -36,7 +36,7 @@ bool moduleIsMapped() {
   return text.find("TavoGtkVideo") != std::string::npos;
 }
 
-// The threads of players that still live.
+// The threads of players that still live, and those that these have started.
 std::ptrdiff_t playerThreads() {
   return std::ranges::count_if(std::filesystem::directory_iterator{"/proc/self/task"},
                                [](const auto& thread) {
@@ -84,14 +84,14 @@ TEST_F(VideoModuleTest, ADroppedPlayerEndsWithWhatItHadStillToSay) {
   const auto silent = gtk::GPtr<GSocketListener>::adopt(g_socket_listener_new());
   const auto port = g_socket_listener_add_any_inet_port(silent.get(), nullptr, nullptr);
   const auto url = Url::parse("http://127.0.0.1:" + std::to_string(port) + "/ad.mp4");
-  constexpr std::size_t count = 4;
+  constexpr std::ptrdiff_t count = 4;
   std::vector<std::shared_ptr<MoviePlayer>> players;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
     players.push_back(used->create({0, 0, 320, 180}));
     players.back()->setContentUrl(url);
     players.back()->play();
   }
-  ASSERT_TRUE(runUntil([] { return playerThreads() == count; }));
+  ASSERT_TRUE(runUntil([] { return playerThreads() >= count; }));
   players.clear();
   EXPECT_TRUE(runUntil([] { return playerThreads() == 0; }));
 }
