@@ -112,6 +112,22 @@ class GtkMovieRig {
       hostile.on(path(Movie::silent), NeverAnswer{});
       hostile.on(path(Movie::cut), sent(half));
       hostile.on(path(Movie::stalls), StallInBody{.body = half, .promisedBytes = clip.size()});
+      playOnce();
+    }
+
+    // The first film of a process brings the framework from the disk, which takes as long as it
+    // takes.
+    void playOnce() {
+      Limits patience;
+      patience.firstFrameTimeout = Seconds{60};
+      gtk::GtkVideoModule first{{.runLoop = loop,
+                                 .log = std::make_shared<gtk::GtkLog>(),
+                                 .userAgent = {},
+                                 .limits = patience}};
+      const auto film = first.create({0, 0, 320, 180});
+      film->setContentUrl(Url::parse(server.url("/assets/vast-preroll/clip.mp4")));
+      film->prepareToPlay();
+      EXPECT_TRUE(test::runUntil([&] { return film->isPreparedToPlay(); }));
     }
 
     HostileServer hostile;
