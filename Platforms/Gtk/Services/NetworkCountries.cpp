@@ -56,7 +56,7 @@ bool walk(const std::string& file, Count& count) {
   const Context context{
       g_markup_parse_context_new(&parser, static_cast<GMarkupParseFlags>(0), &count, nullptr)};
   std::ifstream input{file, std::ios::binary};
-  std::array<char, 16 * 1024> block{};
+  std::array<char, std::size_t{16} * 1024> block{};
   std::size_t total = 0;
   while (input.read(block.data(), block.size()), input.gcount() > 0) {
     total += static_cast<std::size_t>(input.gcount());
