@@ -14,16 +14,7 @@ namespace {
 
 using std::chrono::seconds;
 
-// The host as its server is looked up: without escapes.
-std::string hostOf(const Url& url) { return lowerCased(percentDecoded(url.host())); }
-
 bool isHttps(const Url& url) { return equalsIgnoringCase(url.scheme(), "https"); }
-
-// Numeric addresses have no domains above them.
-bool isAddress(std::string_view host) {
-  return host.find(':') != std::string_view::npos ||
-         host.find_first_not_of("0123456789.") == std::string_view::npos;
-}
 
 bool endsWithDomain(std::string_view host, std::string_view domain) {
   if (equalsIgnoringCase(host, domain)) return true;
@@ -202,6 +193,13 @@ bool separatesDateParts(char c) {
 }
 
 }  // namespace
+
+std::string hostOf(const Url& url) { return lowerCased(percentDecoded(url.host())); }
+
+bool isAddress(std::string_view host) {
+  return host.find(':') != std::string_view::npos ||
+         host.find_first_not_of("0123456789.") == std::string_view::npos;
+}
 
 std::optional<Date> readCookieDate(std::string_view text) {
   DateParts parts;

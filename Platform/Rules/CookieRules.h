@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,6 +20,12 @@ namespace tavo {
 // Whether a name such as "com" or "co.uk" is shared by sites that have nothing to do with each
 // other.
 using IsPublicSuffix = std::function<bool(std::string_view domain)>;
+
+// The host as its server is looked up: in small letters, without escapes.
+[[nodiscard]] std::string hostOf(const Url& url);
+
+// Whether the host is a numeric address, which has no domains above it.
+[[nodiscard]] bool isAddress(std::string_view host);
 
 // Reads the value of one "Set-Cookie" header of an answer from `url`; none when it holds no cookie.
 [[nodiscard]] std::optional<Cookie> readSetCookie(std::string_view header, const Url& url,

@@ -9,14 +9,9 @@ namespace tavo {
 
 namespace {
 
-bool isNumericAddress(std::string_view host) {
-  return host.find(':') != std::string_view::npos ||
-         host.find_first_not_of("0123456789.") == std::string_view::npos;
-}
-
 // The shortest domain above the host, itself included, that is nobody else's.
 std::string_view siteOf(std::string_view host, const IsPublicSuffix& isPublicSuffix) {
-  if (isNumericAddress(host)) return host;
+  if (isAddress(host)) return host;
   for (std::string_view site = host;;) {
     const auto dot = site.find('.');
     if (dot == std::string_view::npos || isPublicSuffix(site.substr(dot + 1))) return site;
@@ -25,7 +20,7 @@ std::string_view siteOf(std::string_view host, const IsPublicSuffix& isPublicSuf
 }
 
 std::string plainHost(const Url& url) {
-  std::string host = lowerCased(percentDecoded(url.host()));
+  std::string host = hostOf(url);
   if (host.ends_with('.')) host.pop_back();
   return host;
 }

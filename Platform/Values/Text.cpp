@@ -42,4 +42,27 @@ std::string validUtf8(std::string_view text) {
   return valid.get();
 }
 
+std::string asMarkup(std::string_view text) {
+  std::string markup;
+  for (const char letter : validUtf8(text)) {
+    switch (letter) {
+      case '<':
+        markup += "&lt;";
+        break;
+      case '>':
+        markup += "&gt;";
+        break;
+      case '&':
+        markup += "&amp;";
+        break;
+      case '"':
+        markup += "&quot;";
+        break;
+      default:
+        markup += letter;
+    }
+  }
+  return markup;
+}
+
 }  // namespace tavo

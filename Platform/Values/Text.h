@@ -31,4 +31,7 @@ namespace tavo {
 // valid whatever a server sent.
 [[nodiscard]] std::string validUtf8(std::string_view text);
 
+// `text` as it is written into a page, also between quotation marks.
+[[nodiscard]] std::string asMarkup(std::string_view text);
+
 }  // namespace tavo

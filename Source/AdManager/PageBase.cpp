@@ -6,24 +6,6 @@
 
 namespace tavo {
 
-namespace {
-
-std::string attributeText(std::string_view text) {
-  std::string escaped;
-  for (const char letter : text) {
-    if (letter == '&') {
-      escaped += "&amp;";
-    } else if (letter == '"') {
-      escaped += "&quot;";
-    } else {
-      escaped += letter;
-    }
-  }
-  return escaped;
-}
-
-}  // namespace
-
 BasedPage confinedPage(std::string html, const Url& base, const Url& served,
                        const CookieStore& sites) {
   const auto isPublicSuffix = [&](std::string_view domain) { return sites.isPublicSuffix(domain); };
@@ -31,7 +13,7 @@ BasedPage confinedPage(std::string html, const Url& base, const Url& served,
   if (base.isHttp() && !contains(lowerCased(html), "<base")) {
     constexpr std::string_view head = "<head>";
     const std::size_t at = isMRAIDScriptWrappedInHTML(html) ? 0 : html.find(head) + head.size();
-    html.insert(at, "<base href=\"" + attributeText(base.text()) + "\">");
+    html.insert(at, "<base href=\"" + asMarkup(base.text()) + "\">");
   }
   return {std::move(html), {}};
 }

@@ -6,33 +6,6 @@
 
 namespace tavo {
 
-namespace {
-
-std::string asMarkup(std::string_view text) {
-  std::string markup;
-  for (const char letter : validUtf8(text)) {
-    switch (letter) {
-      case '<':
-        markup += "&lt;";
-        break;
-      case '>':
-        markup += "&gt;";
-        break;
-      case '&':
-        markup += "&amp;";
-        break;
-      case '"':
-        markup += "&quot;";
-        break;
-      default:
-        markup += letter;
-    }
-  }
-  return markup;
-}
-
-}  // namespace
-
 std::string errorPage(const Url& page, const Error& error) {
   constexpr std::size_t longestReason = 500;  // bytes
   const std::string place{page.host().empty() ? std::string_view{page.text()} : page.host()};
