@@ -168,7 +168,7 @@ void XAdManager::reportWithoutView(const std::shared_ptr<XAdInfo>& answer) {
   if (std::holds_alternative<EmptyAd>(verdict)) {
     return delegate.tell(&XAdManagerDelegate::adManagerDidReceiveEmptyAd, *this);
   }
-  fail(makeError(SdkError::noAd, "No ads available from TAVO server."));
+  failWithoutAd();
 }
 
 // The answer to a redirect keeps the addresses of the first answer where it has none of its own.
@@ -202,8 +202,7 @@ void XAdManager::conclude(Outcome outcome, AdManagerView& view, AnswerImpression
     impression.processImpressionTracking();
   } else if (outcome == Outcome::unusable && !requestRedirected) {
     platformLog("\n\nTAVO: No ads available from Server");
-    tellWithoutAd(
-        view, [this] { fail(makeError(SdkError::noAd, "No ads available from TAVO server.")); });
+    tellWithoutAd(view, [this] { failWithoutAd(); });
   }
 }
 
@@ -236,6 +235,10 @@ void XAdManager::didFailWithError(const std::optional<Error>& error) {
 
 void XAdManager::fail(const Error& error) {
   delegate.tell(&XAdManagerDelegate::adManagerDidFailWithError, std::optional{error});
+}
+
+void XAdManager::failWithoutAd() {
+  fail(makeError(SdkError::noAd, "No ads available from TAVO server."));
 }
 
 XAdManager::Outcome XAdManager::carryOut(const NoAd& /*verdict*/, AdManagerView& /*view*/) {

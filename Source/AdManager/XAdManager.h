@@ -125,6 +125,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void dismissVastViewControllerOnMemoryWarning();
   [[nodiscard]] std::shared_ptr<const void> hold();
   void fail(const Error& error);
+  void failWithoutAd();
 
   const std::shared_ptr<Environment> environment_;
   const std::weak_ptr<AdManagerView> adView_;
