@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Gtk/Guarded.h"
+
 namespace tavo::gtk {
 
 // Outlives the page while answers are on their way.
@@ -34,7 +36,7 @@ Handle* copyOf(const Handle& handle) {
 FetchedBytes::FetchedBytes(WebKitWebView* view, SignalConnections& connections, std::uint64_t limit,
                            std::function<void()> exceeded)
     : count_{std::make_shared<Count>(Count{limit, std::move(exceeded), 0})} {
-  connections.connect(view, "resource-load-started", onResource, this);
+  connections.connect(view, "resource-load-started", fenced<&FetchedBytes::onResource>, this);
 }
 
 void FetchedBytes::startAnew() { count_->bytes = 0; }
@@ -44,10 +46,10 @@ void FetchedBytes::onResource(WebKitWebView* /*view*/, WebKitWebResource* resour
   using Handle = std::weak_ptr<Count>;
   const auto drop = [](gpointer count, GClosure*) { delete static_cast<Handle*>(count); };
   const Handle count{self->count_};
-  g_signal_connect_data(resource, "notify::response", G_CALLBACK(onResponse), copyOf(count), drop,
-                        GConnectFlags{});
-  g_signal_connect_data(resource, "finished", G_CALLBACK(onFinished), copyOf(count), drop,
-                        GConnectFlags{});
+  g_signal_connect_data(resource, "notify::response", G_CALLBACK(fenced<&FetchedBytes::onResponse>),
+                        copyOf(count), drop, GConnectFlags{});
+  g_signal_connect_data(resource, "finished", G_CALLBACK(fenced<&FetchedBytes::onFinished>),
+                        copyOf(count), drop, GConnectFlags{});
 }
 
 void FetchedBytes::onResponse(WebKitWebResource* resource, GParamSpec* /*property*/,
@@ -58,7 +60,7 @@ void FetchedBytes::onResponse(WebKitWebResource* resource, GParamSpec* /*propert
 
 void FetchedBytes::onFinished(WebKitWebResource* resource, gpointer count) {
   if (declaredLength(resource) > 0) return;
-  webkit_web_resource_get_data(resource, nullptr, onData,
+  webkit_web_resource_get_data(resource, nullptr, fenced<&FetchedBytes::onData>,
                                copyOf(*static_cast<std::weak_ptr<Count>*>(count)));
 }
 

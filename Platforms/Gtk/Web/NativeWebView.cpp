@@ -92,7 +92,7 @@ void NativeWebView::connectSignals() {
     visited_ = std::make_unique<VisitedPage>(
         webKit(), connections_, [this](bool waits) { evaluations_.setProcessRuns(!waits); });
   } else {
-    connections_.connect(webKit(), "create", onCreate, this);
+    connections_.connect(webKit(), "create", fenced<&NativeWebView::onCreate>, this);
     fetched_.emplace(webKit(), connections_, engine_->services().limits.pageBytes,
                      [this] { fetchedTooMuch(); });
   }
