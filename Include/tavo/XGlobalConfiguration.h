@@ -21,6 +21,10 @@ struct XGlobalConfiguration {
   // value: 1 or more is on, 0 is off, a negative value is "not set".
   std::int32_t canMediate = -1;
 
+  // Creatives of slots that have not set their own value are treated as the public standards say
+  // (VAST 2.0 to 4.2, MRAID 2.0) where that differs from what this library does otherwise.
+  bool standardsMode = false;
+
   // The debug log on the standard error stream: the beginning and the end of every operation, and
   // values on the way. Off at first; slow when it is on.
   DebugLogSwitch enableDebugLogs;
