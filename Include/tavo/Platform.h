@@ -17,6 +17,7 @@ class Device;
 class Folders;
 class HttpClient;
 class ImageDecoder;
+class Inspection;
 class Log;
 class MoviePlayerFactory;
 class NetworkMonitor;
@@ -50,6 +51,7 @@ struct Platform {
   std::shared_ptr<Folders> folders{};
   std::shared_ptr<HttpClient> http{};
   std::shared_ptr<ImageDecoder> images{};
+  std::shared_ptr<Inspection> inspection{};
   std::shared_ptr<Log> log{};
   std::shared_ptr<MoviePlayerFactory> moviePlayers{};
   std::shared_ptr<NetworkMonitor> network{};

@@ -29,6 +29,7 @@ const char* missingService(const Platform& platform) {
       {"folders", platform.folders != nullptr},
       {"http", platform.http != nullptr},
       {"images", platform.images != nullptr},
+      {"inspection", platform.inspection != nullptr},
       {"log", platform.log != nullptr},
       {"moviePlayers", platform.moviePlayers != nullptr},
       {"network", platform.network != nullptr},

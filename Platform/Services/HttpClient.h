@@ -56,6 +56,8 @@ struct HttpRequest {
   bool followsRedirects = true;
   CompletionThread completionThread = CompletionThread::main;
   TrafficClass traffic = TrafficClass::content;
+  // The ad view that it is sent for, for the inspection; compared and never followed.
+  const void* slot = nullptr;
 
   // The value of the header `name`, or null.
   [[nodiscard]] const std::string* header(std::string_view name) const;

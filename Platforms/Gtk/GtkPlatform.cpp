@@ -86,13 +86,15 @@ Platform makePlatform(const GtkPlatformOptions& options) {
   Platform platform{.limits = options.limits};
   platform.notifications = std::make_shared<NotificationCenter>();
   platform.runLoop = std::make_shared<GtkRunLoop>();
+  platform.inspection =
+      std::make_shared<Inspection>([loop = platform.runLoop] { return loop->now(); });
   platform.log = std::make_shared<GtkLog>();
   platform.adNetwork = std::make_shared<GtkAdNetworkLibrary>(adNetworkPath(options), platform.log);
   const auto cookies =
       std::make_shared<GtkCookieStore>(platform.runLoop, cookiePath(options), options.limits);
   platform.cookies = cookies;
-  platform.http = std::make_shared<GtkHttpClient>(platform.runLoop, platform.cookies,
-                                                  options.limits, userAgent(options));
+  platform.http = std::make_shared<GtkHttpClient>(
+      platform.runLoop, platform.cookies, options.limits, userAgent(options), platform.inspection);
   platform.network = std::make_shared<GtkNetworkMonitor>(
       options.assumeReachable ? GtkNetworkMonitor::Assumption::reachable
                               : GtkNetworkMonitor::assumptionOfEnvironment());
@@ -108,6 +110,7 @@ Platform makePlatform(const GtkPlatformOptions& options) {
                                                             .userDefaults = platform.userDefaults,
                                                             .log = platform.log,
                                                             .cookies = cookies,
+                                                            .inspection = platform.inspection,
                                                             .limits = options.limits});
   addUserServices(platform, options);
   platform.moviePlayers = std::make_shared<GtkVideoModule>(GtkVideoModule::Services{

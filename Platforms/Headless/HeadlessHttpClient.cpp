@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Rules/HttpHops.h"
+#include "Rules/HttpInspection.h"
 
 namespace tavo::headless {
 
@@ -13,6 +14,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
       : client_{client},
         request_{request},
         completion_{std::move(completion)},
+        inspection_{client.inspection_, request_},
         hops_{std::move(request), client.redirectLimit_} {}
 
   void start() {
@@ -39,6 +41,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     const auto sent = hops_.request(*client_.cookies_, client_.runLoop_->today());
     if (!sent) return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.");
     client_.requests_.push_back(*sent);
+    inspection_.sent(*sent, client_.runLoop_->now());
     auto answer = client_.nextAnswer(sent->url.text());
     if (!answer) return fail(TransportError::cannotConnect, "Could not connect to the server.");
     if (answer->neverAnswers) {
@@ -56,6 +59,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     if (type != nullptr) response_->mimeType = mimeTypeOf(*type);
     switch (hops_.take(*response_, *client_.cookies_)) {
       case HttpHops::Next::follow:
+        inspection_.redirected(*response_, client_.runLoop_->now());
         return hop();
       case HttpHops::Next::giveUp:
         return fail(TransportError::tooManyRedirects, "Too many redirects.");
@@ -78,6 +82,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     const auto self = shared_from_this();
     wait_.invalidate();
     deadline_.invalidate();
+    inspection_.ended(response_, error, client_.runLoop_->now());
     auto deliver = [completion = std::exchange(completion_, nullptr),
                     result = HttpResult{std::move(response_), std::move(error)}] {
       completion(result);
@@ -93,6 +98,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
   HeadlessHttpClient& client_;
   HttpRequest request_;
   HttpCompletion completion_;
+  HttpInspection inspection_;
   HttpHops hops_;
   std::optional<HttpResponse> response_;  // of the last hop whose head has arrived
   Timer wait_;
@@ -100,8 +106,12 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
 };
 
 HeadlessHttpClient::HeadlessHttpClient(std::shared_ptr<RunLoop> runLoop,
-                                       std::shared_ptr<CookieStore> cookies, int redirectLimit)
-    : runLoop_{std::move(runLoop)}, cookies_{std::move(cookies)}, redirectLimit_{redirectLimit} {}
+                                       std::shared_ptr<CookieStore> cookies, int redirectLimit,
+                                       std::shared_ptr<Inspection> inspection)
+    : runLoop_{std::move(runLoop)},
+      cookies_{std::move(cookies)},
+      redirectLimit_{redirectLimit},
+      inspection_{std::move(inspection)} {}
 
 HeadlessHttpClient::~HeadlessHttpClient() {
   for (const auto& flight : flights_) flight->abandon();

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Inspection.h>
+
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
@@ -30,7 +32,7 @@ struct ScriptedAnswer {
 class HeadlessHttpClient : public HttpClient {
  public:
   HeadlessHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
-                     int redirectLimit);
+                     int redirectLimit, std::shared_ptr<Inspection> inspection = nullptr);
   ~HeadlessHttpClient() override;
 
   std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override;
@@ -58,6 +60,7 @@ class HeadlessHttpClient : public HttpClient {
   std::shared_ptr<RunLoop> runLoop_;
   std::shared_ptr<CookieStore> cookies_;
   int redirectLimit_;
+  std::shared_ptr<Inspection> inspection_;
   std::map<std::string, std::deque<ScriptedAnswer>> script_;
   std::vector<HttpRequest> requests_;
   std::set<std::shared_ptr<Flight>> flights_;  // under way

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 #include <tavo/Platform.h>
 
@@ -28,6 +29,7 @@ struct HeadlessPlatform {
   Limits limits;
   std::shared_ptr<NotificationCenter> notifications;
   std::shared_ptr<HeadlessRunLoop> runLoop;
+  std::shared_ptr<Inspection> inspection;
   std::shared_ptr<HeadlessLog> log;
   std::shared_ptr<HeadlessCookieStore> cookies;
   std::shared_ptr<HeadlessHttpClient> http;

@@ -64,6 +64,8 @@ simdjson::simdjson_result<simdjson::dom::object> firstAd(const JsonObject& docum
 
 }  // namespace
 
+bool isAnswerKey(std::string_view key) { return indexOf(key, 0) != entries.size(); }
+
 XAdInfo::XAdInfo(const JsonObject* headers) {
   const OperationLog log{"-[XAdInfo initWithHeaders:]"};
   simdjson::dom::object ad;

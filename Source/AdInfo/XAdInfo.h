@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Services/HttpClient.h"
 
@@ -52,5 +53,8 @@ struct XAdInfo {
   Text responseContent;  // the whole body as text
   Text MIMEType;
 };
+
+// Whether a key of the server's document goes into the record.
+[[nodiscard]] bool isAnswerKey(std::string_view key);
 
 }  // namespace tavo

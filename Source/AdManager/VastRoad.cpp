@@ -23,10 +23,45 @@ std::optional<std::string> documentOf(const HttpResult& result) {
   return usable ? std::optional{result.response->body} : std::nullopt;
 }
 
+void inspectHop(const SlotInspection& inspection, int hop, const Url& url,
+                const HttpResult& result) {
+  if (!inspection.isOn()) return;
+  std::string why = "fetched";
+  if (result.error) {
+    why = "failed: " + result.error->description;
+  } else if (!documentOf(result)) {
+    why = "failed: status " + std::to_string(result.response ? result.response->status : 0);
+  }
+  inspection.tell(InspectionKind::wrapper,
+                  "hop " + std::to_string(hop) + " " + why + ": " + url.text(),
+                  {{"hop", std::to_string(hop)}, {"url", url.text()}, {"why", why}});
+}
+
 VastChainTiming chainTiming(const Environment& environment) {
   const Limits& limits = environment.limits();
   return {limits.wrapperTimeout, limits.wrapperChainBudget,
           [runLoop = environment.platform().runLoop] { return runLoop->now(); }};
+}
+
+void addMedia(const XCreative& creative, const std::string& chosen,
+              std::vector<InspectionField>& fields) {
+  if (!creative.linearAds.mediaFilesArray) return;
+  for (const auto& file : *creative.linearAds.mediaFilesArray) {
+    const std::string url = file.mediaFileURL.value_or("");
+    if (Url::fromText(url).text() == chosen && !chosen.empty()) continue;
+    const bool isVideo = file.type == "video/mp4";
+    fields.push_back({"dropped", file.type.value_or("no type") + " " + file.width.value_or("?") +
+                                     " x " + file.height.value_or("?") + " " + url +
+                                     (isVideo ? "" : ": only video/mp4 is played")});
+  }
+}
+
+void inspectEnd(const SlotInspection& inspection, const VastOutcome& outcome) {
+  if (!inspection.isOn()) return;
+  const std::string place = outcome.failedUrl.empty() ? "the answer's document" : outcome.failedUrl;
+  inspection.tell(InspectionKind::wrapper,
+                  "the chain ends without an ad at " + place + ": " + outcome.why,
+                  {{"url", outcome.failedUrl}, {"why", outcome.why}});
 }
 
 Error errorOf(const VastFailure& failure) {
@@ -73,20 +108,42 @@ void VastRoad::loadChain(const std::string& text, VastRootQueue::Turn turn) {
 }
 
 VastFetch VastRoad::fetch() const {
-  return [environment = environment_](const Url& url, Seconds timeout,
-                                      VastFetchCompletion completion) {
+  return [environment = environment_, inspection = inspection(), hop = std::make_shared<int>(0)](
+             const Url& url, Seconds timeout, VastFetchCompletion completion) {
     HttpRequest request = environment->shared<XUserAgent>().requestWithin(url, timeout);
+    request.slot = inspection.slot;
     request.maximumBodyBytes = environment->limits().vastBytes;
     environment->platform().http->send(
-        std::move(request), [completion = std::move(completion)](const HttpResult& result) {
+        std::move(request),
+        [completion = std::move(completion), inspection, url, hop](const HttpResult& result) {
+          inspectHop(inspection, ++*hop, url, result);
           completion(documentOf(result));
         });
   };
 }
 
+SlotInspection VastRoad::inspection() const {
+  const auto view = settings_.adView.lock();
+  return {environment_->platform().inspection, view ? &view->sceneView() : nullptr};
+}
+
+void VastRoad::inspectMedia(const XVASTAd& ad, const std::vector<Url>& urls) const {
+  const SlotInspection slot = inspection();
+  if (!slot.isOn()) return;
+  const std::string chosen = urls.empty() ? "" : urls.front().text();
+  std::vector<InspectionField> fields{{"url", chosen}};
+  if (ad.inlineAd && ad.inlineAd->creativesArray) {
+    for (const auto& creative : *ad.inlineAd->creativesArray) addMedia(creative, chosen, fields);
+  }
+  slot.tell(InspectionKind::media,
+            chosen.empty() ? "no media file of the type video/mp4" : "plays " + chosen,
+            std::move(fields));
+}
+
 void VastRoad::chainLoaded(const VastOutcome& outcome, bool trackingValid) {
   const auto view = settings_.adView.lock();
   if (!view) return events_.concluded();
+  if (outcome.failure) inspectEnd(inspection(), outcome);
   if (outcome.failure) return fail(errorOf(*outcome.failure));
   if (!trackingValid) {
     return fail(makeError(SdkError::vastTrackingMissing, "Missing tracking data in the XML"));
@@ -105,6 +162,7 @@ void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad
   videoView_->isVastInterestitial = interstitial;
   videoView_->mobileAdSubTypes = subType;
   const auto urls = videoView_->videoURLFromVASTAd(*ad);
+  inspectMedia(*ad, urls);
   // A film that nothing can play leaves the slot to what stands in it.
   const bool canPlay = interstitial || settings_.moviePlayerInstance;
   if (canPlay) view.setMobileAdSubTypes(subType);
@@ -123,6 +181,7 @@ void VastRoad::probeMedia(const Url& url) {
   HttpRequest request = environment_->shared<XUserAgent>().requestWithin(
       url, environment_->limits().mediaProbeTimeout);
   request.method = "HEAD";
+  request.slot = inspection().slot;
   const Relay relay{*this};
   probe_ = environment_->platform().http->send(std::move(request), relay.call(&VastRoad::probed));
 }

@@ -48,6 +48,8 @@ class VastRoad : public std::enable_shared_from_this<VastRoad> {
 
   void loadChain(const std::string& text, VastRootQueue::Turn turn);
   [[nodiscard]] VastFetch fetch() const;
+  [[nodiscard]] SlotInspection inspection() const;
+  void inspectMedia(const XVASTAd& ad, const std::vector<Url>& urls) const;
   void chainLoaded(const VastOutcome& outcome, bool trackingValid);
   void makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad);
   void probeMedia(const Url& url);

@@ -4,6 +4,7 @@
 #include <tavo/XURLBuilder.h>
 
 #include "AdManager/PageBase.h"
+#include "AdManager/VerdictAccount.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Relay.h"
@@ -129,6 +130,8 @@ void XAdManager::loadAdWithRedirectURL(const std::string& url) {
 
 void XAdManager::request(const Url& url) {
   serverCommunicator_->slotConfiguration = slotConfiguration;
+  const auto view = adView_.lock();
+  serverCommunicator_->slot = view ? &view->sceneView() : nullptr;
   serverCommunicator_->loadURL(url);
 }
 
@@ -154,8 +157,18 @@ void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
       break;
   }
   const Verdict verdict = classify(*answer, slot);
+  inspect(*answer, slot, verdict, *view);
   const auto outcome = std::visit([&](const auto& one) { return carryOut(one, *view); }, verdict);
   conclude(outcome, *view, *impression, slot.requestRedirected);
+}
+
+void XAdManager::inspect(const XAdInfo& answer, const SlotFacts& slot, const Verdict& verdict,
+                         AdManagerView& view) const {
+  const auto& inspection = environment_->platform().inspection;
+  if (!inspection->isOn()) return;
+  auto account = accountOf(answer, slot, verdict, environment_->limits().answerDepth);
+  inspection->tell(InspectionKind::classified, &view.sceneView(), std::move(account.text),
+                   std::move(account.fields));
 }
 
 // Nobody can show anything, but what the answer says of itself is reported.

@@ -79,6 +79,8 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void makeObservers();
   void makeVideoObserver();
   void request(const Url& url);
+  void inspect(const XAdInfo& answer, const SlotFacts& slot, const Verdict& verdict,
+               AdManagerView& view) const;
   void startEngineIfExpected() const;
 
   // Steps of one answer.

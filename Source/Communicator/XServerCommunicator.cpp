@@ -66,6 +66,7 @@ void XServerCommunicator::loadURL(const Url& url) {
 void XServerCommunicator::send(const Url& url) {
   const HttpRequest asked = XUserAgent::sharedProvider(*environment_).getUserAgentForUrl(url);
   HttpRequest request = asked;
+  request.slot = slot;
   XCookieManager{environment_->platform(), slotConfiguration}.attachCookiesToHeaderWithRequest(
       request, url.host());
   http().send(std::move(request), [weak = weak_from_this(), asked](const HttpResult& result) {

@@ -42,6 +42,8 @@ class XServerCommunicator : public std::enable_shared_from_this<XServerCommunica
   Observer<XServerCommunicatorDelegate> delegate;
   // The slot that asks; set before each loadURL.
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
+  // The ad view that is asked for, for the inspection; compared and never followed.
+  const void* slot = nullptr;
   bool isRequestRedirected = false;  // kept for the ad manager
   // Where VASTResponseFromAlternateURL asks; empty: nowhere, which counts as no answer.
   Url alternateURL;

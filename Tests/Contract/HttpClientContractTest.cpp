@@ -57,6 +57,27 @@ class HttpClientContract : public testing::TestWithParam<RigMaker> {
   std::unique_ptr<HttpClientRig> rig_ = GetParam().make();
 };
 
+TEST_P(HttpClientContract, TellsTheInspectionOfEveryHop) {
+  redirect("/first", "/second");
+  rig_->answer("/second", {.body = "<b>hi</b>", .contentType = "text/html"});
+  exchange(request("/second"));  // nobody looks
+  std::vector<std::string> seen;
+  const auto observer = std::make_shared<InspectionObserver>(
+      InspectionObserver{.inspectionDidSee = [&](const InspectionEvent& event) {
+        EXPECT_EQ(event.slot, &seen);
+        seen.push_back(std::string{nameOf(event.kind)} + " " + event.text + " " +
+                       std::string{event.field("< Location")} + std::string{event.field("body")});
+      }});
+  rig_->inspection().observer.set(observer);
+  HttpRequest asked = request("/first");
+  asked.slot = &seen;
+  exchange(asked);
+  EXPECT_THAT(seen, ElementsAre("request GET " + url("/first") + " ",
+                                "answer GET " + url("/first") + " -> 302 /second",
+                                "request GET " + url("/second") + " ",
+                                "answer GET " + url("/second") + " -> 200 <b>hi</b>"));
+}
+
 TEST_P(HttpClientContract, DeliversHeadAndBodyOfTheAnswer) {
   rig_->answer("/ad", {.status = 404,
                        .body = "not here",

@@ -43,6 +43,7 @@ class HttpClientRig {
 
   [[nodiscard]] virtual HttpClient& client() = 0;
   [[nodiscard]] virtual RunLoop& runLoop() = 0;
+  [[nodiscard]] Inspection& inspection() { return *inspection_; }
   [[nodiscard]] CookieStore& cookies() { return *cookies_; }
 
   virtual void runUntil(const std::function<bool()>& done) = 0;
@@ -52,6 +53,8 @@ class HttpClientRig {
   std::shared_ptr<headless::HeadlessCookieStore> cookies_ =
       std::make_shared<headless::HeadlessCookieStore>(
           std::make_shared<headless::HeadlessRunLoop>());
+  std::shared_ptr<Inspection> inspection_ =
+      std::make_shared<Inspection>([] { return Seconds{0}; });
 };
 
 class HeadlessHttpRig : public HttpClientRig {
@@ -85,7 +88,7 @@ class HeadlessHttpRig : public HttpClientRig {
  private:
   std::shared_ptr<headless::HeadlessRunLoop> runLoop_ =
       std::make_shared<headless::HeadlessRunLoop>();
-  headless::HeadlessHttpClient client_{runLoop_, cookies_, redirectLimit};
+  headless::HeadlessHttpClient client_{runLoop_, cookies_, redirectLimit, inspection_};
 };
 
 class GtkHttpRig : public HttpClientRig {
@@ -136,7 +139,7 @@ class GtkHttpRig : public HttpClientRig {
 
   HostileServer server_;
   std::shared_ptr<gtk::GtkRunLoop> runLoop_ = std::make_shared<gtk::GtkRunLoop>();
-  gtk::GtkHttpClient client_{runLoop_, cookies_, limits()};
+  gtk::GtkHttpClient client_{runLoop_, cookies_, limits(), {}, inspection_};
 };
 
 }  // namespace tavo::test

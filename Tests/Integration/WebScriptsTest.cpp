@@ -65,5 +65,33 @@ TEST_F(WebScriptsTest, DocumentStartScriptRunsFirstWhateverTheBase) {
   }
 }
 
+TEST_F(WebScriptsTest, WatchedPagesTellTheirConsoleErrorsAndFetches) {
+  HostileServer server;
+  server.on("/pixel.png", PlainAnswer{.status = 404, .body = "no", .contentType = "image/png"});
+  std::vector<std::string> seen;
+  const auto observer = std::make_shared<InspectionObserver>(
+      InspectionObserver{.inspectionDidSee = [&](const InspectionEvent& event) {
+        seen.push_back(std::string{nameOf(event.kind)} + ": " + event.text + " @" +
+                       std::string{event.field("line")} + std::string{event.field("status")});
+      }});
+  Page unwatched;
+  inspection()->observer.set(observer);
+  inspection()->pageProbe = "tell('probed ' + (window === top));";
+  Page page;
+  page.load(
+      "<html><head><script>console.warn('a', {b: 1});\n\nfail()</script></head>"
+      "<body><img src='/pixel.png'></body></html>",
+      urlOf(server, "/ad/"));
+  unwatched.load("<script>console.log('unseen')</script>");
+  inspection()->pageProbe.clear();
+  EXPECT_TRUE(runUntil([&] { return seen.size() >= 6; }));
+  EXPECT_THAT(seen, testing::UnorderedElementsAre(
+                        "probe: probed true @", "console: a {\"b\":1} @1",
+                        "scriptError: ReferenceError: Can't find variable: fail @3",
+                        "scriptError: img did not load: " + server.url("/pixel.png") + " @",
+                        "resource: GET " + server.url("/pixel.png") + " -> 404 @404",
+                        testing::HasSubstr("resource: GET " + server.url("/ad/"))));
+}
+
 }  // namespace
 }  // namespace tavo::test

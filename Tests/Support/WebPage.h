@@ -78,11 +78,17 @@ inline const std::shared_ptr<gtk::GtkCookieStore>& cookies() {
   return store;
 }
 
+inline const std::shared_ptr<Inspection>& inspection() {
+  static const auto inspection = std::make_shared<Inspection>([] { return loop()->now(); });
+  return inspection;
+}
+
 inline gtk::GtkWebModule::Services webServices(const Limits& limits) {
   return {.runLoop = loop(),
           .userDefaults = std::make_shared<headless::HeadlessUserDefaults>(),
           .log = std::make_shared<headless::HeadlessLog>(),
           .cookies = cookies(),
+          .inspection = inspection(),
           .limits = limits};
 }
 

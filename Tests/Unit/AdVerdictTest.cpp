@@ -1,4 +1,4 @@
-#include "AdManager/AdVerdict.h"
+#include "AdManager/VerdictAccount.h"
 #include "Support/Testing.h"
 
 namespace tavo::test {
@@ -150,6 +150,29 @@ TEST(AdVerdictTest, AnswersToARedirect) {
       {"no MIME type: an ordinary answer", info("text/html", "<b>"), banner, "html - <b>"},
       {"another redirect", info("redirect", "(null)", "http://f/"), banner, "follow http://f/"},
   });
+}
+
+TEST(AdVerdictTest, AccountsSayWhyAndWhatWasDropped) {
+  XAdInfo answer = info("image/png", "hi", "http://s/a.png");
+  answer.responseContent =
+      R"({"Ad": [{"AdType": "image/png", "Text": "hi", "FileUrl": "http://s/a.png", "W": 320,
+          "Wdth": 3}, {}], "Version": 1})";
+  const auto account = accountOf(answer, {}, classify(answer, {}), 64);
+  EXPECT_EQ(account.text,
+            "picture: AdType is \"image/png\"; the type says image; the picture is "
+            "\"http://s/a.png\".");
+  std::vector<std::string> dropped;
+  for (const auto& field : account.fields) {
+    if (field.name == "dropped") dropped.push_back(field.value);
+  }
+  EXPECT_THAT(dropped, ElementsAre("Text = \"hi\": has no effect", "W = \"320\": has no effect",
+                                   "Wdth = \"3\": not a known key",
+                                   "1 more in \"Ad\": only the first one is read",
+                                   "\"Version\" beside \"Ad\": not a known key"));
+  XAdInfo broken;
+  broken.responseContent = "<html>";
+  EXPECT_EQ(accountOf(broken, {}, classify(broken, {}), 64).text,
+            "no ad: AdType is not there; the body is no JSON object in UTF-8.");
 }
 
 TEST(AdVerdictTest, MediationInstructions) {

@@ -117,6 +117,25 @@ TEST_F(VastRoadTest, DocumentsThatCannotBePlayedEndInOneFailureAndCountTheAnswer
   }
 }
 
+TEST_F(VastRoadTest, TheInspectionHearsOfEachHopAndOfTheOneThatFailed) {
+  const std::string missing = "http://vast.example/missing";
+  platform_.http->answer(missing, {.status = 404, .body = "<html>gone</html>"});
+  Lines told;
+  const auto observer = std::make_shared<InspectionObserver>(
+      InspectionObserver{.inspectionDidSee = [&](const InspectionEvent& event) {
+        if (event.kind == InspectionKind::wrapper) told.push_back(event.text);
+      }});
+  platform_.inspection->observer.set(observer);
+  makePreroll();
+  answer(vastAnswer(vastWrapper("w1", put("second", vastWrapper("w2", missing)))));
+  load();
+  settle();
+  EXPECT_THAT(told, ElementsAre("hop 1 fetched: http://vast.example/second",
+                                "hop 2 failed: status 404: " + missing,
+                                "the chain ends without an ad at " + missing +
+                                    ": Invalid URL. Unable to parse XML."));
+}
+
 TEST_F(VastRoadTest, AnEndlessChainEndsWithItsBudgetWhileTheHostLivesOn) {
   // Each document names a new one, and takes a second.
   for (int hop = 0; hop < 40; ++hop) {

@@ -30,11 +30,12 @@ GPtr<SoupSession> makeSession(int most, int mostPerHost) {
 }  // namespace
 
 GtkHttpClient::GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
-                             const Limits& limits, std::string userAgent)
+                             const Limits& limits, std::string userAgent,
+                             std::shared_ptr<Inspection> inspection)
     : services_{std::make_shared<const HttpServices>(HttpServices{
           std::move(runLoop), std::move(cookies), makeSession(connections, connectionsPerHost),
           makeSession(limits.pingConnections, limits.pingConnectionsPerHost), limits.httpRedirects,
-          std::move(userAgent)})} {}
+          std::move(userAgent), std::move(inspection)})} {}
 
 GtkHttpClient::~GtkHttpClient() = default;
 

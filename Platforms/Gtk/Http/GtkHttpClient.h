@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 
 #include "Services/CookieStore.h"
@@ -23,9 +24,11 @@ struct HttpServices;
 class GtkHttpClient : public HttpClient {
  public:
   // Main thread. Reads the limits for redirects and for the connections of tracking. `userAgent`
-  // is what requests without a "User-Agent" of their own say; empty: nothing.
+  // is what requests without a "User-Agent" of their own say; empty: nothing. A null inspection
+  // sees nothing.
   GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<CookieStore> cookies,
-                const Limits& limits, std::string userAgent = {});
+                const Limits& limits, std::string userAgent = {},
+                std::shared_ptr<Inspection> inspection = nullptr);
   // Exchanges that are under way go on.
   ~GtkHttpClient() override;
 

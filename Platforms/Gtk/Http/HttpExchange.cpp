@@ -31,6 +31,7 @@ HttpExchange::HttpExchange(std::shared_ptr<const HttpServices> services, HttpReq
     : services_{std::move(services)},
       request_{std::move(request)},
       hops_{request_, services_->redirectLimit},
+      inspection_{services_->inspection, request_},
       completion_{std::move(completion)} {}
 
 void HttpExchange::start() {
@@ -60,6 +61,7 @@ void HttpExchange::startHop(Delivery ofFailure) {
   if (!message) {
     return fail(TransportError::unsupportedUrl, "Not a URL that HTTP can reach.", ofFailure);
   }
+  inspection_.sent(*hop, services_->runLoop->now());
   watchProgress(message.get());
   cancellable_ = GPtr<GCancellable>::adopt(g_cancellable_new());
   const auto arrived = [](GObject* source, GAsyncResult* result, gpointer data) {
@@ -103,6 +105,7 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
 // The body itself is of no use, and its server may take for ever: what is not there already costs
 // the connection, not the time.
 void HttpExchange::follow(GPtr<GInputStream> stream) {
+  inspection_.redirected(*response_, services_->runLoop->now());
   static_cast<void>(HttpBodyReader{std::move(stream), redirectBodyLimit, 0}.readAvailable());
   startHop(Delivery::now);
 }
@@ -134,6 +137,7 @@ void HttpExchange::fail(TransportError code, std::string description, Delivery d
 void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
   if (!completion_) return;
   const auto self = std::move(keepAlive_);
+  inspection_.ended(response_, error, services_->runLoop->now());
   HttpResult result{std::move(response_), std::move(error)};
   const auto completion = std::exchange(completion_, nullptr);
   const bool onMain = request_.completionThread == CompletionThread::main;

@@ -10,6 +10,7 @@
 #include "Gtk/Http/HttpBodyReader.h"
 #include "Gtk/Http/HttpWatchdog.h"
 #include "Rules/HttpHops.h"
+#include "Rules/HttpInspection.h"
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
@@ -25,7 +26,8 @@ struct HttpServices {
   GPtr<SoupSession> contentSession;
   GPtr<SoupSession> trackingSession;
   int redirectLimit = 0;
-  std::string userAgent;  // of requests that say nothing themselves
+  std::string userAgent;                   // of requests that say nothing themselves
+  std::shared_ptr<Inspection> inspection;  // may be null
 };
 
 // One request from `start` to its completion: the hops one after the other, their cookies, the
@@ -59,6 +61,7 @@ class HttpExchange : public HttpClient::Exchange,
   std::shared_ptr<const HttpServices> services_;
   const HttpRequest request_;
   HttpHops hops_;
+  HttpInspection inspection_;
   HttpCompletion completion_;  // none once finished
   std::shared_ptr<HttpExchange> keepAlive_;
   std::shared_ptr<HttpWatchdog> watchdog_;

@@ -155,6 +155,7 @@ void GtkWebModule::load() {
   const WebModuleServices services{.runLoop = services_.runLoop,
                                    .log = services_.log,
                                    .cookies = std::make_shared<StoreSource>(services_.cookies),
+                                   .inspection = services_.inspection,
                                    .limits = services_.limits};
   factory_.reset(reinterpret_cast<CreateWebViewFactory>(entry)(services));
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 
 #include "Gtk/Http/GtkCookieStore.h"
@@ -28,6 +29,7 @@ class GtkWebModule : public WebViewFactory {
     std::shared_ptr<UserDefaults> userDefaults;
     std::shared_ptr<Log> log;
     std::shared_ptr<GtkCookieStore> cookies;
+    std::shared_ptr<Inspection> inspection;  // may be null
     Limits limits{};
   };
 

@@ -22,7 +22,7 @@ GtkWebView::GtkWebView(const Rect& frame, const WebViewOptions& options,
       pool_{std::move(pool)},
       native_{pool_->acquire(options)},
       budget_{pool_->reloadBudget(options.owner)} {
-  native_->take(*this);
+  native_->take(*this, options.owner);
   native_->resize(this->frame().size());
 }
 

@@ -81,6 +81,7 @@ NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
 }
 
 NativeWebView::~NativeWebView() {
+  inspected_.reset();
   connections_.disconnect();
   visited_.reset();
   unparentLater(view_);
@@ -104,8 +105,15 @@ void NativeWebView::connectSignals() {
                        fenced<&NativeWebView::onProcessTerminated>, this);
 }
 
-void NativeWebView::take(PageOwner& owner) {
+void NativeWebView::take(PageOwner& owner, const void* slot) {
   owner_ = &owner;
+  inspection_ = {engine_->services().inspection, slot};
+  policy_.setInspection(inspection_);
+  if (inspection_.isOn()) {
+    inspected_ =
+        std::make_shared<PageInspection>(webKit(), content_.get(), slot, engine_->services());
+    if (inspection_.inspection->allowsPageTools) inspection_.inspection->enter(inspected_);
+  }
   requests_ = 0;
   watched_ = engine_->processes().pageBegins(kind_);
   policy_.setJudge(&owner);
@@ -121,6 +129,7 @@ void NativeWebView::take(PageOwner& owner) {
 void NativeWebView::release() {
   evaluations_.flush();
   heartbeat_.invalidate();
+  inspected_.reset();
   owner_ = nullptr;
   watched_.reset();
   policy_.setJudge(nullptr);
@@ -304,6 +313,10 @@ void NativeWebView::onProcessTerminated(WebKitWebView* /*view*/,
   auto error = std::exchange(self->endedFor_, std::nullopt);
   if (!error) error = self->engine_->processes().reason();
   if (!error) error = processGone(reason);
+  if (owner != nullptr && self->inspection_.isOn()) {
+    self->inspection_.tell(InspectionKind::process, error->description,
+                           {{"why", error->description}});
+  }
   // In a turn of its own: the engine also calls this from inside the call that ends the process.
   self->engine_->services().runLoop->post([weak = self->weak_from_this(), error, owner] {
     const auto held = weak.lock();

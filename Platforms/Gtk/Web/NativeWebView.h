@@ -14,6 +14,7 @@
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/FetchedBytes.h"
 #include "Gtk/Web/LoadTracker.h"
+#include "Gtk/Web/PageInspection.h"
 #include "Gtk/Web/PagePolicy.h"
 #include "Gtk/Web/PageTurnover.h"
 #include "Gtk/Web/SignalConnections.h"
@@ -49,7 +50,8 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   NativeWebView& operator=(const NativeWebView&) = delete;
 
   // From now on `owner` hears of this view. It must have been released by the last one.
-  void take(PageOwner& owner);
+  // `slot` is whose page it is, for the inspection.
+  void take(PageOwner& owner, const void* slot);
   // The owner is done. Nothing reaches it any more; the page, its scripts and history are dropped.
   void release();
 
@@ -122,7 +124,9 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   std::optional<Error> endedFor_;        // why it is being ended from here
   Timer heartbeat_;
   SignalConnections connections_;
-  std::unique_ptr<VisitedPage> visited_;  // null: a creative
+  std::unique_ptr<VisitedPage> visited_;       // null: a creative
+  std::shared_ptr<PageInspection> inspected_;  // while somebody looks
+  SlotInspection inspection_;
   TapWatcher taps_;
 };
 

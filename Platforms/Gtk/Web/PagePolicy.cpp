@@ -81,7 +81,10 @@ bool PagePolicy::isOneRefreshTooMany(const Question& question, Frame frame) {
 
 void PagePolicy::answer(const Question& question, Frame frame) {
   auto* const decision = question.decision.get();
-  if (isOneRefreshTooMany(question, frame)) return webkit_policy_decision_ignore(decision);
+  if (isOneRefreshTooMany(question, frame)) {
+    inspectRefusal(question.url, "refused: the page shows itself anew too often");
+    return webkit_policy_decision_ignore(decision);
+  }
 
   const auto judgement = judgement_;
   Url document = frame == Frame::main ? question.url : mainDocument();
@@ -98,6 +101,7 @@ void PagePolicy::answer(const Question& question, Frame frame) {
     loads_.dropped();
     judgement->judge->pageRefusedRequest();
   }
+  if (allowed) inspectRefusal(question.url, "refused: no page can be there");
   if (allowed && frame == Frame::main) judgement->judge->pageCannotShow(question.url);
 }
 
@@ -131,7 +135,16 @@ void PagePolicy::decideResponse(WebKitResponsePolicyDecision* decision) {
       webkit_uri_response_get_mime_type(webkit_response_policy_decision_get_response(decision)));
   const std::string reason = "A document of the type \"" + validUtf8(type) + "\" cannot be shown.";
   webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
+  inspectRefusal(Url::fromText(textOf(webkit_uri_request_get_uri(
+                     webkit_response_policy_decision_get_request(decision)))),
+                 "refused: " + reason);
   if (mainFrame && judgement_->judge != nullptr) judgement_->judge->pageRefusedDocument(reason);
+}
+
+void PagePolicy::inspectRefusal(const Url& url, const std::string& why) const {
+  if (!inspection_.isOn()) return;
+  inspection_.tell(InspectionKind::navigation, why + ": " + url.text(),
+                   {{"decision", why}, {"url", url.text()}});
 }
 
 Url PagePolicy::mainDocument() const {

@@ -43,6 +43,9 @@ class PagePolicy {
   // Null: everything is refused, questions that wait for their answer too.
   void setJudge(PageJudge* judge);
 
+  // Hears what is refused here, without the judge.
+  void setInspection(SlotInspection inspection) { inspection_ = std::move(inspection); }
+
   // The next navigation to `url` is one that was asked for from outside.
   void expect(const Url& url);
 
@@ -75,6 +78,9 @@ class PagePolicy {
   FrameFinder frames_;
   LoadTracker& loads_;
   std::shared_ptr<Judgement> judgement_;
+  void inspectRefusal(const Url& url, const std::string& why) const;
+
+  SlotInspection inspection_;
   const int refreshLimit_;
   int refreshes_ = 0;  // of the page itself, since the last load from outside
   std::string expected_;

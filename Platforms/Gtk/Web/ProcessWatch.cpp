@@ -20,8 +20,11 @@ std::string inSeconds(Seconds time) {
 }  // namespace
 
 ProcessWatch::ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log> log,
-                           const Limits& limits)
-    : runLoop_{std::move(runLoop)}, log_{std::move(log)}, limits_{limits} {}
+                           const Limits& limits, std::shared_ptr<Inspection> inspection)
+    : runLoop_{std::move(runLoop)},
+      log_{std::move(log)},
+      inspection_{std::move(inspection)},
+      limits_{limits} {}
 
 std::shared_ptr<void> ProcessWatch::pageBegins(PageKind kind) {
   if (kind == PageKind::browser) ++browsers_;
@@ -125,14 +128,19 @@ std::optional<Error> ProcessWatch::judge(const WebProcess& process, const Use& u
 void ProcessWatch::pause(int id, Use& use, Error error) {
   use.pausedAt = runLoop_->now();
   kill(id, SIGSTOP);
-  log_->write("Paused, and to be ended: " + error.description);
+  note("Paused, and to be ended: " + error.description);
   blame(std::move(error));
 }
 
 void ProcessWatch::end(int id, Error error) {
-  log_->write("Ended: " + error.description);
+  note("Ended: " + error.description);
   blame(std::move(error));
   kill(id, SIGKILL);
+}
+
+void ProcessWatch::note(const std::string& what) const {
+  log_->write(what);
+  if (inspection_) inspection_->tell(InspectionKind::pause, nullptr, what, {{"why", what}});
 }
 
 void ProcessWatch::blame(Error error) { blamed_ = {runLoop_->now(), std::move(error)}; }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include <tavo/Error.h>
+#include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 
 #include "Gtk/Web/WebProcesses.h"
@@ -23,7 +24,9 @@ namespace tavo::gtk {
 // touch, or a new page, counts for all. Main thread only.
 class ProcessWatch {
  public:
-  ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log> log, const Limits& limits);
+  // A null inspection hears nothing.
+  ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log> log, const Limits& limits,
+               std::shared_ptr<Inspection> inspection = nullptr);
 
   // A page has an owner for as long as what is returned lives, which must not outlive the watch.
   // Without pages nobody looks; while a person browses nobody looks at the processor.
@@ -49,9 +52,11 @@ class ProcessWatch {
   void pause(int id, Use& use, Error error);
   void end(int id, Error error);
   void blame(Error error);
+  void note(const std::string& what) const;
 
   std::shared_ptr<RunLoop> runLoop_;
   std::shared_ptr<Log> log_;
+  std::shared_ptr<Inspection> inspection_;
   const Limits limits_;
   int pages_ = 0;
   int browsers_ = 0;

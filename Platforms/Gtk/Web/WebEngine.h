@@ -46,7 +46,7 @@ class WebEngine {
 
  private:
   WebModuleServices services_;
-  ProcessWatch processes_{services_.runLoop, services_.log, services_.limits};
+  ProcessWatch processes_{services_.runLoop, services_.log, services_.limits, services_.inspection};
   GPtr<WebKitWebContext> context_;
   GPtr<WebKitNetworkSession> session_;
   GOwned<WebKitWebViewSessionState, &webkit_web_view_session_state_unref> blankHistory_;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 
 #include "Gtk/Web/CookieSource.h"
@@ -11,12 +12,13 @@
 
 namespace tavo::gtk {
 
-// What the web module is given when it starts; none of it is null. The module carries its own copy
-// of the platform's code, and no runtime to look things up in.
+// What the web module is given when it starts; none of it is null but the inspection, which may be.
+// The module carries its own copy of the platform's code, and no runtime to look things up in.
 struct WebModuleServices {
   std::shared_ptr<RunLoop> runLoop;
   std::shared_ptr<Log> log;
   std::shared_ptr<CookieSource> cookies;
+  std::shared_ptr<Inspection> inspection;
   Limits limits;
 };
 

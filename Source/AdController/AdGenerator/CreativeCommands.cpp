@@ -26,6 +26,10 @@ LeavingGuard::Rules leavingRules(const Limits& limits) {
           .tapLifetime = limits.tapLifetime};
 }
 
+bool isUserInteraction(std::string_view name) {
+  return name == "createCalendarEvent" || name == "storePicture";
+}
+
 Url openedUrl(const MraidCommand& command) {
   return Url::fromText(urlWithEscapedSmsBody(std::string{valueOf(command.parameters, "url")}));
 }
@@ -47,8 +51,24 @@ void CreativeCommands::setAdView(std::weak_ptr<WebViewAgentHost> adView) {
 }
 
 bool CreativeCommands::noteIfRefused(bool may, const std::string& action) const {
-  if (!may) noteRefusal(action);
-  return may;
+  if (may) return true;
+  noteRefusal(action);
+  if (means_.inspection.isOn()) {
+    means_.inspection.tell(InspectionKind::command, action,
+                           {{"outcome", "refused: too many in a short time, or no tap before it"}});
+  }
+  return false;
+}
+
+void CreativeCommands::inspect(const MraidCommand& command, std::string outcome) const {
+  if (!means_.inspection.isOn()) return;
+  std::vector<InspectionField> fields{{"name", command.name}, {"outcome", std::move(outcome)}};
+  std::string text = command.name;
+  for (const auto& [key, value] : command.parameters) {
+    fields.push_back({"? " + key, value});
+    text += " " + key + "=" + value;
+  }
+  means_.inspection.tell(InspectionKind::command, std::move(text), std::move(fields));
 }
 
 bool CreativeCommands::mayRun(const std::string& command) {
@@ -81,6 +101,10 @@ void CreativeCommands::handle(const MraidCommand& command) {
        {"playVideo", &Self::handlePlayVideoWithURL}}};
   const auto adView = adView_.lock();  // lives on until the command is carried out
   if (!mayCarryOut(command)) return;
+  const bool isKnown = isUserInteraction(command.name) ||
+                       std::any_of(commands.begin(), commands.end(),
+                                   [&](const Entry& entry) { return entry.name == command.name; });
+  inspect(command, isKnown ? "carried out" : "unknown: answered with an error event");
   if (handleUserInteractionCommand(command.name, command.parameters)) return;
   for (const auto& [name, run] : commands) {
     if (name == command.name) return (this->*run)(command);

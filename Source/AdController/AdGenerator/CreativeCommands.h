@@ -15,6 +15,7 @@
 #include "AdController/AdGenerator/PictureSaver.h"
 #include "AdController/AdGenerator/WebViewAgentHost.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
+#include "Runtime/SlotInspection.h"
 #include "Services/Application.h"
 #include "Services/RunLoop.h"
 
@@ -31,6 +32,7 @@ class CreativeCommands {
     std::shared_ptr<Application> application;
     std::shared_ptr<WebView> webView;
     std::shared_ptr<XMRAIDEventEmitter> eventEmitter;
+    SlotInspection inspection{};
     std::function<void(const Url&)> openUrl;
   };
 
@@ -59,6 +61,7 @@ class CreativeCommands {
 
  private:
   [[nodiscard]] bool mayCarryOut(const MraidCommand& command);
+  void inspect(const MraidCommand& command, std::string outcome) const;
   [[nodiscard]] bool noteIfRefused(bool may, const std::string& action) const;
 
   void expandToFrameWithUrl(const MraidCommand& command);

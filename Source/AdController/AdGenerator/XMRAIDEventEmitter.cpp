@@ -6,22 +6,27 @@
 
 namespace tavo {
 
-namespace {
-
 // The statement is logged as it is, safe or not: that is how a broken creative is found.
-void send(const MraidStatement& statement, const OperationLog& log,
-          const std::shared_ptr<WebView>& webView) {
+void XMRAIDEventEmitter::send(const MraidStatement& statement, const OperationLog& log,
+                              const WebViewRef& webView) {
   log.debug("\n\n", statement.text);
+  inspect(statement, webView);
   if (webView && statement.isSafe) webView->evaluate(statement.text);
 }
 
 // For statements whose texts are all our own.
-void send(const std::string& text, const OperationLog& log,
-          const std::shared_ptr<WebView>& webView) {
+void XMRAIDEventEmitter::send(const std::string& text, const OperationLog& log,
+                              const WebViewRef& webView) {
   send(MraidStatement{text}, log, webView);
 }
 
-}  // namespace
+void XMRAIDEventEmitter::inspect(const MraidStatement& statement, const WebViewRef& webView) const {
+  if (!inspection_.isOn()) return;
+  std::string outcome = "evaluated";
+  if (!statement.isSafe) outcome = "held back: a text in it would end its quotes";
+  if (!webView) outcome = "nobody hears it: there is no page";
+  inspection_.tell(InspectionKind::statement, statement.text, {{"outcome", outcome}});
+}
 
 void XMRAIDEventEmitter::fireReadyEventForWebView(const WebViewRef& webView) {
   const OperationLog log{"-[XMRAIDEventEmitter fireReadyEventForWebView:]"};
@@ -54,6 +59,10 @@ void XMRAIDEventEmitter::setPlacementType(PlacementType placement, const WebView
 
 void XMRAIDEventEmitter::setState(MRAIDState state, const WebViewRef& webView) {
   const OperationLog log{"-[XMRAIDEventEmitter setState:forWebView:]"};
+  if (inspection_.isOn()) {
+    inspection_.tell(InspectionKind::state, std::string{nameOf(state)},
+                     {{"before", std::string{nameOf(state_)}}});
+  }
   state_ = state;
   send(MraidStatement::make("mraid.setState('%@');", {nameOf(state)}), log, webView);
 }
@@ -127,6 +136,7 @@ void XMRAIDEventEmitter::executeJavascript(
   const auto statement = MraidStatement::make(format, {varArgs.begin(), varArgs.end()});
   log.debug("\n\nJavascript: ", statement.text);
   const auto page = _webView.lock();
+  inspect(statement, page);
   if (page && statement.isSafe) {
     page->evaluate(statement.text, std::move(completion));
   } else if (completion) {

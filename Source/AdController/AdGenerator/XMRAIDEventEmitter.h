@@ -16,9 +16,13 @@
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
+#include "Runtime/SlotInspection.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
+
+class OperationLog;
+struct MraidStatement;
 
 // Tells a creative what happens to its ad: each operation makes one JavaScript statement, writes it
 // to the debug log and evaluates it in the page given. Statements reach a page in the order of the
@@ -29,7 +33,8 @@ class XMRAIDEventEmitter {
  public:
   using WebViewRef = std::shared_ptr<WebView>;
 
-  explicit XMRAIDEventEmitter(std::shared_ptr<RunLoop> runLoop) : runLoop_{std::move(runLoop)} {}
+  explicit XMRAIDEventEmitter(std::shared_ptr<RunLoop> runLoop, SlotInspection inspection = {})
+      : runLoop_{std::move(runLoop)}, inspection_{std::move(inspection)} {}
 
   void fireReadyEventForWebView(const WebViewRef& webView);
   void fireEventForEvent(std::string_view event, const WebViewRef& webView);
@@ -74,7 +79,12 @@ class XMRAIDEventEmitter {
   MraidParameters parameters;
 
  private:
+  void send(const MraidStatement& statement, const OperationLog& log, const WebViewRef& webView);
+  void send(const std::string& text, const OperationLog& log, const WebViewRef& webView);
+  void inspect(const MraidStatement& statement, const WebViewRef& webView) const;
+
   std::shared_ptr<RunLoop> runLoop_;
+  SlotInspection inspection_;
   MRAIDState state_ = MRAIDState::loading;
 };
 

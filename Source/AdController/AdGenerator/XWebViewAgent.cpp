@@ -48,7 +48,9 @@ void XWebViewAgent::makeWebView(const WebViewOptions& page) {
   webView_->setOpaque(false);
   webView_->allowsInlineMediaPlayback = true;
   webView_->mediaPlaybackRequiresUserAction = false;
-  eventEmitter_ = std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop);
+  inspection_ = {environment_->platform().inspection, page.owner};
+  eventEmitter_ =
+      std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop, inspection_);
   auto singleTap = std::make_shared<TapRecognizer>();
   const Relay relay{*this};
   singleTap->action = relay.call(&XWebViewAgent::handleTap);
@@ -62,6 +64,7 @@ void XWebViewAgent::makeCommands() {
                               .application = platform.application,
                               .webView = webView_,
                               .eventEmitter = eventEmitter_,
+                              .inspection = inspection_,
                               .openUrl = [this](const Url& url) { openUrl(url); }},
       environment_->limits());
 }
@@ -120,6 +123,7 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
   const NavigationFacts facts{adView ? adView->mobileAdSubTypes() : MobileAdSubTypes::unknown,
                               userTappedWebView, isMetaRefreshExist_};
   const NavigationDecision decision = decideNavigation(navigation, facts);
+  inspect(navigation, decision);
   // A tap counts for one navigation; commands, clicked links and what is refused do not use it up.
   const bool isClickedLink =
       decision == NavigationDecision::openAsClick && navigation.type == NavigationType::linkClicked;
@@ -143,6 +147,21 @@ bool XWebViewAgent::webViewShouldStartLoad(WebView& /*webView*/, const Navigatio
       return false;
   }
   return true;
+}
+
+// Commands are told of where they are carried out.
+void XWebViewAgent::inspect(const Navigation& navigation, NavigationDecision decision) const {
+  if (decision == NavigationDecision::runCommand || !inspection_.isOn()) return;
+  std::string text = "loads in the page";
+  if (decision == NavigationDecision::openAsClick) text = "a click: opened outside the page";
+  if (decision == NavigationDecision::refuse) text = "refused: a window that no tap asked for";
+  if (decision == NavigationDecision::followRefresh) text = "the page's own refresh: loads in it";
+  const bool isMainFrame = navigation.url == navigation.mainDocumentUrl;
+  inspection_.tell(InspectionKind::navigation, text + ": " + navigation.url.text(),
+                   {{"decision", text},
+                    {"url", navigation.url.text()},
+                    {"frame", isMainFrame ? "main" : "inner"},
+                    {"tapped", userTappedWebView ? "yes" : "no"}});
 }
 
 // What may load and is not the web goes where it belongs: no page can show a telephone number.

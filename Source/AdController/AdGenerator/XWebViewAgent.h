@@ -10,11 +10,13 @@
 #include <tavo/WebView.h>
 
 #include "AdController/AdGenerator/CreativeCommands.h"
+#include "AdController/AdGenerator/NavigationPolicy.h"
 #include "AdController/AdGenerator/WebViewAgentDelegate.h"
 #include "AdController/AdGenerator/WebViewAgentHost.h"
 #include "AdController/AdGenerator/XMRAIDEventEmitter.h"
 #include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
+#include "Runtime/SlotInspection.h"
 #include "Services/HttpClient.h"
 #include "Services/WebViewFactory.h"
 
@@ -85,12 +87,14 @@ class XWebViewAgent : public View, public WebViewClient {
   void makeCommands();
   void handleTap(const TapRecognizer& recognizer);
   void orientationDidChange();
+  void inspect(const Navigation& navigation, NavigationDecision decision) const;
   [[nodiscard]] bool mayLoadInPage(const Navigation& navigation);
   void takeCommand(const Url& url);
   void finishedDocument(const std::string& markup);
   void reportRendered();
 
   const std::shared_ptr<Environment> environment_;
+  SlotInspection inspection_;
   std::shared_ptr<WebView> webView_;
   std::shared_ptr<XMRAIDEventEmitter> eventEmitter_;
   std::unique_ptr<CreativeCommands> commands_;

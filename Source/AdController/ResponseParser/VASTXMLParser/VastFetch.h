@@ -25,6 +25,9 @@ using VastFetch = std::function<void(const Url& url, Seconds timeout, VastFetchC
 struct VastOutcome {
   std::shared_ptr<XVASTAd> ad;
   std::optional<VastFailure> failure;
+  // Of a failure, for the inspection: the document at fault, none for the first one, and why.
+  std::string failedUrl{};
+  std::string why{};
 };
 using VastCompletion = std::function<void(const VastOutcome& outcome)>;
 

@@ -39,15 +39,29 @@ class Chain : public std::enable_shared_from_this<Chain> {
   void step(const VastOutcome& outcome) {
     const std::optional<Url> next = outcome.failure ? std::nullopt : nextDocument();
     if (!next) {
-      completion_(outcome);
-    } else if (next->empty() || !fetched_.insert(next->text()).second || timeLeft() <= Seconds{0}) {
-      completion_({nullptr, VastFailure::invalidURL()});
+      VastOutcome end = outcome;
+      if (end.failure) {
+        end.failedUrl = previous_;
+        end.why = end.failure->localizedDescription();
+      }
+      completion_(end);
+    } else if (next->empty()) {
+      const auto& wrapper = *XVASTAd::sharedInstance()->wrapperAd.back();
+      fail(wrapper.vastTagURI.value_or(""), "The wrapper names something that is no URL.");
+    } else if (!fetched_.insert(next->text()).second) {
+      fail(next->text(), "The chain comes back to a document that it has read before.");
+    } else if (timeLeft() <= Seconds{0}) {
+      fail(next->text(), "The chain has used up its time before this document.");
     } else {
       previous_ = next->text();
       parser_->loadXMLContentFromURL(
           previous_, fetch_, std::min(timing_.perDocument, timeLeft()),
           [self = shared_from_this()](const VastOutcome& fetched) { self->receive(fetched); });
     }
+  }
+
+  void fail(const std::string& url, std::string why) {
+    completion_({nullptr, VastFailure::invalidURL(), url, std::move(why)});
   }
 
   // The document that the last wrapper names: none when the chain is complete, an empty URL when
