@@ -53,8 +53,7 @@ class HttpClientRig {
   std::shared_ptr<headless::HeadlessCookieStore> cookies_ =
       std::make_shared<headless::HeadlessCookieStore>(
           std::make_shared<headless::HeadlessRunLoop>());
-  std::shared_ptr<Inspection> inspection_ =
-      std::make_shared<Inspection>([] { return Seconds{0}; });
+  std::shared_ptr<Inspection> inspection_ = std::make_shared<Inspection>([] { return Seconds{0}; });
 };
 
 class HeadlessHttpRig : public HttpClientRig {
