@@ -38,7 +38,8 @@ TEST(RouteTest, NamesWhatAPathAsksFor) {
       {"/x/sdk/image-banner/Top", UnknownPath{}},
       {"/assets/image-banner", UnknownPath{}},
       {"/assets/image-banner/folder/banner.png", UnknownPath{}},
-      {"/", UnknownPath{}},
+      {"/", LivePage{}},
+      {"/events", EventStream{}},
       {"", UnknownPath{}},
   };
   for (const auto& [path, route] : cases) {
@@ -83,20 +84,28 @@ TEST_F(AdServerTest, AnswersAsTheCampaignSays) {
   EXPECT_EQ(answer.header("Location"), server_->url("/elsewhere"));
   EXPECT_NE(answer.head.find("Set-Cookie: a=1\r\nSet-Cookie: b=2"), std::string::npos);
   EXPECT_EQ(get(server_->url("/campaigns")).body,
-            "[\n{\"name\":\"one\",\"title\":\"One\",\"description\":\"Moves.\"}\n]\n");
+            "[\n{\"name\":\"one\",\"title\":\"One\",\"description\":\"Moves.\","
+            "\"placement\":\"banner\",\"problem\":\"\"}\n]\n");
 }
 
-TEST_F(AdServerTest, SaysWhatIsWrongWithACampaign) {
+TEST_F(AdServerTest, SaysWhereACampaignIsWrongAndWhatWasExpected) {
   const std::vector<std::pair<const char*, const char*>> cases = {
-      {R"({"status": "soon"})", "\"status\""},
-      {R"({"status": 99})", "\"status\""},
-      {R"({"delayMilliseconds": -1})", "\"delayMilliseconds\""},
-      {R"({"behaviour": "sulk"})", "\"behaviour\""},
-      {R"({"tittle": "Typo"})", "\"tittle\""},
-      {R"({"headers": {"X-A": "1\r\nX-B: 2"}})", "\"headers\""},
+      {R"({"status": "soon"})", "campaign.json:1: \"status\": expected a whole number from 200"},
+      {"{\n\"title\": \"x\",\n\"status\": 99}", "campaign.json:3: \"status\""},
+      {R"({"delayMilliseconds": -1})", "\"delayMilliseconds\": expected"},
+      {R"({"behaviour": "sulk"})", "\"behaviour\": expected \"answer\""},
+      {R"({"slot": [320]})", "\"slot\": expected a list"},
+      {R"({"placement": "roof"})", "\"placement\": expected \"banner\""},
+      {R"({"redirects": "often"})", "\"redirects\": expected"},
+      {R"({"files": {"a.png": {"gzip": 1}}})", "\"gzip\": expected true or false"},
+      {"{\n\"tittle\": \"Typo\"}",
+       "campaign.json:2: \"tittle\" is not a key; did you mean \"title\""},
+      {R"({"headers": {"X-A": "1\r\nX-B: 2"}})", "\"headers\": expected"},
       {R"({"answerFile": "../../secret.txt"})", "no file \"../../secret.txt\""},
-      {R"({"title": )", "campaign.json: "},
-      {R"(["title"])", "campaign.json: "},
+      {"{\n\"title\": ", "campaign.json:1: expected one object"},
+      {"{\n\"title\" \"x\"}", "campaign.json:2: "},
+      {R"(["title"])", "campaign.json:1: expected one object"},
+      {R"({} {})", "campaign.json:1: text after the end"},
   };
   folder_.write("campaigns/one/answer.json", "{}");
   folder_.write("secret.txt", "secret");
@@ -105,13 +114,111 @@ TEST_F(AdServerTest, SaysWhatIsWrongWithACampaign) {
     const auto answer = ad("one");
     EXPECT_EQ(answer.status, 500) << json;
     EXPECT_NE(answer.body.find(complaint), std::string::npos) << answer.body;
+    EXPECT_NE(answer.header("X-AdServer-Problem"), "") << json;
   }
+  folder_.write("campaigns/one/campaign.json", "");
+  folder_.write("campaigns/one/answer.json", "{\n\"Text\": \"${gone.html}\"}");
+  EXPECT_EQ(ad("one").header("X-AdServer-Problem"),
+            "answer.json:2: the campaign has no file \"gone.html\"");
+  EXPECT_NE(ad("won").body.find("did you mean \"one\"?"), std::string::npos);
 }
 
 TEST_F(AdServerTest, HangsUpWhenACampaignWantsIt) {
   folder_.write("campaigns/early/answer.json", "{}");
   folder_.write("campaigns/early/campaign.json", R"({"behaviour": "close-early"})");
   EXPECT_EQ(rawExchange(server_->url("/"), "GET /sdk/early/@x HTTP/1.1\r\nHost: h\r\n\r\n"), "");
+}
+
+TEST_F(AdServerTest, DeliversInTheOddWaysThatACampaignNames) {
+  const std::string answer = R"({"Ad":[]})";
+  const auto whole = [&](const char* keys) {
+    folder_.write("campaigns/odd/answer.json", answer);
+    folder_.write("campaigns/odd/campaign.json", keys);
+    return ad("odd");
+  };
+  EXPECT_EQ(whole(R"({"behaviour": "cut"})").body, answer.substr(0, answer.size() / 2));
+  EXPECT_EQ(whole(R"({"behaviour": "cut"})").header("Content-Length"), "9");
+  EXPECT_EQ(whole(R"({"padToBytes": 200000})").body, answer + std::string(199'991, ' '));
+  EXPECT_EQ(whole(R"({"bytesPerSecond": 100})").body, answer);
+  const auto packed = whole(R"({"gzip": true, "padToBytes": 3000000})");
+  EXPECT_EQ(packed.header("Content-Encoding"), "gzip");
+  EXPECT_LT(packed.body.size(), 10'000U);
+  EXPECT_GT(packed.body.size(), 1'000U);
+
+  const auto hop = whole(R"({"redirects": 2})");
+  EXPECT_EQ(hop.status, 302);
+  EXPECT_EQ(hop.header("Set-Cookie"), "adserver-hop=1; Path=/");
+  EXPECT_EQ(get(get(hop.header("Location")).header("Location")).body, answer);
+  folder_.write("campaigns/odd/campaign.json", R"({"redirects": "endless"})");
+  EXPECT_EQ(get(server_->url("/sdk/odd/@x?a=1&adserver-hop=900")).header("Location"),
+            server_->url("/sdk/odd/@x?a=1&adserver-hop=901"));
+}
+
+TEST_F(AdServerTest, DeliversFilesAndPingsInOddWaysToo) {
+  folder_.write("campaigns/one/campaign.json",
+                R"({"files": {"gone.png": {"status": 404}, "a.xml": {"contentType": "image/png"},
+                              "track/start": {"status": 500}}})");
+  folder_.write("campaigns/one/a.xml", "a.xml?adserver-hop=${hop}");
+  EXPECT_EQ(get(server_->url("/assets/one/gone.png")).status, 404);
+  EXPECT_EQ(get(server_->url("/assets/one/a.xml?adserver-hop=4")).body, "a.xml?adserver-hop=5");
+  EXPECT_EQ(get(server_->url("/assets/one/a.xml")).header("Content-Type"), "image/png");
+  EXPECT_EQ(get(server_->url("/track/one/start")).status, 500);
+  EXPECT_EQ(get(server_->url("/track/one/stop")).status, 200);
+}
+
+TEST_F(AdServerTest, ServesBareFilesAsCampaigns) {
+  folder_.write("campaigns/a page.html", "<img src='dot.png'>");
+  folder_.write("campaigns/dot.png", "dot");
+  folder_.write("campaigns/key.pem", "secret");
+  folder_.write("campaigns/film.xml", "<VAST></VAST>");
+  folder_.write("campaigns/kept.json", R"({"Ad":[]})");
+  const auto base = server_->url("/assets/a%20page.html/");
+  EXPECT_NE(ad("a%20page.html").body.find("\"FileUrl\":\"" + base + "\""), std::string::npos);
+  EXPECT_EQ(get(base + "dot.png").body, "dot");
+  EXPECT_EQ(get(base + "key.pem").status, 404);
+  EXPECT_NE(ad("film.xml").body.find(R"("AdType":"text/xml","Text":"<VAST></VAST>")"),
+            std::string::npos);
+  EXPECT_EQ(ad("kept.json").body, R"({"Ad":[]})");
+}
+
+TEST_F(AdServerTest, ShowsWhatItWasAskedToThisMachineOnly) {
+  (void)get(server_->url("/track/one/impression"));
+  EXPECT_NE(get(server_->url("/")).body.find("<title>Ad server</title>"), std::string::npos);
+  const auto stream = [&](const std::string& host) {
+    return rawExchange(server_->url("/"), "GET /events HTTP/1.1\r\nHost: " + host + "\r\n\r\n",
+                       400);
+  };
+  const auto own = server_->url("").substr(7);
+  EXPECT_NE(stream(own).find("\"detail\":\"impression\""), std::string::npos);
+  for (const char* path : {"/", "/record", "/events", "/campaigns"}) {
+    EXPECT_EQ(
+        rawExchange(server_->url("/"),
+                    "GET " + std::string{path} + " HTTP/1.1\r\nHost: evil.example\r\n\r\n", 12),
+        "HTTP/1.1 403");
+  }
+}
+
+TEST_F(AdServerTest, RecordsARealServersAnswersAsCampaigns) {
+  folder_.write("campaigns/front/answer.json",
+                R"({"Ad":[{"FileUrl":"${server}/assets/front/a.png"}]})");
+  folder_.write(
+      "campaigns/front/campaign.json",
+      R"({"headers":{"Set-Cookie":"a=1; Domain=ads.example; Secure","X-At":"${server}"}})");
+  folder_.write("campaigns/front/a.png", "\x01picture");
+  const auto recorded = folder_.path("recorded");
+  {
+    const AdServerThread proxy{folder_.path("none"), {server_->url("/"), recorded}};
+    const auto answer = get(proxy.url("/x/sdk/front/@Top?k=1"), "X-Kept: yes\r\n");
+    EXPECT_EQ(answer.body, R"({"Ad":[{"FileUrl":")" + proxy.url("/assets/front/a.png") + "\"}]}");
+    EXPECT_EQ(answer.header("Set-Cookie"), "a=1");
+    EXPECT_EQ(answer.header("X-At"), proxy.url(""));
+    EXPECT_EQ(get(proxy.url("/assets/front/a.png")).body, "\x01picture");
+    EXPECT_EQ(server_->record().requests().front().header("X-Kept"), "yes");
+  }
+  const AdServerThread again{recorded};
+  EXPECT_EQ(get(again.url("/y/sdk/front/@Top")).body,
+            R"({"Ad":[{"FileUrl":")" + again.url("/assets/front/a.png") + "\"}]}");
+  EXPECT_EQ(get(again.url("/assets/front/a.png")).body, "\x01picture");
 }
 
 TEST_F(AdServerTest, KeepsNoConnectionThatItsClientHasClosed) {

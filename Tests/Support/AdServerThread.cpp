@@ -4,11 +4,12 @@
 
 namespace tavo::test {
 
-AdServerThread::AdServerThread(const std::filesystem::path& campaignFolder) {
+AdServerThread::AdServerThread(const std::filesystem::path& campaignFolder,
+                               const Forwarding& forwarding) {
   std::promise<adserver::AdServer*> started;
   auto server = started.get_future();
-  thread_ = std::thread{[this, campaignFolder, promise = std::move(started)]() mutable {
-    run(campaignFolder, std::move(promise));
+  thread_ = std::thread{[this, campaignFolder, forwarding, promise = std::move(started)]() mutable {
+    run(campaignFolder, forwarding, std::move(promise));
   }};
   server_ = server.get();
 }
@@ -25,11 +26,12 @@ AdServerThread::~AdServerThread() {
   thread_.join();
 }
 
-void AdServerThread::run(const std::filesystem::path& campaignFolder,
+void AdServerThread::run(const std::filesystem::path& campaignFolder, const Forwarding& forwarding,
                          std::promise<adserver::AdServer*> started) {
   g_main_context_push_thread_default(context_.get());
   {
     adserver::AdServer server{campaignFolder};
+    if (!forwarding.target.empty()) server.forwardTo(forwarding.target, forwarding.into);
     started.set_value(&server);
     g_main_loop_run(loop_.get());
   }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "AdServer/IdleConnections.h"
+#include "AdServer/Reply.h"
 #include "Gtk/Guarded.h"
 
 namespace tavo::adserver {
@@ -17,7 +18,11 @@ gtk::GPtr<SoupServer> listeningServer(std::uint16_t port) {
       soup_server_new("raw-paths", TRUE, "server-header", "AdServer", nullptr));
   gtk::GFailure failure;
   if (!soup_server_listen_local(server.get(), port, SOUP_SERVER_LISTEN_IPV4_ONLY, failure.out())) {
-    throw std::runtime_error{"The ad server cannot listen: " + failure.message()};
+    const auto name = "port " + std::to_string(port);
+    throw std::runtime_error{failure.is(G_IO_ERROR, G_IO_ERROR_ADDRESS_IN_USE)
+                                 ? "Another program listens on " + name +
+                                       ". Choose another with --port; 0 takes any free one."
+                                 : "Cannot listen on " + name + ": " + failure.message() + "."};
   }
   return server;
 }
@@ -72,12 +77,36 @@ RecordedRequest recorded(SoupServerMessage* message, const Route& route, const R
   request.path = g_uri_get_path(uri);
   request.query = textOf(g_uri_get_query(uri));
   request.headers = headersOf(soup_server_message_get_request_headers(message));
-  request.status = reply.behaviour == Behaviour::Answer ? reply.status : 0;
+  const auto behaviour = reply.delivery.behaviour;
+  const bool answers = behaviour == Behaviour::Answer || behaviour == Behaviour::Cut;
+  request.status = answers ? reply.delivery.status : 0;
+  request.problem = reply.problem;
   return request;
 }
 
-bool isWorthRecording(const Route& route) {
-  return !std::holds_alternative<RecordPage>(route) && !std::holds_alternative<CampaignList>(route);
+// Whether the client means this machine: the pages show cookies and addresses of whole sessions.
+bool asksThisMachine(SoupServerMessage* message, const std::string& baseUrl) {
+  const char* const host =
+      soup_message_headers_get_one(soup_server_message_get_request_headers(message), "Host");
+  const std::string port = baseUrl.substr(baseUrl.rfind(':'));
+  return host != nullptr && (host == "127.0.0.1" + port || host == "localhost" + port);
+}
+
+Question questionOf(SoupServerMessage* message) {
+  GUri* const uri = soup_server_message_get_uri(message);
+  return {soup_server_message_get_method(message), g_uri_get_path(uri),
+          textOf(g_uri_get_query(uri))};
+}
+
+Reply refusal() {
+  return {.body = "This page is for this machine only.\n",
+          .delivery = {.status = 403, .contentType = "text/plain; charset=utf-8"}};
+}
+
+// What a forwarded answer is called as a campaign: the page, or the end of the path.
+std::string nameFor(const Route& route, const std::string& path) {
+  if (const auto* ad = std::get_if<AdRequest>(&route)) return ad->campaign;
+  return path.substr(path.rfind('/') + 1);
 }
 
 // Bodies are of no use here. What comes of one is dropped piece by piece, and whoever announces
@@ -94,16 +123,6 @@ void refuseBody(SoupServerMessage* message) {
   g_output_stream_write_all(g_io_stream_get_output_stream(connection.get()), refusal.data(),
                             refusal.size(), nullptr, nullptr, nullptr);
   g_io_stream_close(connection.get(), nullptr, nullptr);
-}
-
-void writeReply(const Reply& reply, SoupServerMessage* message) {
-  soup_server_message_set_status(message, reply.status, nullptr);
-  soup_server_message_set_response(message, reply.contentType.c_str(), SOUP_MEMORY_COPY,
-                                   reply.body.data(), reply.body.size());
-  auto* const headers = soup_server_message_get_response_headers(message);
-  for (const auto& [name, value] : reply.headers) {
-    soup_message_headers_append(headers, name.c_str(), value.c_str());
-  }
 }
 
 }  // namespace
@@ -129,30 +148,36 @@ AdServer::AdServer(const std::filesystem::path& campaignFolder, std::uint16_t po
 
 AdServer::~AdServer() { soup_server_disconnect(server_.get()); }
 
-void AdServer::handle(SoupServerMessage* message) {
-  const Route route = routeOf(g_uri_get_path(soup_server_message_get_uri(message)));
-  const Reply reply = replies_.replyTo(soup_server_message_get_method(message), route);
-  if (isWorthRecording(route)) {
-    record_.add(recorded(message, route, reply));
-  }
-  send(reply, message);
+void AdServer::forwardTo(const std::string& target, const std::filesystem::path& into) {
+  forwarder_ = std::make_unique<Forwarder>(target, into, baseUrl_);
 }
 
-void AdServer::send(const Reply& reply, SoupServerMessage* message) {
-  writeReply(reply, message);
-  switch (reply.behaviour) {
-    case Behaviour::CloseEarly:
-      endConnection(message);
-      break;
-    case Behaviour::NeverAnswer:
-      held_.holdForGood(message);
-      break;
-    case Behaviour::Answer:
-      if (reply.delay.count() > 0) {
-        held_.holdFor(reply.delay, message);
-      }
-      break;
+void AdServer::handle(SoupServerMessage* message) {
+  const Question question = questionOf(message);
+  const Route route = routeOf(question.path);
+  if (isOwnPage(route)) {
+    if (!asksThisMachine(message, baseUrl_)) return sender_.send(refusal(), message);
+    const bool streams = std::holds_alternative<EventStream>(route) && question.method == "GET";
+    if (streams && live_.add(message)) return;
+    return sender_.send(replies_.replyTo(question, route), message);
   }
+  if (forwarder_ && replies_.isForAnother(question, route)) return forward(message, route);
+  conclude(message, route, replies_.replyTo(question, route));
+}
+
+void AdServer::forward(SoupServerMessage* message, const Route& route) {
+  soup_server_message_pause(message);
+  forwarder_->ask(
+      message, nameFor(route, g_uri_get_path(soup_server_message_get_uri(message))),
+      [this, route, held = gtk::GPtr<SoupServerMessage>::share(message)](const Reply& reply) {
+        conclude(held.get(), route, reply);
+        soup_server_message_unpause(held.get());
+      });
+}
+
+void AdServer::conclude(SoupServerMessage* message, const Route& route, const Reply& reply) {
+  live_.tell(record_.add(recorded(message, route, reply)));
+  sender_.send(reply, message);
 }
 
 }  // namespace tavo::adserver

@@ -4,10 +4,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 
-#include "AdServer/HeldReplies.h"
+#include "AdServer/Forwarder.h"
+#include "AdServer/LiveEvents.h"
 #include "AdServer/ReplyMaker.h"
+#include "AdServer/ReplySender.h"
 #include "AdServer/RequestRecord.h"
 #include "Gtk/GPtr.h"
 
@@ -23,17 +26,25 @@ namespace tavo::adserver {
 //                                                in .html and .xml files
 //   /track/<campaign>/<event>                    a tracking ping; answered with one pixel
 //   /clicked/<campaign>                          a landing page
+//   /                                            a page that shows all of this as it comes
 //   /campaigns                                   the campaigns with titles, as JSON
 //   /record                                      every request so far, as JSON; DELETE empties it
+//   /events                                      the same as a stream of events
 //
-// The two last are not recorded themselves. Campaigns are read from the folder at each request.
+// The four last are not recorded themselves, and answer to this machine's own names only: a site
+// that points a name of its own at this machine reads nothing. Campaigns are read from the folder
+// at each request.
 class AdServer {
  public:
-  // Port 0 takes any free one. Throws std::runtime_error when it cannot listen.
+  // Port 0 takes any free one. Throws std::runtime_error, with what to do, when it cannot listen.
   explicit AdServer(const std::filesystem::path& campaignFolder, std::uint16_t port = 0);
   ~AdServer();
   AdServer(const AdServer&) = delete;
   AdServer& operator=(const AdServer&) = delete;
+
+  // Asks a real server for everything but the server's own pages from now on, and writes the
+  // answers down as campaigns (see Forwarder). Throws std::runtime_error for what cannot be.
+  void forwardTo(const std::string& target, const std::filesystem::path& into);
 
   // "http://127.0.0.1:<port>", without a slash at the end. Any thread.
   [[nodiscard]] const std::string& baseUrl() const { return baseUrl_; }
@@ -43,13 +54,16 @@ class AdServer {
 
  private:
   void handle(SoupServerMessage* message);
-  void send(const Reply& reply, SoupServerMessage* message);
+  void forward(SoupServerMessage* message, const Route& route);
+  void conclude(SoupServerMessage* message, const Route& route, const Reply& reply);
 
   RequestRecord record_;
   gtk::GPtr<SoupServer> server_;
   std::string baseUrl_;
   ReplyMaker replies_;
-  HeldReplies held_;
+  ReplySender sender_;
+  LiveEvents live_{record_};
+  std::unique_ptr<Forwarder> forwarder_;  // in front of a real server only
 };
 
 }  // namespace tavo::adserver

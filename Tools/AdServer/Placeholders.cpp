@@ -21,10 +21,11 @@ std::string fillPlaceholders(std::string_view text, const ValueOfName& valueOf) 
 }
 
 std::string fillServerAndCampaign(std::string_view text, std::string_view server,
-                                  std::string_view campaign) {
+                                  std::string_view campaign, int hop) {
   return fillPlaceholders(text, [&](std::string_view name) -> std::optional<std::string> {
     if (name == "server") return std::string{server};
     if (name == "campaign") return std::string{campaign};
+    if (name == "hop") return std::to_string(hop + 1);
     return std::nullopt;
   });
 }

@@ -14,9 +14,10 @@ using ValueOfName = std::function<std::optional<std::string>(std::string_view na
 // contain template literals of their own, and those belong to the page.
 [[nodiscard]] std::string fillPlaceholders(std::string_view text, const ValueOfName& valueOf);
 
-// The same with the two names that every text of a campaign may use: ${server}, the server's base
-// URL, and ${campaign}, the campaign's name.
+// The same with the names that every text of a campaign may use: ${server}, the server's base URL,
+// ${campaign}, the campaign's name, and ${hop}, one more than the hop of the request, so that a
+// document can name itself anew for ever.
 [[nodiscard]] std::string fillServerAndCampaign(std::string_view text, std::string_view server,
-                                                std::string_view campaign);
+                                                std::string_view campaign, int hop = 0);
 
 }  // namespace tavo::adserver

@@ -53,27 +53,30 @@ std::string RecordedRequest::toJson() const {
          ",\"kind\":" + jsonString(nameOf(kind)) + ",\"campaign\":" + jsonString(campaign) +
          ",\"detail\":" + jsonString(detail) + ",\"method\":" + jsonString(method) +
          ",\"path\":" + jsonString(path) + ",\"query\":" + jsonString(query) +
-         ",\"status\":" + std::to_string(status) + ",\"headers\":" + headersToJson(headers) + '}';
+         ",\"status\":" + std::to_string(status) + ",\"problem\":" + jsonString(problem) +
+         ",\"headers\":" + headersToJson(headers) + '}';
 }
 
-void RequestRecord::add(RecordedRequest request) {
+RecordedRequest RequestRecord::add(RecordedRequest request) {
   Listener listener;
   {
     const std::lock_guard lock{mutex_};
     request.sequence = ++lastSequence_;
     request.monotonicTime = g_get_monotonic_time();
     requests_.push_back(request);
+    if (requests_.size() > mostRequests) requests_.pop_front();
     listener = listener_;
   }
   // Outside the lock, so that a listener may read the record.
   if (listener) {
     listener(request);
   }
+  return request;
 }
 
 std::vector<RecordedRequest> RequestRecord::requests() const {
   const std::lock_guard lock{mutex_};
-  return requests_;
+  return {requests_.begin(), requests_.end()};
 }
 
 std::vector<RecordedRequest> RequestRecord::requests(RequestKind kind) const {

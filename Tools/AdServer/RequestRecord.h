@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -26,6 +27,7 @@ struct RecordedRequest {
   std::string query;    // escapes kept, without the "?"
   Headers headers;      // as they came, in order
   unsigned status = 0;  // the status it is answered with; 0 where it gets no answer
+  std::string problem;  // what is wrong with the campaign that answers it, or empty
 
   // The value of the first header of this name, in whatever case, or an empty text.
   [[nodiscard]] std::string header(std::string_view name) const;
@@ -33,13 +35,16 @@ struct RecordedRequest {
   [[nodiscard]] std::string toJson() const;
 };
 
-// Everything the server was asked, in order. All operations may be called on any thread.
+// What the server was asked, in order: the last `mostRequests`. All operations may be called on any
+// thread.
 class RequestRecord {
  public:
   using Listener = std::function<void(const RecordedRequest&)>;
+  static constexpr std::size_t mostRequests = 10'000;
 
-  // Completes the request with its sequence number and time, keeps it and tells the listener.
-  void add(RecordedRequest request);
+  // Completes the request with its sequence number and time, keeps it, tells the listener and
+  // returns it.
+  RecordedRequest add(RecordedRequest request);
 
   [[nodiscard]] std::vector<RecordedRequest> requests() const;
 
@@ -58,7 +63,7 @@ class RequestRecord {
  private:
   mutable std::mutex mutex_;
   std::uint64_t lastSequence_ = 0;
-  std::vector<RecordedRequest> requests_;
+  std::deque<RecordedRequest> requests_;
   Listener listener_;
 };
 

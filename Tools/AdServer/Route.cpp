@@ -74,6 +74,8 @@ Route campaignRouteOf(const std::string& area, const std::string& campaign,
 }
 
 Route ownPageOf(const Segments& segments) {
+  if (segments.size() == 1 && segments[0].empty()) return LivePage{};
+  if (segments.size() == 1 && segments[0] == "events") return EventStream{};
   if (segments.size() == 1 && segments[0] == "record") return RecordPage{};
   if (segments.size() == 1 && segments[0] == "campaigns") return CampaignList{};
   if (segments.size() == 2 && segments[0] == "clicked" && isPlainName(segments[1])) {
@@ -84,6 +86,11 @@ Route ownPageOf(const Segments& segments) {
 }
 
 }  // namespace
+
+bool isOwnPage(const Route& route) {
+  return std::holds_alternative<LivePage>(route) || std::holds_alternative<EventStream>(route) ||
+         std::holds_alternative<RecordPage>(route) || std::holds_alternative<CampaignList>(route);
+}
 
 Route routeOf(std::string_view path) {
   const auto segments = segmentsOf(path);

@@ -37,6 +37,14 @@ struct EmptyPicture {  // any path that ends in /default/empty.gif
   bool operator==(const EmptyPicture&) const = default;
 };
 
+struct LivePage {  // the page at "/", for people
+  bool operator==(const LivePage&) const = default;
+};
+
+struct EventStream {  // /events
+  bool operator==(const EventStream&) const = default;
+};
+
 struct RecordPage {  // /record
   bool operator==(const RecordPage&) const = default;
 };
@@ -54,8 +62,12 @@ struct UnknownPath {
   bool operator==(const UnknownPath&) const = default;
 };
 
-using Route = std::variant<AdRequest, AssetRequest, TrackingPing, LandingPage, EmptyPicture,
-                           RecordPage, CampaignList, RefusedPath, UnknownPath>;
+using Route =
+    std::variant<AdRequest, AssetRequest, TrackingPing, LandingPage, EmptyPicture, LivePage,
+                 EventStream, RecordPage, CampaignList, RefusedPath, UnknownPath>;
+
+// The server's own pages, which show what it was asked: not recorded, and for this machine only.
+[[nodiscard]] bool isOwnPage(const Route& route);
 
 // The route of a path without the query, its percent-escapes still in it.
 [[nodiscard]] Route routeOf(std::string_view path);
