@@ -1,6 +1,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "AdController/ResponseParser/JsonObject.h"
+#include "AdInfo/AnswerMembers.h"
+#include "AdManager/AdVerdict.h"
 #include "AdServer/AdServer.h"
 #include "AdServer/CampaignFolder.h"
 #include "AdServer/Route.h"
@@ -295,6 +298,42 @@ TEST_F(AdServerTest, RecordsRequestsInOrderWithTheirHeaders) {
   ASSERT_EQ(ads.size(), 1U);
   EXPECT_EQ(ads[0].header("cookie"), "DAPROPS=x");
   EXPECT_EQ(ads[0].header("user-agent"), "Tester");
+}
+
+// Each example of the guide is a file that is served, word for word, and is taken for what it says.
+TEST(FormatGuideTest, ShowsRealFilesAndKnownKeysOnly) {
+  const std::string guide = contentsOf(sampleCampaigns() + "/../../../docs/ad-server-format.md");
+  const std::vector<std::pair<std::string, std::size_t>> examples = {
+      {"image-banner", Verdict{ShowImage{}}.index()},
+      {"html-banner", Verdict{ShowHtml{}}.index()},
+      {"interstitial-html", Verdict{ShowHtml{}}.index()},
+      {"vast-preroll", Verdict{PlayVast{}}.index()},
+      {"interstitial-redirect", Verdict{FollowRedirect{}}.index()},
+      {"mediated-banner", Verdict{Mediate{}}.index()},
+      {"empty-ad", Verdict{RefuseEmptyPicture{}}.index()},
+      {"no-ad", Verdict{NoAd{}}.index()},
+  };
+  const CampaignFolder folder{sampleCampaigns()};
+  for (const auto& [name, kind] : examples) {
+    const std::string shown = "/answer.json):\n\n```json\n" +
+                              contentsOf(sampleCampaigns() + "/" + name + "/answer.json") + "```\n";
+    EXPECT_NE(guide.find("[" + name), std::string::npos) << name;
+    EXPECT_NE(guide.find(name + shown), std::string::npos) << name;
+    const auto answer = folder.answer(folder.campaign(name).value_or(Campaign{}), "http://s");
+    const auto document = JsonObject::read(answer.value_or(""), 64);
+    const XAdInfo info{document ? &*document : nullptr};
+    EXPECT_EQ(classify(info, {.canStartMediation = true}).index(), kind) << name;
+  }
+  int keys = 0;
+  const auto table =
+      guide.substr(0, guide.find("After a redirect, an")).substr(guide.find("### Keys"));
+  for (auto at = table.find("\n| `"); at != table.npos; at = table.find("\n| `", at + 1), ++keys) {
+    const auto key = table.substr(at + 4, table.find('`', at + 4) - at - 4);
+    const auto members = AnswerMembers::of("{\"Ad\":[{\"" + key + "\":1}]}", 64);
+    ASSERT_EQ(members.ad.size(), 1U);
+    EXPECT_TRUE(members.ad[0].isKnown) << key;
+  }
+  EXPECT_EQ(keys, 23);
 }
 
 TEST(SampleCampaignsTest, ComeWithTitlesAndDescriptionsAndNoMistakes) {
