@@ -8,6 +8,7 @@
 
 #include <tavo/AdNetworkExports.h>
 #include <tavo/CVAd.h>
+#include <tavo/Export.h>
 
 namespace tavo {
 
@@ -17,7 +18,7 @@ class Environment;
 // Finds the classes of the external ad network by their names: first among those that the host has
 // registered, then in the library that the platform was configured with. The SDK needs neither; an
 // ad that would be mediated then fails with error 1008. One per process; main thread only.
-class AdNetworkClasses {
+class TAVO_EXPORT AdNetworkClasses {
  public:
   // Makes one ad of a class; null or an exception: there is none.
   using Factory = std::function<std::shared_ptr<CVAd>()>;

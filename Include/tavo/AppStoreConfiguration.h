@@ -3,12 +3,14 @@
 #include <array>
 #include <string>
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // Where applications are sold. Clicks that lead to one of these hosts open the store's sheet
 // instead of a page. A host application whose users have another store changes this before its
 // first ad; every click reads it anew. Main thread only.
-struct AppStoreConfiguration {
+struct TAVO_EXPORT AppStoreConfiguration {
   // The record of the current runtime, made on the first call and gone with the runtime.
   [[nodiscard]] static AppStoreConfiguration& sharedInstance();
 

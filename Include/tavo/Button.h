@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Export.h>
 #include <tavo/Label.h>
 #include <tavo/View.h>
 
@@ -22,7 +23,7 @@ struct ButtonTitleStyle {
 // can be pressed all the same. What assistive technology calls it, and what is shown while the
 // pointer rests on it, is its accessibility label. Main thread only; changes show with the next
 // frame.
-class Button : public View {
+class TAVO_EXPORT Button : public View {
  public:
   using View::View;
 

@@ -7,6 +7,7 @@
 
 #include <tavo/CVAdDelegate.h>
 #include <tavo/Date.h>
+#include <tavo/Export.h>
 
 namespace tavo {
 
@@ -18,7 +19,7 @@ namespace tavo {
 // ad, holds it while it is interested and destroys it on the main thread, never inside a call of
 // the ad's own. Errors: an exception out of any operation ends the ad with error 1008; better is to
 // report through the delegate. No operation may block: answer later, from the main loop.
-class CVAd {
+class TAVO_EXPORT CVAd {
  public:
   virtual ~CVAd() = default;
 

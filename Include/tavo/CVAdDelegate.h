@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tavo/Error.h>
+#include <tavo/Export.h>
 
 namespace tavo {
 
@@ -13,7 +14,7 @@ class CVAd;
 // the main one, in order. Ownership: the SDK owns its observer and gives it up when it loses
 // interest in the ad, so hold it weakly. An ad has one outcome, the first of received and failed;
 // what comes after a failure, or for an ad that nobody waits for any more, is ignored.
-class CVAdDelegate {
+class TAVO_EXPORT CVAdDelegate {
  public:
   virtual ~CVAdDelegate() = default;
 

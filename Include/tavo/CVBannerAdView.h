@@ -3,13 +3,14 @@
 #include <memory>
 
 #include <tavo/CVAd.h>
+#include <tavo/Export.h>
 #include <tavo/View.h>
 #include <tavo/ViewController.h>
 
 namespace tavo {
 
 // A banner of an external network. Thread, ownership and errors: see CVAd.
-class CVBannerAdView : public CVAd {
+class TAVO_EXPORT CVBannerAdView : public CVAd {
  public:
   // The name under which a network offers its class.
   static constexpr const char* className = "CVBannerAdView";

@@ -3,12 +3,13 @@
 #include <memory>
 
 #include <tavo/CVAd.h>
+#include <tavo/Export.h>
 #include <tavo/ViewController.h>
 
 namespace tavo {
 
 // A full-screen ad of an external network. Thread, ownership and errors: see CVAd.
-class CVInterstitialAd : public CVAd {
+class TAVO_EXPORT CVInterstitialAd : public CVAd {
  public:
   // The name under which a network offers its class.
   static constexpr const char* className = "CVInterstitialAd";

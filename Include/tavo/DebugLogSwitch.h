@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // The switch XGlobalConfiguration::enableDebugLogs, set and read like a boolean:
@@ -11,7 +13,7 @@ namespace tavo {
 // It belongs to its settings record. The debug log looks at the switch of the current runtime's
 // record; another record's switch, or its end, changes nothing. Any thread, at any time; of an
 // operation that is under way when the switch is thrown, what comes after that counts.
-class DebugLogSwitch {
+class TAVO_EXPORT DebugLogSwitch {
  public:
   DebugLogSwitch() = default;
   ~DebugLogSwitch() { *this = false; }

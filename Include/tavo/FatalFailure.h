@@ -3,6 +3,8 @@
 #include <functional>
 #include <string>
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // What happens when something that must never fail has failed, for example the store of
@@ -11,7 +13,7 @@ namespace tavo {
 // A host with a way of its own to go down, or a test, sets a handler. It is called instead of the
 // abort, on the thread on which the failure happened, so it may be called on any. When it returns,
 // the operation that failed returns without effect and the library goes on.
-class FatalFailure {
+class TAVO_EXPORT FatalFailure {
  public:
   // The one of the current runtime. Any thread.
   [[nodiscard]] static FatalFailure& sharedInstance();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // Places and lengths are in points: the toolkit's logical pixels, whatever the screen's scale. x
@@ -22,7 +24,7 @@ struct Size {
 };
 
 // A place and an extent. One without an area is empty and contains nothing.
-struct Rect {
+struct TAVO_EXPORT Rect {
   double x = 0;
   double y = 0;
   double width = 0;

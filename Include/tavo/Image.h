@@ -5,13 +5,14 @@
 #include <memory>
 #include <vector>
 
+#include <tavo/Export.h>
 #include <tavo/Geometry.h>
 
 namespace tavo {
 
 // A decoded picture: rows of RGBA, 8 bits a channel, alpha not premultiplied. Immutable and shared,
 // so that a picture can be handed on, cropped and drawn without copying its pixels.
-class Image {
+class TAVO_EXPORT Image {
  public:
   // Bytes that somebody keeps alive for as long as a picture uses them.
   using Pixels = std::shared_ptr<const std::uint8_t>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tavo/Export.h>
 #include <tavo/View.h>
 
 namespace tavo {
@@ -15,7 +16,7 @@ enum class ContentMode {
 
 // Shows one picture. What reaches beyond the view is cut off. The pixels are shared, not copied:
 // ten views of one picture cost one. Main thread only; changes show with the next frame.
-class ImageView : public View {
+class TAVO_EXPORT ImageView : public View {
  public:
   using View::View;
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <tavo/Date.h>
+#include <tavo/Export.h>
 #include <tavo/Observer.h>
 
 namespace tavo {
@@ -32,7 +33,7 @@ enum class InspectionKind {
 };
 
 // The name of a kind, as it stands above: "scriptError".
-[[nodiscard]] std::string_view nameOf(InspectionKind kind);
+[[nodiscard]] TAVO_EXPORT std::string_view nameOf(InspectionKind kind);
 
 struct InspectionField {
   std::string name;
@@ -41,7 +42,7 @@ struct InspectionField {
 };
 
 // One thing that happened inside the library.
-struct InspectionEvent {
+struct TAVO_EXPORT InspectionEvent {
   Seconds time{};  // on the clock of the runtime's loop
   InspectionKind kind = InspectionKind::request;
   // The address of the ad view, as a `View`, that it happened for; null where the library does not
@@ -80,7 +81,7 @@ class InspectedPage {
 // It is off, and costs nothing, until an observer is set. A page is watched from its beginning or
 // not at all: set the observer before the load. Watching changes no request and no decision; inside
 // the page, `console` is then a wrapper, which a script could notice. Main thread only.
-class Inspection {
+class TAVO_EXPORT Inspection {
  public:
   // That of the current runtime; it lives as long as the runtime's environment.
   [[nodiscard]] static Inspection& sharedInstance();

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <tavo/Export.h>
 #include <tavo/View.h>
 
 namespace tavo {
@@ -12,7 +13,7 @@ enum class TextAlignment { left, center, right };
 // Shows one line of plain text in the system's typeface, in the middle of its height. What does not
 // fit its width is cut with an ellipsis. Markup is shown as it stands. Main thread only; changes
 // show with the next frame.
-class Label : public View {
+class TAVO_EXPORT Label : public View {
  public:
   using View::View;
 

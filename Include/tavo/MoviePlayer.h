@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <tavo/Error.h>
+#include <tavo/Export.h>
 #include <tavo/Url.h>
 #include <tavo/View.h>
 
@@ -36,7 +37,7 @@ enum class MovieError : int {
   timedOut = 3,     // no first picture, or none any more, for too long
   incomplete = 4,   // the data ended before the video did
 };
-[[nodiscard]] Error makeError(MovieError code, std::string_view description);
+[[nodiscard]] TAVO_EXPORT Error makeError(MovieError code, std::string_view description);
 
 // Hears what a player does. Calls arrive on the main thread, never inside a call to the player, and
 // in the order in which things happened. A content that was replaced is not heard of any more. A
@@ -45,7 +46,7 @@ enum class MovieError : int {
 // A content that plays to its end is told of so: the duration, then playing; pauses and seeks as a
 // person makes them; then paused at its end, and the finish. One that fails: the finish alone, or
 // stopped and the finish.
-class MoviePlayerClient {
+class TAVO_EXPORT MoviePlayerClient {
  public:
   virtual ~MoviePlayerClient() = default;
 
@@ -76,7 +77,7 @@ class MoviePlayerClient {
 // Only http and https are played. A content whose first picture does not come within
 // Limits::firstFrameTimeout, or that stands still for Limits::stallTimeout while it should play,
 // finishes with an error. Dropping the player ends everything.
-class MoviePlayer : public View {
+class TAVO_EXPORT MoviePlayer : public View {
  public:
   using View::View;
 
@@ -156,6 +157,6 @@ struct PlayedContent {
   double duration = 0;      // seconds; 0: not known
   double lastPosition = 0;  // seconds
 };
-[[nodiscard]] bool playedThrough(const PlayedContent& content);
+[[nodiscard]] TAVO_EXPORT bool playedThrough(const PlayedContent& content);
 
 }  // namespace tavo

@@ -2,12 +2,13 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/MoviePlayer.h>
 
 namespace tavo {
 
 // Makes movie players. Main thread only.
-class MoviePlayerFactory {
+class TAVO_EXPORT MoviePlayerFactory {
  public:
   virtual ~MoviePlayerFactory() = default;
 

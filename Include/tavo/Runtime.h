@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/Platform.h>
 
 namespace tavo {
@@ -18,7 +19,7 @@ class NotificationCenter;
 // Runtimes nest: the newest living one is the current one, and ad objects belong to the one that
 // was current when they were made. They may end in any order, also before their views: a view
 // without its runtime keeps what it needs, and goes quietly.
-class Runtime {
+class TAVO_EXPORT Runtime {
  public:
   // Ends the process with a message that names the service when the platform lacks one.
   explicit Runtime(Platform platform);

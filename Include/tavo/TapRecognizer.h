@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <tavo/Export.h>
 #include <tavo/Geometry.h>
 
 namespace tavo {
@@ -22,10 +23,10 @@ struct TapRecognizer {
 
 // Delivers one finished tap at `point` (coordinates of `root`): a button that was hit is pressed;
 // recognisers are told from the touched view upwards. Returns the touched view, or null.
-View* deliverTap(View& root, Point point);
+TAVO_EXPORT View* deliverTap(View& root, Point point);
 
 // Tells the recognisers from `touched` upwards, without pressing anything: for native widgets that
 // handle their own input.
-void recognizeTap(View& touched);
+TAVO_EXPORT void recognizeTap(View& touched);
 
 }  // namespace tavo

@@ -9,6 +9,7 @@
 
 #include <tavo/Date.h>
 #include <tavo/Error.h>
+#include <tavo/Export.h>
 #include <tavo/Observer.h>
 #include <tavo/Url.h>
 
@@ -57,7 +58,7 @@ struct TrackingLedgerObserver {
 
 // The book of the tracking pings (impressions, clicks, events of videos), for hosts and tools that
 // want to know what was counted. Reading it, or not, changes nothing on the wire. Main thread only.
-class TrackingLedger {
+class TAVO_EXPORT TrackingLedger {
  public:
   // The book of the current runtime. It ends with the runtime's environment.
   [[nodiscard]] static TrackingLedger& sharedInstance();

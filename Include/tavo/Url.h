@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // A URL in the generic syntax of RFC 3986, kept as the text it was made from: letters are not
 // lower-cased and escapes are not decoded, because creatives put command names into the host.
 // An empty Url stands for "no URL".
-class Url {
+class TAVO_EXPORT Url {
  public:
   Url() = default;
 
@@ -67,13 +69,13 @@ class Url {
 
 // Where `reference`, which may be relative, leads from `base` (RFC 3986, 5.2). Empty when one of
 // them is, when `base` has no scheme, and where the result would read as another URL than it is.
-[[nodiscard]] Url resolved(const Url& base, const Url& reference);
+[[nodiscard]] TAVO_EXPORT Url resolved(const Url& base, const Url& reference);
 
 // `text` with every byte that may not appear in a URL written as "%XX". Delimiters stay, and so
 // does a "%" that starts a valid escape: text that was escaped before is not escaped twice.
-[[nodiscard]] std::string percentEscaped(std::string_view text);
+[[nodiscard]] TAVO_EXPORT std::string percentEscaped(std::string_view text);
 
 // `text` with every escape "%XX" decoded; a "%" that starts no escape stays.
-[[nodiscard]] std::string percentDecoded(std::string_view text);
+[[nodiscard]] TAVO_EXPORT std::string percentDecoded(std::string_view text);
 
 }  // namespace tavo

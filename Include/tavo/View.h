@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <tavo/Color.h>
+#include <tavo/Export.h>
 #include <tavo/Geometry.h>
 #include <tavo/Image.h>
 #include <tavo/TapRecognizer.h>
@@ -36,7 +37,7 @@ enum Autoresizing : unsigned {
 // everything else about the tree is a plain pointer that is valid while the views are in it. Main
 // thread only. A change is seen with the next frame, however many there are in a turn. Nothing here
 // fails: what makes no sense does nothing.
-class View : public std::enable_shared_from_this<View> {
+class TAVO_EXPORT View : public std::enable_shared_from_this<View> {
  public:
   // Hears that something in the tree below a view has changed and must be shown again.
   class Listener {

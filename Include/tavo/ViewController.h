@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/InterfaceOrientation.h>
 #include <tavo/View.h>
 
@@ -35,7 +36,7 @@ class Window;
 // one that it presents; the pointers back are valid while it does. Main thread only. Appearance
 // operations run inside the call that presents or dismisses, each once, in the order of their
 // names; a controller may be dropped inside any of them.
-class ViewController : public std::enable_shared_from_this<ViewController> {
+class TAVO_EXPORT ViewController : public std::enable_shared_from_this<ViewController> {
  public:
   ViewController() = default;
   virtual ~ViewController();

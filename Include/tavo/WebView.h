@@ -5,6 +5,7 @@
 #include <string>
 
 #include <tavo/Error.h>
+#include <tavo/Export.h>
 #include <tavo/Url.h>
 #include <tavo/View.h>
 
@@ -51,7 +52,7 @@ inline constexpr int webPageProcessorTotalError = 1105;
 inline constexpr std::string_view webErrorDomain = "WebKitErrorDomain";
 
 // Hears what a web view does. Calls arrive on the main thread, never inside a call to the web view.
-class WebViewClient {
+class TAVO_EXPORT WebViewClient {
  public:
   virtual ~WebViewClient() = default;
 
@@ -73,7 +74,7 @@ class WebViewClient {
 // reaches the host. Main thread only. Made by the library; a host meets the page of its ad in
 // `xAdViewShouldDisplayAdOnWebViewFinishRender`, may look at it and evaluate scripts in it, and
 // does not keep it.
-class WebView : public View {
+class TAVO_EXPORT WebView : public View {
  public:
   using View::View;
 

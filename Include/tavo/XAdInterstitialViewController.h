@@ -6,6 +6,7 @@
 
 #include <tavo/Button.h>
 #include <tavo/ClickToAction.h>
+#include <tavo/Export.h>
 #include <tavo/MobileAdTypes.h>
 #include <tavo/Observer.h>
 #include <tavo/ViewController.h>
@@ -37,7 +38,7 @@ struct XMRAIDOrientationProperties;
 // Main thread only, without exception. The host shares the controller with whoever presents it; it
 // may drop it at any time, also from inside a report. A controller may load again after it was
 // closed. Nothing here throws; what fails is reported.
-class XAdInterstitialViewController : public ViewController {
+class TAVO_EXPORT XAdInterstitialViewController : public ViewController {
  public:
   // Makes a controller in the current runtime, which must be there.
   [[nodiscard]] static std::shared_ptr<XAdInterstitialViewController> create();

@@ -5,13 +5,14 @@
 #include <optional>
 #include <string>
 
+#include <tavo/Export.h>
 #include <tavo/Image.h>
 
 namespace tavo {
 
 // Settings of one ad view. The host and the view share one record, so a change is seen by whatever
 // reads the field next; nothing is copied or checked on assignment. Main thread only.
-struct XAdSlotConfiguration {
+struct TAVO_EXPORT XAdSlotConfiguration {
   // Creatives are treated as the public standards say (VAST 2.0 to 4.2, MRAID 2.0) where that
   // differs from what this library does otherwise. Not set: as XGlobalConfiguration says. Read when
   // an ad is asked for, and holds for that ad.

@@ -7,6 +7,7 @@
 
 #include <tavo/ClickToAction.h>
 #include <tavo/Color.h>
+#include <tavo/Export.h>
 #include <tavo/MRAIDState.h>
 #include <tavo/MobileAdTypes.h>
 #include <tavo/Observer.h>
@@ -37,7 +38,7 @@ struct XAdViewOnlyForSubClassEyesDelegate;
 // drop it at any time, also inside a report: an operation that runs keeps the view for its own
 // length. Leaving the screen or `releaseMemory` takes the ad away, a later load brings a new one.
 // Lengths are points, times seconds. Nothing here throws; what fails is reported.
-class XAdView : public View {
+class TAVO_EXPORT XAdView : public View {
  public:
   // Makes a slot in the current runtime, which must be there. `frame` is in points, in the
   // coordinates of the view that it will stand in.

@@ -6,13 +6,14 @@
 #include <vector>
 
 #include <tavo/Color.h>
+#include <tavo/Export.h>
 
 namespace tavo {
 
 // Toolbar settings of the in-app browser, shared by all browsers of the runtime and read each time
 // one opens. Main thread only. The buttons have numbers: 0 close, 1 back, 2 forward, 3 reload,
 // 4 open in the system's browser.
-struct XBrowserConfiguration {
+struct TAVO_EXPORT XBrowserConfiguration {
   // One call of the operations below: "Image", image name, button number; or "Visibility", "YES" or
   // "NO", button number.
   using ToolbarDetail = std::array<std::string, 3>;

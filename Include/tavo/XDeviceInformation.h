@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Export.h>
 #include <tavo/Location.h>
 
 namespace tavo {
@@ -21,7 +22,7 @@ class Environment;
 // The carrier record is asked for in the background, since a modem may take seconds: an object
 // starts with what an earlier launch learned (kept in the user defaults under `carrierInfoKey`) and
 // changes, on the main thread, once the network has answered.
-class XDeviceInformation {
+class TAVO_EXPORT XDeviceInformation {
  public:
   // Keys: "carrierName", "isoCountryCode" ("ch"), "mobileCountryCode" ("228"), "mobileNetworkCode"
   // ("01"). A value that the network did not tell has no key; without a SIM there is none.
@@ -59,6 +60,6 @@ class XDeviceInformation {
 };
 
 // The system's name of the machine, for example "iPhone6,1". Main thread only.
-[[nodiscard]] std::string hardwareDeviceName();
+[[nodiscard]] TAVO_EXPORT std::string hardwareDeviceName();
 
 }  // namespace tavo

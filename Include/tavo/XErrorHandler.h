@@ -2,13 +2,15 @@
 
 #include <string>
 
+#include <tavo/Export.h>
+
 namespace tavo {
 
 // A small persistent store of error records, offered to the host: the library itself writes nothing
 // there. The records are rows of the table "ErrorLogs" (columns "errorId", "errorDesc" and
 // "timeStamp", UTC) in the SQLite file "CorvaneTAVOSDKDB.sqlite", which is made on first use in the
 // last of the folders for documents that the platform names.
-class XErrorHandler {
+class TAVO_EXPORT XErrorHandler {
  public:
   // Adds one record with the time of now, and returns when it is on disk. Blocks the calling thread
   // meanwhile, some milliseconds on an idle machine and up to seconds while another process writes.

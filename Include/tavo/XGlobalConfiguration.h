@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <tavo/DebugLogSwitch.h>
+#include <tavo/Export.h>
 #include <tavo/Location.h>
 #include <tavo/XBrowserConfiguration.h>
 
@@ -12,7 +13,7 @@ namespace tavo {
 
 // Settings of the whole application. Set them before the first ad, on the main thread; each is read
 // anew whenever it matters. Only the debug switch may be set and read on any thread.
-struct XGlobalConfiguration {
+struct TAVO_EXPORT XGlobalConfiguration {
   // The record that counts: the one of the current runtime, made on the first call and once even
   // when several threads ask. It ends with the runtime's environment. Any thread.
   [[nodiscard]] static XGlobalConfiguration& sharedInstance();

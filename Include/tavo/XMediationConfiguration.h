@@ -5,13 +5,14 @@
 #include <string_view>
 #include <vector>
 
+#include <tavo/Export.h>
 #include <tavo/Url.h>
 
 namespace tavo {
 
 // Settings reserved for a second ad server. A host may keep them; nothing in the library reads
 // them yet.
-struct XMediationConfiguration {
+struct TAVO_EXPORT XMediationConfiguration {
   // Servers in the order in which they would be asked.
   std::optional<std::vector<std::string>> secondaryServerPreference;
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include <tavo/Export.h>
 #include <tavo/Url.h>
 #include <tavo/XAdSlotConfiguration.h>
 
@@ -19,7 +20,7 @@ namespace tavo {
 // The operations keep no state. Those that work on texts alone may be called on any thread; those
 // that ask the device, the ones named "...FromDeviceInfo", belong to the main thread and need a
 // runtime.
-class XURLBuilder {
+class TAVO_EXPORT XURLBuilder {
  public:
   // The one instance of the current runtime. It carries the field below, which is the host's to
   // use; no operation reads it.

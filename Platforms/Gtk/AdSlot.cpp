@@ -13,7 +13,7 @@
 namespace tavo::gtk {
 
 // The view's place in the scene, kept where the widget is in its window.
-class AdSlot::Core {
+class TAVO_HIDDEN AdSlot::Core {
  public:
   Core(AdSlot& slot, const std::shared_ptr<View>& adView);
   ~Core();

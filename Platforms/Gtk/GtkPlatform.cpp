@@ -18,6 +18,7 @@
 #include "Gtk/Services/GtkScreen.h"
 #include "Gtk/Services/GtkTelephony.h"
 #include "Gtk/Services/GtkUserDefaults.h"
+#include "Gtk/Services/OwnFolders.h"
 #include "Gtk/Sheets/GtkAlerts.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
 #include "Gtk/Sheets/GtkComposers.h"
@@ -43,7 +44,7 @@ std::string defaultsPath(const GtkPlatformOptions& options) {
 }
 
 std::vector<std::string> resourceRoots(const GtkPlatformOptions& options) {
-  std::vector<std::string> roots{GtkBundle::standardRoot()};
+  std::vector<std::string> roots{gtk::resourceFolder(options.libraryResourceFolder)};
   if (!options.resourceFolder.empty()) roots.push_back(options.resourceFolder);
   return roots;
 }
@@ -73,8 +74,8 @@ void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
   platform.application = application;
   platform.screen = std::make_shared<GtkScreen>(application);
   platform.alerts = std::make_shared<GtkAlerts>(platform.runLoop, application);
-  platform.calendarAccess =
-      std::make_shared<GtkCalendarAccess>(platform.runLoop, eventFolder(options));
+  platform.calendarAccess = std::make_shared<GtkCalendarAccess>(
+      platform.runLoop, eventFolder(options), moduleFolder(options.moduleFolder));
   platform.composers = std::make_shared<GtkComposers>(application, platform.webViews);
   platform.photoAlbum =
       std::make_shared<GtkPhotoAlbum>(platform.runLoop, GtkPhotoAlbum::defaultFolder());
@@ -111,13 +112,16 @@ Platform makePlatform(const GtkPlatformOptions& options) {
                                                             .log = platform.log,
                                                             .cookies = cookies,
                                                             .inspection = platform.inspection,
-                                                            .limits = options.limits});
+                                                            .limits = options.limits},
+                                     moduleFolder(options.moduleFolder));
   addUserServices(platform, options);
-  platform.moviePlayers = std::make_shared<GtkVideoModule>(GtkVideoModule::Services{
-      .runLoop = platform.runLoop,
-      .log = platform.log,
-      .userAgent = [webViews = platform.webViews] { return webViews->userAgent(); },
-      .limits = options.limits});
+  platform.moviePlayers = std::make_shared<GtkVideoModule>(
+      GtkVideoModule::Services{
+          .runLoop = platform.runLoop,
+          .log = platform.log,
+          .userAgent = [webViews = platform.webViews] { return webViews->userAgent(); },
+          .limits = options.limits},
+      moduleFolder(options.moduleFolder));
   return platform;
 }
 

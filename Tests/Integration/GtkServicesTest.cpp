@@ -3,11 +3,11 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Http/GtkNetworkMonitor.h"
-#include "Gtk/Modules/ModuleFile.h"
 #include "Gtk/Services/GtkBundle.h"
 #include "Gtk/Services/GtkDevice.h"
 #include "Gtk/Services/GtkLog.h"
 #include "Gtk/Services/GtkUserDefaults.h"
+#include "Gtk/Services/OwnFolders.h"
 #include "Support/FakeNetwork.h"
 #include "Support/GtkLoopTest.h"
 
@@ -101,24 +101,29 @@ TEST_F(GtkNetwork, AnswersOnTheSystemsOwnMonitor) {
 using GtkMachine = GtkLoopTest;
 
 TEST_F(GtkMachine, FindTheLibrarysResources) {
-  const gtk::GtkBundle own{{folder_.path("absent"), gtk::GtkBundle::standardRoot()}};
+  const gtk::GtkBundle own{{folder_.path("absent"), gtk::resourceFolder()}};
   EXPECT_TRUE(own.pathForResource("CorvaneTAVOSDKMRAID", "XMraid", "js"));
   EXPECT_FALSE(own.pathForResource("", "CorvaneTAVOSDKMRAID", "bundle")) << "a folder";
 }
 
 TEST_F(GtkMachine, TakeOnlyAbsolutePathsFromTheEnvironment) {
-  const std::string resources = gtk::GtkBundle::standardRoot();
+  const std::string resources = gtk::resourceFolder();
   const std::string modules = gtk::moduleFolder();
   for (const std::string& path :
        std::vector<std::string>{"/some/where", "some/where", "./where", "../where", "."}) {
     g_setenv("TAVO_RESOURCE_DIR", path.c_str(), TRUE);
     g_setenv("TAVO_MODULE_DIR", path.c_str(), TRUE);
     const bool isAbsolute = path.starts_with('/');
-    EXPECT_EQ(gtk::GtkBundle::standardRoot(), isAbsolute ? path : resources);
+    EXPECT_EQ(gtk::resourceFolder(), isAbsolute ? path : resources);
     EXPECT_EQ(gtk::moduleFolder(), isAbsolute ? path : modules);
   }
+  g_setenv("TAVO_MODULE_DIR", "/some/where", TRUE);
+  EXPECT_EQ(gtk::moduleFolder("/of/the/host"), "/of/the/host");
+  EXPECT_EQ(gtk::moduleFolder("of/the/host"), "/some/where");
   g_unsetenv("TAVO_RESOURCE_DIR");
   g_unsetenv("TAVO_MODULE_DIR");
+  EXPECT_EQ(gtk::resourceFolder("/of/the/host"), "/of/the/host");
+  EXPECT_EQ(gtk::resourceFolder("of/the/host"), resources);
 }
 
 TEST_F(GtkMachine, ReadLocalesOfTheEnvironment) {

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/View.h>
 
 namespace tavo::gtk {
@@ -27,7 +28,7 @@ namespace tavo::gtk {
 // and brings it back when it gets a window again.
 //
 // Main thread only, in a running Runtime with the platform of makePlatform.
-class AdSlot : public Gtk::Widget {
+class TAVO_EXPORT AdSlot : public Gtk::Widget {
  public:
   // Shares `adView`, which must not be null, with the host. A view can be in one slot at a time:
   // the last one that is given it shows it.

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/ViewController.h>
 
 namespace tavo::gtk {
@@ -19,6 +20,6 @@ namespace tavo::gtk {
 //
 // Main thread only, in a running Runtime with the platform of makePlatform; null with another
 // platform. The window owns the controller, the same one on each call: it goes with the window.
-[[nodiscard]] std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window);
+[[nodiscard]] TAVO_EXPORT std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window);
 
 }  // namespace tavo::gtk

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <tavo/Export.h>
 #include <tavo/InterfaceOrientation.h>
 #include <tavo/Limits.h>
 #include <tavo/Platform.h>
@@ -26,6 +27,12 @@ struct GtkPlatformOptions {
   // with an absolute path, and not in a program with more rights than whoever started it. It runs
   // inside the host, with all the host's rights.
   std::string adNetworkLibrary{};
+  // Where the library's modules lie, and its own scripts and pictures, for a host that carries them
+  // in a place of its own; empty: where the environment variables TAVO_MODULE_DIR and
+  // TAVO_RESOURCE_DIR say, by the same rules, or where the library is installed, seen from its
+  // file.
+  std::string moduleFolder{};
+  std::string libraryResourceFolder{};
   // How ads that allow one orientation only are shown in a window of the other shape.
   OrientationFit orientationFit = OrientationFit::letterbox;
   // The bounds of everything that comes from the network; the runtime's, too.
@@ -39,6 +46,6 @@ struct GtkPlatformOptions {
 // Call it once, on the main thread, after the toolkit was set up (in a Gtk::Application, from its
 // start-up on). The web engine, video and calendars are modules that are loaded when the first ad
 // needs them; where one is missing such ads fail, with the reason in the log.
-[[nodiscard]] Platform makePlatform(const GtkPlatformOptions& options);
+[[nodiscard]] TAVO_EXPORT Platform makePlatform(const GtkPlatformOptions& options);
 
 }  // namespace tavo::gtk

@@ -6,6 +6,7 @@
 
 #include "Gtk/Calendar/CalendarModule.h"
 #include "Gtk/Modules/ModuleFile.h"
+#include "Gtk/Services/OwnFolders.h"
 
 namespace tavo::gtk {
 

@@ -9,6 +9,7 @@
 #include <tavo/MoviePlayerFactory.h>
 
 #include "Gtk/Modules/ModuleFile.h"
+#include "Gtk/Services/OwnFolders.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
 

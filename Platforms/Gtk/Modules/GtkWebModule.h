@@ -12,6 +12,7 @@
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/ModuleFile.h"
+#include "Gtk/Services/OwnFolders.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
 #include "Services/UserDefaults.h"

@@ -6,14 +6,8 @@
 #include <utility>
 
 #include "Gtk/ForeignText.h"
-#include "Gtk/Services/EnvironmentPath.h"
 
 namespace tavo::gtk {
-
-std::filesystem::path moduleFolder() {
-  const std::string chosen = pathOfEnvironment("TAVO_MODULE_DIR");
-  return chosen.empty() ? TAVO_MODULE_FOLDER : chosen;
-}
 
 OpenModule::OpenModule(const std::filesystem::path& file, std::string& failure)
     : module_{g_module_open(file.c_str(),

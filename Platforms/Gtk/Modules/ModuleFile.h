@@ -9,11 +9,6 @@
 
 namespace tavo::gtk {
 
-// The folder of the library's modules and their helper program: the one that the environment
-// variable TAVO_MODULE_DIR names (see pathOfEnvironment), else the one that was set when this
-// library was built.
-[[nodiscard]] std::filesystem::path moduleFolder();
-
 // A shared library that was opened. It stays for the rest of the process: what it is made of leaves
 // threads and type registrations behind that no unloading can take back. Any thread.
 class OpenModule {

@@ -2,14 +2,8 @@
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/GPtr.h"
-#include "Gtk/Services/EnvironmentPath.h"
 
 namespace tavo::gtk {
-
-std::string GtkBundle::standardRoot() {
-  const std::string chosen = pathOfEnvironment("TAVO_RESOURCE_DIR");
-  return chosen.empty() ? TAVO_RESOURCE_FOLDER : chosen;
-}
 
 std::optional<std::string> GtkBundle::pathForResource(std::string_view bundle,
                                                       std::string_view name,

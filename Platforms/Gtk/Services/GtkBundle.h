@@ -14,10 +14,6 @@ class GtkBundle : public Bundle {
   // Looks into `roots` in their order.
   explicit GtkBundle(std::vector<std::string> roots) : roots_{std::move(roots)} {}
 
-  // The library's own: the folder that the environment variable TAVO_RESOURCE_DIR names (see
-  // pathOfEnvironment), else the one that was set when this library was built.
-  [[nodiscard]] static std::string standardRoot();
-
   [[nodiscard]] std::optional<std::string> pathForResource(std::string_view bundle,
                                                            std::string_view name,
                                                            std::string_view type) const override;

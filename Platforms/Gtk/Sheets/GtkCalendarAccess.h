@@ -16,9 +16,10 @@ inline constexpr std::string_view calendarErrorDomain = "com.CorvaneTAVO.calenda
 // know no permission for that; the editor in which the user saves the event is the question.
 class GtkCalendarAccess : public CalendarAccess {
  public:
-  // Event files are written into `folder`.
-  GtkCalendarAccess(std::shared_ptr<RunLoop> runLoop, std::string folder)
-      : runLoop_{std::move(runLoop)}, folder_{std::move(folder)} {}
+  // Event files are written into `folder`, by the module in `modules`.
+  GtkCalendarAccess(std::shared_ptr<RunLoop> runLoop, std::string folder,
+                    std::filesystem::path modules = moduleFolder())
+      : runLoop_{std::move(runLoop)}, folder_{std::move(folder)}, module_{std::move(modules)} {}
 
   // The user's cache folder for the application: an event file is only a messenger.
   [[nodiscard]] static std::string defaultFolder(const std::string& applicationId);
