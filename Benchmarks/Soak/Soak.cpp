@@ -33,6 +33,8 @@ constexpr std::array acts{
     Act{"expansion", &SoakHost::expansion, 6},
     Act{"failure", &SoakHost::failure, 4},
     Act{"film in the player", &SoakHost::filmInThePlayer, 4},
+    Act{"wrapped film", &SoakHost::wrappedFilmToItsEnd, 2},
+    Act{"missing film", &SoakHost::filmThatIsMissing, 2},
     Act{"interstitial page", &SoakHost::interstitialPage, 4},
     Act{"interstitial with a close control of its own", &SoakHost::interstitialWithOwnClose, 3},
     Act{"interstitial film", &SoakHost::interstitialFilm, 3},

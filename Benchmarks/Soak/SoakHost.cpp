@@ -70,6 +70,7 @@ SoakHost::SoakHost() {
 SoakHost::~SoakHost() { host_->column().remove(*filmSlot_); }
 
 bool SoakHost::ends(const std::string& campaign, const std::string& call) {
+  host_->server().record().clear();  // which would grow
   const auto count = [&] { return std::ranges::count(host_->calls(), call); };
   const auto before = count();
   host_->load(campaign);
@@ -112,6 +113,27 @@ bool SoakHost::filmInThePlayer() {
   host_->makeBanner();
   return played && host_->runUntil(
                        [this] { return player_->playbackState() != MoviePlaybackState::playing; });
+}
+
+// Two wrappers, then the film up to its last ping.
+bool SoakHost::wrappedFilmToItsEnd() {
+  auto& record = host_->server().record();
+  record.clear();
+  host_->banner()->setMoviePlayerInstance(player_);
+  host_->load("vast-wrapped");
+  const bool ended = host_->runUntil([&] {
+    return std::ranges::any_of(record.requests(adserver::RequestKind::Tracking),
+                               [](const auto& ping) { return ping.detail == "second-complete"; });
+  });
+  host_->makeBanner();
+  return ended;
+}
+
+bool SoakHost::filmThatIsMissing() {
+  host_->banner()->setMoviePlayerInstance(player_);
+  const bool answered = isAnswered("vast-missing-target");
+  host_->makeBanner();
+  return answered;
 }
 
 bool SoakHost::interstitial(const std::string& campaign) {

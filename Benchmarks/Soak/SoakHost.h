@@ -25,6 +25,8 @@ class SoakHost {
   [[nodiscard]] bool expansion();
   [[nodiscard]] bool failure();
   [[nodiscard]] bool filmInThePlayer();
+  [[nodiscard]] bool wrappedFilmToItsEnd();
+  [[nodiscard]] bool filmThatIsMissing();
   [[nodiscard]] bool interstitialPage() { return interstitial("interstitial-html"); }
   [[nodiscard]] bool interstitialWithOwnClose() { return interstitial("interstitial-mraid"); }
   [[nodiscard]] bool interstitialFilm() { return interstitial("interstitial-video"); }
