@@ -56,7 +56,8 @@ struct Limits {
   int pageRefreshes = 5;    // reloads that a page asks for itself
   // Budgets of a page that no person touches; a touch makes them begin anew. The processor's are
   // those of one web process, which the pages of several slots share: it is paused, and ended
-  // `webProcessPing` later. Bytes are counted as they come over the wire.
+  // `webProcessPing` later. Bytes are counted as servers declare them, and where they do not, as
+  // they come over the wire: then a page with such an answer open may be charged with another's.
   std::size_t pageBytes = std::size_t{256} * 1024 * 1024;
   Seconds pageProcessorTime{50};  // of processor time, in any
   Seconds pageProcessorWindow{60};

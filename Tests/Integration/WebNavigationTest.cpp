@@ -99,11 +99,7 @@ TEST_F(WebNavigationTest, ATapIsSeenBeforeWhatThePageDoesWithIt) {
   EXPECT_THAT(order, ElementsAre("navigation")) << "a script's click is no tap";
 
   order.clear();
-  GtkWidget* window = gtk_window_new();
-  gtk_window_set_decorated(GTK_WINDOW(window), FALSE);
-  gtk_window_set_default_size(GTK_WINDOW(window), 320, 200);
-  gtk_window_set_child(GTK_WINDOW(window), dynamic_cast<gtk::NativeView&>(*page.view).widget());
-  gtk_window_present(GTK_WINDOW(window));
+  auto window = std::make_unique<PageWindow>(page);
   // The window may take a while to be under the pointer.
   int step = 0;
   const auto said = [&](const char* what) {
@@ -116,8 +112,7 @@ TEST_F(WebNavigationTest, ATapIsSeenBeforeWhatThePageDoesWithIt) {
   pointer.release();
   ASSERT_TRUE(runUntil([&] { return order.size() >= 2; }));
   EXPECT_THAT(order, ElementsAre("tap", "navigation"));
-  gtk_window_set_child(GTK_WINDOW(window), nullptr);
-  gtk_window_destroy(GTK_WINDOW(window));
+  window.reset();
   EXPECT_EQ(page.evaluate("innerWidth"), "320");
 }
 

@@ -1,8 +1,11 @@
 // The processes behind pages: how they end, and whom they take along.
 
+#include <algorithm>
 #include <csignal>
+#include <fstream>
 
 #include "Gtk/Scene/NativeView.h"
+#include "Support/ScreenPointer.h"
 #include "Support/WebPage.h"
 #include "Support/WebProcesses.h"
 
@@ -72,6 +75,8 @@ class WebBudgetTest : public WebPageTest, public testing::WithParamInterface<Bud
 TEST_P(WebBudgetTest, APageThatPassesItIsEnded) {
   HostileServer server;
   server.on("/big", PlainAnswer{.body = std::string(3'000'000, 'x'), .contentType = "text/plain"});
+  server.on("/endless",
+            HugeBody{.bytes = std::uint64_t{1} << 50U, .length = HugeBody::Length::Undeclared});
   Limits limits = impatience();
   GetParam().set(limits);
   gtk::GtkWebModule module{webServices(limits)};
@@ -95,6 +100,13 @@ INSTANTIATE_TEST_SUITE_P(
                loopingWorkers, "gone 1105"},
         Budget{"network", [](Limits& limits) { limits.pageBytes = 2'000'000; },
                "fetch('/big').then((answer) => answer.text())", "gone 1103"},
+        Budget{"networkWithoutAnEnd", [](Limits& limits) { limits.pageBytes = 2'000'000; },
+               R"js(fetch('/endless').then((answer) => {
+                 const bytes = answer.body.getReader();
+                 const next = () => bytes.read().then(next);
+                 next();
+               }))js",
+               "gone 1103"},
         // It is too busy to look at itself.
         Budget{"memory",
                [](Limits& limits) {
@@ -103,6 +115,35 @@ INSTANTIATE_TEST_SUITE_P(
                },
                "let all = []; for (;;) all.push(new Uint8Array(1e6).fill(1))", "gone 1101"}),
     [](const auto& test) { return test.param.name; });
+
+bool isPaused(int process) {
+  std::ifstream file{"/proc/" + std::to_string(process) + "/stat"};
+  std::string word;
+  return file >> word >> word >> word && word == "T";
+}
+
+TEST_F(WebProcessTest, WhatIsPausedGoesOnWhenAPersonTouchesIt) {
+  ScreenPointer pointer;
+  if (!pointer.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  Limits limits = impatience();
+  limits.webProcessPing = limits.webProcessWatch = Seconds{300};
+  limits.pageProcessorTotal = Seconds{3};
+  gtk::GtkWebModule module{webServices(limits)};
+  Page page{{.ownProcess = true}, {0, 0, 320, 200}, module};
+  const PageWindow window{page};
+  page.load("<html><body></body></html>");
+  page.view->evaluate(loopingWorkers);
+  const auto paused = [] { return std::ranges::any_of(webProcesses(), isPaused); };
+  ASSERT_TRUE(runUntil(paused));
+  pointer.moveTo(100, 100);
+  ASSERT_TRUE(runUntil([&] {
+    pointer.press();
+    pointer.release();
+    return !paused();
+  }));
+  EXPECT_EQ(page.evaluate("1 + 1"), "2");
+  EXPECT_THAT(page.client->events, ElementsAre("start", "finish"));
+}
 
 // It answers, but later and later: each frame is a question to the policy, and one to the page.
 TEST_F(WebProcessTest, APageThatIsBusyWithFramesForEverIsEnded) {

@@ -8,6 +8,7 @@
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/GtkWebModule.h"
+#include "Gtk/Scene/NativeView.h"
 #include "Gtk/Services/GtkRunLoop.h"
 #include "Headless/HeadlessServices.h"
 #include "Support/HostLoop.h"
@@ -123,6 +124,26 @@ struct Page {
 
   std::shared_ptr<Recorder> client = std::make_shared<Recorder>();
   std::shared_ptr<WebView> view;
+};
+
+// A window with nothing but a page in it.
+class PageWindow {
+ public:
+  explicit PageWindow(Page& page) {
+    gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
+    gtk_window_set_default_size(GTK_WINDOW(window_), 320, 200);
+    gtk_window_set_child(GTK_WINDOW(window_), dynamic_cast<gtk::NativeView&>(*page.view).widget());
+    gtk_window_present(GTK_WINDOW(window_));
+  }
+  ~PageWindow() {
+    gtk_window_set_child(GTK_WINDOW(window_), nullptr);
+    gtk_window_destroy(GTK_WINDOW(window_));
+  }
+  PageWindow(const PageWindow&) = delete;
+  PageWindow& operator=(const PageWindow&) = delete;
+
+ private:
+  GtkWidget* window_ = gtk_window_new();
 };
 
 class WebPageTest : public testing::Test {

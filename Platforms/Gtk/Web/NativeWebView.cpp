@@ -94,8 +94,8 @@ void NativeWebView::connectSignals() {
         webKit(), connections_, [this](bool waits) { evaluations_.setProcessRuns(!waits); });
   } else {
     connections_.connect(webKit(), "create", fenced<&NativeWebView::onCreate>, this);
-    fetched_.emplace(webKit(), connections_, engine_->services().limits.pageBytes,
-                     [this] { fetchedTooMuch(); });
+    fetched_.emplace(webKit(), connections_, engine_->network(),
+                     engine_->services().limits.pageBytes, [this] { fetchedTooMuch(); });
   }
   refuseQuestionsOfPage(webKit(), connections_);
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
@@ -145,7 +145,7 @@ void NativeWebView::load(const Url& url, const std::function<void()>& start) {
   loads_.requested();
   engine_->processes().pageLoads();
   endedFor_.reset();
-  if (fetched_) fetched_->startAnew();
+  if (fetched_) fetched_->beginPage();
   policy_.expect(url);
   start();
 }

@@ -29,6 +29,8 @@ bool isNetworkProcess(const std::filesystem::path& folder) {
          name.starts_with(processName);
 }
 
+}  // namespace
+
 int idOfNetworkProcess() {
   std::error_code failure;
   for (const auto& entry : std::filesystem::directory_iterator{"/proc", failure}) {
@@ -38,8 +40,6 @@ int idOfNetworkProcess() {
   }
   return 0;
 }
-
-}  // namespace
 
 bool NetworkProcess::watch() {
   forget();

@@ -8,6 +8,9 @@
 
 namespace tavo::gtk {
 
+// The number of the engine's network process; 0 while there is none.
+[[nodiscard]] int idOfNetworkProcess();
+
 // The engine's network process, which all sessions of this program share. The engine starts another
 // one when it has ended, and says nothing of it. Main thread only.
 class NetworkProcess {

@@ -94,7 +94,7 @@ void ProcessWatch::follow(const WebProcess& process, Use& use) {
                             "The page used too much memory."});
   }
   if (use.pausedAt) {
-    if (now - *use.pausedAt >= limits_.webProcessPing && blamed_) end(process.id, blamed_->second);
+    if (now - *use.pausedAt >= limits_.webProcessPing) end(process.id, *use.pausedFor);
     return;
   }
   if (browsers_ > 0) {
@@ -127,6 +127,7 @@ std::optional<Error> ProcessWatch::judge(const WebProcess& process, const Use& u
 
 void ProcessWatch::pause(int id, Use& use, Error error) {
   use.pausedAt = runLoop_->now();
+  use.pausedFor = error;
   kill(id, SIGSTOP);
   note("Paused, and to be ended: " + error.description);
   blame(std::move(error));

@@ -33,6 +33,7 @@ class ProcessWatch {
   [[nodiscard]] std::shared_ptr<void> pageBegins(PageKind kind);
   void pageLoads();
   void touched();
+  [[nodiscard]] bool isBrowsing() const { return browsers_ > 0; }
 
   // Why a process was ended that has just gone; nothing when it was not ended from here.
   [[nodiscard]] std::optional<Error> reason() const;
@@ -42,6 +43,7 @@ class ProcessWatch {
     std::deque<std::pair<Seconds, Seconds>> looks{};  // when, and the processor time used by then
     Seconds start{};                                  // that time at the last touch or new page
     std::optional<Seconds> pausedAt{};
+    std::optional<Error> pausedFor{};  // while it is paused
   };
 
   void pageEnds(PageKind kind);

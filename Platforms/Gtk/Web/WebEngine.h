@@ -8,6 +8,7 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/Web/EngineCookies.h"
+#include "Gtk/Web/NetworkMeter.h"
 #include "Gtk/Web/ProcessWatch.h"
 #include "Gtk/Web/SignalConnections.h"
 #include "Gtk/Web/WebModule.h"
@@ -24,6 +25,7 @@ class WebEngine {
 
   [[nodiscard]] const WebModuleServices& services() const { return services_; }
   [[nodiscard]] ProcessWatch& processes() { return processes_; }
+  [[nodiscard]] NetworkMeter& network() { return network_; }
   [[nodiscard]] WebKitWebContext* context() const { return context_.get(); }
   // Keeps nothing on disk: what is to last is in the cookie store. The session of a browser is
   // brought up to date with the creatives' cookies each time.
@@ -47,6 +49,7 @@ class WebEngine {
  private:
   WebModuleServices services_;
   ProcessWatch processes_{services_.runLoop, services_.log, services_.limits, services_.inspection};
+  NetworkMeter network_{services_.runLoop, [this] { return processes_.isBrowsing(); }};
   GPtr<WebKitWebContext> context_;
   GPtr<WebKitNetworkSession> session_;
   GOwned<WebKitWebViewSessionState, &webkit_web_view_session_state_unref> blankHistory_;
