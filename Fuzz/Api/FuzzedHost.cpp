@@ -247,9 +247,11 @@ void FuzzedHost::actAsPerson() {
 }
 
 void FuzzedHost::actAsSystem() {
-  switch (bytes_.choose(4)) {
+  switch (bytes_.choose(5)) {
     case 0:
       return platform_.network->setReachable(bytes_.flip());
+    case 2:
+      return platform_.runLoop->jumpCalendar(std::chrono::hours{bytes_.flip() ? 90'000 : -90'000});
     case 1:
       platform_.application->orientation =
           bytes_.flip() ? InterfaceOrientation::landscapeLeft : InterfaceOrientation::portrait;

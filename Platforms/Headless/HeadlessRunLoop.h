@@ -34,6 +34,8 @@ class HeadlessRunLoop : public RunLoop {
 
   // What `today` answers at clock zero.
   void setEpoch(Date epoch) { epoch_ = epoch; }
+  // Somebody sets the calendar's clock; or the system was asleep, and its other clock with it.
+  void jumpCalendar(std::chrono::hours by) { epoch_ += by; }
 
   [[nodiscard]] std::size_t activeTimers() const;
 

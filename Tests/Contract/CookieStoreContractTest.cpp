@@ -16,15 +16,23 @@ struct HeadlessCookieRig {
   [[nodiscard]] std::unique_ptr<CookieStore> open() const {
     return std::make_unique<headless::HeadlessCookieStore>(loop);
   }
+  void jump(std::chrono::hours by) const { loop->jumpCalendar(by); }
+};
+
+class JumpingLoop : public gtk::GtkRunLoop {
+ public:
+  [[nodiscard]] Date today() const override { return GtkRunLoop::today() + ahead; }
+  std::chrono::hours ahead{0};
 };
 
 struct GtkCookieRig {
   TemporaryFolder folder;
-  std::shared_ptr<gtk::GtkRunLoop> loop = std::make_shared<gtk::GtkRunLoop>();
+  std::shared_ptr<JumpingLoop> loop = std::make_shared<JumpingLoop>();
   int number = 0;
   [[nodiscard]] std::unique_ptr<CookieStore> open() {
     return std::make_unique<gtk::GtkCookieStore>(loop, folder.path(std::to_string(number++)));
   }
+  void jump(std::chrono::hours by) const { loop->ahead += by; }
 };
 
 template <typename Rig>
@@ -153,6 +161,16 @@ TYPED_TEST(CookieStoreContract, ReplacesByNameDomainAndPathAndSendsTheLongestPat
   EXPECT_EQ(this->sent(*store, url), "n=2; n=3");
   this->set(*store, url, "n=; Path=/x; Max-Age=0");
   EXPECT_EQ(this->sent(*store, url), "n=3");
+}
+
+TYPED_TEST(CookieStoreContract, AClockThatWasAheadForAWhileLosesNothing) {
+  const auto store = this->rig_.open();
+  const std::string url = "http://a.example.com/";
+  this->set(*store, url, "n=1; Max-Age=600");
+  this->rig_.jump(std::chrono::hours{1});
+  EXPECT_EQ(this->sent(*store, url), "");
+  this->rig_.jump(std::chrono::hours{-1});
+  EXPECT_EQ(this->sent(*store, url), "n=1");
 }
 
 TYPED_TEST(CookieStoreContract, LetsNoPlainAnswerReplaceASecureCookie) {

@@ -12,6 +12,7 @@
 #include "Support/HostLoop.h"
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
+#include "Support/PlayerThreads.h"
 #include "Support/Testing.h"
 
 namespace tavo::test {
@@ -59,6 +60,7 @@ class HeadlessMovieRig {
   void runUntil(const std::function<bool()>& done) {
     for (int step = 0; step < 1000 && !done(); ++step) loop_->advance(Seconds{0.1});
   }
+  [[nodiscard]] static bool isAnythingLeft() { return false; }
   static void drag(MoviePlayer& player, double seconds) {
     static_cast<headless::HeadlessMoviePlayer&>(player).seekByHand(seconds);
   }
@@ -79,6 +81,8 @@ class GtkMovieRig {
     return Url::parse(engine().hostile.url(path(movie)));
   }
   void runUntil(const std::function<bool()>& done) { test::runUntil(done); }
+  // Threads of players: they end on a thread of their own.
+  [[nodiscard]] static bool isAnythingLeft() { return playerThreads() > 0; }
   static void drag(MoviePlayer& player, double seconds) {
     GtkWidget* scale = scaleBelow(dynamic_cast<gtk::NativeView&>(player).widget());
     ASSERT_NE(scale, nullptr);

@@ -12,6 +12,7 @@
 #include "Gtk/Modules/GtkVideoModule.h"
 #include "Headless/HeadlessServices.h"
 #include "Support/GtkLoopTest.h"
+#include "Support/PlayerThreads.h"
 
 namespace tavo::test {
 namespace {
@@ -34,16 +35,6 @@ bool moduleIsMapped() {
   std::ifstream maps{"/proc/self/maps"};
   const std::string text{std::istreambuf_iterator<char>{maps}, {}};
   return text.find("TavoGtkVideo") != std::string::npos;
-}
-
-// The threads of players that still live, and those that these have started.
-std::ptrdiff_t playerThreads() {
-  return std::ranges::count_if(std::filesystem::directory_iterator{"/proc/self/task"},
-                               [](const auto& thread) {
-                                 std::string name;
-                                 std::getline(std::ifstream{thread.path() / "comm"}, name);
-                                 return name == "GstPlay";
-                               });
 }
 
 class VideoModuleTest : public GtkLoopTest {

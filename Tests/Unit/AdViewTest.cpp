@@ -1,5 +1,7 @@
 // A banner from request to screen: timers, connectivity, life cycle, and what the host hears.
 
+#include <tavo/TrackingLedger.h>
+
 #include "Unit/AdViewFixture.h"
 #include "UserInterface/WebView/ExposableViews/MRAIDComplaint/XMRAIDBannerView.h"
 #include "UserInterface/WebView/InAppBrowser/XInAppBrowser.h"
@@ -108,6 +110,24 @@ TEST_F(AdViewTest, TheBannerRefreshesOnItsTimer) {
   advance(30);
   EXPECT_EQ(happened(), shownPage);
   EXPECT_EQ(banner_->subviews().size(), 2U);  // the agent and its page, of the newest ad only
+}
+
+// Set by somebody, or by the network; ahead alone is what a system sees that was asleep.
+TEST_F(AdViewTest, ACalendarThatJumpsMovesNoTimerAndNoMeasuredTime) {
+  slot_->bannerRefreshInterval = 30;
+  showBanner(imageAnswer());
+  for (const int years : {10, -30}) {
+    platform_.runLoop->jumpCalendar(std::chrono::hours{24 * 365 * years});
+    advance(29.9);
+    EXPECT_THAT(happened(), IsEmpty());
+    advance(0.1);
+    EXPECT_EQ(happened(), shownPicture);
+  }
+  platform_.http->answer("http://track.example/i", {.delay = Seconds{2}});
+  advance(30);
+  platform_.runLoop->jumpCalendar(std::chrono::hours{-100'000});
+  advance(2);
+  EXPECT_EQ(TrackingLedger::sharedInstance().records().back().took, Seconds{2});
 }
 
 TEST_F(AdViewTest, WhatTheUserSeesDecidesAboutTheTimer) {

@@ -11,7 +11,9 @@ namespace tavo::gtk {
 namespace {
 
 TransportError transportCode(const GError& error) {
-  if (error.domain == G_RESOLVER_ERROR) return TransportError::cannotConnect;
+  if (error.domain == G_RESOLVER_ERROR || error.domain == G_TLS_ERROR) {
+    return TransportError::cannotConnect;
+  }
   if (error.domain != G_IO_ERROR) return TransportError::unknown;
   switch (error.code) {
     case G_IO_ERROR_TIMED_OUT:
