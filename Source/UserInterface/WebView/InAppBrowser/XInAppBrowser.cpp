@@ -228,7 +228,9 @@ void XInAppBrowser::updateHistoryButtons() {
 Url XInAppBrowser::currentPage() const { return showsError_ ? wanted_ : webView_->url(); }
 
 void XInAppBrowser::showPage(const std::string& title) {
-  if (toolbar_) toolbar_->showPage(pageSign(currentPage(), title));
+  PageSign sign = pageSign(currentPage(), title);
+  if (showsError_) sign.isSecure = false;  // nothing came from there
+  if (toolbar_) toolbar_->showPage(sign);
 }
 
 void XInAppBrowser::webViewDidStartLoad(WebView& /*webView*/) {
