@@ -247,6 +247,9 @@ TEST_F(AdServerTest, ServesAssetsWholeInPartAndByHead) {
   EXPECT_EQ(get(url).header("Content-Type"), "image/png");
   EXPECT_EQ(get(url, "Range: bytes=2-4\r\n").status, 206);
   EXPECT_EQ(get(url, "Range: bytes=2-4\r\n").body, "234");
+  EXPECT_EQ(get(url, "Range: bytes=7-99\r\n").body, "789");
+  EXPECT_EQ(get(url, "Range: bytes=-99\r\n").body, "0123456789");
+  EXPECT_EQ(get(url, "Range: bytes=10-\r\n").status, 416);
   EXPECT_EQ(request("HEAD", url).header("Content-Length"), "10");
   EXPECT_EQ(request("HEAD", url).body, "");
   EXPECT_EQ(get(server_->url("/assets/one/wrapper.xml")).body, "<Ad>" + server_->url("") + "</Ad>");

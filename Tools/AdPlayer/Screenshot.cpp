@@ -1,9 +1,28 @@
 #include "AdPlayer/Screenshot.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace tavo::adplayer {
+
+namespace {
+
+// The light of one component of sRGB.
+float linear(guchar component) {
+  static const auto table = [] {
+    std::array<float, 256> light{};
+    for (std::size_t i = 0; i < light.size(); ++i) {
+      const float value = static_cast<float>(i) / 255.0F;
+      light[i] = value <= 0.04045F ? value / 12.92F : std::pow((value + 0.055F) / 1.055F, 2.4F);
+    }
+    return light;
+  }();
+  return table[component];
+}
+
+}  // namespace
 
 Screenshot::Screenshot(Gtk::Widget& widget) {
   GtkNative* native = gtk_widget_get_native(widget.gobj());
@@ -25,17 +44,44 @@ bool Screenshot::save(const std::string& path) const {
   return texture_ && gdk_texture_save_to_png(texture_->gobj(), path.c_str()) != FALSE;
 }
 
+std::vector<guchar> Screenshot::pixels() const {
+  const auto width = static_cast<std::size_t>(texture_->get_width());
+  std::vector<guchar> bytes(width * static_cast<std::size_t>(texture_->get_height()) * 4);
+  gdk_texture_download(texture_->gobj(), bytes.data(), width * 4);
+  return bytes;
+}
+
+std::vector<float> Screenshot::luminance(int cells) const {
+  if (!texture_ || texture_->get_width() < cells || texture_->get_height() < cells) return {};
+  const auto bytes = pixels();
+  const auto width = static_cast<std::size_t>(texture_->get_width());
+  const auto height = static_cast<std::size_t>(texture_->get_height());
+  const auto side = static_cast<std::size_t>(cells);
+  std::vector<float> sums(side * side);
+  std::vector<float> counts(side * side);
+  // Every second pixel of every second row is enough to know how light a place is.
+  for (std::size_t y = 0; y < height; y += 2) {
+    for (std::size_t x = 0; x < width; x += 2) {
+      const auto* const at = &bytes[(y * width + x) * 4];
+      const auto cell = y * side / height * side + x * side / width;
+      sums[cell] += 0.0722F * linear(at[0]) + 0.7152F * linear(at[1]) + 0.2126F * linear(at[2]);
+      counts[cell] += 1;
+    }
+  }
+  for (std::size_t cell = 0; cell < sums.size(); ++cell) sums[cell] /= std::max(counts[cell], 1.0F);
+  return sums;
+}
+
 Color Screenshot::pixel(int x, int y) const {
   if (!texture_ || x < 0 || y < 0 || x >= texture_->get_width() || y >= texture_->get_height()) {
     return colors::clear;
   }
   const auto width = static_cast<std::size_t>(texture_->get_width());
-  std::vector<guchar> pixels(width * static_cast<std::size_t>(texture_->get_height()) * 4);
-  gdk_texture_download(texture_->gobj(), pixels.data(), width * 4);
+  const auto bytes = pixels();
   // Downloads are 32-bit words of premultiplied ARGB: blue comes first in memory.
   const auto at = (static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)) * 4;
   const auto part = [&](std::size_t offset) {
-    return static_cast<float>(pixels[at + offset]) / 255.0F;
+    return static_cast<float>(bytes[at + offset]) / 255.0F;
   };
   return {part(2), part(1), part(0), part(3)};
 }

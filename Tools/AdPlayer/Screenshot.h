@@ -3,6 +3,7 @@
 #include <gtkmm.h>
 
 #include <string>
+#include <vector>
 
 #include <tavo/Color.h>
 
@@ -19,8 +20,13 @@ class Screenshot {
   [[nodiscard]] bool save(const std::string& path) const;
   // The colour of one pixel, counted from the top left; clear outside the picture.
   [[nodiscard]] Color pixel(int x, int y) const;
+  // The mean relative luminance of each place of a grid with so many places a side, row by row;
+  // empty when nothing could be drawn.
+  [[nodiscard]] std::vector<float> luminance(int cells) const;
 
  private:
+  [[nodiscard]] std::vector<guchar> pixels() const;
+
   Glib::RefPtr<Gdk::Texture> texture_;
 };
 

@@ -48,8 +48,7 @@ std::string answerAround(const Campaign& campaign, std::string_view server,
   return "{\"Ad\":[{\"AdType\":\"" + std::string{isPage ? "text/html" : "text/xml"} +
          "\",\"Text\":" + jsonString(creative) +
          (isPage ? ",\"FileUrl\":" + jsonString(base + "/assets/" + name.get() + "/") : "") +
-         ",\"ImpUrl\":" + jsonString(base + "/track/" + name.get() + "/impression") +
-         ",\"CampKey\":" + jsonString(campaign.name) + "}]}";
+         ",\"ImpUrl\":" + jsonString(base + "/track/" + name.get() + "/impression") + "}]}";
 }
 
 Campaign campaignOfFile(std::string_view name) {
