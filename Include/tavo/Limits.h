@@ -31,6 +31,13 @@ struct Limits {
   std::size_t vastWrappersInAd = 16;  // beside one another; an ad with more fails as an invalid URL
   Seconds wrapperTimeout{4};          // one document of a wrapper chain
   Seconds wrapperChainBudget{16};     // all of them
+  // In the standards mode.
+  std::size_t vastWrapperDepth = 8;   // wrappers behind one another
+  std::size_t vastAdsInBreak = 20;    // ads of an answer that are played or tried
+  std::size_t vastAddresses = 1'000;  // addresses of one ad that are kept to be told, by document
+  std::size_t vastAddressBytes = 8'192;  // of one, macros filled in; a longer one is not told
+  std::size_t vastIcons = 8;             // drawn on one film
+  std::size_t vastMediaTries = 4;        // files of one film that are looked for
   Seconds mediaProbeTimeout{8};
   Seconds firstFrameTimeout{8};
   Seconds stallTimeout{8};

@@ -17,6 +17,7 @@ struct XTBXMLElement {
   XTBXMLElement* currentChild = nullptr;  // the last child appended so far
   XTBXMLElement* nextSibling = nullptr;
   XTBXMLElement* previousSibling = nullptr;
+  bool fromSection = false;  // the text, or a part of it, stood in a CDATA section
 };
 
 }  // namespace tavo

@@ -269,7 +269,10 @@ class Tokenizer {
     const std::size_t end = text_.at(cursor_);
     if (!text_.has(end, section)) {
       element.text = text_.view({begin, end});
-    } else if (begin != end || !readWholeSection(element, end + section.size())) {
+      return;
+    }
+    element.fromSection = true;
+    if (begin != end || !readWholeSection(element, end + section.size())) {
       MarkupCursor cursor = cursor_;
       element.text = text_.view(unwrapped(text_, cursor, begin, '<'));
       cursor_ = cursor;
