@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <tavo/Export.h>
 #include <tavo/MoviePlayer.h>
@@ -15,6 +18,14 @@ class TAVO_EXPORT MoviePlayerFactory {
   // Never null. Where no video can be played, every content finishes with MovieError::unavailable;
   // the host is never at risk.
   [[nodiscard]] virtual std::shared_ptr<MoviePlayer> create(const Rect& frame) = 0;
+
+  // Calls `found` with those of the MIME types (as "video/webm") that can be decoded here: once,
+  // inside this call or when it is known. A factory that does not say otherwise plays MP4.
+  virtual void findPlayable(std::vector<std::string> types,
+                            std::function<void(const std::vector<std::string>&)> found) {
+    std::erase_if(types, [](const std::string& type) { return type != "video/mp4"; });
+    found(types);
+  }
 
   // Loads what the first player needs ahead of it; harmless when repeated.
   virtual void warmUp() = 0;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
 #include <tavo/VastCreative.h>
 #include <tavo/View.h>
 
@@ -10,7 +11,7 @@ namespace tavo {
 // A companion of the film that plays, offered to the host: its own place, beside the film, is the
 // host's to give. Held by the host for as long as it likes; the companion usually stays when the
 // film is over. Main thread only.
-class VastCompanionOffer {
+class TAVO_EXPORT VastCompanionOffer {
  public:
   virtual ~VastCompanionOffer() = default;
 

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include <tavo/ClickToAction.h>
 #include <tavo/Error.h>
 #include <tavo/Url.h>
+#include <tavo/VastAd.h>
+#include <tavo/VastCompanionOffer.h>
 #include <tavo/WebView.h>
 
 namespace tavo {
@@ -57,6 +61,16 @@ struct XAdInterstitialViewControllerDelegate {
   // The creative opened a URL of the scheme "app", which belongs to the host.
   std::function<void(XAdInterstitialViewController&, const Url&)>
       xAdInterstitialViewControllerShouldHandleCustomURL{};
+  // In the standards mode: a film of a VAST answer begins, with its first frame. The record says
+  // what it is, who wants to measure it, and where its captions are; copy what has to last. A pod
+  // tells of each of its films.
+  std::function<void(XAdInterstitialViewController&, const VastAd&)>
+      xAdInterstitialDidBeginVastAd{};
+  // In the standards mode, right after it: the companions that fit into one of the slot's
+  // `companionSizes`, the largest first. Not called without any.
+  std::function<void(XAdInterstitialViewController&,
+                     const std::vector<std::shared_ptr<VastCompanionOffer>>&)>
+      xAdInterstitialDidOfferCompanions{};
 };
 
 }  // namespace tavo

@@ -4,8 +4,10 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <tavo/Export.h>
+#include <tavo/Geometry.h>
 #include <tavo/Image.h>
 
 namespace tavo {
@@ -71,6 +73,13 @@ struct TAVO_EXPORT XAdSlotConfiguration {
   std::int64_t skipOffsetType = 0;
   // The ad ends when its viewer comes back from a click; otherwise it goes on.
   bool dismissVideoOnClickThrough = true;
+
+  // In the standards mode: the bitrate, in kilobits a second, beyond which no file of a film is
+  // taken while there is another one; 0: the best there is.
+  int preferredVideoBitrate = 0;
+  // In the standards mode: the places, in points, that the host has for companions of a film.
+  // Companions that fit into none are not offered; empty: all are.
+  std::vector<Size> companionSizes;
 
   // Kept for hosts that note here what they have set; no operation reads or changes them.
   bool isBannerRefreshIntervalSet = false;

@@ -3,11 +3,14 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <tavo/ClickToAction.h>
 #include <tavo/Error.h>
 #include <tavo/MoviePlayer.h>
 #include <tavo/Url.h>
+#include <tavo/VastAd.h>
+#include <tavo/VastCompanionOffer.h>
 #include <tavo/WebView.h>
 
 namespace tavo {
@@ -66,6 +69,14 @@ struct XAdViewDelegate {
   // A full-screen video that was shown from this view was dismissed, or was so on low memory.
   std::function<void(XAdView&)> interstitialAdDismissed{};
   std::function<void(XAdView&)> interstitialAdDismissedOnMemoryWarning{};
+  // In the standards mode: a film of a VAST answer begins, with its first frame. The record says
+  // what it is, who wants to measure it, and where its captions are; copy what has to last. A pod
+  // tells of each of its films.
+  std::function<void(XAdView&, const VastAd&)> xAdViewDidBeginVastAd{};
+  // In the standards mode, right after it: the companions that fit into one of the slot's
+  // `companionSizes`, the largest first. Not called without any.
+  std::function<void(XAdView&, const std::vector<std::shared_ptr<VastCompanionOffer>>&)>
+      xAdViewDidOfferCompanions{};
 };
 
 }  // namespace tavo

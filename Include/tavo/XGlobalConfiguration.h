@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include <tavo/ConsentStrings.h>
 #include <tavo/DebugLogSwitch.h>
 #include <tavo/Export.h>
 #include <tavo/Location.h>
@@ -25,6 +26,9 @@ struct TAVO_EXPORT XGlobalConfiguration {
   // Creatives of slots that have not set their own value are treated as the public standards say
   // (VAST 2.0 to 4.2, MRAID 2.0) where that differs from what this library does otherwise.
   bool standardsMode = false;
+
+  // What the addresses of VAST documents are told of the user's consent.
+  ConsentStrings consent;
 
   // The debug log on the standard error stream: the beginning and the end of every operation, and
   // values on the way. Off at first; slow when it is on.

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <set>
+#include <string>
+#include <vector>
 
 #include <tavo/MoviePlayerFactory.h>
 
@@ -19,12 +23,18 @@ class HeadlessMoviePlayerFactory : public MoviePlayerFactory {
     last_ = player;
     return player;
   }
+  void findPlayable(std::vector<std::string> types,
+                    std::function<void(const std::vector<std::string>&)> found) override {
+    std::erase_if(types, [this](const std::string& type) { return !playableTypes.contains(type); });
+    found(types);
+  }
   void warmUp() override { ++warmUps; }
 
   // The newest player that is still alive, or null.
   [[nodiscard]] std::shared_ptr<HeadlessMoviePlayer> last() const { return last_.lock(); }
   // What every player of this factory can play.
   std::shared_ptr<ScriptedMovies> movies = std::make_shared<ScriptedMovies>();
+  std::set<std::string> playableTypes{"video/mp4", "video/webm"};
   int warmUps = 0;
 
  private:

@@ -1,5 +1,7 @@
 #include "AdManager/AdVerdict.h"
 
+#include <algorithm>
+
 #include "AdManager/MediationInstruction.h"
 #include "Values/Text.h"
 
@@ -103,6 +105,18 @@ bool isEmptyPicture(std::string_view html) {
          occurrences(html, "/default/empty.gif") == 1;
 }
 
+bool isVastDocument(std::string_view text) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+  for (text = trimmed(text); text.starts_with("<?") || text.starts_with("<!");
+       text = trimmed(text)) {
+    const std::string_view end = text.starts_with("<!--") ? "-->" : ">";
+    text.remove_prefix(std::min(text.find(end), text.size() - end.size()) + end.size());
+  }
+  const auto name = text.substr(0, text.find_first_of(" \t\r\n>/"));
+  return name == "<VAST" || name == "<VideoAdServingTemplate";
+}
+
 bool looksLikeVast(std::string_view text) {
   return contains(text, "<VAST ") && contains(text, "</VAST>");
 }
@@ -114,7 +128,9 @@ AnswerRoute routeOf(const XAdInfo& answer, const SlotFacts& slot) {
   return isAdItself ? AnswerRoute::redirected : AnswerRoute::normal;
 }
 
-Verdict classify(const XAdInfo& answer, const SlotFacts& slot) {
+namespace {
+
+Verdict classifyByRoute(const XAdInfo& answer, const SlotFacts& slot) {
   switch (routeOf(answer, slot)) {
     case AnswerRoute::bidding:
       return classifyBidding(answer, slot);
@@ -126,6 +142,17 @@ Verdict classify(const XAdInfo& answer, const SlotFacts& slot) {
       return classifyContent(answer, slot);
   }
   return NoAd{};
+}
+
+}  // namespace
+
+Verdict classify(const XAdInfo& answer, const SlotFacts& slot) {
+  Verdict verdict = classifyByRoute(answer, slot);
+  const auto* const page = std::get_if<ShowHtml>(&verdict);
+  if (slot.standardsMode && page != nullptr && isVastDocument(page->html)) {
+    return PlayVast{page->html};
+  }
+  return verdict;
 }
 
 }  // namespace tavo

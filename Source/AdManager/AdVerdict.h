@@ -75,6 +75,7 @@ struct SlotFacts {
   bool interstitial = false;
   bool requestRedirected = false;  // the request followed a redirect answer
   bool canStartMediation = false;  // somebody listens who can
+  bool standardsMode = false;      // every text that is a VAST document is played
   // Take the place of what a mediation instruction leaves out.
   std::string mediationPlacementId{};
   Size mediationSize{};
@@ -90,6 +91,10 @@ struct SlotFacts {
 
 // True for a page that holds exactly one link, one picture and the filler picture's address.
 [[nodiscard]] bool isEmptyPicture(std::string_view html);
+
+// True for text that is a VAST document of any version by the public standards, also where its
+// opening tag has no attributes.
+[[nodiscard]] bool isVastDocument(std::string_view text);
 
 // True for text that holds a VAST document. Quirk: the opening tag must be followed by a blank, so
 // that a tag that is closed at once does not count; servers rely on it to send such text as HTML.

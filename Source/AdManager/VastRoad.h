@@ -7,6 +7,7 @@
 #include "AdController/ResponseParser/VASTXMLParser/VastFetch.h"
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "AdManager/AdManagerView.h"
+#include "AdManager/FilmRoad.h"
 #include "AdManager/VastRootQueue.h"
 #include "Runtime/Environment.h"
 #include "Services/HttpClient.h"
@@ -17,7 +18,7 @@ namespace tavo {
 // Takes one answer from VAST text to a playing video: the documents of its wrapper chain, the
 // choice of the media file, a look whether the file is there, the impressions, the player. What has
 // to wait goes on in a later turn. Dropping the road ends it and the video. Main thread only.
-class VastRoad : public std::enable_shared_from_this<VastRoad> {
+class VastRoad : public FilmRoad, public std::enable_shared_from_this<VastRoad> {
  public:
   struct Settings {
     std::weak_ptr<AdManagerView> adView;
@@ -33,12 +34,11 @@ class VastRoad : public std::enable_shared_from_this<VastRoad> {
 
   [[nodiscard]] static std::shared_ptr<VastRoad> create(std::shared_ptr<Environment> environment,
                                                         Settings settings, Events events);
-  ~VastRoad();
+  ~VastRoad() override;
 
-  void loadVastAd(const std::string& text);
-
-  // Null until there is a video to play.
-  [[nodiscard]] const std::shared_ptr<XVASTVideoView>& videoView() const { return videoView_; }
+  // FilmRoad
+  void loadVastAd(const std::string& text) override;
+  [[nodiscard]] std::shared_ptr<XVASTVideoView> videoView() const override { return videoView_; }
 
  private:
   VastRoad(std::shared_ptr<Environment> environment, Settings settings, Events events)

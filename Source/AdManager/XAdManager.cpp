@@ -4,7 +4,10 @@
 #include <tavo/XURLBuilder.h>
 
 #include "AdManager/PageBase.h"
+#include "AdManager/StandardsVastRoad.h"
+#include "AdManager/VastRoad.h"
 #include "AdManager/VerdictAccount.h"
+#include "Configuration/StandardsMode.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Relay.h"
@@ -199,13 +202,15 @@ void XAdManager::takeOver(const XAdInfo& answer) {
 
 SlotFacts XAdManager::slotFacts(const AdManagerView& view) const {
   const auto slot = view.slotConfiguration();
-  return {.realTimeBidding = slot && slot->RTBRequired,
-          .interstitial = view.mobileAdTypes() == MobileAdTypes::interstitial,
-          .requestRedirected = requestRedirected_,
-          .canStartMediation = delegate.implements(&XAdManagerDelegate::startMediationWithAdView),
-          .mediationPlacementId = slot ? slot->mediationPlacementId.value_or("") : "",
-          .mediationSize =
-              slot ? Size{slot->mediationBannerWidth, slot->mediationBannerHeight} : Size{}};
+  return {
+      .realTimeBidding = slot && slot->RTBRequired,
+      .interstitial = view.mobileAdTypes() == MobileAdTypes::interstitial,
+      .requestRedirected = requestRedirected_,
+      .canStartMediation = delegate.implements(&XAdManagerDelegate::startMediationWithAdView),
+      .standardsMode = standardsModeIsOn(environment_->shared<XGlobalConfiguration>(), slot.get()),
+      .mediationPlacementId = slot ? slot->mediationPlacementId.value_or("") : "",
+      .mediationSize =
+          slot ? Size{slot->mediationBannerWidth, slot->mediationBannerHeight} : Size{}};
 }
 
 void XAdManager::conclude(Outcome outcome, AdManagerView& view, AnswerImpression& impression,
@@ -338,19 +343,37 @@ void XAdManager::loadRichMediaAdWithAdInfo(const XAdInfo& /*adInfo*/, const std:
 void XAdManager::playVideo(const std::string& document) {
   const OperationLog log{"-[XAdManager loadVastAdWithAdInfo:]"};
   log.debug("\n\nLoading Vast Ad...");
-  const Relay relay{*this};
   videoImpression_ = impression_;
   const auto view = adView_.lock();
   isVastInterestitial = view && view->mobileAdTypes() == MobileAdTypes::interstitial;
-  vastRoad_ = VastRoad::create(environment_,
-                               {.adView = adView_,
-                                .moviePlayerInstance = moviePlayerInstance,
-                                .slotConfiguration = slotConfiguration,
-                                .videoEvents = videoEvents_},
-                               {.failed = relay.call(&XAdManager::fail),
-                                .concluded = relay.call(&XAdManager::didConcludeVast)});
+  vastRoad_ = makeFilmRoad();
   const auto road = vastRoad_;  // its first report may drop the manager
   road->loadVastAd(document);
+}
+
+// The one place where a film's document goes one way or the other.
+std::shared_ptr<FilmRoad> XAdManager::makeFilmRoad() {
+  using Told = XAdManagerDelegate;
+  const Relay relay{*this};
+  if (!standardsModeIsOn(environment_->shared<XGlobalConfiguration>(), slotConfiguration.get())) {
+    return VastRoad::create(environment_,
+                            {.adView = adView_,
+                             .moviePlayerInstance = moviePlayerInstance,
+                             .slotConfiguration = slotConfiguration,
+                             .videoEvents = videoEvents_},
+                            {.failed = relay.call(&XAdManager::fail),
+                             .concluded = relay.call(&XAdManager::didConcludeVast)});
+  }
+  return StandardsVastRoad::create(environment_,
+                                   {.adView = adView_,
+                                    .moviePlayerInstance = moviePlayerInstance,
+                                    .slotConfiguration = slotConfiguration,
+                                    .videoEvents = videoEvents_,
+                                    .documentUrl = servedFrom_},
+                                   {.failed = relay.call(&XAdManager::fail),
+                                    .concluded = relay.call(&XAdManager::didConcludeVast),
+                                    .began = relay.pass(&Told::adManagerDidBeginVastAd),
+                                    .companions = relay.pass(&Told::adManagerDidOfferCompanions)});
 }
 
 // Quirk: the answer's impression is counted when the answer is dealt with, also after a failure:

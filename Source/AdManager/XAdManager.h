@@ -12,8 +12,8 @@
 #include "AdManager/AdManagerView.h"
 #include "AdManager/AdVerdict.h"
 #include "AdManager/AnswerImpression.h"
+#include "AdManager/FilmRoad.h"
 #include "AdManager/HtmlSlots.h"
-#include "AdManager/VastRoad.h"
 #include "AdManager/XAdManagerDelegate.h"
 #include "Communicator/XServerCommunicator.h"
 #include "OnlineRequest/AdAddress.h"
@@ -106,6 +106,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   void showImage(AdManagerView& view, const Url& picture);
   void showPage(AdManagerView& view, const std::string& html, const Url& baseUrl);
   void playVideo(const std::string& document);
+  [[nodiscard]] std::shared_ptr<FilmRoad> makeFilmRoad();
   // Whether the slot is a film's, whatever an answer brings: the host has lent its player, or the
   // film is there.
   [[nodiscard]] bool isForFilms() const { return moviePlayerInstance || videoView(); }
@@ -138,7 +139,7 @@ class XAdManager : public std::enable_shared_from_this<XAdManager> {
   std::shared_ptr<const XMRAIDBannerViewDelegate> bannerEvents_;
   std::shared_ptr<const XVASTVidoeViewDelegate> videoEvents_;
   std::shared_ptr<XWebViewAgent> webViewAgent_;
-  std::shared_ptr<VastRoad> vastRoad_;
+  std::shared_ptr<FilmRoad> vastRoad_;
   std::string slotName_;  // of the last load; empty before one
   Url baseUrl_;
   Url servedFrom_;

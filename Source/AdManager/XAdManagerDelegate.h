@@ -4,11 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <tavo/Error.h>
 #include <tavo/Geometry.h>
 #include <tavo/MoviePlayer.h>
 #include <tavo/Url.h>
+#include <tavo/VastAd.h>
+#include <tavo/VastCompanionOffer.h>
 #include <tavo/WebView.h>
 
 namespace tavo {
@@ -47,6 +50,10 @@ struct XAdManagerDelegate {
   std::function<void(XAdManager&)> adManagerDidEnterFullScreen{};
   std::function<void(XAdManager&)> adManagerDidExitFullScreen{};
   std::function<void(XAdManager&)> adManagerDidRewind{};
+  // In the standards mode: a film begins, and the companions that it brings.
+  std::function<void(const VastAd&)> adManagerDidBeginVastAd{};
+  std::function<void(const std::vector<std::shared_ptr<VastCompanionOffer>>&)>
+      adManagerDidOfferCompanions{};
   // A pre-roll is over; the host's player has its own content back.
   std::function<void(const std::shared_ptr<MoviePlayer>&)> prerollDidFinishPlayingWithPlayer{};
   // It is over because memory is low; the operation above follows.

@@ -12,6 +12,12 @@ std::shared_ptr<MoviePlayer> GtkVideoModule::create(const Rect& frame) {
   return std::make_shared<UnavailableMoviePlayer>(frame, services_.runLoop);
 }
 
+void GtkVideoModule::findPlayable(std::vector<std::string> types,
+                                  std::function<void(const std::vector<std::string>&)> found) {
+  if (auto* made = factory()) return made->findPlayable(std::move(types), std::move(found));
+  found({});
+}
+
 // Whoever needs a player sooner loads the module itself and ends the wait.
 void GtkVideoModule::warmUp() {
   if (triedToLoad_) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <tavo/Limits.h>
 #include <tavo/MoviePlayerFactory.h>
@@ -33,6 +34,8 @@ class GtkVideoModule : public MoviePlayerFactory {
   GtkVideoModule& operator=(const GtkVideoModule&) = delete;
 
   [[nodiscard]] std::shared_ptr<MoviePlayer> create(const Rect& frame) override;
+  void findPlayable(std::vector<std::string> types,
+                    std::function<void(const std::vector<std::string>&)> found) override;
   void warmUp() override;
 
   [[nodiscard]] bool isLoaded() const { return factory_ != nullptr; }

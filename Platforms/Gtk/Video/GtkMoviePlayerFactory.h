@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <tavo/MoviePlayerFactory.h>
 
@@ -15,6 +18,8 @@ class GtkMoviePlayerFactory : public MoviePlayerFactory {
       : engine_{std::make_shared<MediaEngine>(std::move(services))} {}
 
   [[nodiscard]] std::shared_ptr<MoviePlayer> create(const Rect& frame) override;
+  void findPlayable(std::vector<std::string> types,
+                    std::function<void(const std::vector<std::string>&)> found) override;
   void warmUp() override { engine_->start(); }
 
  private:

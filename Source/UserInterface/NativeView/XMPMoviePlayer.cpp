@@ -109,7 +109,9 @@ void XMPMoviePlayer::addTap() {
 
 void XMPMoviePlayer::movieDurationAvailable(MoviePlayer& player) {
   const OperationLog log{"-[XMPMoviePlayer durationAvailableNotification:]"};
-  const SkipPoint point = skipPoint(skipOffset, player.duration(), slotConfiguration.get());
+  const SkipPoint point = skipRule
+                              ? skipRule(player.duration())
+                              : skipPoint(skipOffset, player.duration(), slotConfiguration.get());
   skipOffset = point.skipOffset;
   skip_.begin(point);
   showCountdown(firstCountdown(point, player.currentPlaybackTime(),
@@ -214,10 +216,13 @@ void XMPMoviePlayer::awaitQuartile() {
 
 void XMPMoviePlayer::reportQuartiles() {
   if (!movie_ || !(movie_->duration() > 0)) return;
-  for (const Quartile& quartile : milestones_.reached(now() / movie_->duration())) {
+  const double time = now();
+  const double length = movie_->duration();
+  for (const Quartile& quartile : milestones_.reached(time / length)) {
     track(quartile.event);
     delegate.tell(&Told::playerDidFinishQuartile, *this, quartile.index);
   }
+  delegate.tell(&Told::playerDidMove, time, length);
 }
 
 void XMPMoviePlayer::track(TrackingEventType type) {
@@ -322,6 +327,7 @@ void XMPMoviePlayer::dismiss(Cause cause) {
   killTimer();
   if (isPreroll()) delegate.tell(&Told::closeInAppBrowser);
   deregisterNotifications();
+  delegate.tell(&Told::clearVideo);
   clearVideo();
   if (isInterstitial()) {
     dropOwnMovie();

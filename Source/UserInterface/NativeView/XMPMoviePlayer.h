@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,7 +45,9 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   TrackingList VASTResponseEventTrackingArray;
   std::shared_ptr<XAdSlotConfiguration> slotConfiguration;
   MobileAdSubTypes mobileAdSubTypes = MobileAdSubTypes::vastBanner;
-  std::string skipOffset;         // the document's; empty: by the slot's settings
+  std::string skipOffset;  // the document's; empty: by the slot's settings
+  // Takes the place of that rule: the skip point of a video of so many seconds.
+  std::function<SkipPoint(double duration)> skipRule;
   bool bShowSkipAdLabel = false;  // the skip button may be used
   bool isVastInterestitial = false;
 

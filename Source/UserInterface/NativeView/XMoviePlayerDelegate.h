@@ -25,6 +25,8 @@ struct XMoviePlayerDelegate {
   std::function<void(XMPMoviePlayer&)> playerDidRewindWithVideo{};
   // 0, 1, 2 for a quarter, a half and three quarters.
   std::function<void(XMPMoviePlayer&, int)> playerDidFinishQuartile{};
+  // A look at the playing video, and one at its end: the place it has come to, and its length.
+  std::function<void(double, double)> playerDidMove{};
   std::function<void(XMPMoviePlayer&, double)> playerDidSkipVideo{};
   std::function<void(XMPMoviePlayer&)> playerDidEnterFullScreen{};
   std::function<void(XMPMoviePlayer&)> playerDidExitFullScreen{};
@@ -40,6 +42,8 @@ struct XMoviePlayerDelegate {
   // Controls that an interstitial's host draws: the close button, or the countdown before it.
   std::function<void()> displayCloseButton{};
   std::function<void(const std::string&)> displayCloseButtonText{};
+  // The ad is about to leave the video: what else was put on it goes now.
+  std::function<void()> clearVideo{};
   // The interstitial video is over.
   std::function<void()> dismissVideo{};
   std::function<void()> dismissVideoOnMemoryWarning{};

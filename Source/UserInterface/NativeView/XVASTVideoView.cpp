@@ -27,7 +27,7 @@ void XVASTVideoView::makeObservers() {
           .presenter = relay.call(&Self::clickPresenter),
           .storePresenter = relay.call(&Self::loadAfterADelayWithData),
           .willLeaveApplication = relay.call(&Self::XInAppBrowserWillLeaveApplication),
-          .willOpenInAppBrowser = relay.pass(&Told::vastVideoViewWillOpenInAppBrowser),
+          .willOpenInAppBrowser = relay.call(&Self::willOpenInAppBrowser),
           .browserClosed = relay.call(&Self::XInAppBrowserClose),
           .storeFinished = relay.call(&Self::productViewControllerDidFinish)});
   playerEvents_ = std::make_shared<XMoviePlayerDelegate>(XMoviePlayerDelegate{
@@ -37,6 +37,7 @@ void XVASTVideoView::makeObservers() {
       .playerDidResume = relay.pass(&Told::vastVideoViewDidResume),
       .playerDidRewindWithVideo = relay.pass(&Told::vastVideoViewDidRewind),
       .playerDidFinishQuartile = relay.pass(&Told::vastVideoViewDidFinishQuartile),
+      .playerDidMove = relay.call(&Self::playbackMoved),
       .playerDidSkipVideo = relay.pass(&Told::vastVideoViewDidSkipVideo),
       .playerDidEnterFullScreen = relay.pass(&Told::VASTVideoViewDidEnterFullScreen),
       .playerDidExitFullScreen = relay.pass(&Told::VASTVideoViewDidExitFullScreen),
@@ -46,6 +47,7 @@ void XVASTVideoView::makeObservers() {
       .playerDidFinishWithErrorWithPlayer = relay.call(&Self::didFail),
       .displayCloseButton = relay.call(&Self::displayCloseButton),
       .displayCloseButtonText = relay.call(&Self::displayCloseButtonText),
+      .clearVideo = relay.call(&Self::clearFilm),
       .dismissVideo = relay.call(&Self::dismissVideo),
       .dismissVideoOnMemoryWarning = relay.call(&Self::dismissVideoOnMemoryWarning),
       .closeInAppBrowser = relay.call(&Self::closeInAppBrowser),
@@ -74,15 +76,23 @@ bool XVASTVideoView::setUpPlayer() {
   const auto player = player_ = makePlayer();  // held: its first report may end it
   player->bShowSkipAdLabel = !isInterstitial();
   player->isVastInterestitial = isVastInterestitial;
-  player->VASTResponse = VASTResponse_;
-  player->VASTResponseEventTrackingArray = tracking_;
-  player->skipOffset =
-      VASTResponse_ ? skipOffSetFromVASTAd(*VASTResponse_).value_or("") : std::string{};
+  configure(*player);
   player->slotConfiguration = slotConfiguration;
   player->mobileAdSubTypes = mobileAdSubTypes;
   player->movieURL = movieURL;
   player->delegate.set(playerEvents_);
   return player->setUp();
+}
+
+void XVASTVideoView::configure(XMPMoviePlayer& player) {
+  player.VASTResponse = VASTResponse_;
+  player.VASTResponseEventTrackingArray = tracking_;
+  player.skipOffset =
+      VASTResponse_ ? skipOffSetFromVASTAd(*VASTResponse_).value_or("") : std::string{};
+}
+
+void XVASTVideoView::willOpenInAppBrowser() {
+  delegate.tell(&Told::vastVideoViewWillOpenInAppBrowser, *this);
 }
 
 std::shared_ptr<XMPMoviePlayer> XVASTVideoView::makePlayer() {

@@ -49,12 +49,12 @@ class XVASTVideoView : public View {
   bool setUpPlayer();
 
   // Sends every URL that the document has for the event; calling twice sends twice.
-  void trackEventWithEventType(TrackingEventType type);
+  virtual void trackEventWithEventType(TrackingEventType type);
   // Those URLs, in the order of the list; none without a list or with an empty one.
   [[nodiscard]] static std::optional<std::vector<Url>> eventURLArrayWithTrackingEventArray(
       const TrackingList& list, TrackingEventType type);
   // The page behind a click; empty when the document names none.
-  [[nodiscard]] Url clickThroughURL() const;
+  [[nodiscard]] virtual Url clickThroughURL() const;
   // Follows a click to `url`, by the slot's settings: out of the application, to the store's sheet,
   // or into the in-app browser, which the second operation shows at once.
   void openUrlInBrowser(const Url& url);
@@ -68,7 +68,7 @@ class XVASTVideoView : public View {
   [[nodiscard]] ViewController* currentViewController() const;
 
   // What a person does on the interstitial, and what is drawn for it.
-  void closeButtonClicked();
+  virtual void closeButtonClicked();
   void displayCloseButton();
   void displayCloseButtonText(const std::string& text);
   [[nodiscard]] Rect closeButtonFrame() const;
@@ -89,16 +89,28 @@ class XVASTVideoView : public View {
   [[nodiscard]] const std::shared_ptr<XMPMoviePlayer>& mpMoviePlayer() const { return player_; }
   [[nodiscard]] bool isCloseButtonDisplayed() const { return adCloseButton_.isClose(); }
 
- private:
+ protected:
   using Told = XVASTVidoeViewDelegate;
 
+  // Whoever makes a view calls makeObservers next.
   XVASTVideoView(std::shared_ptr<Environment> environment, const Rect& frame)
       : View{frame}, environment_{std::move(environment)} {}
-
   void makeObservers();
-  [[nodiscard]] std::shared_ptr<XMPMoviePlayer> makePlayer();
+
+  // What another kind of document does its own way: the player before it starts, a click, the pages
+  // that it opens, each look at the video, its end, and its failure.
+  virtual void configure(XMPMoviePlayer& player);
+  virtual void didClickVideo();
+  virtual void willOpenInAppBrowser();
+  virtual void playbackMoved(double /*time*/, double /*duration*/) {}
+  virtual void clearFilm() {}
+
+  // Where the film is drawn: its player, or this view while there is none.
   [[nodiscard]] View& film();
-  void didClickVideo();
+  [[nodiscard]] const std::shared_ptr<Environment>& environment() const { return environment_; }
+
+ private:
+  [[nodiscard]] std::shared_ptr<XMPMoviePlayer> makePlayer();
   [[nodiscard]] ViewController* clickPresenter() const;
   [[nodiscard]] ViewController* loadAfterADelayWithData() const;
   [[nodiscard]] std::shared_ptr<const Window> standingWindow() const;

@@ -43,6 +43,8 @@ const std::shared_ptr<const XAdManagerDelegate>& AdViewOutcomes::managerEvents()
       .adManagerDidEnterFullScreen = host.pass(&Told::xAdViewDidEnterFullScreen),
       .adManagerDidExitFullScreen = host.pass(&Told::xAdViewDidExitFullScreen),
       .adManagerDidRewind = host.pass(&Told::xAdViewDidRewind),
+      .adManagerDidBeginVastAd = host.pass(&Told::xAdViewDidBeginVastAd),
+      .adManagerDidOfferCompanions = host.pass(&Told::xAdViewDidOfferCompanions),
       .prerollDidFinishPlayingWithPlayer = self.call(&Self::prerollDidFinishPlayingWithPlayer),
       .prerollDidFinishOnMemoryWarning = host.pass(&Told::xAdViewDidDismissOnMemoryWarning)});
   return managerEvents_;

@@ -69,7 +69,9 @@ void InterstitialCore::makeObservers() {
           self.call(&Self::xAdViewShouldDisplayAdOnWebViewFinishRender),
       .xAdViewShouldHandleCustomURL = self.call(&Self::xAdViewShouldHandleCustomURL),
       .xAdViewShouldHandleClickToAction = self.call(&Self::xAdViewShouldHandleClickToAction),
-      .interstitialAdDismissed = self.call(&Self::interstitialAdDismissed)});
+      .interstitialAdDismissed = self.call(&Self::interstitialAdDismissed),
+      .xAdViewDidBeginVastAd = host.pass(&Told::xAdInterstitialDidBeginVastAd),
+      .xAdViewDidOfferCompanions = host.pass(&Told::xAdInterstitialDidOfferCompanions)});
   using Face = XAdInterstitialViewController;
   subClassEvents_ =
       std::make_shared<XAdViewOnlyForSubClassEyesDelegate>(XAdViewOnlyForSubClassEyesDelegate{
