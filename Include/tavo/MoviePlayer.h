@@ -63,6 +63,8 @@ class TAVO_EXPORT MoviePlayerClient {
   // still follow, as layout.
   virtual void movieDidEnterFullscreen(MoviePlayer& player) = 0;
   virtual void movieDidExitFullscreen(MoviePlayer& player) = 0;
+  // The sound was switched off or on; `isMuted` says which.
+  virtual void movieDidSwitchSound(MoviePlayer& /*player*/) {}
 };
 
 // A view that plays one video after the other. A host may own one, show its own content in it and
@@ -115,6 +117,11 @@ class TAVO_EXPORT MoviePlayer : public View {
   [[nodiscard]] MovieControlStyle controlStyle() const { return controlStyle_; }
   void setControlStyle(MovieControlStyle style);
 
+  // Off, every content plays in silence, whichever comes. Clients are told of a change in a later
+  // turn.
+  [[nodiscard]] bool isMuted() const { return muted_; }
+  void setMuted(bool muted);
+
   // In full screen the view, with what stands on it, is above everything in its window, which fills
   // the screen; afterwards it is back at its place. Does nothing outside a window. Clients are told
   // in a later turn.
@@ -125,11 +132,12 @@ class TAVO_EXPORT MoviePlayer : public View {
   // What a platform carries out.
   virtual void controlStyleChanged() {}
   virtual void fullscreenChanged() {}
+  virtual void soundSwitched() {}
   // Calls the later tells at the clients that are alive.
   void tellDurationAvailable();
   void tellPlaybackState();
   void tellFinish(MovieFinishReason reason, const std::optional<Error>& error);
-  // Runs the tell of a full-screen change in a later turn.
+  // Runs the tell of a change of full screen or sound in a later turn.
   virtual void later(std::function<void()> task) = 0;
 
  private:
@@ -146,6 +154,7 @@ class TAVO_EXPORT MoviePlayer : public View {
   void exitFullscreen();
 
   std::vector<std::weak_ptr<MoviePlayerClient>> clients_;
+  bool muted_ = false;
   MovieControlStyle controlStyle_ = MovieControlStyle::embedded;
   std::optional<Place> place_;
 };

@@ -25,6 +25,8 @@ class Media {
   virtual void play() = 0;
   virtual void pause() = 0;
   virtual void seek(double seconds) = 0;
+  // Whether its sound is heard; it is at first.
+  virtual void setMuted(bool muted) = 0;
 
   [[nodiscard]] virtual double position() const = 0;  // seconds
   [[nodiscard]] virtual double duration() const = 0;  // seconds; 0 when not known

@@ -47,12 +47,17 @@ void MediaMoviePlayer::prepareToPlay() {
   });
 }
 
+void MediaMoviePlayer::openMedia() {
+  media_ = open(contentUrl_, events());
+  if (isMuted()) media_->setMuted(true);
+}
+
 void MediaMoviePlayer::begin(bool usable) {
   if (!usable) return failed(MovieError::unavailable, "No video can be played here.");
   if (!contentUrl_.isHttp()) {
     return failed(MovieError::notPlayable, "Only http and https are played.");
   }
-  media_ = open(contentUrl_, events());
+  openMedia();
   media_->pause();
 }
 
@@ -121,7 +126,7 @@ void MediaMoviePlayer::play() {
 void MediaMoviePlayer::beginAgain() {
   retire(std::move(media_));
   playhead_.restarted(runLoop_->now());
-  media_ = open(contentUrl_, events());
+  openMedia();
   if (!wantsToPlay_) return media_->pause();
   watchForStall();
   media_->play();

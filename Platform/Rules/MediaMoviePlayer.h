@@ -45,6 +45,10 @@ class MediaMoviePlayer : public MoviePlayer {
   // The video broke off and somebody should know why.
   virtual void note(const std::string& /*why*/) {}
 
+  void soundSwitched() override {
+    if (media_) media_->setMuted(isMuted());
+  }
+
   // What a player shows besides its pictures.
   virtual void contentCleared() {}
   virtual void stateChanged(MoviePlaybackState /*state*/) {}
@@ -57,6 +61,7 @@ class MediaMoviePlayer : public MoviePlayer {
 
   void reset();
   void begin(bool usable);
+  void openMedia();
   [[nodiscard]] Media::Events events();
   void picture();
   void becomePrepared();

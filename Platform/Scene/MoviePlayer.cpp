@@ -51,6 +51,17 @@ void MoviePlayer::setControlStyle(MovieControlStyle style) {
   controlStyleChanged();
 }
 
+void MoviePlayer::setMuted(bool muted) {
+  if (muted_ == muted) return;
+  muted_ = muted;
+  soundSwitched();
+  later([weak = weak_from_this()] {
+    const auto self = std::static_pointer_cast<MoviePlayer>(weak.lock());
+    if (!self) return;
+    self->tellClients([&](MoviePlayerClient& client) { client.movieDidSwitchSound(*self); });
+  });
+}
+
 void MoviePlayer::setFullscreen(bool fullscreen) {
   if (fullscreen == isFullscreen()) return;
   View* top = window();

@@ -31,6 +31,7 @@ class ScriptedMedia : public Media {
   void play() override;
   void pause() override;
   void seek(double seconds) override;
+  void setMuted(bool /*muted*/) override {}
   [[nodiscard]] double position() const override;
   [[nodiscard]] double duration() const override { return arrived_ ? movie_.duration : 0; }
   [[nodiscard]] bool hasVideo() const override { return movie_.hasVideo; }

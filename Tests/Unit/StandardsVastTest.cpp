@@ -310,6 +310,39 @@ TEST_F(StandardsVastTest, WrappersCarryTheirAddressesAndSayWhatMayFollow) {
   EXPECT_THAT(playedThrough(31), IsSupersetOf({"b/complete", "c/start"}));
 }
 
+TEST_F(StandardsVastTest, WhatAPersonDoesWithTheFilmIsToldEachTime) {
+  slot_->shouldOpenClickThroughURLInAppBrowser = true;
+  platform_.http->answerWith("http://click.example/v", "text/html", "page");
+  makePreroll();
+  serve(
+      document(adText({.tracking = pings("a",
+                                         "loaded mute unmute pause resume fullscreen expand "
+                                         "exitFullscreen collapse playerExpand "
+                                         "playerCollapse acceptInvitation"),
+                       .clicks = "<ClickThrough>http://click.example/v</ClickThrough><CustomClick>"
+                                 "http://t.example/a/custom?[PLAYERSTATE]</CustomClick>"})));
+  EXPECT_THAT(told(), Contains("a/loaded"));
+  const auto after = [this](const auto& act) {
+    act();
+    settle();
+    return told();
+  };
+  EXPECT_THAT(after([this] { host_->setMuted(true); }), ElementsAre("a/mute"));
+  EXPECT_THAT(after([this] { host_->setMuted(false); }), ElementsAre("a/unmute"));
+  EXPECT_THAT(after([this] { host_->setMuted(true); }), ElementsAre("a/mute"));
+  EXPECT_THAT(
+      after([this] { host_->setFullscreen(true); }),
+      UnorderedElementsAre("a/fullscreen", "a/expand", "a/playerExpand", "didEnterFullScreen"));
+  EXPECT_THAT(after([this] { host_->setFullscreen(false); }),
+              UnorderedElementsAre("a/exitFullscreen", "a/collapse", "a/playerCollapse",
+                                   "didExitFullScreen"));
+  EXPECT_THAT(after([this] {
+                deliverTap(*host_, {5, 100});
+              }),
+              UnorderedElementsAre("a/pause", "didPause", "didClick", "a/custom?muted",
+                                   "a/acceptInvitation", "willOpenBrowser"));
+}
+
 TEST_F(StandardsVastTest, TheFirstAdOfSeveralThatCanBeShownIsShownUnlessAWrapperForbidsIt) {
   platform_.http->answer("http://v.example/gone", {.status = 500});
   for (const char* const fallback : {"", "fallbackOnNoAd='true'", "fallbackOnNoAd='false'"}) {

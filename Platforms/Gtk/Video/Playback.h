@@ -26,6 +26,7 @@ class Playback : public Media {
   void play() override { gst_play_play(play_); }
   void pause() override { gst_play_pause(play_); }
   void seek(double seconds) override;
+  void setMuted(bool muted) override { gst_play_set_mute(play_, muted ? TRUE : FALSE); }
 
   [[nodiscard]] double position() const override;
   [[nodiscard]] double duration() const override;

@@ -182,6 +182,10 @@ void XMPMoviePlayer::movieDidExitFullscreen(MoviePlayer& /*player*/) {
   delegate.tell(&Told::playerDidExitFullScreen, *this);
 }
 
+void XMPMoviePlayer::movieDidSwitchSound(MoviePlayer& player) {
+  delegate.tell(&Told::playerDidSwitchSound, player.isMuted());
+}
+
 void XMPMoviePlayer::startTimer() {
   const OperationLog log{"-[XMPMoviePlayer startTimer]"};
   progress_.start();

@@ -102,6 +102,7 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
                               const std::optional<Error>& error) override;
   void movieDidEnterFullscreen(MoviePlayer& player) override;
   void movieDidExitFullscreen(MoviePlayer& player) override;
+  void movieDidSwitchSound(MoviePlayer& player) override;
 
  private:
   using Told = XMoviePlayerDelegate;

@@ -30,6 +30,8 @@ struct XMoviePlayerDelegate {
   std::function<void(XMPMoviePlayer&, double)> playerDidSkipVideo{};
   std::function<void(XMPMoviePlayer&)> playerDidEnterFullScreen{};
   std::function<void(XMPMoviePlayer&)> playerDidExitFullScreen{};
+  // The sound is off now, or on again.
+  std::function<void(bool)> playerDidSwitchSound{};
   // The playing video was tapped; it is paused. Without this operation a tap does nothing.
   std::function<void(XMPMoviePlayer&)> playerDidClickVideo{};
   // The pre-roll is over: the host's player has its own content back.

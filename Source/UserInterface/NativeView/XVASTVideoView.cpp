@@ -41,6 +41,7 @@ void XVASTVideoView::makeObservers() {
       .playerDidSkipVideo = relay.pass(&Told::vastVideoViewDidSkipVideo),
       .playerDidEnterFullScreen = relay.pass(&Told::VASTVideoViewDidEnterFullScreen),
       .playerDidExitFullScreen = relay.pass(&Told::VASTVideoViewDidExitFullScreen),
+      .playerDidSwitchSound = relay.call(&Self::soundSwitched),
       .playerDidClickVideo = relay.call(&Self::didClickVideo),
       .playerPrerollDidFinishWithPlayer = relay.pass(&Told::prerollDidFinishWithPlayer),
       .playerDismissOnMemoryWarning = relay.pass(&Told::vastVideoViewDismissOnMemoryWarning),

@@ -98,11 +98,12 @@ class XVASTVideoView : public View {
   void makeObservers();
 
   // What another kind of document does its own way: the player before it starts, a click, the pages
-  // that it opens, each look at the video, its end, and its failure.
+  // that it opens, each look at the video, its sound, and its end.
   virtual void configure(XMPMoviePlayer& player);
   virtual void didClickVideo();
   virtual void willOpenInAppBrowser();
   virtual void playbackMoved(double /*time*/, double /*duration*/) {}
+  virtual void soundSwitched(bool /*muted*/) {}
   virtual void clearFilm() {}
 
   // Where the film is drawn: its player, or this view while there is none.

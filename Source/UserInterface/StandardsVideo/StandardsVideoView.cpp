@@ -64,8 +64,13 @@ void StandardsVideoView::setMacros() {
 // Without a state the macro stays as it stands.
 std::string StandardsVideoView::stateText() const {
   const auto movie = mpMoviePlayer() ? mpMoviePlayer()->moviePlayerController() : nullptr;
-  std::string text = paused_ ? "paused" : "";
-  if (movie && movie->isFullscreen()) text += text.empty() ? "fullscreen" : ",fullscreen";
+  std::string text;
+  const auto add = [&text](bool is, const char* word) {
+    if (is) text += (text.empty() ? "" : ",") + std::string{word};
+  };
+  add(movie && movie->isMuted(), "muted");
+  add(paused_, "paused");
+  add(movie && movie->isFullscreen(), "fullscreen");
   return text;
 }
 
@@ -203,6 +208,8 @@ void StandardsVideoView::closeButtonClicked() {
   tellEach({"close", "closeLinear"});
   dismissVideo();
 }
+
+void StandardsVideoView::soundSwitched(bool muted) { tellEach({muted ? "mute" : "unmute"}); }
 
 void StandardsVideoView::clearFilm() {
   if (icons_) icons_->remove();

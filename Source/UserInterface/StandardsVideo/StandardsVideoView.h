@@ -37,6 +37,7 @@ class StandardsVideoView : public XVASTVideoView {
   void didClickVideo() override;
   void willOpenInAppBrowser() override;
   void playbackMoved(double time, double duration) override;
+  void soundSwitched(bool muted) override;
   void clearFilm() override;
 
  private:
