@@ -96,6 +96,10 @@ class TAVO_EXPORT XAdView : public View {
   // the timer had been stopped it asks for an ad at once.
   void refreshAd();
   [[nodiscard]] bool isRefreshTimerRunning() const;
+  // Whether the answer to a request is being waited for. Not so after a load that was not carried
+  // out: of an ad that is expanded, and, once the refresh timer was started, of a view that nobody
+  // sees.
+  [[nodiscard]] bool isLoading() const;
 
   // Takes the ad away, closes what it had opened, and ends the timer and all requests. May be
   // called any number of times, also from inside a delegate operation.

@@ -22,4 +22,9 @@ namespace tavo::gtk {
 // platform. The window owns the controller, the same one on each call: it goes with the window.
 [[nodiscard]] TAVO_EXPORT std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window);
 
+// The host's window that a controller stands in, for an ad network that opens windows of its own
+// above it. Null where the controller's view is in none, and with another platform. Main thread
+// only.
+[[nodiscard]] TAVO_EXPORT Gtk::Window* windowOf(ViewController& controller);
+
 }  // namespace tavo::gtk

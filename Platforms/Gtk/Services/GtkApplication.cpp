@@ -78,6 +78,13 @@ Gtk::Window* GtkApplication::keyNativeWindow() const {
   return scene == nullptr ? nullptr : &scene->nativeWindow();
 }
 
+Gtk::Window* GtkApplication::nativeWindowOf(const Window& window) const {
+  for (const auto& scene : scenes_) {
+    if (scene->window().get() == &window) return &scene->nativeWindow();
+  }
+  return nullptr;
+}
+
 InterfaceOrientation GtkApplication::statusBarOrientation() const {
   const auto window = keyWindow();
   const auto now = window ? orientationOf(window->interfaceSize()) : InterfaceOrientation::unknown;

@@ -29,6 +29,9 @@ class GtkApplication : public Application {
   // destroyed.
   [[nodiscard]] std::shared_ptr<WindowScene> sceneOf(Gtk::Window& window);
 
+  // The host's window behind a window of the scene; null when it is gone.
+  [[nodiscard]] Gtk::Window* nativeWindowOf(const Window& window) const;
+
   // The host's window that has the keyboard, or had it last; null when there is none.
   [[nodiscard]] Gtk::Window* keyNativeWindow() const;
 

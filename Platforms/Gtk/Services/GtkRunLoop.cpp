@@ -1,6 +1,9 @@
 #include "Gtk/Services/GtkRunLoop.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
+#include <vector>
 
 #include "Gtk/Guarded.h"
 #include "Gtk/Services/GtkTaskQueue.h"
@@ -21,18 +24,53 @@ void runTask(gpointer task, gpointer /*data*/) {
 }
 void dropTask(gpointer task) { delete static_cast<Task*>(task); }
 
+struct Loops {
+  std::mutex mutex;
+  std::vector<GtkRunLoop*> all;
+};
+
+// Never destroyed: the end of the process asks for it.
+Loops& livingLoops() {
+  static auto* const living = new Loops;
+  return *living;
+}
+
 }  // namespace
 
 GtkRunLoop::GtkRunLoop()
     : posted_{GtkTaskQueue::create()},
       workers_{
-          g_thread_pool_new_full(&runTask, nullptr, &dropTask, workerThreads, FALSE, nullptr)} {}
+          g_thread_pool_new_full(&runTask, nullptr, &dropTask, workerThreads, FALSE, nullptr)} {
+  [[maybe_unused]] static const int registered = std::atexit(&GtkRunLoop::endAllWorkers);
+  auto& [mutex, all] = livingLoops();
+  const std::scoped_lock lock{mutex};
+  all.push_back(this);
+}
 
 GtkRunLoop::~GtkRunLoop() {
+  {
+    auto& [mutex, all] = livingLoops();
+    const std::scoped_lock lock{mutex};
+    std::erase(all, this);
+  }
   // A worker that holds the last reference cannot wait for itself.
-  const gboolean awaitRunning = isMainThread() ? TRUE : FALSE;
-  g_thread_pool_free(workers_, TRUE, awaitRunning);
+  endWorkers(isMainThread());
   posted_->clear();
+}
+
+void GtkRunLoop::endWorkers(bool awaitRunning) {
+  GThreadPool* workers = nullptr;
+  {
+    const std::scoped_lock lock{workersMutex_};
+    workers = std::exchange(workers_, nullptr);
+  }
+  if (workers != nullptr) g_thread_pool_free(workers, TRUE, awaitRunning ? TRUE : FALSE);
+}
+
+void GtkRunLoop::endAllWorkers() {
+  auto& [mutex, all] = livingLoops();
+  const std::scoped_lock lock{mutex};
+  for (GtkRunLoop* const loop : all) loop->endWorkers(true);
 }
 
 void GtkRunLoop::post(Task task) { posted_->add(std::move(task)); }
@@ -48,7 +86,8 @@ Timer GtkRunLoop::every(Seconds period, Task tick) {
 }
 
 void GtkRunLoop::background(Task task) {
-  g_thread_pool_push(workers_, new Task{std::move(task)}, nullptr);
+  const std::scoped_lock lock{workersMutex_};
+  if (workers_ != nullptr) g_thread_pool_push(workers_, new Task{std::move(task)}, nullptr);
 }
 
 Seconds GtkRunLoop::now() const {

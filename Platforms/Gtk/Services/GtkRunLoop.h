@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <memory>
+#include <mutex>
 #include <thread>
 
 #include "Services/RunLoop.h"
@@ -21,7 +22,9 @@ class GtkTaskQueue;
 // A task that ends in an exception is written down; the host and the other tasks go on.
 //
 // Its last owner should be the main thread. It drops tasks that have not begun when it goes: posted
-// ones, and background ones, of which it awaits those that run.
+// ones, and background ones, of which it awaits those that run. A process that ends before its loop
+// does the same for the background ones: a thread that maps a library while libraries go ends the
+// process in a crash.
 class GtkRunLoop : public RunLoop {
  public:
   GtkRunLoop();
@@ -38,9 +41,13 @@ class GtkRunLoop : public RunLoop {
   [[nodiscard]] bool isMainThread() const override;
 
  private:
+  void endWorkers(bool awaitRunning);
+  static void endAllWorkers();
+
   const std::thread::id mainThread_ = std::this_thread::get_id();
   std::shared_ptr<GtkTaskQueue> posted_;
-  GThreadPool* workers_;
+  std::mutex workersMutex_;
+  GThreadPool* workers_;  // null once the process ends
 };
 
 }  // namespace tavo::gtk

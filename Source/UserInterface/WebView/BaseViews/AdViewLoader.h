@@ -56,6 +56,8 @@ class AdViewLoader {
   void stop();
 
   [[nodiscard]] bool isDeviceLocked() const { return flags_.deviceLocked; }
+  // Whether the answer to a request is being waited for.
+  [[nodiscard]] bool isWaiting() const { return flags_.waiting; }
   [[nodiscard]] bool isAdLoaded() const { return flags_.adLoaded; }
   void setAdLoaded() { flags_.adLoaded = true; }
   [[nodiscard]] bool isRefreshTimerRunning() const { return adRefreshTimer_.isValid(); }

@@ -58,6 +58,8 @@ void XAdView::refreshAd() {
 
 bool XAdView::isRefreshTimerRunning() const { return core_->loader().isRefreshTimerRunning(); }
 
+bool XAdView::isLoading() const { return core_->loader().isWaiting(); }
+
 void XAdView::releaseMemory() { core_->releaseMemory(); }
 
 std::shared_ptr<XAdManager> XAdView::adManager() const { return core_->adManager(); }
