@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include <tavo/Runtime.h>
 #include <tavo/XAdInterstitialViewController.h>
@@ -44,6 +44,7 @@ class SampleHost {
     } else {
       playBanner();
     }
+    noteWire();
     return text_;
   }
 
@@ -77,9 +78,17 @@ class SampleHost {
     platform_.http->answer(url, answer);
   }
 
-  template <typename Face, typename Table>
-  void hear(Table& table) {
-    table.didLoad = [this](Face&) { note("didLoad"); };
+  // Every hop with its headers and cookies, byte by byte.
+  void noteWire() {
+    std::uint64_t sum = 14'695'981'039'346'656'037U;
+    const auto add = [&sum](std::string_view text) {
+      for (const char c : text) sum = (sum ^ static_cast<unsigned char>(c)) * 1'099'511'628'211U;
+    };
+    for (const auto& request : platform_.http->requests()) {
+      add(request.method + request.url.text() + request.body);
+      for (const auto& header : request.headers) add(header.name + ":" + header.value + ";");
+    }
+    note("wire " + std::to_string(sum));
   }
 
   void playBanner() {
