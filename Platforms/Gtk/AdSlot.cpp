@@ -31,6 +31,7 @@ class TAVO_HIDDEN AdSlot::Core {
 
  private:
   void updatePlace();
+  [[nodiscard]] Gtk::Widget* placeReference() const;
   void moveTo(const Rect& place);
 
   AdSlot& slot_;
@@ -111,11 +112,18 @@ void AdSlot::Core::leaveWindowSoon() {
   }));
 }
 
+Gtk::Widget* AdSlot::Core::placeReference() const {
+  auto* window = dynamic_cast<Gtk::Window*>(slot_.get_root());
+  auto* application = dynamic_cast<GtkApplication*>(environment_->platform().application.get());
+  if (window == nullptr || application == nullptr) return window;
+  return &application->sceneOf(*window)->reference();
+}
+
 void AdSlot::Core::updatePlace() {
-  auto* window = dynamic_cast<Gtk::Widget*>(slot_.get_root());
-  if (window == nullptr) return;
+  Gtk::Widget* const reference = placeReference();
+  if (reference == nullptr) return;
   graphene_rect_t bounds;
-  if (!gtk_widget_compute_bounds(GTK_WIDGET(slot_.gobj()), window->gobj(), &bounds)) return;
+  if (!gtk_widget_compute_bounds(GTK_WIDGET(slot_.gobj()), reference->gobj(), &bounds)) return;
   root_.showFrom({bounds.origin.x, bounds.origin.y});
   moveTo(Rect{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height});
   if (!appearing_ || place_.empty()) return;

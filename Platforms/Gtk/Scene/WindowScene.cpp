@@ -68,7 +68,28 @@ void WindowScene::followSurface() {
   if (native_.get_width() > 0) resized(native_.get_width(), native_.get_height());
 }
 
+void WindowScene::setArea(Gtk::Overlay* area) {
+  // What covers the area goes with it.
+  if (area == nullptr && layer_ && layer_->widget().get_parent() != nullptr) {
+    layer_->widget().unparent();
+  }
+  area_ = area;
+  areaResized();
+}
+
+void WindowScene::areaResized() {
+  if (area_ != nullptr && area_->get_width() > 0) follow(area_->get_width(), area_->get_height());
+}
+
+Gtk::Widget& WindowScene::reference() const {
+  return area_ != nullptr ? static_cast<Gtk::Widget&>(*area_) : native_;
+}
+
 void WindowScene::resized(int width, int height) {
+  if (area_ == nullptr) follow(width, height);
+}
+
+void WindowScene::follow(int width, int height) {
   const Rect frame{0, 0, static_cast<double>(width), static_cast<double>(height)};
   if (frame == window_->frame()) return;
   const auto before = orientationOf(window_->interfaceSize());
@@ -111,7 +132,9 @@ void WindowScene::followCover() {
   const void* const front = isCovered() ? window_->topViewController() : nullptr;
   if (std::exchange(inFront_, front) == front) return;
   if (front == nullptr) return trap_.reset();
-  if (!trap_) trap_ = std::make_unique<FocusTrap>(native_, overlay_->get_child());
+  if (!trap_)
+    trap_ = std::make_unique<FocusTrap>(
+        native_, area_ != nullptr ? area_->get_child() : overlay_->get_child());
   // The new widgets take the keyboard once they have a place.
   pendingFocus_ = Glib::signal_idle().connect(guardedSlot([this] {
     auto& layer = layer_->widget();
@@ -130,6 +153,7 @@ bool WindowScene::cancel() {
 
 // An ad that may not be left yet keeps the Escape key to itself, but not the window's own button.
 bool WindowScene::cancelInsteadOfClosing() {
+  if (area_ != nullptr) return false;
   const auto window = window_;  // the host may drop this one's inside
   const ViewController* const before = window->topViewController();
   return cancel() && window->topViewController() != before;
@@ -146,6 +170,8 @@ void WindowScene::treeChanged() {
 
 // The host's content keeps its place: it becomes the lower part of an overlay.
 void WindowScene::installLayer() {
+  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
+  if (area_ != nullptr) return area_->add_overlay(layer_->widget());
   Gtk::Widget* content = native_.get_child();
   overlay_ = std::make_unique<Gtk::Overlay>();
   if (content != nullptr) {
@@ -155,7 +181,6 @@ void WindowScene::installLayer() {
     content->unreference();
   }
   native_.set_child(*overlay_);
-  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
   overlay_->add_overlay(layer_->widget());
 }
 

@@ -38,6 +38,12 @@ class WindowScene : private View::Listener {
   // Mapped and not minimised.
   [[nodiscard]] bool isShown() const;
 
+  // The part of the window that stands for the whole of it; null: none. Before the first layer.
+  void setArea(Gtk::Overlay* area);
+  void areaResized();
+  // What places are counted in.
+  [[nodiscard]] Gtk::Widget& reference() const;
+
   // Gives a slot's container a window and a controller.
   void addSlot(const std::shared_ptr<View>& container);
 
@@ -45,6 +51,7 @@ class WindowScene : private View::Listener {
   void treeChanged() override;
   void followSurface();
   void resized(int width, int height);
+  void follow(int width, int height);
   [[nodiscard]] bool needsLayer() const;
   [[nodiscard]] bool isCovered() const;
   void followCover();
@@ -53,6 +60,7 @@ class WindowScene : private View::Listener {
   void installLayer();
 
   Gtk::Window& native_;
+  Gtk::Overlay* area_ = nullptr;
   const double longestSide_;  // the longest, in points
   Events events_;
   std::shared_ptr<Window> window_;
