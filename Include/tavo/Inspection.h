@@ -99,6 +99,11 @@ class TAVO_EXPORT Inspection {
   // it tells arrives as the kind `probe`. A page made before it was set runs without it.
   std::string pageProbe{};
 
+  // The address that watched pages get which have none; empty: none. An engine keeps the texts and
+  // lines of errors back from pages without an address ("Script error."); with one they are told,
+  // and the page may behave otherwise: it has storage, and its relative addresses lead somewhere.
+  std::string pageAddress{};
+
   // Watched pages may be opened in the engine's tools for developers. Set before the load.
   bool allowsPageTools = false;
   // Opens the tools of the newest page that allows it; false when there is none.

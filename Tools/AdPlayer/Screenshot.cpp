@@ -72,6 +72,16 @@ std::vector<float> Screenshot::luminance(int cells) const {
   return sums;
 }
 
+std::string Screenshot::png() const {
+  if (!texture_) return {};
+  GBytes* const bytes = gdk_texture_save_to_png_bytes(texture_->gobj());
+  gsize length = 0;
+  const auto* const data = static_cast<const char*>(g_bytes_get_data(bytes, &length));
+  std::string png{data == nullptr ? "" : data, data == nullptr ? 0 : length};
+  g_bytes_unref(bytes);
+  return png;
+}
+
 Color Screenshot::pixel(int x, int y) const {
   if (!texture_ || x < 0 || y < 0 || x >= texture_->get_width() || y >= texture_->get_height()) {
     return colors::clear;

@@ -18,6 +18,8 @@ class Screenshot {
   [[nodiscard]] bool isValid() const { return texture_ != nullptr; }
   // Returns whether the PNG file was written.
   [[nodiscard]] bool save(const std::string& path) const;
+  // The bytes of a PNG file; empty without a picture.
+  [[nodiscard]] std::string png() const;
   // The colour of one pixel, counted from the top left; clear outside the picture.
   [[nodiscard]] Color pixel(int x, int y) const;
   // The mean relative luminance of each place of a grid with so many places a side, row by row;

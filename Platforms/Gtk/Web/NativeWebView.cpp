@@ -151,7 +151,9 @@ void NativeWebView::load(const Url& url, const std::function<void()>& start) {
 }
 
 void NativeWebView::loadHtml(const std::string& html, const Url& baseUrl) {
-  turnover_.whenThere([this, html = validUtf8(html), base = baseUrl] {
+  const bool isGivenOne = baseUrl.empty() && inspection_.isOn();
+  const Url address = isGivenOne ? Url::fromText(inspection_.inspection->pageAddress) : baseUrl;
+  turnover_.whenThere([this, html = validUtf8(html), base = address] {
     load(base.empty() ? Url::parse(blankPage) : base, [&] {
       webkit_web_view_load_html(webKit(), html.c_str(),
                                 base.empty() ? nullptr : base.text().c_str());

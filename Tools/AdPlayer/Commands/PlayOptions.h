@@ -1,0 +1,46 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/XAdSlotConfiguration.h>
+
+#include "AdPlayer/Run/Scenario.h"
+#include "AdPlayer/Source/Opening.h"
+
+namespace tavo::adplayer {
+
+// The options that say how something is played, alike in each command that plays.
+struct PlayOptions {
+  std::string campaigns;
+  std::string placement;  // empty: by what it is
+  std::string size;       // "WxH"; empty: by what it is
+  std::string page;
+  std::string position;
+  std::string scenario;  // a file; empty: the usual steps
+  std::string expectation = "loaded";
+  std::string network;
+  std::string film;
+  std::string screen = "360x640";
+  bool standards = false;
+  bool scales = false;
+  bool keepsAspect = false;
+  bool inAppBrowser = false;
+  bool childDirected = false;
+  bool bidding = false;
+  bool givesAddress = false;
+
+  void addTo(CLI::App& command);
+  // The same options again, for a process of one's own.
+  [[nodiscard]] std::vector<std::string> arguments() const;
+
+  [[nodiscard]] OpeningOptions opening() const;
+  [[nodiscard]] XAdSlotConfiguration settings() const;
+  [[nodiscard]] std::variant<std::vector<Step>, ScenarioMistake> steps() const;
+  // Width and height of "WxH".
+  [[nodiscard]] static std::optional<Size> sizeFrom(const std::string& text);
+};
+
+}  // namespace tavo::adplayer

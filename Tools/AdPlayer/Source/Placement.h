@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include <tavo/Geometry.h>
+
+#include "AdServer/Campaign.h"
+
+namespace tavo::adplayer {
+
+using adserver::Placement;
+
+// What to ask which server for, and the slot that fits.
+struct PlayPlan {
+  std::string title{};   // for people
+  std::string domain{};  // host and delivery path, without scheme
+  std::string page{};
+  std::string position{};
+  std::string keywords{};
+  std::string query{};
+  Placement placement = Placement::banner;
+  Size size{320, 50};
+};
+
+}  // namespace tavo::adplayer
