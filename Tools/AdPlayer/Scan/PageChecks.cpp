@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "AdPlayer/Scan/Checks.h"
+#include "Gtk/GPtr.h"
 #include "Values/Text.h"
 
 namespace tavo::adplayer {
@@ -23,7 +24,9 @@ int number(std::string_view text) {
 std::string placeOf(const Recording& recording, std::string_view url) {
   if (url.empty() || url == "about:blank") return recording.name;
   if (!isOwn(recording, url)) return std::string{url};
-  const auto file = url.substr(url.rfind('/') + 1);
+  const gtk::GText whole{g_uri_unescape_string(std::string{url}.c_str(), nullptr)};
+  const std::string_view plain = whole ? std::string_view{whole.get()} : url;
+  const auto file = plain.substr(plain.rfind('/') + 1);
   return file.empty() || contains(recording.name, file) ? recording.name : std::string{file};
 }
 
@@ -242,7 +245,8 @@ void lookForMixedContent(const Recording& recording, Findings& findings) {
 void lookForDroppedKeys(const Recording& recording, Findings& findings) {
   for (const auto* verdict : eventsOf(recording, InspectionKind::classified)) {
     for (const auto& field : verdict->fields) {
-      if (field.name != "dropped") continue;
+      // Keys of the format that ads need not have an effect with are in every answer.
+      if (field.name != "dropped" || field.value.ends_with("has no effect")) continue;
       findings.push_back({.message = "Of the answer, " + field.value, .place = recording.name});
     }
   }

@@ -42,9 +42,10 @@ function watch(owner, name, what, say) {
 }
 
 watch(Document.prototype, 'cookie', 'storage', 'document.cookie');
+// The engine reads one of these for the other, so they share a name.
 for (const name of ['localStorage', 'sessionStorage']) {
-  watch(Window.prototype, name, 'storage');
-  watch(window, name, 'storage');
+  watch(Window.prototype, name, 'storage', 'localStorage or sessionStorage');
+  watch(window, name, 'storage', 'localStorage or sessionStorage');
 }
 wrap(window.IDBFactory && IDBFactory.prototype, 'open', 'storage', 'indexedDB');
 wrap(window.CacheStorage && CacheStorage.prototype, 'open', 'storage', 'caches');

@@ -29,8 +29,10 @@ ScanPlay::ScanPlay(ScanSubject subject, ScanSettings settings,
   recording_.placement = subject_.placement;
   recording_.size = subject_.size;
   recording_.server = subject_.server;
-  window_.set_default_size(std::max(phoneWidth, static_cast<int>(subject_.size.width)),
-                           std::max(phoneHeight, static_cast<int>(subject_.size.height)));
+  const bool fills = subject_.placement == adserver::Placement::interstitial;
+  window_.set_default_size(
+      std::max(fills ? 1 : phoneWidth, static_cast<int>(subject_.size.width)),
+      std::max(fills ? 1 : phoneHeight, static_cast<int>(subject_.size.height)));
   window_.set_title(subject_.name);
   window_.set_child(column_);
 }

@@ -49,17 +49,6 @@ std::string count(std::size_t number, const char* word) {
   return std::to_string(number) + " " + word + (number == 1 ? "" : "s");
 }
 
-std::string summary(const std::vector<Scanned>& scans) {
-  std::map<Severity, std::size_t> counts;
-  for (const auto& scan : scans) {
-    counts[Severity::error] += scan.refusal.empty() ? 0 : 1;
-    for (const auto& finding : scan.findings) ++counts[finding.severity];
-  }
-  return count(scans.size(), "creative") + ": " + count(counts[Severity::error], "error") + ", " +
-         count(counts[Severity::warning], "warning") + ", " +
-         count(counts[Severity::note], "note") + ".\n";
-}
-
 // An address stays, a path becomes a relative one that code hosts understand.
 std::string uriOf(const std::string& place) {
   if (place.find("://") != place.npos) return place;
@@ -116,23 +105,30 @@ std::string junitCase(const Scanned& scan, const Check& check, bool& fails) {
 
 }  // namespace
 
-std::string textReport(const std::vector<Scanned>& scans) {
-  std::string text;
-  for (const auto& scan : scans) {
-    text += headOf(scan);
-    for (const auto& finding : worstFirst(scan.findings)) {
-      char start[64];
-      std::snprintf(start, sizeof start, "  %-8s %-23s ",
-                    std::string{nameOf(finding.severity)}.c_str(), finding.check.c_str());
-      text += start + finding.message + "\n";
-      const bool isElsewhere =
-          !finding.place.empty() && (finding.place != scan.name || finding.line > 0);
-      if (isElsewhere) text += std::string(35, ' ') + "at " + placeText(finding) + "\n";
-    }
-    if (scan.findings.empty() && scan.refusal.empty()) text += "  nothing found\n";
-    text += "\n";
+std::string textReport(const Scanned& scan) {
+  std::string text = headOf(scan);
+  for (const auto& finding : worstFirst(scan.findings)) {
+    char start[64];
+    std::snprintf(start, sizeof start, "  %-8s %-23s ",
+                  std::string{nameOf(finding.severity)}.c_str(), finding.check.c_str());
+    text += start + finding.message + "\n";
+    const bool isElsewhere =
+        !finding.place.empty() && (finding.place != scan.name || finding.line > 0);
+    if (isElsewhere) text += std::string(35, ' ') + "at " + placeText(finding) + "\n";
   }
-  return text + summary(scans);
+  if (scan.findings.empty() && scan.refusal.empty()) text += "  nothing found\n";
+  return text + "\n";
+}
+
+std::string summaryOf(const std::vector<Scanned>& scans) {
+  std::map<Severity, std::size_t> counts;
+  for (const auto& scan : scans) {
+    counts[Severity::error] += scan.refusal.empty() ? 0 : 1;
+    for (const auto& finding : scan.findings) ++counts[finding.severity];
+  }
+  return count(scans.size(), "creative") + ": " + count(counts[Severity::error], "error") + ", " +
+         count(counts[Severity::warning], "warning") + ", " +
+         count(counts[Severity::note], "note") + ".\n";
 }
 
 std::string sarifReport(const std::vector<Scanned>& scans) {

@@ -16,8 +16,9 @@ struct Scanned {
   Findings findings{};
 };
 
-// For a person: each creative with its findings, worst first, and a last line that sums up.
-[[nodiscard]] std::string textReport(const std::vector<Scanned>& scans);
+// For a person: a creative with its findings, worst first; and a last line that sums all up.
+[[nodiscard]] std::string textReport(const Scanned& scan);
+[[nodiscard]] std::string summaryOf(const std::vector<Scanned>& scans);
 
 // SARIF 2.1.0, for code hosts and editors.
 [[nodiscard]] std::string sarifReport(const std::vector<Scanned>& scans);

@@ -1,0 +1,1 @@
+document.getElementById('line').textContent = 'Wind from the south-west, force four.';
