@@ -18,8 +18,9 @@ class TAVO_EXPORT VastCompanionOffer {
   [[nodiscard]] virtual const VastCompanion& companion() const = 0;
 
   // A view of the companion's size that draws its first usable resource, tells its trackers when it
-  // has appeared, and follows clicks by the slot's settings. The same view at each call; never
-  // null. Ready to stand in an AdSlot.
+  // has appeared, and follows clicks by the slot's settings. The same view at each call
+  // while somebody holds it; never null. Ready to stand in an AdSlot; the host may keep the view
+  // alone.
   [[nodiscard]] virtual std::shared_ptr<View> view() = 0;
 
   // For a host that draws it by itself: tells the "creativeView" trackers, once; tells the click

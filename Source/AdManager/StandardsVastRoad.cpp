@@ -144,9 +144,11 @@ void StandardsVastRoad::loadVastAd(const std::string& text) {
       VastAdSource::Settings{
           environment_->limits(), fetch(),
           [runLoop = environment_->platform().runLoop] { return runLoop->now(); }},
-      [this](VastErrorCode code, const std::vector<std::string>& addresses) {
-        lastError_ = errorOf(code);
-        tellErrors(code, addresses);
+      [weak = weak_from_this()](VastErrorCode code, const std::vector<std::string>& addresses) {
+        const auto self = weak.lock();
+        if (!self) return;
+        self->lastError_ = errorOf(code);
+        self->tellErrors(code, addresses);
       });
   players.findPlayable(filmTypes(), [weak = weak_from_this(), text](const auto& types) {
     const auto self = weak.lock();

@@ -21,6 +21,8 @@ class VastPings {
  public:
   VastPings(std::shared_ptr<Environment> environment,
             std::shared_ptr<XAdSlotConfiguration> slotConfiguration);
+  VastPings(const VastPings&) = delete;  // its macros lead back
+  VastPings& operator=(const VastPings&) = delete;
 
   // Beside those that every address may ask for: random numbers, the time, the user's consent and
   // what this library can do.

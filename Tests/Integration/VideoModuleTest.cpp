@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -85,6 +86,19 @@ TEST_F(VideoModuleTest, ADroppedPlayerEndsWithWhatItHadStillToSay) {
   ASSERT_TRUE(runUntil([] { return playerThreads() >= count; }));
   players.clear();
   EXPECT_TRUE(runUntil([] { return playerThreads() == 0; }));
+}
+
+TEST_F(VideoModuleTest, TheTypesThatCanBeDecodedAreFoundOut) {
+  const auto types = [this](const std::filesystem::path& folder) {
+    const auto used = module(folder);
+    std::optional<std::vector<std::string>> found;
+    used->findPlayable({"video/mp4", "video/x-flv", "video/webm"},
+                       [&](const auto& playable) { found = playable; });
+    EXPECT_TRUE(runUntil([&] { return found.has_value(); }));
+    return found.value_or(std::vector<std::string>{"no answer"});
+  };
+  EXPECT_EQ(types(gtk::moduleFolder()), (std::vector<std::string>{"video/mp4", "video/webm"}));
+  EXPECT_TRUE(types("/nowhere").empty());
 }
 
 TEST_F(VideoModuleTest, WithoutAModuleEveryContentFinishesAsUnavailable) {

@@ -210,5 +210,24 @@ TEST(AdVerdictTest, MediationInstructions) {
   });
 }
 
+TEST(AdVerdictTest, InTheStandardsModeEveryVastDocumentIsPlayed) {
+  struct Case {
+    const char* text;
+    bool vast;
+  };
+  for (const auto& test :
+       {Case{"<VAST></VAST>", true}, Case{"<VAST\nversion='3.0'/>", true},
+        Case{"\xEF\xBB\xBF <?xml version='1.0'?><!-- <b> --><VideoAdServingTemplate/>", true},
+        Case{"<VASTY/>", false}, Case{"<html><VAST></VAST></html>", false}, Case{"<!--", false}}) {
+    SCOPED_TRACE(test.text);
+    XAdInfo answer;
+    answer.adType = "text/html";
+    answer.text = test.text;
+    EXPECT_EQ(std::holds_alternative<PlayVast>(classify(answer, {.standardsMode = true})),
+              test.vast);
+    EXPECT_FALSE(std::holds_alternative<PlayVast>(classify(answer, {})));
+  }
+}
+
 }  // namespace
 }  // namespace tavo::test

@@ -490,6 +490,7 @@ TEST_F(StandardsVastTest, TheHostReadsTheAdAndDrawsItsCompanions) {
   settle();
   EXPECT_THAT(told(), ElementsAre("c/creativeView"));
   offers[0]->didShow();
+  offers.clear();  // the view is enough
   buttonOn(*view)->press();
   settle();
   EXPECT_THAT(told(), ElementsAre("c/click"));

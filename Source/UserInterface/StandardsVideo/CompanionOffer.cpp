@@ -24,25 +24,20 @@ bool fits(const VastCompanion& companion, const std::vector<Size>& places) {
 
 }  // namespace
 
+// The view holds the offer, so a host needs to keep only one of them.
 std::shared_ptr<View> CompanionOffer::view() {
-  if (view_) return view_;
-  const auto told = [weak = weak_from_this()](void (CompanionOffer::*tell)()) {
-    return [weak, tell] {
-      if (const auto self = weak.lock()) ((*self).*tell)();
-    };
-  };
-  view_ = VastResourceView::create(
+  if (const auto known = view_.lock()) return known;
+  const auto self = shared_from_this();
+  const auto view = VastResourceView::create(
       settings_.environment,
       {0, 0, static_cast<double>(companion_.width), static_cast<double>(companion_.height)},
       companion_.resources, companion_.altText, VastResourceView::Pages::takeClicks,
-      {.shown = told(&CompanionOffer::didShow),
+      {.shown = [self] { self->didShow(); },
        .failed = [] {},
-       .clicked = told(&CompanionOffer::didClick),
-       .opened =
-           [weak = weak_from_this()](const Url& url) {
-             if (const auto self = weak.lock()) self->opened(url);
-           }});
-  return view_;
+       .clicked = [self] { self->didClick(); },
+       .opened = [self](const Url& url) { self->opened(url); }});
+  view_ = view;
+  return view;
 }
 
 void CompanionOffer::didShow() {

@@ -36,7 +36,7 @@ class CompanionOffer : public VastCompanionOffer,
 
   const VastCompanion companion_;
   const Settings settings_;
-  std::shared_ptr<VastResourceView> view_;
+  std::weak_ptr<View> view_;
 };
 
 // The companions that a host with these places (none: anywhere) has room for and that can be drawn,

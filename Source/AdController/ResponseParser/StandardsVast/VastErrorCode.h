@@ -18,9 +18,6 @@ enum class VastErrorCode : int {
   mediaTimeout = 402,
   noSupportedMedia = 403,
   mediaProblem = 405,
-  companionNotFetched = 603,
-  noSupportedCompanion = 604,
-  undefined = 900,
   vpaid = 901,
 };
 
