@@ -14,19 +14,13 @@ using namespace tavo::adplayer;
 constexpr std::array<AddCommand, 4> commands{addWindowCommand, addRunCommand, addMergeCommand,
                                              addPlayOneCommand};
 
-std::string existing(const std::string& installed, const char* built) {
-  return std::filesystem::exists(installed) ? installed : std::string{built};
-}
-
-// Beside an installed program stand its data; a built one uses the source tree.
 Surroundings surroundingsOf() {
   std::error_code failure;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  const auto data = program.parent_path().parent_path() / "share/adplayer";
   Surroundings surroundings;
   surroundings.program = program.string();
-  surroundings.campaigns = existing((data / "campaigns").string(), TAVO_SAMPLE_CAMPAIGNS);
-  surroundings.network = existing((data / "SampleNetwork.so").string(), TAVO_SAMPLE_NETWORK);
+  surroundings.campaigns = TAVO_SAMPLE_CAMPAIGNS;
+  surroundings.network = TAVO_SAMPLE_NETWORK;
   surroundings.film = surroundings.campaigns + "/vast-preroll/clip.mp4";
   if (!std::filesystem::exists(surroundings.network)) surroundings.network.clear();
   if (!std::filesystem::exists(surroundings.film)) surroundings.film.clear();
@@ -38,6 +32,7 @@ Surroundings surroundingsOf() {
 int main(int argc, char** argv) {
   CLI::App program{"Plays ads and shows what they do.", "adplayer"};
   const Surroundings surroundings = surroundingsOf();
+  program.set_version_flag("--version", TAVO_VERSION);
   Chosen chosen;
   for (const auto add : commands) add(program, surroundings, chosen);
   program.require_subcommand(0, 1);

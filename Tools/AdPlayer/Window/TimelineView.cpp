@@ -11,6 +11,7 @@ namespace tavo::adplayer {
 
 namespace {
 
+constexpr const char* detailHint = "Select an event to read its headers, body and reasons.";
 constexpr std::size_t longestDetail = std::size_t{64} * 1024;
 
 std::string lower(std::string text) {
@@ -59,6 +60,7 @@ TimelineView::TimelineView(EventLog& log)
   detail_.set_right_margin(12);
   detail_.set_top_margin(8);
   detail_.set_bottom_margin(8);
+  detail_.get_buffer()->set_text(detailHint);
   detailScroller_.set_child(detail_);
   detailScroller_.set_size_request(-1, 90);
   panes_.set_start_child(listScroller_);
@@ -209,12 +211,12 @@ void TimelineView::filter() {
 void TimelineView::clear() {
   rows_->remove_all();
   shown_->remove_all();
-  detail_.get_buffer()->set_text("");
+  detail_.get_buffer()->set_text(detailHint);
 }
 
 void TimelineView::showSelected() {
   const auto row = std::dynamic_pointer_cast<Row>(selection_->get_selected_item());
-  if (!row) return detail_.get_buffer()->set_text("");
+  if (!row) return detail_.get_buffer()->set_text(detailHint);
   follow_.set_active(false);
   std::string text = row->event.text + "\n";
   for (const auto& field : row->event.fields) {
