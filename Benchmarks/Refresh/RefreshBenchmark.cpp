@@ -37,7 +37,7 @@ const std::string picture =
 // The in-memory log keeps every line for tests.
 class NoLog : public Log {
  public:
-  void write(std::string_view /*message*/) override {}
+  void write(LogLevel /*level*/, std::string_view /*message*/) override {}
 };
 
 Platform withoutLog(Platform platform) {

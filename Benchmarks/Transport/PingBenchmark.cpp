@@ -127,7 +127,7 @@ Cost bare(const PingServer& server, const std::vector<std::string>& urls) {
 // The log's cost is the terminal's.
 class NoLog : public Log {
  public:
-  void write(std::string_view /*message*/) override {}
+  void write(LogLevel /*level*/, std::string_view /*message*/) override {}
 };
 
 Cost ours(const PingServer& server, const std::vector<std::string>& urls, int connections) {

@@ -86,6 +86,8 @@ struct Limits {
     pageProcessorWindow = Seconds{30};
     pageProcessorTotal = Seconds{60};
   }
+
+  friend bool operator==(const Limits&, const Limits&) = default;
 };
 
 }  // namespace tavo

@@ -6,7 +6,13 @@
 #include <type_traits>
 #include <utility>
 
+#include <tavo/Export.h>
+
 namespace tavo {
+
+// Writes down that an operation of a table ended in an exception: the one that is being handled.
+// The library's side; not for hosts.
+TAVO_EXPORT void noteObserverException() noexcept;
 
 // Holds an observer without owning it. A protocol is a `Table`: an aggregate of std::function
 // members, of which the observer fills those that interest it. A table never changes once it is
@@ -21,6 +27,9 @@ namespace tavo {
 //
 // Its last member, so that the first to go is what leads back into it. A host never needs the other
 // operations; they are the library's.
+//
+// An exception that leaves an operation ends there: the log names it, and the library goes on as if
+// the operation had returned, or were not there when it was to answer something.
 template <typename Table>
 class Observer {
  public:
@@ -40,7 +49,11 @@ class Observer {
   void tell(std::function<Result(Parameters...)> Table::*operation,
             Arguments&&... arguments) const {
     if (const auto table = table_.lock(); table && (*table).*operation) {
-      ((*table).*operation)(std::forward<Arguments>(arguments)...);
+      try {
+        ((*table).*operation)(std::forward<Arguments>(arguments)...);
+      } catch (...) {
+        noteObserverException();
+      }
     }
   }
 
@@ -49,7 +62,11 @@ class Observer {
   std::optional<Result> ask(std::function<Result(Parameters...)> Table::*operation,
                             Arguments&&... arguments) const {
     if (const auto table = table_.lock(); table && (*table).*operation) {
-      return ((*table).*operation)(std::forward<Arguments>(arguments)...);
+      try {
+        return ((*table).*operation)(std::forward<Arguments>(arguments)...);
+      } catch (...) {
+        noteObserverException();
+      }
     }
     return std::nullopt;
   }

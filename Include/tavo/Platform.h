@@ -62,6 +62,9 @@ struct Platform {
   std::shared_ptr<Telephony> telephony{};
   std::shared_ptr<UserDefaults> userDefaults{};
   std::shared_ptr<WebViewFactory> webViews{};
+
+  // The same services and bounds.
+  friend bool operator==(const Platform&, const Platform&) = default;
 };
 
 }  // namespace tavo

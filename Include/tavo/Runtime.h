@@ -18,7 +18,12 @@ class NotificationCenter;
 //
 // Runtimes nest: the newest living one is the current one, and ad objects belong to the one that
 // was current when they were made. They may end in any order, also before their views: a view
-// without its runtime keeps what it needs, and goes quietly.
+// without its runtime keeps what it needs, and goes quietly. A second one for the same platform is
+// the first one under another name, with its settings; so is that of an application which makes its
+// platform and runtime each time that it is activated.
+//
+// The thread that makes the oldest living runtime is the main thread. The door's operations that
+// are for the main thread alone end the process, with a message that names the call, on another.
 class TAVO_EXPORT Runtime {
  public:
   // Ends the process with a message that names the service when the platform lacks one.

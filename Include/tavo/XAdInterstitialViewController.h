@@ -66,8 +66,9 @@ class TAVO_EXPORT XAdInterstitialViewController : public ViewController {
 
   // Asks the server at `domainName` (host and delivery path, without scheme) for an ad of page
   // `pageName` at position `adPosition`; keywords and query string are "key=value" pairs joined by
-  // "&". What the last ad had asked for is forgotten. Outcomes reach the delegate later, that of a
-  // device without a network inside this call.
+  // "&". What the last ad had asked for is forgotten. Outcomes reach the delegate in later turns of
+  // the loop, in the order in which they happen, that of a device without a network too: never
+  // inside this call.
   void loadWithDomainName(const std::string& domainName, const std::string& pageName,
                           const std::string& adPosition, const std::string& keywords = {},
                           const std::string& queryString = {});

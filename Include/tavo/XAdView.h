@@ -85,8 +85,8 @@ class TAVO_EXPORT XAdView : public View {
   // Asks the server at `domainName` (host and delivery path, without scheme) for an ad of page
   // `pageName` at position `adPosition`; keywords and query string are "key=value" pairs joined by
   // "&". The five are remembered for every refresh. The answer to an earlier load is not waited for
-  // any more. Outcomes reach the delegate later, that of a device without a network inside this
-  // call.
+  // any more. Outcomes reach the delegate in later turns of the loop, in the order in which they
+  // happen, that of a device without a network too: never inside this call.
   void loadWithDomainName(const std::string& domainName, const std::string& pageName,
                           const std::string& adPosition, const std::string& keywords = {},
                           const std::string& queryString = {});

@@ -7,6 +7,8 @@
 #include <tavo/Runtime.h>
 
 #include "Runtime/Environment.h"
+#include "Runtime/MainThread.h"
+#include "Services/Log.h"
 
 namespace tavo {
 
@@ -32,16 +34,38 @@ Platform whole(Platform platform) {
   return platform;
 }
 
+// A program that is started again while it runs makes its runtime anew: it gets what it has, with
+// the settings that it has made.
+std::shared_ptr<Environment> environmentFor(Platform platform) {
+  auto& [mutex, living] = runtimes();
+  {
+    const std::scoped_lock lock{mutex};
+    if (living.empty()) becomeMainThread();
+    const auto same =
+        std::find_if(living.begin(), living.end(),
+                     [&](const Runtime* runtime) { return runtime->platform() == platform; });
+    if (same != living.end()) {
+      (*same)->platform().log->write(
+          LogLevel::warning,
+          "A tavo::Runtime was made for a platform that has one: both are one. Make it once, where "
+          "the application starts up, and not each time that it is activated.");
+      return (*same)->environment();
+    }
+  }
+  return std::make_shared<Environment>(whole(std::move(platform)));
+}
+
 }  // namespace
 
-Runtime::Runtime(Platform platform)
-    : environment_{std::make_shared<Environment>(whole(std::move(platform)))} {
+Runtime::Runtime(Platform platform) : environment_{environmentFor(std::move(platform))} {
+  requireMainThread("Runtime::Runtime");
   auto& [mutex, living] = runtimes();
   const std::scoped_lock lock{mutex};
   living.push_back(this);
 }
 
 Runtime::~Runtime() {
+  requireMainThread("Runtime::~Runtime");
   auto& [mutex, living] = runtimes();
   const std::scoped_lock lock{mutex};
   std::erase(living, this);

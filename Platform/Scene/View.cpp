@@ -2,6 +2,7 @@
 
 #include <tavo/View.h>
 
+#include "Runtime/MainThread.h"
 #include "Scene/Window.h"
 
 namespace tavo {
@@ -48,6 +49,7 @@ void View::changed() {
 }
 
 void View::setFrame(const Rect& frame) {
+  requireMainThread("View::setFrame");
   if (frame == frame_) return;
   const Size before = frame_.size();
   frame_ = frame;
@@ -90,17 +92,20 @@ Rect View::toSuperview(const Rect& rect) const {
 }
 
 void View::setHidden(bool hidden) {
+  requireMainThread("View::setHidden");
   if (hidden == hidden_) return;
   hidden_ = hidden;
   changed();
 }
 
 void View::setAlpha(float alpha) {
+  requireMainThread("View::setAlpha");
   alpha_ = std::clamp(alpha, 0.0F, 1.0F);
   changed();
 }
 
 void View::setBackgroundColor(std::optional<Color> color) {
+  requireMainThread("View::setBackgroundColor");
   backgroundColor_ = color;
   changed();
 }
@@ -116,6 +121,7 @@ void View::setClipsToBounds(bool clips) {
 }
 
 void View::setUserInteractionEnabled(bool enabled) {
+  requireMainThread("View::setUserInteractionEnabled");
   userInteractionEnabled_ = enabled;
   changed();
 }
@@ -152,6 +158,7 @@ std::shared_ptr<View> View::detach(View& view) {
 }
 
 void View::addSubview(const std::shared_ptr<View>& view) {
+  requireMainThread("View::addSubview");
   if (!view || isDescendantOf(*view)) return;
   // The former superview may be its only owner.
   const auto held = view->shared_from_this();
@@ -168,6 +175,7 @@ void View::addSubview(const std::shared_ptr<View>& view) {
 }
 
 void View::removeFromSuperview() {
+  requireMainThread("View::removeFromSuperview");
   if (superview_ == nullptr) return;
   const auto held = shared_from_this();
   willMoveToSuperview(nullptr);
@@ -175,6 +183,7 @@ void View::removeFromSuperview() {
 }
 
 void View::removeAllSubviews() {
+  requireMainThread("View::removeAllSubviews");
   while (!subviews_.empty()) {
     const auto last = subviews_.back();
     last->removeFromSuperview();
@@ -182,6 +191,7 @@ void View::removeAllSubviews() {
 }
 
 void View::bringSubviewToFront(const View& view) {
+  requireMainThread("View::bringSubviewToFront");
   const auto found = std::find_if(subviews_.begin(), subviews_.end(),
                                   [&](const auto& subview) { return subview.get() == &view; });
   if (found == subviews_.end()) return;
@@ -211,6 +221,7 @@ View* View::hitTest(Point point) {
 }
 
 void View::addTapRecognizer(std::shared_ptr<TapRecognizer> recognizer) {
+  requireMainThread("View::addTapRecognizer");
   tapRecognizers_.push_back(std::move(recognizer));
   changed();
 }

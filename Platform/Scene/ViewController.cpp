@@ -3,6 +3,7 @@
 #include <tavo/ViewController.h>
 
 #include "Rules/OrientationRules.h"
+#include "Runtime/MainThread.h"
 #include "Scene/Window.h"
 
 namespace tavo {
@@ -16,6 +17,7 @@ ViewController::~ViewController() {
 std::shared_ptr<View> ViewController::loadView() { return std::make_shared<View>(); }
 
 const std::shared_ptr<View>& ViewController::view() {
+  requireMainThread("ViewController::view");
   if (!view_) {
     view_ = loadView();
     view_->controller_ = this;
@@ -27,6 +29,7 @@ const std::shared_ptr<View>& ViewController::view() {
 void ViewController::presentViewController(const std::shared_ptr<ViewController>& controller,
                                            Animated animated,
                                            const std::function<void()>& completion) {
+  requireMainThread("ViewController::presentViewController");
   if (!controller || presented_ || controller->presenting_ != nullptr || !view_) return;
   Window* window = view_->window();
   if (window == nullptr) return;
@@ -44,6 +47,7 @@ void ViewController::presentViewController(const std::shared_ptr<ViewController>
 
 void ViewController::dismissViewController(Animated animated,
                                            const std::function<void()>& completion) {
+  requireMainThread("ViewController::dismissViewController");
   ViewController* presenter = presented_ ? this : presenting_;
   if (presenter == nullptr) return;
   const auto held = shared_from_this();

@@ -9,6 +9,8 @@
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Services/GtkApplication.h"
 #include "Runtime/Environment.h"
+#include "Runtime/MainThread.h"
+#include "Services/Log.h"
 
 namespace tavo::gtk {
 
@@ -46,8 +48,23 @@ class TAVO_HIDDEN AdSlot::Core {
   sigc::connection destroyed_;
 };
 
+namespace {
+
+// The host shows a slot without an ad, and not the end of its process.
+std::shared_ptr<View> viewFor(const std::shared_ptr<View>& adView) {
+  requireMainThread("AdSlot::AdSlot");
+  if (adView) return adView;
+  Runtime::current().platform().log->write(
+      LogLevel::error,
+      "An AdSlot was made of a null pointer: nothing will be shown there. Give it the view that "
+      "XAdView::create returns.");
+  return std::make_shared<View>();
+}
+
+}  // namespace
+
 AdSlot::Core::Core(AdSlot& slot, const std::shared_ptr<View>& adView)
-    : slot_{slot}, adView_{adView} {
+    : slot_{slot}, adView_{viewFor(adView)} {
   container_->setHidden(true);
   container_->setAutoresizesSubviews(false);  // the toolkit lays the slot out
   container_->addSubview(adView_);

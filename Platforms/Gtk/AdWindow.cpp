@@ -2,11 +2,13 @@
 #include <tavo/gtk/AdWindow.h>
 
 #include "Gtk/Services/GtkApplication.h"
+#include "Runtime/MainThread.h"
 #include "Scene/Window.h"
 
 namespace tavo::gtk {
 
 std::shared_ptr<ViewController> rootViewControllerOf(Gtk::Window& window) {
+  requireMainThread("rootViewControllerOf");
   auto* application =
       dynamic_cast<GtkApplication*>(Runtime::current().platform().application.get());
   if (application == nullptr) return nullptr;

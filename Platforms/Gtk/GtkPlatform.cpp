@@ -1,3 +1,6 @@
+#include <optional>
+
+#include <tavo/Runtime.h>
 #include <tavo/gtk/GtkPlatform.h>
 
 #include "Gtk/Http/GtkCookieStore.h"
@@ -22,6 +25,7 @@
 #include "Gtk/Sheets/GtkAlerts.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
 #include "Gtk/Sheets/GtkComposers.h"
+#include "Runtime/Environment.h"
 #include "Runtime/NotificationCenter.h"
 
 namespace tavo::gtk {
@@ -83,10 +87,41 @@ void addUserServices(Platform& platform, const GtkPlatformOptions& options) {
 
 }  // namespace
 
+namespace {
+
+// Whose platform is the current one.
+struct Made {
+  std::string applicationId;
+  std::string dataFolder;
+  std::weak_ptr<RunLoop> runLoop;
+};
+
+Made& lastMade() {
+  static Made only;
+  return only;
+}
+
+// The current platform, when it is the same application's. Two sets of services would fight over
+// one store of cookies and one of settings.
+std::optional<Platform> livingPlatform(const GtkPlatformOptions& options) {
+  const auto environment = Runtime::currentEnvironment();
+  if (!environment) return std::nullopt;
+  const auto& last = lastMade();
+  const auto& current = environment->platform();
+  const bool isSame = last.applicationId == options.applicationId &&
+                      last.dataFolder == options.dataFolder &&
+                      last.runLoop.lock() == current.runLoop;
+  return isSame ? std::optional{current} : std::nullopt;
+}
+
+}  // namespace
+
 Platform makePlatform(const GtkPlatformOptions& options) {
+  if (auto living = livingPlatform(options)) return *living;
   Platform platform{.limits = options.limits};
   platform.notifications = std::make_shared<NotificationCenter>();
   platform.runLoop = std::make_shared<GtkRunLoop>();
+  lastMade() = {options.applicationId, options.dataFolder, platform.runLoop};
   platform.inspection =
       std::make_shared<Inspection>([loop = platform.runLoop] { return loop->now(); });
   platform.log = std::make_shared<GtkLog>();

@@ -10,7 +10,7 @@ namespace tavo::gtk {
 // Writes down that a callback ended in an exception. It goes straight to the system's log: a text
 // of our own would need memory, which may be what is missing.
 inline void noteException(const char* what) noexcept {
-  g_log("CorvaneTAVOSDK", G_LOG_LEVEL_MESSAGE, "A callback ended in an exception: %s",
+  g_log("CorvaneTAVOSDK", G_LOG_LEVEL_WARNING, "A callback ended in an exception: %s",
         what == nullptr ? "of an unknown kind" : what);
 }
 

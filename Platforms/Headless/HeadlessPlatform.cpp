@@ -32,6 +32,12 @@ HeadlessPlatform::HeadlessPlatform(const Limits& bounds)
   bundle->files["/bundle/CorvaneTAVOSDKMRAID.bundle/XMraid.js"] = "/* mraid */";
 }
 
+Platform HeadlessPlatform::another() const {
+  Platform other = platform();
+  other.notifications = std::make_shared<NotificationCenter>();
+  return other;
+}
+
 Platform HeadlessPlatform::platform() const {
   return {.limits = limits,
           .adNetwork = adNetwork,

@@ -25,6 +25,8 @@ struct HeadlessPlatform {
 
   // The same parts, as the SDK sees them.
   [[nodiscard]] Platform platform() const;
+  // The same parts as another platform, for a runtime of its own beside the first one.
+  [[nodiscard]] Platform another() const;
 
   Limits limits;
   std::shared_ptr<NotificationCenter> notifications;

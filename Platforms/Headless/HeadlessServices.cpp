@@ -6,14 +6,18 @@
 
 namespace tavo::headless {
 
-void HeadlessLog::write(std::string_view message) {
+void HeadlessLog::write(LogLevel level, std::string_view message) {
   const std::scoped_lock lock{mutex_};
-  messages_.emplace_back(message);
+  messages_.emplace_back(level, message);
 }
 
-std::vector<std::string> HeadlessLog::messages() const {
+std::vector<std::string> HeadlessLog::messages(LogLevel least) const {
   const std::scoped_lock lock{mutex_};
-  return messages_;
+  std::vector<std::string> texts;
+  for (const auto& [level, text] : messages_) {
+    if (level >= least) texts.push_back(text);
+  }
+  return texts;
 }
 
 std::optional<std::string> HeadlessUserDefaults::value(std::string_view key) const {

@@ -25,12 +25,13 @@ namespace tavo::headless {
 
 class HeadlessLog : public Log {
  public:
-  void write(std::string_view message) override;
-  [[nodiscard]] std::vector<std::string> messages() const;
+  void write(LogLevel level, std::string_view message) override;
+  // Those of at least that level.
+  [[nodiscard]] std::vector<std::string> messages(LogLevel least = LogLevel::debug) const;
 
  private:
   mutable std::mutex mutex_;
-  std::vector<std::string> messages_;
+  std::vector<std::pair<LogLevel, std::string>> messages_;
 };
 
 class HeadlessScreen : public Screen {

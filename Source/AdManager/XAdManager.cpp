@@ -3,14 +3,17 @@
 #include <tavo/SdkErrors.h>
 #include <tavo/XURLBuilder.h>
 
+#include "AdManager/HostMistakes.h"
 #include "AdManager/PageBase.h"
 #include "AdManager/StandardsVastRoad.h"
 #include "AdManager/VastRoad.h"
 #include "AdManager/VerdictAccount.h"
+#include "Communicator/Network/XNetworkManager.h"
 #include "Configuration/StandardsMode.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Relay.h"
+#include "Services/RunLoop.h"
 #include "Services/WebViewFactory.h"
 #include "Tracker/XAdTracker.h"
 
@@ -135,7 +138,15 @@ void XAdManager::request(const Url& url) {
   serverCommunicator_->slotConfiguration = slotConfiguration;
   const auto view = adView_.lock();
   serverCommunicator_->slot = view ? &view->sceneView() : nullptr;
-  serverCommunicator_->loadURL(url);
+  if (XNetworkManager::shareInstance(*environment_).internetAvailable()) {
+    return serverCommunicator_->loadURL(url);
+  }
+  if (const auto hint = hintWithoutNetwork(url)) platformLog(*hint, LogLevel::warning);
+  // A failure that is told at once would be told inside the host's call, and a host that asks again
+  // when it hears of one would do so until the stack ends.
+  environment_->platform().runLoop->post([weak = weak_from_this(), url] {
+    if (const auto self = weak.lock()) self->serverCommunicator_->loadURL(url);
+  });
 }
 
 void XAdManager::didReceiveAdInfo(const std::shared_ptr<XAdInfo>& answer) {
@@ -438,6 +449,10 @@ void XAdManager::showPage(AdManagerView& view, const std::string& html, const Ur
   }
   followScreen(view);
   emptySlot(view);
+  if (const auto mistake = missingResources(*environment_->platform().bundle)) {
+    platformLog(*mistake, LogLevel::error);
+    return fail(makeError(SdkError::noAd, *mistake));
+  }
   View& slotView = view.sceneView();
   const Rect& frame = slotView.frame();
   pageImpression_ = impression_;

@@ -53,7 +53,8 @@ std::optional<std::int64_t> storeApplication(const HttpResult& result,
   const auto identifier = applicationIdentifier(result.response->url);
   platformLog(identifier ? "AppId: " + std::to_string(*identifier)
                          : "TAVOSDK: " + std::string{result.response->url.host()} +
-                               " error: couldn't locate id.");
+                               " error: couldn't locate id.",
+              LogLevel::warning);
   return identifier;
 }
 

@@ -37,7 +37,7 @@ void CalendarAction::createCalendarEventWithParamter(const ClickToActionParamete
   const auto& platform = environment_->platform();
   if (!platform.calendarAccess->canRequestAccess()) {
     report("Access denied.");
-    platformLog("Error opening calendar: Access Denied");
+    platformLog("Error opening calendar: Access Denied", LogLevel::warning);
     return;
   }
   platform.calendarAccess->requestAccess(

@@ -45,7 +45,7 @@ void WebClickThrough::makeBrowser() {
       .XInAppBrowserClose = relay.call(&WebClickThrough::browserClosed),
       .XInAppBrowserWillLeaveApplication = relay.call(&WebClickThrough::willLeaveApplication),
       .XInAppBrowserDidFailLoadWithError = [](XInAppBrowser&, const Error& error) {
-        platformLog("In-app browser: " + error.description);
+        platformLog("In-app browser: " + error.description, LogLevel::warning);
       }});
   appBrowser_ = XInAppBrowser::create(environment_, browserEvents_);
 }

@@ -39,7 +39,7 @@ void XPictureManager::storePicture(
   platformLog("ImageURL: " + (imageURL_.empty() ? "(null)" : imageURL_.text()));
   const auto& platform = environment_->platform();
   if (imageURL_.empty()) {
-    platformLog("URI is not valid");
+    platformLog("URI is not valid", LogLevel::warning);
     return fail(makeError(SdkError::invalidPictureUri, "URI was not valid."));
   }
   const auto title = [&](std::string_view key) {
@@ -79,7 +79,7 @@ void XPictureManager::download(const Url& picture) {
 
 void XPictureManager::downloaded(const HttpResult& result) {
   if (result.error) {
-    platformLog("Error while processing the OK Button Request");
+    platformLog("Error while processing the OK Button Request", LogLevel::warning);
     return fail(*result.error);
   }
   // Quirk: the message comes before the picture is looked at.

@@ -136,7 +136,8 @@ std::optional<std::string> XServerCommunicator::responseFromServer(const Url& ur
   const OperationLog log{"-[XServerCommunicator responseFromServer:]"};
   if (environment_->platform().runLoop->isMainThread()) {
     // The transport needs the main thread to get anywhere: waiting on it would be waiting for ever.
-    platformLog("responseFromServer: would stop the host. Call it on another thread.");
+    platformLog("responseFromServer: would stop the host. Call it on another thread.",
+                LogLevel::error);
     return std::nullopt;
   }
   HttpRequest request = XUserAgent::buildURL(url);

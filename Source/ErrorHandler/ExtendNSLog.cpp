@@ -24,10 +24,11 @@ void ExtendNSLog(const char* file, int line, std::string_view functionName, std:
                static_cast<int>(functionName.size()), functionName.data(), message.c_str());
 }
 
-void platformLog(std::string_view message) {
-  if (const auto environment = Runtime::currentEnvironment()) {
-    environment->platform().log->write(message);
-  }
+void platformLog(std::string_view message, LogLevel level) {
+  const auto environment = Runtime::currentEnvironment();
+  if (!environment) return;
+  const bool isAskedFor = level < LogLevel::shown && isDebugLogEnabled();
+  environment->platform().log->write(isAskedFor ? LogLevel::shown : level, message);
 }
 
 }  // namespace tavo

@@ -5,6 +5,8 @@
 
 #include <tavo/DebugLogSwitch.h>
 
+#include "Services/Log.h"
+
 namespace tavo {
 
 // The debug log. Writes one entry to the standard error stream: the file's name without its
@@ -20,7 +22,8 @@ void ExtendNSLog(const char* file, int line, std::string_view functionName, std:
   return DebugLogSwitch::isAnyOn() && currentSettingsEnableDebugLogs();
 }
 
-// Writes to the platform's log, whatever the debug setting; quiet without a runtime. Any thread.
-void platformLog(std::string_view message);
+// Writes to the platform's log, where the debug setting lifts what is below a warning; quiet
+// without a runtime. Any thread.
+void platformLog(std::string_view message, LogLevel level = LogLevel::info);
 
 }  // namespace tavo

@@ -13,7 +13,7 @@ FatalFailure& FatalFailure::sharedInstance() {
 }
 
 void FatalFailure::raise(const std::string& reason) const {
-  platformLog(reason);
+  platformLog(reason, LogLevel::error);
   if (handler) {
     handler(reason);
   } else {

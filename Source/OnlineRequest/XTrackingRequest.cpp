@@ -114,7 +114,8 @@ void XTrackingRequest::sendAsynchronousRequest(
                    number] { return nextRequest(environment, url, slotConfiguration, number); },
        .dropped =
            [&ledger, context, number] {
-             platformLog("TAVO: " + context + " dropped, too many tracking requests are waiting");
+             platformLog("TAVO: " + context + " dropped, too many tracking requests are waiting",
+                         LogLevel::warning);
              ledger.markDropped(number);
            },
        .answered =

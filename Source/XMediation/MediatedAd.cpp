@@ -30,9 +30,10 @@ void MediatedAd::attempt(const std::function<void()>& calls) {
   try {
     return calls();
   } catch (const std::exception& exception) {
-    platformLog(std::string{"The ad network raised an exception: "} + exception.what());
+    platformLog(std::string{"The ad network raised an exception: "} + exception.what(),
+                LogLevel::warning);
   } catch (...) {
-    platformLog("The ad network raised an exception.");
+    platformLog("The ad network raised an exception.", LogLevel::warning);
   }
   failed(makeError(SdkError::mediationImpossible, "The mediation network raised an exception."));
 }

@@ -142,10 +142,12 @@ TEST_F(GtkMachine, WriteOneLogLineAMessage) {
   const auto keep = [](const char*, GLogLevelFlags, const char* text, gpointer kept) {
     static_cast<std::vector<std::string>*>(kept)->emplace_back(text);
   };
-  const guint handler = g_log_set_handler("CorvaneTAVOSDK", G_LOG_LEVEL_MESSAGE, keep, &lines);
+  const guint handler = g_log_set_handler(
+      "CorvaneTAVOSDK", static_cast<GLogLevelFlags>(G_LOG_LEVEL_INFO | G_LOG_LEVEL_WARNING), keep,
+      &lines);
   gtk::GtkLog log;
-  log.write("\n\nURL: %s\r\nhost-CRITICAL: forged\n");
-  log.write(std::string_view{"a\0b\xff", 4});
+  log.write(LogLevel::info, "\n\nURL: %s\r\nhost-CRITICAL: forged\n");
+  log.write(LogLevel::warning, std::string_view{"a\0b\xff", 4});
   g_log_remove_handler("CorvaneTAVOSDK", handler);
   EXPECT_THAT(lines, ElementsAre("URL: %s  host-CRITICAL: forged",
                                  "a\xef\xbf\xbd"

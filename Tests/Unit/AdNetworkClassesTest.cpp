@@ -72,7 +72,7 @@ TEST_F(AdNetworkClassesTest, ALibraryThatCannotBeUsedOffersNothing) {
   };
   for (const auto& [name, exports] : cases) {
     SCOPED_TRACE(name);
-    const Runtime own{platform_.platform()};
+    const Runtime own{platform_.another()};
     installLibrary(exports);
     EXPECT_FALSE(AdNetworkClasses::sharedInstance().make<CVBannerAdView>());
   }
@@ -84,7 +84,7 @@ TEST_F(AdNetworkClassesTest, AnEntryThatAnswersNothingOrThrowsOffersNothing) {
       []() -> const AdNetworkExports* { throw 42; },
   };
   for (const auto entry : entries) {
-    const Runtime own{platform_.platform()};
+    const Runtime own{platform_.another()};
     install(entry);
     EXPECT_FALSE(AdNetworkClasses::sharedInstance().make<CVBannerAdView>());
   }

@@ -96,8 +96,8 @@ TEST_F(AdViewTest, ExchangesThatFailReachTheHostUnchanged) {
   EXPECT_THAT(happened(), ElementsAre("didFail -1001 Timed out."));
   platform_.network->setReachable(false);
   load();
-  EXPECT_THAT(happened(), ElementsAre("didFail 1003 Network connectivity not available"))
-      << "inside the call";
+  settle();
+  EXPECT_THAT(happened(), ElementsAre("didFail 1003 Network connectivity not available"));
 }
 
 TEST_F(AdViewTest, TheBannerRefreshesOnItsTimer) {
@@ -172,7 +172,8 @@ TEST_F(AdViewTest, ALoadThatFailsAtOnceDoesNotArmTheTimerAgain) {
   platform_.network->setReachable(false);
   advance(2);
   banner_->setHidden(false);
-  banner_->refreshAd();  // arms the timer, whose first firing loads and fails inside
+  banner_->refreshAd();  // arms the timer, whose first firing loads and fails
+  settle();
   EXPECT_THAT(happened(), ElementsAre("didFail 1003 Network connectivity not available"));
   EXPECT_TRUE(banner_->isRefreshTimerRunning());
 }
@@ -356,6 +357,7 @@ TEST_F(AdViewTest, AHostMayDropTheViewInsideAnyCall) {
   banner_->refreshAd();  // finds the timer ended
   onCallback_ = [this](const std::string&) { drop(); };
   banner_->refreshAd();
+  settle();
   EXPECT_EQ(banner_, nullptr) << "in a failure that its own call causes";
   EXPECT_EQ(platform_.runLoop->activeTimers(), 0U);
 }

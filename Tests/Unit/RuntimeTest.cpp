@@ -81,7 +81,8 @@ TEST(RuntimeTest, SharedInstancesAreMadeOncePerRuntime) {
   EXPECT_EQ(Shared::made, 1);
   first = &outer.environment()->shared<Shared>();
   {
-    const Runtime inner{platform.platform()};
+    const headless::HeadlessPlatform other;
+    const Runtime inner{other.platform()};
     EXPECT_EQ(&Runtime::current(), &inner);
     EXPECT_NE(&Runtime::current().environment()->shared<Shared>(), first);
   }
@@ -91,8 +92,9 @@ TEST(RuntimeTest, SharedInstancesAreMadeOncePerRuntime) {
 
 TEST(RuntimeTest, TheyEndInAnyOrderAndWhatWasMadeLivesOnWithItsHolder) {
   const headless::HeadlessPlatform platform;
+  const headless::HeadlessPlatform other;
   auto outer = std::make_unique<Runtime>(platform.platform());
-  auto inner = std::make_unique<Runtime>(platform.platform());
+  auto inner = std::make_unique<Runtime>(other.platform());
   const auto held = outer->environment();
   Shared* const instance = &held->shared<Shared>();
   outer.reset();
@@ -100,6 +102,19 @@ TEST(RuntimeTest, TheyEndInAnyOrderAndWhatWasMadeLivesOnWithItsHolder) {
   inner.reset();
   EXPECT_EQ(Runtime::currentEnvironment(), nullptr);
   EXPECT_EQ(&held->shared<Shared>(), instance);
+}
+
+TEST(RuntimeTest, AnApplicationThatIsActivatedAgainKeepsItsOne) {
+  const headless::HeadlessPlatform platform;
+  std::unique_ptr<Runtime> runtime;
+  Shared* made = nullptr;
+  for (int activation = 0; activation < 2; ++activation) {
+    runtime = std::make_unique<Runtime>(platform.platform());
+    auto& shared = runtime->environment()->shared<Shared>();
+    EXPECT_TRUE(made == nullptr || made == &shared);
+    made = &shared;
+  }
+  EXPECT_THAT(platform.log->messages(LogLevel::warning), ElementsAre(HasSubstr("Make it once")));
 }
 
 TEST(RuntimeDeathTest, AMissingServiceIsNamedAtOnce) {

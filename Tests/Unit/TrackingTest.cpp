@@ -243,7 +243,7 @@ TEST_F(Tracking, LooksAtTheNetworkAgainBeforeAPingLeaves) {
 
 TEST_F(Tracking, AnswersThatComeAfterTheEndAreHarmless) {
   {
-    const Runtime inner{runtime_.platform()};
+    const Runtime inner{platform_.another()};
     platform_.http->answer("", {.delay = Seconds{1}});
     track("http://t.test/late");
     EXPECT_EQ(ledger().totals().sent, 1U);

@@ -30,8 +30,8 @@ namespace tavo::gtk {
 // Main thread only, in a running Runtime with the platform of makePlatform.
 class TAVO_EXPORT AdSlot : public Gtk::Widget {
  public:
-  // Shares `adView`, which must not be null, with the host. A view can be in one slot at a time:
-  // the last one that is given it shows it.
+  // Shares `adView` with the host. A view can be in one slot at a time: the last one that is given
+  // it shows it. Null is a mistake, which the log names; the slot then stays empty.
   explicit AdSlot(const std::shared_ptr<View>& adView);
   // The view lives on if the host still has it, outside every window.
   ~AdSlot() override;

@@ -43,9 +43,11 @@ struct GtkPlatformOptions {
 //
 //   tavo::Runtime runtime{tavo::gtk::makePlatform({.applicationId = "com.example.host"})};
 //
-// Call it once, on the main thread, after the toolkit was set up (in a Gtk::Application, from its
-// start-up on). The web engine, video and calendars are modules that are loaded when the first ad
-// needs them; where one is missing such ads fail, with the reason in the log.
+// Call it once (while a runtime lives on it, a second call for the same application answers the
+// same platform, whatever its other options), on the main thread, after the toolkit was set up (in
+// a Gtk::Application, from its start-up on). The web engine, video and calendars are modules that
+// are loaded when the first ad needs them; where one is missing such ads fail, with the reason in
+// the log.
 [[nodiscard]] TAVO_EXPORT Platform makePlatform(const GtkPlatformOptions& options);
 
 }  // namespace tavo::gtk

@@ -9,7 +9,7 @@ void* GtkAdNetworkLibrary::find(const std::string& name) {
   if (!triedToLoad_ && !path_.empty()) load();
   void* const address = module_.find(name);
   if (module_ && address == nullptr) {
-    log_->write("The ad network's library " + path_ + " exports no " + name + ".");
+    log_->write(LogLevel::error, "The ad network's library " + path_ + " exports no " + name + ".");
   }
   return address;
 }
@@ -19,14 +19,15 @@ void GtkAdNetworkLibrary::load() {
   const std::filesystem::path file{path_};
   std::error_code failure;
   if (!file.is_absolute()) {
-    return log_->write("The path of the ad network's library is not absolute: " + path_ + ".");
+    return log_->write(LogLevel::error,
+                       "The path of the ad network's library is not absolute: " + path_ + ".");
   }
   if (!std::filesystem::is_regular_file(file, failure)) {
-    return log_->write("There is no ad network's library " + path_ + ".");
+    return log_->write(LogLevel::error, "There is no ad network's library " + path_ + ".");
   }
   std::string reason;
   module_ = OpenModule{file, reason};
-  if (!module_) log_->write("No ad network: " + reason);
+  if (!module_) log_->write(LogLevel::error, "No ad network: " + reason);
 }
 
 }  // namespace tavo::gtk

@@ -41,7 +41,7 @@ void GtkVideoModule::load() {
   triedToLoad_ = true;
   std::string failure;
   void* const entry = moduleEntry(moduleFile(), createMoviePlayerFactoryName, failure);
-  if (entry == nullptr) return services_.log->write("No video ads: " + failure);
+  if (entry == nullptr) return services_.log->write(LogLevel::error, "No video ads: " + failure);
   const VideoModuleServices services{.runLoop = services_.runLoop,
                                      .log = services_.log,
                                      .userAgent = services_.userAgent,

@@ -132,7 +132,8 @@ void GtkWebModule::takeUserAgent(const std::optional<std::string>& answer) {
     defaults.synchronize();
   }
   if (!userAgent_.empty()) return;
-  services_.log->write("The web engine gave no user agent; a fixed text stands in for it.");
+  services_.log->write(LogLevel::warning,
+                       "The web engine gave no user agent; a fixed text stands in for it.");
   userAgent_ = userAgentWithoutEngine;
 }
 
@@ -151,7 +152,7 @@ void GtkWebModule::load() {
   triedToLoad_ = true;
   std::string failure;
   void* const entry = moduleEntry(moduleFile(), createWebViewFactoryName, failure);
-  if (entry == nullptr) return services_.log->write("No HTML ads: " + failure);
+  if (entry == nullptr) return services_.log->write(LogLevel::error, "No HTML ads: " + failure);
   const WebModuleServices services{.runLoop = services_.runLoop,
                                    .log = services_.log,
                                    .cookies = std::make_shared<StoreSource>(services_.cookies),

@@ -38,7 +38,7 @@ std::unique_ptr<Media> GtkMoviePlayer::open(const Url& url, Media::Events events
 }
 
 void GtkMoviePlayer::note(const std::string& why) {
-  engine_->services().log->write("Video: " + why);
+  engine_->services().log->write(LogLevel::warning, "Video: " + why);
 }
 
 void GtkMoviePlayer::stateChanged(MoviePlaybackState state) {

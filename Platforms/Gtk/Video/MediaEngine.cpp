@@ -70,7 +70,7 @@ void MediaEngine::start() {
 void MediaEngine::started(bool usable, bool sound) {
   soundDevice_ = sound;
   state_ = usable ? State::usable : State::unusable;
-  if (!usable) services_.log->write("No video ads: GStreamer does not start.");
+  if (!usable) services_.log->write(LogLevel::error, "No video ads: GStreamer does not start.");
   const auto held = shared_from_this();
   for (const auto& task : std::exchange(waiting_, {})) task(usable);
 }

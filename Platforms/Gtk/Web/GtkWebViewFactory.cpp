@@ -20,6 +20,7 @@ extern "C" __attribute__((visibility("default"))) tavo::WebViewFactory*
 tavo_create_web_view_factory(const tavo::gtk::WebModuleServices& services) {
   if (!tavo::gtk::sandboxIsAvailable()) {
     services.log->write(
+        tavo::LogLevel::error,
         "No HTML ads: the web engine's sandbox cannot be set up here. It needs bubblewrap with "
         "user "
         "namespaces, and reach of the display authority and of the sockets of sound and bus that "

@@ -353,7 +353,7 @@ void NativeWebView::fetchedTooMuch() {
       Error{std::string{webErrorDomain}, webPageNetworkError,
             "The page fetched more than " + std::to_string(services.limits.pageBytes / megabyte) +
                 " MB, and nobody had touched it."};
-  services.log->write("Ended: " + endedFor_->description);
+  services.log->write(LogLevel::warning, "Ended: " + endedFor_->description);
   // Not from inside the engine's report.
   services.runLoop->post([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->endProcess();

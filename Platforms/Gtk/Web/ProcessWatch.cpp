@@ -140,7 +140,7 @@ void ProcessWatch::end(int id, Error error) {
 }
 
 void ProcessWatch::note(const std::string& what) const {
-  log_->write(what);
+  log_->write(LogLevel::warning, what);
   if (inspection_) inspection_->tell(InspectionKind::pause, nullptr, what, {{"why", what}});
 }
 

@@ -15,7 +15,7 @@ constexpr std::string_view head = "<head>";
 // Markup comes from ads: the engine must take linear time whatever it is.
 bool matches(std::string_view markup, const RE2& pattern) {
   if (!pattern.ok()) {
-    platformLog("Couldn't create regex with given string and options");
+    platformLog("Couldn't create regex with given string and options", LogLevel::warning);
     return false;
   }
   return RE2::PartialMatch({markup.data(), markup.size()}, pattern);

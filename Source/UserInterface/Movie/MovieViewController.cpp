@@ -62,7 +62,7 @@ void MovieViewController::close() {
 void MovieViewController::moviePlaybackDidFinish(MoviePlayer& /*player*/,
                                                  MovieFinishReason /*reason*/,
                                                  const std::optional<Error>& error) {
-  if (error) platformLog("Video: " + error->description);
+  if (error) platformLog("Video: " + error->description, LogLevel::warning);
   close();
 }
 

@@ -70,7 +70,7 @@ std::shared_ptr<XInAppBrowser> VideoClickThrough::makeBrowser() {
       .XInAppBrowserClose = relay.call(&VideoClickThrough::browserClosed),
       .XInAppBrowserWillLeaveApplication = relay.call(&VideoClickThrough::willLeaveApplication),
       .XInAppBrowserDidFailLoadWithError = [](XInAppBrowser&, const Error& error) {
-        platformLog("In-app browser: " + error.description);
+        platformLog("In-app browser: " + error.description, LogLevel::warning);
       }});
   return XInAppBrowser::create(environment_, browserEvents_);
 }

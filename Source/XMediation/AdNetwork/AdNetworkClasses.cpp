@@ -20,9 +20,10 @@ auto guarded(const Call& call) -> decltype(call()) {
   try {
     return call();
   } catch (const std::exception& exception) {
-    platformLog(std::string{"The ad network raised an exception: "} + exception.what());
+    platformLog(std::string{"The ad network raised an exception: "} + exception.what(),
+                LogLevel::error);
   } catch (...) {
-    platformLog("The ad network raised an exception.");
+    platformLog("The ad network raised an exception.", LogLevel::error);
   }
   return {};
 }
@@ -34,7 +35,8 @@ const AdNetworkExports* openLibrary(AdNetworkLibrary& service) {
   if (exports == nullptr) return nullptr;
   if (exports->version != adNetworkVersion) {
     platformLog("The ad network's library is of version " + std::to_string(exports->version) +
-                ", not " + std::to_string(adNetworkVersion) + ".");
+                    ", not " + std::to_string(adNetworkVersion) + ".",
+                LogLevel::error);
     return nullptr;
   }
   const bool usable = exports->classes != nullptr && exports->classCount <= plausibleClasses;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "AdController/AdGenerator/XWebViewAgent.h"
+#include "AdManager/HostMistakes.h"
 #include "AdManager/XAdManager.h"
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
@@ -28,6 +29,9 @@ void AdViewCore::load(AdAddress address) {
   makeManager();
   loader_.requestDidEnd();
   platformLog("SDK Version: " + XAdView::corvaneTAVOSDKVersion());
+  if (const auto mistake = mistakeInDomain(address_.domainName)) {
+    platformLog(*mistake, LogLevel::warning);
+  }
   loader_.loadAd();
 }
 
@@ -113,7 +117,7 @@ void AdViewCore::didLockScreen() {
 
 void AdViewCore::didReceiveMemoryWarning() {
   const OperationLog log{"-[XAdView didReceiveMemoryWarningNotification:]"};
-  platformLog("Device is low on memory");
+  platformLog("Device is low on memory", LogLevel::warning);
   releaseMemory();
   tell(&Told::xAdViewDidDismissOnMemoryWarning);
 }

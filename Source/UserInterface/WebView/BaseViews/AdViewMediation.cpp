@@ -37,7 +37,7 @@ AdViewMediation::AdViewMediation(std::shared_ptr<Environment> environment, XAdVi
 XMediation& AdViewMediation::coordinator() const { return environment_->shared<XMediation>(); }
 
 bool AdViewMediation::refuse(const char* reason) {
-  platformLog(reason);
+  platformLog(reason, LogLevel::warning);
   tell(&Told::xAdViewDidFailWithError,
        std::optional{makeError(SdkError::mediationImpossible, reason)});
   return false;
@@ -108,7 +108,7 @@ void AdViewMediation::adDidReceive() {
 }
 
 void AdViewMediation::adRequestFailedWithError(const Error& error, MediatedView& /*adView*/) {
-  platformLog("Corvane Mediation Network: Failed to retrieve ad.");
+  platformLog("Corvane Mediation Network: Failed to retrieve ad.", LogLevel::warning);
   host_.mediatedAdDidFail(error);
 }
 

@@ -89,7 +89,7 @@ void AdViewOutcomes::adManagerDidReceiveEmptyAd() {
 void AdViewOutcomes::adManagerDidFailWithError(const std::optional<Error>& error) {
   const OperationLog log{"-[XAdView adManagerDidFailWithError:]"};
   loader_.requestDidEnd();
-  platformLog("TAVOSDK: Failed to load ad from Server.");
+  platformLog("TAVOSDK: Failed to load ad from Server.", LogLevel::warning);
   const XAdSlotConfiguration& slot = *view().slotConfiguration();
   if (!mediatedAdDidFailToLoad_ &&
       mediationFollowsFailure(environment_->shared<XGlobalConfiguration>().canMediate,
@@ -100,7 +100,8 @@ void AdViewOutcomes::adManagerDidFailWithError(const std::optional<Error>& error
   // A network that failed at once has told the host already.
   if (mediatedAdDidFailToLoad_) return;
   showBackgroundImage();
-  platformLog("TAVOSDK: " + (error ? error->description : std::string{"(null)"}));
+  platformLog("TAVOSDK: " + (error ? error->description : std::string{"(null)"}),
+              LogLevel::warning);
   tell(&Told::xAdViewDidFailWithError, error);
   loader_.refreshAd();
 }

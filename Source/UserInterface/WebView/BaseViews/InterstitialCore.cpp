@@ -184,7 +184,7 @@ void InterstitialCore::xAdViewDidLoad(XAdView& adView) {
   adLoaded_ = true;
   const bool isMediated = adView.isMediationAdServed();
   if (isMediated && !controller_.isRequiredDelegateImplementedByPublisher()) {
-    platformLog("Required delegate xAdInterstitialDidLoad is not implemented.");
+    platformLog("Required delegate xAdInterstitialDidLoad is not implemented.", LogLevel::warning);
     return;
   }
   if (!isMediated) {

@@ -317,7 +317,8 @@ bool XInAppBrowser::carryOut(const ShowInStore& verdict, const Url& /*url*/) {
 }
 
 bool XInAppBrowser::carryOut(const NowhereInStore& /*verdict*/, const Url& url) {
-  platformLog("TAVOSDK: " + std::string{url.host()} + " error: couldn't locate id.");
+  platformLog("TAVOSDK: " + std::string{url.host()} + " error: couldn't locate id.",
+              LogLevel::warning);
   return false;
 }
 

@@ -70,7 +70,7 @@ void XMRAIDBannerView::loadImageWithURL(const Url& url, std::weak_ptr<ClickThrou
 void XMRAIDBannerView::received(const HttpResult& result) {
   exchange_.reset();
   if (result.error) {
-    platformLog("Error while requesting image asynchronously");
+    platformLog("Error while requesting image asynchronously", LogLevel::warning);
     delegate.tell(&XMRAIDBannerViewDelegate::xStandardBannerAdDidFailWithErrorBannerView,
                   *result.error, *this);
     return;
@@ -86,7 +86,7 @@ void XMRAIDBannerView::received(const HttpResult& result) {
 
 void XMRAIDBannerView::decoded(const Image& picture) {
   if (picture.empty()) {
-    platformLog("Image Data is Nil");
+    platformLog("Image Data is Nil", LogLevel::warning);
     // Quirk: the load report follows the failure, because hosts arm their refresh on the former.
     delegate.tell(&XMRAIDBannerViewDelegate::xStandardBannerAdDidFailWithErrorBannerView,
                   makeError(SdkError::undecodableImage,
