@@ -1,4 +1,4 @@
-// The smallest host: a window with one banner at its bottom.
+// The smallest host: an article with one banner below it.
 #include <gtkmm.h>
 
 #include <tavo/Runtime.h>
@@ -6,8 +6,8 @@
 #include <tavo/gtk/AdSlot.h>
 #include <tavo/gtk/GtkPlatform.h>
 
-int main(int argc, char** argv) {
-  const std::string server = argc > 1 ? argv[1] : "127.0.0.1:8080";
+int main(int, char** argv) {
+  const std::string server = argv[1] != nullptr ? argv[1] : "127.0.0.1:8080";
   const auto app = Gtk::Application::create("com.example.minimalhost");
   std::unique_ptr<tavo::Runtime> runtime;
   std::unique_ptr<Gtk::Window> window;
@@ -17,14 +17,24 @@ int main(int argc, char** argv) {
           [](tavo::XAdView&, const std::optional<tavo::Error>& error) {
             g_print("No banner: %s\n", error ? error->description.c_str() : "no answer");
           }});
+  app->signal_startup().connect([&] {
+    runtime = std::make_unique<tavo::Runtime>(tavo::gtk::makePlatform(
+        {.applicationId = "com.example.minimalhost",
+         .assumeReachable = true}));  // the sample server is on this machine
+  });
   app->signal_activate().connect([&] {
-    runtime = std::make_unique<tavo::Runtime>(
-        tavo::gtk::makePlatform({.applicationId = "com.example.minimalhost"}));
+    if (window) return window->present();  // started a second time
     const auto banner = tavo::XAdView::create({0, 0, 320, 50});
     banner->delegate.set(events);
+    auto* article = Gtk::make_managed<Gtk::Label>("The article that people came for.");
+    article->set_vexpand(true);
+    auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    column->append(*article);
+    column->append(*Gtk::make_managed<tavo::gtk::AdSlot>(banner));
     window = std::make_unique<Gtk::Window>();
-    window->set_default_size(360, 640);
-    window->set_child(*Gtk::make_managed<tavo::gtk::AdSlot>(banner));
+    window->set_title("Minimal host");
+    window->set_default_size(360, 320);
+    window->set_child(*column);
     app->add_window(*window);
     window->present();
     banner->loadWithDomainName(server + "/ads", "image-banner", "Bottom1");
