@@ -34,13 +34,13 @@ file(RELATIVE_PATH TAVO_PREFIX_FROM_PKGCONFIG
   "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" TAVO_PREFIX_FROM_PKGCONFIG "${TAVO_PREFIX_FROM_PKGCONFIG}")
 # A static library leaves to its host what it is made of.
-set(TAVO_PC_REQUIRES_FIELD "Requires")
-if(BUILD_SHARED_LIBS)
-  set(TAVO_PC_REQUIRES_FIELD "Requires.private")
-endif()
-set(TAVO_PC_REQUIRES "glib-2.0 re2 sqlite3 simdjson zlib")
-if(TAVO_BUILD_GTK)
-  string(APPEND TAVO_PC_REQUIRES " gtkmm-4.0 libsoup-3.0 gdk-pixbuf-2.0 gio-unix-2.0 gmodule-no-export-2.0")
+set(TAVO_PC_REQUIRES "")
+if(NOT BUILD_SHARED_LIBS)
+  set(TAVO_PC_REQUIRES "Requires: glib-2.0 re2 sqlite3 simdjson zlib")
+  if(TAVO_BUILD_GTK)
+    string(APPEND TAVO_PC_REQUIRES
+      " gtkmm-4.0 libsoup-3.0 gdk-pixbuf-2.0 gio-unix-2.0 gmodule-no-export-2.0")
+  endif()
 endif()
 foreach(name corvane-tavo corvane-tavo-gtk)
   if(name STREQUAL "corvane-tavo" OR TAVO_BUILD_GTK)
@@ -49,6 +49,17 @@ foreach(name corvane-tavo corvane-tavo-gtk)
     install(FILES "${file}" DESTINATION "${pkgconfig_folder}" COMPONENT Development)
   endif()
 endforeach()
+
+# Examples as their readers build them, and the papers.
+set(examples_folder "${CMAKE_INSTALL_DOCDIR}/examples")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/Examples/"
+  DESTINATION "${examples_folder}" COMPONENT Examples)
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+              "${PROJECT_SOURCE_DIR}/SECURITY.md" "${PROJECT_SOURCE_DIR}/LICENSE"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation
+  PATTERN CMakeLists.txt EXCLUDE PATTERN reference EXCLUDE)
 
 # cmake --build <build> --target uninstall: takes away what the last installation put there.
 if(PROJECT_IS_TOP_LEVEL)

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "AdPlayer/Commands/Command.h"
+#include "InstalledFiles.h"
 
 namespace {
 
@@ -19,8 +20,8 @@ Surroundings surroundingsOf() {
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
   Surroundings surroundings;
   surroundings.program = program.string();
-  surroundings.campaigns = TAVO_SAMPLE_CAMPAIGNS;
-  surroundings.network = TAVO_SAMPLE_NETWORK;
+  surroundings.campaigns = tavo::besideProgram(TAVO_SAMPLE_CAMPAIGNS);
+  surroundings.network = tavo::besideProgram(TAVO_SAMPLE_NETWORK);
   surroundings.film = surroundings.campaigns + "/vast-preroll/clip.mp4";
   if (!std::filesystem::exists(surroundings.network)) surroundings.network.clear();
   if (!std::filesystem::exists(surroundings.film)) surroundings.film.clear();

@@ -13,6 +13,7 @@
 
 #include "AdServer/AdServer.h"
 #include "Gtk/GPtr.h"
+#include "InstalledFiles.h"
 
 namespace {
 
@@ -35,7 +36,7 @@ Open the address that it prints in a browser to see campaigns and requests as th
 
 struct Options {
   std::uint16_t port = 0;
-  std::string campaigns = TAVO_SAMPLE_CAMPAIGNS;
+  std::string campaigns = tavo::besideProgram(TAVO_SAMPLE_CAMPAIGNS);
   std::string recordFile;
   std::string forward;
   std::string into = "recorded";
