@@ -41,9 +41,9 @@ std::shared_ptr<Environment> environmentFor(Platform platform) {
   {
     const std::scoped_lock lock{mutex};
     if (living.empty()) becomeMainThread();
-    const auto same =
-        std::find_if(living.begin(), living.end(),
-                     [&](const Runtime* runtime) { return runtime->platform() == platform; });
+    const auto same = std::find_if(living.begin(), living.end(), [&](const Runtime* runtime) {
+      return runtime->platform() == platform;
+    });
     if (same != living.end()) {
       (*same)->platform().log->write(
           LogLevel::warning,
