@@ -168,20 +168,23 @@ void WindowScene::treeChanged() {
                                               Glib::PRIORITY_HIGH_IDLE);
 }
 
-// The host's content keeps its place: it becomes the lower part of an overlay.
+// The host's content keeps its place: it becomes the lower part of an overlay. That comes first,
+// because the layer looks at once for what it covers.
 void WindowScene::installLayer() {
-  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
-  if (area_ != nullptr) return area_->add_overlay(layer_->widget());
-  Gtk::Widget* content = native_.get_child();
-  overlay_ = std::make_unique<Gtk::Overlay>();
-  if (content != nullptr) {
-    content->reference();
-    native_.unset_child();
-    overlay_->set_child(*content);
-    content->unreference();
+  if (area_ == nullptr) {
+    Gtk::Widget* content = native_.get_child();
+    overlay_ = std::make_unique<Gtk::Overlay>();
+    if (content != nullptr) {
+      content->reference();
+      native_.unset_child();
+      overlay_->set_child(*content);
+      content->unreference();
+    }
+    native_.set_child(*overlay_);
   }
-  native_.set_child(*overlay_);
-  overlay_->add_overlay(layer_->widget());
+  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
+  Gtk::Overlay& below = area_ != nullptr ? *area_ : *overlay_;
+  below.add_overlay(layer_->widget());
 }
 
 }  // namespace tavo::gtk
