@@ -12,8 +12,8 @@ namespace {
 using namespace tavo::adplayer;
 
 // A new command is a file in Commands and a line here.
-constexpr std::array<AddCommand, 4> commands{addWindowCommand, addRunCommand, addMergeCommand,
-                                             addPlayOneCommand};
+constexpr std::array<AddCommand, 5> commands{addWindowCommand, addRunCommand, addScanCommand,
+                                             addMergeCommand, addPlayOneCommand};
 
 Surroundings surroundingsOf() {
   std::error_code failure;

@@ -23,6 +23,7 @@ using AddCommand = void (*)(CLI::App& program, const Surroundings& surroundings,
 // Also what is done without a command.
 void addWindowCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 void addRunCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
+void addScanCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 void addMergeCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 // What `run` starts for each creative; not shown to people.
 void addPlayOneCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
