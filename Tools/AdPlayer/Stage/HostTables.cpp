@@ -51,6 +51,12 @@ struct Lines {
       return true;
     };
   }
+  template <typename Ad>
+  std::function<void(Ad&, const VastAd&)> film(const char* name) const {
+    return [&to = log, name](Ad&, const VastAd& ad) {
+      to.add("callback", std::string{name} + " " + ad.title, {{"name", name}, {"title", ad.title}});
+    };
+  }
   void custom(const char* name, const Url& url) const {
     log.add("callback", std::string{name} + " " + url.text(),
             {{"name", name}, {"url", url.text()}});
@@ -102,6 +108,13 @@ XAdViewDelegate bannerTable(EventLog& log, HostOutcomes outcomes) {
   table.interstitialAdDismissed = lines.plain<Ad>("interstitialAdDismissed");
   table.interstitialAdDismissedOnMemoryWarning =
       lines.plain<Ad>("interstitialAdDismissedOnMemoryWarning");
+  table.xAdViewDidBeginVastAd = lines.film<Ad>("xAdViewDidBeginVastAd");
+  table.xAdViewDidOfferCompanions = [&log, offered = std::move(outcomes.companion)](
+                                        Ad&, const auto& offers) {
+    log.add("callback", "xAdViewDidOfferCompanions " + std::to_string(offers.size()),
+            {{"name", "xAdViewDidOfferCompanions"}});
+    if (offered) offered(*offers.front());
+  };
   return table;
 }
 
@@ -142,6 +155,7 @@ XAdInterstitialViewControllerDelegate interstitialTable(EventLog& log, HostOutco
   table.xAdInterstitialViewControllerShouldHandleCustomURL = [lines](Ad&, const Url& url) {
     lines.custom("xAdInterstitialViewControllerShouldHandleCustomURL", url);
   };
+  table.xAdInterstitialDidBeginVastAd = lines.film<Ad>("xAdInterstitialDidBeginVastAd");
   return table;
 }
 

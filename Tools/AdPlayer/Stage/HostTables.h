@@ -10,10 +10,11 @@
 
 namespace tavo::adplayer {
 
-// The outcomes among what the library tells its host.
+// The outcomes among what the library tells its host, and what it offers.
 struct HostOutcomes {
   std::function<void()> loaded{};
   std::function<void(const std::optional<Error>&)> failed{};
+  std::function<void(VastCompanionOffer&)> companion{};  // of a film in a slot, the largest
 };
 
 // Tables that write every call of the library into `log`, which must outlive them.

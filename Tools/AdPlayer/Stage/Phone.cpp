@@ -112,6 +112,8 @@ void Phone::setLandscape(bool isLandscape) {
 void Phone::clear() {
   if (slot_) place_.remove(*slot_);
   if (movie_) place_.remove(*movie_);
+  if (companion_) place_.remove(*companion_);
+  companion_.reset();
   slot_.reset();
   movie_.reset();
   adView_.reset();
@@ -135,6 +137,12 @@ void Phone::lendPlayer(const Url& film) {
   movie_ = std::make_unique<gtk::MovieSlot>(player);
   place_.prepend(*movie_);
   adView_->setMoviePlayerInstance(player);
+}
+
+void Phone::addCompanion(const std::shared_ptr<View>& companion) {
+  if (companion_) place_.remove(*companion_);
+  companion_ = std::make_unique<gtk::AdSlot>(companion);
+  place_.append(*companion_);
 }
 
 void Phone::setSlotHidden(bool isHidden) { place_.set_visible(!isHidden); }

@@ -46,6 +46,8 @@ class Phone : public Gtk::Box {
   std::shared_ptr<XAdView> makeSlot(const Size& size);
   // Puts a player above the slot that plays `film`, and lends it to the slot's view.
   void lendPlayer(const Url& film);
+  // Puts what stands beside a film below it, in place of the one before.
+  void addCompanion(const std::shared_ptr<View>& companion);
   [[nodiscard]] const std::shared_ptr<XAdView>& adView() const { return adView_; }
 
   void setSlotHidden(bool isHidden);
@@ -68,6 +70,7 @@ class Phone : public Gtk::Box {
   std::shared_ptr<XAdView> adView_;
   std::unique_ptr<gtk::AdSlot> slot_;
   std::unique_ptr<gtk::MovieSlot> movie_;
+  std::unique_ptr<gtk::AdSlot> companion_;
 };
 
 }  // namespace tavo::adplayer

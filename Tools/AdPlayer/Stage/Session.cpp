@@ -86,8 +86,10 @@ void Session::loadBanner(const PlayPlan& plan,
   const auto view = phone_.makeSlot(plan.size);
   if (plan.placement == Placement::preroll) phone_.lendPlayer(film);
   bannerEvents_ = std::make_shared<XAdViewDelegate>(bannerTable(
-      log_, {.loaded = [this] { conclude(Outcome::loaded, std::nullopt); },
-             .failed = [this](const auto& error) { conclude(Outcome::failed, error); }}));
+      log_,
+      {.loaded = [this] { conclude(Outcome::loaded, std::nullopt); },
+       .failed = [this](const auto& error) { conclude(Outcome::failed, error); },
+       .companion = [this](VastCompanionOffer& offer) { phone_.addCompanion(offer.view()); }}));
   view->delegate.set(bannerEvents_);
   view->setSlotConfiguration(settings);
   view->loadWithDomainName(plan.domain, plan.page, plan.position, plan.keywords, plan.query);
@@ -103,7 +105,8 @@ void Session::loadInterstitial(const PlayPlan& plan,
                    present();
                    conclude(Outcome::loaded, std::nullopt);
                  },
-             .failed = [this](const auto& error) { conclude(Outcome::failed, error); }}));
+             .failed = [this](const auto& error) { conclude(Outcome::failed, error); },
+             .companion = {}}));
   interstitial_->delegate.set(interstitialEvents_);
   interstitial_->slotConfiguration = settings;
   interstitial_->loadWithDomainName(plan.domain, plan.page, plan.position, plan.keywords,
