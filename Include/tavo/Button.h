@@ -30,6 +30,9 @@ class TAVO_EXPORT Button : public View {
   // Made to fit the button, its proportions kept. Empty: none.
   [[nodiscard]] const Image& image() const { return image_; }
   void setImage(Image image);
+  // Points kept free around it. Off at first.
+  [[nodiscard]] double imageMargin() const { return imageMargin_; }
+  void setImageMargin(double margin);
   // One line of plain text, drawn where there is no image.
   [[nodiscard]] const std::string& title() const { return title_; }
   void setTitle(std::string title);
@@ -52,6 +55,7 @@ class TAVO_EXPORT Button : public View {
 
  private:
   Image image_;
+  double imageMargin_ = 0;
   std::string title_;
   std::optional<ButtonTitleStyle> titleStyle_;
   bool enabled_ = true;

@@ -140,6 +140,11 @@ class TAVO_EXPORT View : public std::enable_shared_from_this<View> {
   // stands elsewhere in its window.
   virtual void didDisappearFromScreen() {}
   virtual void didMoveOnScreen() {}
+  // The same with the part of it, in its own coordinates, that its surroundings show: less where it
+  // is scrolled or clipped away, nothing where it is hidden.
+  virtual void shownPartDidChange(const Rect& /*part*/) {}
+  // Something was put above the view's screen, or taken away.
+  virtual void coverDidChange() {}
 
   // One listener per view; null ends it.
   void setListener(Listener* listener) { listener_ = listener; }

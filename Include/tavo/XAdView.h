@@ -180,6 +180,8 @@ class TAVO_EXPORT XAdView : public View {
   void didAppearOnScreen() override;
   void didDisappearFromScreen() override;
   void didMoveOnScreen() override;
+  void shownPartDidChange(const Rect& part) override;
+  void coverDidChange() override;
 
  protected:
   explicit XAdView(const Rect& frame);

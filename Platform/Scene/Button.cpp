@@ -2,6 +2,11 @@
 
 namespace tavo {
 
+void Button::setImageMargin(double margin) {
+  imageMargin_ = margin;
+  changed();
+}
+
 void Button::setImage(Image image) {
   image_ = std::move(image);
   changed();

@@ -8,6 +8,24 @@
 
 namespace tavo {
 
+namespace {
+
+// Whoever hears of it may change the tree.
+void tellCover(View& view) {
+  view.coverDidChange();
+  const auto below = view.subviews();
+  for (const auto& subview : below) tellCover(*subview);
+}
+
+void tellCoverInWindow(const std::shared_ptr<View>& view) {
+  Window* const window = view ? view->window() : nullptr;
+  if (window == nullptr) return;
+  const auto held = window->shared_from_this();
+  tellCover(*window);
+}
+
+}  // namespace
+
 ViewController::~ViewController() {
   if (presented_) presented_->presenting_ = nullptr;
   if (view_) view_->controller_ = nullptr;
@@ -42,6 +60,7 @@ void ViewController::presentViewController(const std::shared_ptr<ViewController>
   window->addSubview(view);
   controller->takePlace(*window, true);
   controller->viewDidAppear(animated);
+  tellCoverInWindow(view_);
   if (completion) completion();
 }
 
@@ -109,6 +128,7 @@ void ViewController::takeAwayPresented(Animated animated) {
   if (const auto bars = std::move(leaving->backdrop_)) bars->removeFromSuperview();
   leaving->viewDidDisappear(animated);
   leaving->beingDismissed_ = false;
+  tellCoverInWindow(view_);
 }
 
 }  // namespace tavo

@@ -34,17 +34,21 @@ class TAVO_HIDDEN AdSlot::Core {
  private:
   void updatePlace();
   [[nodiscard]] Gtk::Widget* placeReference() const;
+  void tellShownPart();
+  [[nodiscard]] Rect shownPart() const;
   void moveTo(const Rect& place);
 
   AdSlot& slot_;
   const std::shared_ptr<Environment> environment_ = Runtime::current().environment();
   const std::shared_ptr<View> adView_;
   const std::shared_ptr<View> container_ = std::make_shared<SlotContainer>();
-  SceneRoot root_{container_, environment_->limits().widgetSide};
-  Rect place_;              // of the slot, in its window
-  bool appearing_ = false;  // on the screen, but not told to the ad view yet
+  SceneRoot root_{container_, environment_->limits().widgetSide, [this] { tellShownPart(); }};
+  Rect place_;                 // of the slot, in its window
+  std::optional<Rect> shown_;  // the part of the ad view that the host shows, as it was told
+  bool appearing_ = false;     // on the screen, but not told to the ad view yet
   sigc::connection frameClock_;
   sigc::connection leaving_;
+  sigc::connection disappearing_;
   sigc::connection destroyed_;
 };
 
@@ -76,6 +80,7 @@ AdSlot::Core::Core(AdSlot& slot, const std::shared_ptr<View>& adView)
 AdSlot::Core::~Core() {
   destroyed_.disconnect();
   leaving_.disconnect();
+  disappearing_.disconnect();
   frameClock_.disconnect();
   container_->removeAllSubviews();
   container_->removeFromSuperview();
@@ -94,15 +99,22 @@ void AdSlot::Core::resize(int width, int height) {
 }
 
 void AdSlot::Core::show() {
+  disappearing_.disconnect();
   container_->setHidden(false);
   appearing_ = true;
   updatePlace();
 }
 
+// What holds the slot may be put elsewhere in its window, which takes less than a turn: the
+// window's layer does so when it is first needed.
 void AdSlot::Core::hide() {
   appearing_ = false;
   container_->setHidden(true);
-  adView_->didDisappearFromScreen();
+  disappearing_ = Glib::signal_idle().connect(guardedSlot([this] {
+    tellShownPart();
+    adView_->didDisappearFromScreen();
+    return false;
+  }));
 }
 
 void AdSlot::Core::enterWindow() {
@@ -143,9 +155,38 @@ void AdSlot::Core::updatePlace() {
   if (!gtk_widget_compute_bounds(GTK_WIDGET(slot_.gobj()), reference->gobj(), &bounds)) return;
   root_.showFrom({bounds.origin.x, bounds.origin.y});
   moveTo(Rect{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height});
+  tellShownPart();
   if (!appearing_ || place_.empty()) return;
   appearing_ = false;
   adView_->didAppearOnScreen();
+}
+
+void AdSlot::Core::tellShownPart() {
+  const Rect part = shownPart();
+  if (part == shown_) return;
+  shown_ = part;
+  adView_->shownPartDidChange(part);
+}
+
+// What the widgets around it do not cut off.
+Rect AdSlot::Core::shownPart() const {
+  if (container_->isHidden() || adView_->isHidden() || slot_.get_mapped() == false) return {};
+  GtkWidget* const slot = GTK_WIDGET(slot_.gobj());
+  const Size size = adView_->frame().size();
+  Rect part{0, 0, std::min(size.width, static_cast<double>(slot_.get_width())),
+            std::min(size.height, static_cast<double>(slot_.get_height()))};
+  for (GtkWidget* above = gtk_widget_get_parent(slot); above != nullptr;
+       above = gtk_widget_get_parent(above)) {
+    if (gtk_widget_get_opacity(above) <= 0) return {};
+    const bool cuts = gtk_widget_get_overflow(above) == GTK_OVERFLOW_HIDDEN ||
+                      gtk_widget_get_parent(above) == nullptr;
+    graphene_point_t corner{};
+    const graphene_point_t own{0, 0};
+    if (!cuts || !gtk_widget_compute_point(above, slot, &own, &corner)) continue;
+    part = part.intersection({corner.x, corner.y, static_cast<double>(gtk_widget_get_width(above)),
+                              static_cast<double>(gtk_widget_get_height(above))});
+  }
+  return part;
 }
 
 // The view's frame says where it stands among the host's content, unless it stands elsewhere now.

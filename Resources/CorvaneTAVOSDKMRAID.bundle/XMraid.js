@@ -12,6 +12,11 @@
 
   if (window.mraid && window.mraidbridge) { return; }  // loaded before; that one keeps running
 
+  // How the SDK treats the page: as it always did, or as MRAID 2.0 says where that differs. Each
+  // place that differs asks this switch, which a script before this one has set.
+  var standards = window.mraidFollowsStandards === true;
+  delete window.mraidFollowsStandards;
+
   var unbound = function (method) { return Function.prototype.call.bind(method); };
   var invoke = unbound(Function.prototype.apply);
   var appendChild = unbound(Node.prototype.appendChild);
@@ -37,6 +42,14 @@
   var assign = Object.assign;
   var copy = function (record) { return assign({}, record); };
   var namesOf = Object.keys;
+  var Address = window.URL;
+
+  // In a layer, which gives way to whatever the creative itself says.
+  if (standards) {
+    var sheet = new window.CSSStyleSheet();
+    sheet.replaceSync('@layer mraid { body { margin: 0; } }');
+    document.adoptedStyleSheets = [sheet];
+  }
 
   function append(list, item) { list[list.length] = item; }
 
@@ -287,6 +300,10 @@
     hasLayout = false;
     if (!isReady) {
       isReady = true;
+      if (standards) {  // no size has changed yet
+        heldSizes = [];
+        announcedSize = copy(currentPosition);
+      }
       if (state !== 'loading') { fire('stateChange', [state]); }
       for (var i = 0; i < heldSizes.length; i += 1) { fire('sizeChange', heldSizes[i]); }
       announceCurrentSize();
@@ -352,8 +369,29 @@
     return size.width >= maxSize.width && size.height >= maxSize.height;
   }
 
+  function movedInside(start, length, room) {
+    return start < 0 ? 0 : start - (start + length > room ? start + length - room : 0);
+  }
+
+  // Where the close area of an ad of these resize properties would stand now.
+  function closeAreaIsOnTheScreen(values) {
+    var name = isAbsent(values.customClosePosition) ? 'top-right' : values.customClosePosition;
+    var left = defaultPosition.x + values.offsetX;
+    var top = defaultPosition.y + values.offsetY;
+    if (values.allowOffscreen === false) {
+      left = movedInside(left, values.width, maxSize.width);
+      top = movedInside(top, values.height, maxSize.height);
+    }
+    var spareWidth = values.width - closeControlSide;
+    var spareHeight = values.height - closeControlSide;
+    left += matchesOf(/left/, name) ? 0 : matchesOf(/right/, name) ? spareWidth : spareWidth / 2;
+    top += matchesOf(/top/, name) ? 0 : matchesOf(/bottom/, name) ? spareHeight : spareHeight / 2;
+    return left >= 0 && top >= 0 && left + closeControlSide <= maxSize.width &&
+        top + closeControlSide <= maxSize.height;
+  }
+
   // Whether an ad fits where it is to go is for the SDK to say: it knows the screen at the time of
-  // the resize. Refused here is what can never fit.
+  // the resize. Refused here is what can never fit and, by the standard, what does not fit now.
   function problemWith(kind, values) {
     if (!isObject(values)) { return kind + ' properties must be an object.'; }
     var names = namesOf(rules[kind]);
@@ -362,9 +400,14 @@
         return kind + ' properties: ' + names[i] + ' is missing or has a wrong value.';
       }
     }
-    var isTooLarge = kind === 'Resize' && isReady && values.width > maxSize.width &&
-        values.height > maxSize.height;
-    return isTooLarge ? 'Resize properties: the size is larger than the max size.' : '';
+    if (kind !== 'Resize' || !isReady) { return ''; }
+    var isTooWide = values.width > maxSize.width;
+    var isTooHigh = values.height > maxSize.height;
+    if (standards ? isTooWide || isTooHigh : isTooWide && isTooHigh) {
+      return 'Resize properties: the size is larger than the max size.';
+    }
+    return !standards || closeAreaIsOnTheScreen(values) ?
+        '' : 'Resize properties: the close area would not be on the screen.';
   }
 
   // The SDK opens with its default records, sent through the same three setters that a creative
@@ -455,6 +498,16 @@
     send(command, { url: url });
   }
 
+  // The address of a page of the web, or nothing.
+  function pageAddress(text) {
+    try {
+      var address = new Address(toText(text), document.baseURI);
+      return matchesOf(/^https?:$/, address.protocol) ? address.href : '';
+    } catch (failure) {
+      return '';
+    }
+  }
+
   var mraid = {
     getVersion: function () { return '2.0'; },
     getState: function () { return isReady ? state : 'loading'; },
@@ -465,7 +518,10 @@
     getMaxSize: function () { return copy(maxSize); },
     getCurrentPosition: function () { return copy(currentPosition); },
     getDefaultPosition: function () { return copy(defaultPosition); },
-    getExpandProperties: function () { return assign({ isModal: true }, properties.Expand); },
+    getExpandProperties: function () {
+      var present = standards && !hasExpandSize ? screenSize : {};
+      return assign({ isModal: true }, properties.Expand, present);
+    },
     getResizeProperties: function () { return copy(properties.Resize); },
     getOrientationProperties: function () { return copy(properties.Orientation); },
     setExpandProperties: function (values) { setProperties('Expand', values); },
@@ -493,15 +549,19 @@
       }
     },
 
-    // Quirk: an ad in two parts is not offered. The SDK expands the page that it has, so a second
-    // one is refused instead of being mistaken for the first.
+    // Quirk: an ad in two parts is not offered by default. The SDK expands the page that it has, so
+    // a second one is refused instead of being mistaken for the first.
     expand: function (url) {
-      if (!isAbsent(url) && url !== '') {
+      var isSecond = !isAbsent(url) && url !== '';
+      if (isSecond && !standards) {
         fail('Expanding to a second page is not available.', 'expand');
       } else if (!isReady || placementType === 'interstitial') {
         fail('The ad can only expand from among content, once it is ready.', 'expand');
       } else if (state === 'default' || state === 'resized') {
-        send('expand');
+        if (!isSecond) { return send('expand'); }
+        var address = pageAddress(url);
+        if (!address) { return fail('The second page needs an address of the web.', 'expand'); }
+        send('expand', { url: address });
       }
     },
 
@@ -518,7 +578,7 @@
     // The SDK answers every close with the default state. An interstitial is gone by then, so the
     // answer reads "hidden" for it.
     close: function () {
-      if (state === 'hidden') { return; }
+      if (state === 'hidden' || (standards && !isReady)) { return; }
       isClosingForGood = placementType === 'interstitial';
       send('close');
     },
@@ -575,6 +635,26 @@
   mraid.setViewable = function (value) {
     changeViewable(value === true);
     if (hasLayout) { becomeReady(); }
+  };
+
+  // All that the standards mode has to say of the ad, in one statement: whatever a listener asks for
+  // when it hears of a change is true already.
+  mraid.setPlace = function (place) {
+    var next = isClosingForGood ? 'hidden' : place.state;
+    var isOther = next !== state;
+    var wasViewable = isViewable;
+    screenSize = copy(place.screen);
+    maxSize = copy(place.max);
+    defaultPosition = copy(place.normal);
+    currentPosition = copy(place.current);
+    state = next;
+    isViewable = place.viewable && state !== 'hidden';
+    if (isInitSent) { return becomeReady(); }
+    if (!isReady) { return; }
+    var viewable = isViewable;
+    if (isOther) { fire('stateChange', [next]); }
+    announceCurrentSize();
+    if (viewable !== wasViewable) { fire('viewableChange', [viewable]); }
   };
 
   // "ready" from the SDK means that the page has loaded. The creative hears it when the SDK has

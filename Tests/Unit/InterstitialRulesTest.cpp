@@ -56,7 +56,8 @@ TEST(InterstitialCloseButton, WhatFollowsWhenTheCreativeSaysWhoDrawsIt) {
     EXPECT_EQ(changeForExpandProperties({.exists = exists, .useCustomClose = useCustomClose}),
               change);
   }
-  EXPECT_EQ(interstitialCloseButtonFrame(360), (Rect{320, 8, 40, 40}));
+  EXPECT_EQ(interstitialCloseButtonPlace(360, false), (CloseButtonPlace{{320, 8, 40, 40}}));
+  EXPECT_EQ(interstitialCloseButtonPlace(360, true), (CloseButtonPlace{{310, 0, 50, 50}, 5}));
 }
 
 TEST(InterstitialCloseButton, TheKeyboardMayWhatTheButtonMay) {

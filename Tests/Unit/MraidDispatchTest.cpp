@@ -85,6 +85,16 @@ TEST_F(MraidDispatchTest, EveryFinishedLoadInitialisesThePage) {
   EXPECT_EQ(lines_, initialisation);
 }
 
+TEST_F(MraidDispatchTest, ASecondPageIsForTheStandardOnly) {
+  EXPECT_THAT(after("mraid://expand?url=http%3A%2F%2Fa.example%2F"),
+              Contains(HasSubstr("expandToFrame")));
+  agent_->eventEmitter()->setFollowsStandards(true);
+  rest();
+  EXPECT_EQ(after("mraid://expand?url=http%3A%2F%2Fa.example%2F"),
+            Lines{"expandToPage http://a.example/"});
+  EXPECT_THAT(after("mraid://close"), testing::SizeIs(1)) << "the view says the rest";
+}
+
 TEST_F(MraidDispatchTest, TheInitialisationTellsTheScreenAsItIsHeld) {
   const std::pair<InterfaceOrientation, const char*> cases[] = {
       {InterfaceOrientation::landscapeLeft, "mraid.setScreenSize({width:480,height:320});"},

@@ -53,6 +53,10 @@ class RecordingAdView : public View, public AdManagerView {
          (isOrientationAllowed ? " orientation" : ""));
     return expands;
   }
+  [[nodiscard]] bool followsStandards() const override { return byStandard; }
+  void expandToPage(const Url& page, bool /*isCustomClose*/, const PageRef& /*webView*/) override {
+    note("expandToPage " + page.text());
+  }
   void collapseToFrame(const Rect& frame) override { note("collapseToFrame " + members(frame)); }
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef&) override {
     note("resizeAd " + (properties ? properties->description() : "none"));
@@ -73,6 +77,7 @@ class RecordingAdView : public View, public AdManagerView {
   MobileAdSubTypes subType = MobileAdSubTypes::richMediaBanner;
   PlacementType placement = PlacementType::inlined;
   bool expands = true;
+  bool byStandard = false;
   std::shared_ptr<XAdSlotConfiguration> slot = std::make_shared<XAdSlotConfiguration>();
   std::function<void()> onCall{};
 

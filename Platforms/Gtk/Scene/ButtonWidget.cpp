@@ -54,11 +54,14 @@ void ButtonWidget::sync() {
                                  button->accessibilityLabel().c_str(), -1);
   if (!button->image().empty()) {
     picture_.set_paintable(textureOf(button->image()));
+    picture_.set_margin(static_cast<int>(button->imageMargin()));
     if (get_child() != &picture_) set_child(picture_);
   } else if (button->titleStyle()) {
     showTitle(*button);
   } else if (!button->title().empty()) {
     set_label(button->title());
+  } else if (get_child() == &picture_) {
+    unset_child();
   }
   queue_draw();
 }

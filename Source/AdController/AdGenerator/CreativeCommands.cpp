@@ -71,13 +71,22 @@ void CreativeCommands::inspect(const MraidCommand& command, std::string outcome)
   means_.inspection.tell(InspectionKind::command, std::move(text), std::move(fields));
 }
 
+// By the standard a creative hears of an action that does not happen.
+bool CreativeCommands::mayLeave(bool may, const std::string& action) const {
+  if (!may && means_.eventEmitter->followsStandards()) {
+    means_.eventEmitter->reportErrorMessage("Too many actions without a touch.", action,
+                                            means_.webView);
+  }
+  return noteIfRefused(may, action);
+}
+
 bool CreativeCommands::mayRun(const std::string& command) {
   return noteIfRefused(budget_.take(means_.runLoop->now()), command);
 }
 
 bool CreativeCommands::mayOpen(const Url& url) {
   if (routeClick(url) == ClickRoute::customUrl) return true;
-  return noteIfRefused(leavingGuard_.take(means_.runLoop->now()), "open");
+  return mayLeave(leavingGuard_.take(means_.runLoop->now()), "open");
 }
 
 void CreativeCommands::handle(const MraidCommand& command) {
@@ -138,15 +147,15 @@ bool CreativeCommands::mayCarryOut(const MraidCommand& command) {
   if (command.name == "expand") {
     const auto adView = adView_.lock();
     const bool covers = adView && adView->placementType() == PlacementType::inlined;
-    return !covers || noteIfRefused(leavingGuard_.takeAndStay(now), command.name);
+    return !covers || mayLeave(leavingGuard_.takeAndStay(now), command.name);
   }
   if (std::find(leaving.begin(), leaving.end(), command.name) == leaving.end()) return true;
-  return noteIfRefused(leavingGuard_.take(now), command.name);
+  return mayLeave(leavingGuard_.take(now), command.name);
 }
 
 // Quirk: the creative is told of the new state also where it was ignored, but not where it was
 // refused.
-void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
+void CreativeCommands::expandToFrameWithUrl(const MraidCommand& command) {
   const OperationLog log{"-[XWebViewAgent expandToFrameWithUrl:]"};
   const auto adView = adView_.lock();
   if (!adView) return;
@@ -154,9 +163,16 @@ void CreativeCommands::expandToFrameWithUrl(const MraidCommand& /*command*/) {
   const Rect frame =
       expandedFrame(XApplicationFrame(Runtime::current().platform()), expandParametersDict);
   const bool isCustomClose = expandParametersDict && expandParametersDict->useCustomClose;
+  const bool byStandard = means_.eventEmitter->followsStandards();
+  const auto address = valueOf(command.parameters, "url");
+  if (byStandard && !address.empty()) {
+    return adView->expandToPage(Url::fromText(address), isCustomClose, means_.webView);
+  }
   const bool isOrientationAllowed =
       orientationParametersDict && orientationParametersDict->allowOrientationChange;
-  if (!adView->expandToFrame(frame, isCustomClose, isOrientationAllowed, means_.webView)) return;
+  const bool expands =
+      adView->expandToFrame(frame, isCustomClose, isOrientationAllowed, means_.webView);
+  if (!expands || byStandard) return;
   means_.eventEmitter->setState(MRAIDState::expanded, means_.webView);
 }
 
@@ -174,6 +190,7 @@ void CreativeCommands::closeAdWithUrl(const MraidCommand& /*command*/) {
   const auto adView = adView_.lock();
   if (!adView) return;
   adView->collapseToFrame(defaultFrame);
+  if (means_.eventEmitter->followsStandards()) return;  // the view has told it all
   means_.eventEmitter->setState(MRAIDState::normal, means_.webView);
 }
 

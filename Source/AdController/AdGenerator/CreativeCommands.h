@@ -63,6 +63,7 @@ class CreativeCommands {
   [[nodiscard]] bool mayCarryOut(const MraidCommand& command);
   void inspect(const MraidCommand& command, std::string outcome) const;
   [[nodiscard]] bool noteIfRefused(bool may, const std::string& action) const;
+  [[nodiscard]] bool mayLeave(bool may, const std::string& action) const;
 
   void expandToFrameWithUrl(const MraidCommand& command);
   void handleInit(const MraidCommand& command);

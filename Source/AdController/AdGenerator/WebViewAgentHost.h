@@ -27,6 +27,8 @@ class WebViewAgentHost : public virtual AdViewIdentity {
   // Null once the view has let go of its settings.
   [[nodiscard]] virtual std::shared_ptr<XAdSlotConfiguration> slotConfiguration() const = 0;
   [[nodiscard]] virtual MobileAdSubTypes mobileAdSubTypes() const = 0;
+  // Whether its pages are treated as MRAID 2.0 says where that differs; asked when one is loaded.
+  [[nodiscard]] virtual bool followsStandards() const = 0;
   // A saver for one creative; `failed` may be called as long as the saver lives.
   [[nodiscard]] virtual std::shared_ptr<PictureSaver> makePictureManager(
       PictureSaver::Failed failed) = 0;
@@ -39,6 +41,9 @@ class WebViewAgentHost : public virtual AdViewIdentity {
   // False: the expansion was refused, and the creative has heard why.
   virtual bool expandToFrame(const Rect& frame, bool isCustomClose, bool isOrientationAllowed,
                              const PageRef& webView) = 0;
+  // The same to a page of another address, which stands in a view of its own. What becomes of it
+  // the creative hears.
+  virtual void expandToPage(const Url& page, bool isCustomClose, const PageRef& webView) = 0;
   virtual void collapseToFrame(const Rect& frame) = 0;
   // None: the creative has never said how large.
   virtual void resizeAd(const std::optional<XMRAIDResizeProperties>& properties,

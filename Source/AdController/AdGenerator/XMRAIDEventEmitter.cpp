@@ -105,6 +105,17 @@ void XMRAIDEventEmitter::setOrientationProperties(const XMRAIDOrientationPropert
   send("mraid.setOrientationProperties(" + properties.description() + ");", log, webView);
 }
 
+void XMRAIDEventEmitter::tellPlace(const MraidPlace& place, const WebViewRef& webView) {
+  const OperationLog log{"-[XMRAIDEventEmitter tellPlace:forWebView:]"};
+  state_ = place.state;
+  std::string text = "mraid.setPlace({state:'" + std::string{nameOf(place.state)} + "',screen:{";
+  text += members(place.screen) + "},max:{" + members(place.room);
+  text += "},normal:{" + members(place.defaultPosition);
+  text += "},current:{" + members(place.currentPosition) + "},viewable:";
+  text.append(trueOrFalse(place.isViewable)).append("});");
+  send(text, log, webView);
+}
+
 void XMRAIDEventEmitter::reportErrorMessage(std::string_view message, std::string_view action,
                                             const WebViewRef& webView) {
   const OperationLog log{"-[XMRAIDEventEmitter reportErrorMessage:forAction:forWebView:]"};

@@ -13,6 +13,7 @@
 
 #include "AdController/AdGenerator/MRAIDFeature.h"
 #include "AdController/AdGenerator/MraidParameters.h"
+#include "AdController/AdGenerator/MraidPlace.h"
 #include "AdController/AdGenerator/XMRAIDExpandProperties.h"
 #include "AdController/AdGenerator/XMRAIDOrientationProperties.h"
 #include "AdController/AdGenerator/XMRAIDResizeProperties.h"
@@ -53,6 +54,9 @@ class XMRAIDEventEmitter {
   void setOrientationProperties(const XMRAIDOrientationProperties& properties,
                                 const WebViewRef& webView);
 
+  // All of it in one statement, for a page that is treated by the standard. Remembers the state.
+  void tellPlace(const MraidPlace& place, const WebViewRef& webView);
+
   // Any thread: from another one the statement is evaluated on the main thread soon after, without
   // making the caller wait for it.
   void reportErrorMessage(std::string_view message, std::string_view action,
@@ -74,6 +78,11 @@ class XMRAIDEventEmitter {
   // The last state set.
   [[nodiscard]] MRAIDState state() const { return state_; }
 
+  // Whether the page is treated as MRAID 2.0 says where that differs: its script was given the
+  // switch when it was loaded.
+  [[nodiscard]] bool followsStandards() const { return followsStandards_; }
+  void setFollowsStandards(bool follows) { followsStandards_ = follows; }
+
   // The page of the generic operations and what the two readers read. The SDK sets neither.
   std::weak_ptr<WebView> _webView;
   MraidParameters parameters;
@@ -86,6 +95,7 @@ class XMRAIDEventEmitter {
   std::shared_ptr<RunLoop> runLoop_;
   SlotInspection inspection_;
   MRAIDState state_ = MRAIDState::loading;
+  bool followsStandards_ = false;
 };
 
 }  // namespace tavo

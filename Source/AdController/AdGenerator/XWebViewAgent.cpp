@@ -96,19 +96,42 @@ void XWebViewAgent::loadHTMLString(const std::string& html, const Url& baseURL,
     return;
   }
   const bool namesScript = contains(html, "mraid.js");
-  xadViewInstance_ = std::move(xAdView);
-  commands_->setAdView(xadViewInstance_);
-  webView_->setClient(std::static_pointer_cast<XWebViewAgent>(shared_from_this()));
-  // The engine loads the tag's file URL only from pages with a file base; the script itself reaches
-  // every page this way.
-  if (const auto script = environment_->platform().bundle->contents(*scriptPath)) {
-    webView_->addDocumentStartScript(*script);
-  }
+  connect(*scriptPath, std::move(xAdView));
   const Url scriptUrl = Url::fromText("file://" + *scriptPath);
   webView_->loadHtml(HTMLWithJavaScriptBridge(html, scriptUrl.text()),
                      namesScript ? Url{} : baseURL);
   isHTMLRequest_ = true;
   isFailureTold_ = false;
+}
+
+void XWebViewAgent::loadPage(const Url& url, std::weak_ptr<WebViewAgentHost> xAdView) {
+  const auto scriptPath = MRAIDScriptPath();
+  if (!scriptPath) {
+    return delegate.tell(&WebViewAgentDelegate::webViewAgentDidFailWithError,
+                         makeError(SdkError::renderingRefused, "The MRAID script is missing."));
+  }
+  connect(*scriptPath, std::move(xAdView));
+  webView_->loadUrl(url);
+  isHTMLRequest_ = true;
+  isPage_ = true;
+  isFailureTold_ = false;
+}
+
+void XWebViewAgent::connect(const std::string& scriptPath,
+                            std::weak_ptr<WebViewAgentHost> xAdView) {
+  xadViewInstance_ = std::move(xAdView);
+  commands_->setAdView(xadViewInstance_);
+  webView_->setClient(std::static_pointer_cast<XWebViewAgent>(shared_from_this()));
+  const auto adView = xadViewInstance_.lock();
+  eventEmitter_->setFollowsStandards(adView && adView->followsStandards());
+  if (eventEmitter_->followsStandards()) {
+    webView_->addDocumentStartScript("window.mraidFollowsStandards = true;");
+  }
+  // The engine loads the tag's file URL only from pages with a file base; the script itself reaches
+  // every page this way.
+  if (const auto script = environment_->platform().bundle->contents(scriptPath)) {
+    webView_->addDocumentStartScript(*script);
+  }
 }
 
 void XWebViewAgent::loadRequest(HttpRequest request) {
@@ -252,7 +275,8 @@ void XWebViewAgent::reportRendered() {
 
 void XWebViewAgent::webViewDidFailLoad(WebView& /*webView*/, const Error& error) {
   const OperationLog log{"-[XWebViewAgent webView:didFailLoadWithError:]"};
-  if (error.code == cannotShowUrlError ||
+  const bool isPageRefused = isPage_ && isHTMLRequest_ && error.code == cannotShowUrlError;
+  if ((error.code == cannotShowUrlError && !isPageRefused) ||
       error.code == static_cast<int>(TransportError::cancelled)) {
     return;
   }

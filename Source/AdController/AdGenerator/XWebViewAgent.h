@@ -49,6 +49,10 @@ class XWebViewAgent : public View, public WebViewClient {
   void loadHTMLString(const std::string& html, const Url& baseURL,
                       std::weak_ptr<WebViewAgentHost> xAdView);
 
+  // Loads the page of an address as a creative: with the bridge, policed and reported like one, and
+  // treated by the standard. Without the MRAID script among the resources the load fails.
+  void loadPage(const Url& url, std::weak_ptr<WebViewAgentHost> xAdView);
+
   // Fetches a plain address. What comes is dropped: nothing of it reaches the page.
   void loadRequest(HttpRequest request);
 
@@ -85,6 +89,7 @@ class XWebViewAgent : public View, public WebViewClient {
 
   void makeWebView(const WebViewOptions& page);
   void makeCommands();
+  void connect(const std::string& scriptPath, std::weak_ptr<WebViewAgentHost> xAdView);
   void handleTap(const TapRecognizer& recognizer);
   void orientationDidChange();
   void inspect(const Navigation& navigation, NavigationDecision decision) const;
@@ -102,6 +107,7 @@ class XWebViewAgent : public View, public WebViewClient {
   std::shared_ptr<HttpClient::Exchange> connection_;
   Subscription orientationSubscription_;
   bool isHTMLRequest_ = false;       // an HTML load was handed over and not yet reported
+  bool isPage_ = false;              // loaded by its address, and refused when it is no page
   bool isMetaRefreshExist_ = false;  // the last finished document sends itself elsewhere
   bool isFailureTold_ = false;       // since the last page was there
   int finishedLoads_ = 0;            // so that the markup of a replaced document is dropped

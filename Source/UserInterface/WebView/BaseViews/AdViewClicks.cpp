@@ -28,8 +28,7 @@ bool AdViewClicks::shouldHandleClickToAction(ClickToAction action,
 }
 
 void AdViewClicks::reportErrorMessage(std::string_view message, std::string_view action) {
-  const auto& emitter = presentation_.eventEmitter();
-  if (emitter) emitter->reportErrorMessage(message, action, presentation_.webViewInstance());
+  presentation_.reportError(message, action);
 }
 
 }  // namespace tavo

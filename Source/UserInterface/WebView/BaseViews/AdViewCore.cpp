@@ -91,6 +91,7 @@ void AdViewCore::leaveForBackground() {
   const bool wasExpanded = view().placementType() == PlacementType::inlined &&
                            presentation_.state() == MRAIDState::expanded;
   const auto held = hold();
+  presentation_.willLeaveScreen();
   releaseMemory();
   if (wasExpanded) adDidCollapse();
 }

@@ -53,6 +53,7 @@ class AdViewCore : public AdViewPart, private AdViewLoader::Host, private MraidP
   void adDidExpand() override { tell(&Told::xAdDidExpand); }
   void adDidCollapse() override { tell(&Told::xAdDidCollapse); }
   void interstitialAdDidClose() override;
+  void customUrlOpened(const Url& url) override { tell(&Told::xAdViewShouldHandleCustomURL, url); }
   void orientationPropertiesDidChange(const XMRAIDOrientationProperties& properties) override;
 
   const std::shared_ptr<Environment> environment_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ClickToAction/CreativePictures.h"
+#include "Configuration/StandardsMode.h"
 #include "ErrorHandler/OperationLog.h"
 #include "UserInterface/WebView/BaseViews/XAdViewOnlyForSubClassEyesDelegate.h"
 
@@ -19,6 +20,11 @@ AdViewStage::AdViewStage(std::shared_ptr<Environment> environment, XAdView& view
 
 std::shared_ptr<PictureSaver> AdViewStage::makePictureManager(PictureSaver::Failed failed) {
   return std::make_shared<CreativePictures>(environment_, std::move(failed));
+}
+
+bool AdViewStage::followsStandards() const {
+  return standardsModeIsOn(environment_->shared<XGlobalConfiguration>(),
+                           view().slotConfiguration().get());
 }
 
 void AdViewStage::handleInitMRAIDAdWithWebView(const PageRef& webView,
@@ -42,6 +48,7 @@ void AdViewStage::resizeAd(const std::optional<XMRAIDResizeProperties>& properti
 
 void AdViewStage::setExpandPropertiesWithDict(const XMRAIDExpandProperties& properties) {
   const OperationLog log{"-[XAdView setExpandPropertiesWithDict:]"};
+  presentation_.expandPropertiesDidChange(properties);
   view().pDelegate.tell(&XAdViewOnlyForSubClassEyesDelegate::expandPropertiesChnaged, properties);
 }
 

@@ -51,6 +51,10 @@ class AdViewStage : public AdViewPart, public AdManagerView, public MediatedView
   void webViewLeavesScreen(const PageRef& webView) override;
 
   // AdManagerView
+  [[nodiscard]] bool followsStandards() const override;
+  void expandToPage(const Url& page, bool isCustomClose, const PageRef& webView) override {
+    presentation_.expandToPage(page, isCustomClose, webView, *this);
+  }
   [[nodiscard]] MobileAdTypes mobileAdTypes() const override { return view().mobileAdTypes(); }
   [[nodiscard]] MobileAdSubTypes mobileAdSubTypes() const override {
     return view().mobileAdSubTypes();

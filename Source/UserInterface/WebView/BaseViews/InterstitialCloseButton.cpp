@@ -5,6 +5,7 @@ namespace tavo {
 namespace {
 
 constexpr double side = 40;
+constexpr double sideByStandard = 50;
 constexpr double top = 8;
 
 bool isRichMedia(MobileAdSubTypes subType) {
@@ -37,7 +38,11 @@ CloseButtonChange changeForExpandProperties(const CloseButtonFacts& facts) {
   return CloseButtonChange::none;
 }
 
-Rect interstitialCloseButtonFrame(double viewWidth) { return {viewWidth - side, top, side, side}; }
+CloseButtonPlace interstitialCloseButtonPlace(double viewWidth, bool byStandard) {
+  if (!byStandard) return {{viewWidth - side, top, side, side}};
+  return {{viewWidth - sideByStandard, 0, sideByStandard, sideByStandard},
+          (sideByStandard - side) / 2};
+}
 
 LeaveWay wayToLeave(const LeaveFacts& facts) {
   if (!facts.adLoaded || !facts.hasVideo) return LeaveWay::close;

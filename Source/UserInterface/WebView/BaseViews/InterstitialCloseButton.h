@@ -26,7 +26,13 @@ enum class CloseButtonChange { none, hide, add };
 [[nodiscard]] CloseButtonChange changeForExpandProperties(const CloseButtonFacts& facts);
 
 // In a view of this width, points.
-[[nodiscard]] Rect interstitialCloseButtonFrame(double viewWidth);
+struct CloseButtonPlace {
+  Rect frame;              // what takes touches
+  double imageMargin = 0;  // around the picture
+  friend bool operator==(const CloseButtonPlace&, const CloseButtonPlace&) = default;
+};
+// By the standard it reaches into the corner of the screen, and the picture stays as large.
+[[nodiscard]] CloseButtonPlace interstitialCloseButtonPlace(double viewWidth, bool byStandard);
 
 // What the keyboard's request to leave may do.
 struct LeaveFacts {

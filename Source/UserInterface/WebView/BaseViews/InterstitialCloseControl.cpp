@@ -2,6 +2,8 @@
 
 #include <tavo/XAdInterstitialViewController.h>
 
+#include "Configuration/StandardsMode.h"
+#include "Runtime/Environment.h"
 #include "Runtime/Relay.h"
 #include "UserInterface/Pictures/Pictures.h"
 
@@ -16,12 +18,16 @@ CloseButtonFacts InterstitialCloseControl::facts() const {
 void InterstitialCloseControl::put(Look look) {
   remove();
   View& screen = *controller_.view();
-  button_ = std::make_shared<Button>(interstitialCloseButtonFrame(screen.frame().width));
+  const auto place = interstitialCloseButtonPlace(
+      screen.frame().width, standardsModeIsOn(environment_.shared<XGlobalConfiguration>(),
+                                              controller_.slotConfiguration.get()));
+  button_ = std::make_shared<Button>(place.frame);
+  button_->setImageMargin(place.imageMargin);
   button_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
   button_->setAccessibilityLabel("Close Interstitial Ad");
   button_->setAction(Relay{controller_}.call(&XAdInterstitialViewController::closeInterstitialAd));
   if (look == Look::picture) {
-    button_->setImage(closePicture(platform_));
+    button_->setImage(closePicture(environment_.platform()));
     // Nobody is held in front of an ad because a picture is missing.
     if (button_->image().empty()) button_->setTitle("\u2715");
   }

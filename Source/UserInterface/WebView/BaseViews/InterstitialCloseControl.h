@@ -17,9 +17,9 @@ class XAdInterstitialViewController;
 // video's own. Main thread only.
 class InterstitialCloseControl {
  public:
-  // The platform outlives the control.
-  InterstitialCloseControl(const Platform& platform, XAdInterstitialViewController& controller)
-      : platform_{platform}, controller_{controller} {}
+  // The environment outlives the control.
+  InterstitialCloseControl(Environment& environment, XAdInterstitialViewController& controller)
+      : environment_{environment}, controller_{controller} {}
 
   // Null while there is none.
   [[nodiscard]] const std::shared_ptr<Button>& button() const { return button_; }
@@ -42,7 +42,7 @@ class InterstitialCloseControl {
   [[nodiscard]] bool isShown() const;
   void put(Look look);
 
-  const Platform& platform_;
+  Environment& environment_;
   XAdInterstitialViewController& controller_;
   std::shared_ptr<Button> button_;
   std::weak_ptr<Button> shown_;  // also when it is forgotten

@@ -35,7 +35,7 @@ InterstitialCore::InterstitialCore(std::shared_ptr<Environment> environment,
     : environment_{std::move(environment)},
       controller_{controller},
       exit_{environment_, controller, *this},
-      closeControl_{environment_->platform(), controller},
+      closeControl_{*environment_, controller},
       rotation_{environment_, controller} {}
 
 InterstitialCore::~InterstitialCore() {

@@ -7,6 +7,7 @@
 #include "Scene/Window.h"
 #include "UserInterface/Pictures/Pictures.h"
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
+#include "UserInterface/WebView/BaseViews/PlaceReport.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
 
 namespace tavo {
@@ -34,7 +35,8 @@ bool isSeen(View& view) {
 MraidPresentation::MraidPresentation(std::shared_ptr<Environment> environment, Host& host)
     : environment_{std::move(environment)},
       host_{host},
-      emitter_{std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop)} {}
+      emitter_{std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop)},
+      place_{environment_, host} {}
 
 Relay<MraidPresentation> MraidPresentation::relay() {
   return Relay<MraidPresentation>{sharedPart(host_.hold(), *this)};
@@ -111,14 +113,21 @@ ViewController* MraidPresentation::getRootViewController() const {
 
 void MraidPresentation::handleInitMRAIDAd(const PageRef& webView,
                                           std::shared_ptr<XMRAIDEventEmitter> emitter) {
+  const bool takesSecondAway = second_ && webView_.lock() != webView;
+  if (takesSecondAway) dismissExpanded();
   emitter_ = std::move(emitter);
   adopt(webView);
+  told_.reset();
   updateLayOutForNewState(MRAIDState::normal);
+  if (!takesSecondAway) return;
+  flags_.adExpanded = false;
+  host_.adDidCollapse();
 }
 
 void MraidPresentation::updateLayOutForNewState(MRAIDState state) {
   const OperationLog log{"-[XAdView updateLayOutForNewState:]"};
   if (!emitter_) return;
+  if (followsStandards()) return tellPlace(state);
   const auto emitter = emitter_;
   const PageRef page = webView_.lock();
   View& view = host_.sceneView();
@@ -144,6 +153,13 @@ void MraidPresentation::moveWebView(View& container) {
   if (!page) return;
   page->setFrame(container.bounds());
   container.addSubview(page);
+  if (followsStandards()) place_.show(page);
+}
+
+// By the standard one statement says it all.
+void MraidPresentation::tellState(MRAIDState state) {
+  if (followsStandards()) return tellPlace(state);
+  if (emitter_) emitter_->setState(state, webView_.lock());
 }
 
 bool MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView) {
@@ -158,11 +174,12 @@ bool MraidPresentation::expandToFrame(bool isCustomClose, const PageRef& webView
   moveWebView(*expandView());
   expandView()->setFrame(expandedViewController()->view()->bounds());
   setCustomCloseButton(isCustomClose);
+  if (followsStandards()) turnExpanded(orientation_);
   presentModalView(expandView());
   stayWithoutScreen();
   host_.adDidExpand();
   if (!emitter_) return true;
-  emitter_->setState(MRAIDState::expanded, webView_.lock());
+  tellState(MRAIDState::expanded);
   updateLayOutForNewState(MRAIDState::expanded);
   flags_.adExpanded = true;
   return true;
@@ -222,9 +239,11 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   platformLog(isCustomClose ? "SDK will not provide the close button"
                             : "SDK will provide the close button");
   button->sizeToFit();
-  const Rect& size = button->frame();
-  button->setFrame(
-      {expandView()->frame().width - size.width, closeButtonTop, size.width, size.height});
+  const Size size =
+      followsStandards() ? Size{closeControlSide, closeControlSide} : button->frame().size();
+  const double top = followsStandards() ? 0 : closeButtonTop;
+  button->setImageMargin(followsStandards() ? (closeControlSide - closeButtonSide) / 2 : 0);
+  button->setFrame({expandView()->frame().width - size.width, top, size.width, size.height});
   expandView()->addSubview(button);
   expandView()->bringSubviewToFront(*button);
 }
@@ -241,9 +260,10 @@ void MraidPresentation::setCloseButtonImageWithImageNamed(std::string_view name)
 
 void MraidPresentation::closeButtonPressed() {
   const OperationLog log{"-[XAdView closeButtonPressed]"};
+  endSecondPart();
   dismissModalView(expandView(), Animated::no);
   moveWebView(host_.sceneView());
-  if (emitter_) emitter_->setState(MRAIDState::normal, webView_.lock());
+  tellState(MRAIDState::normal);
   updateLayOutForNewState(MRAIDState::normal);
   if (closeButton_) closeButton_->removeFromSuperview();
   closeButton_.reset();
@@ -254,9 +274,14 @@ void MraidPresentation::closeButtonPressed() {
 
 void MraidPresentation::collapseToFrame() {
   const OperationLog log{"-[XAdView collapseToFrame:]"};
-  if (host_.placementType() == PlacementType::interstitial) return host_.interstitialAdDidClose();
+  if (host_.placementType() == PlacementType::interstitial) {
+    if (followsStandards()) tellPlace(MRAIDState::hidden);
+    return host_.interstitialAdDidClose();
+  }
   if (host_.placementType() != PlacementType::inlined) return;
   if (state() == MRAIDState::loading || state() == MRAIDState::hidden) return;
+  if (followsStandards() && state() == MRAIDState::normal) return hideAd();
+  endSecondPart();
   if (state() == MRAIDState::expanded) {
     moveWebView(host_.sceneView());
     dismissModalView(expandView(), Animated::no);
@@ -268,7 +293,7 @@ void MraidPresentation::collapseToFrame() {
   }
   flags_.adExpanded = false;
   updateLayOutForNewState(MRAIDState::normal);
-  if (emitter_) emitter_->setState(MRAIDState::normal, webView_.lock());
+  tellState(MRAIDState::normal);
 }
 
 void MraidPresentation::undoResize() {
@@ -292,7 +317,8 @@ void MraidPresentation::resizeAd(const std::optional<XMRAIDResizeProperties>& pr
 
 ResizeFacts MraidPresentation::resizeFacts() const {
   View& view = host_.sceneView();
-  ResizeFacts facts{.superview = std::nullopt,
+  ResizeFacts facts{.byStandard = followsStandards(),
+                    .superview = std::nullopt,
                     .placement = host_.placementType(),
                     .state = state(),
                     .isSeen = isSeen(view),
@@ -323,7 +349,7 @@ void MraidPresentation::carryOut(const ResizePlan& plan) {
   moveWebView(*resizeView());
   host_.sceneView().nearestController()->view()->addSubview(resizeView());
   updateLayOutForNewState(MRAIDState::resized);
-  emitter_->setState(MRAIDState::resized, webView_.lock());
+  tellState(MRAIDState::resized);
   resizeCloseControl()->setFrame(plan.closeControl);
   resizeView()->addSubview(resizeCloseControl());
 }
@@ -332,6 +358,12 @@ void MraidPresentation::setOrientationPropertiesWith(const XMRAIDOrientationProp
                                                      const PageRef& webView) {
   const OperationLog log{"-[XAdView setOrientationPropertiesWith:webView:]"};
   adopt(webView);
+  if (followsStandards()) {
+    orientation_ = properties;
+    if (host_.placementType() == PlacementType::inlined) turnExpanded(properties);
+    host_.orientationPropertiesDidChange(effectiveOrientation(properties));
+    return updateLayOutForNewState(state());
+  }
   const auto controller = expandedViewController();
   controller->allowRotation = properties.allowOrientationChange;
   if (properties.forceOrientation == ForceOrientation::none)
@@ -394,6 +426,8 @@ void MraidPresentation::manipulateScreenSize() {
 void MraidPresentation::webViewLeavesScreen(const PageRef& webView) {
   if (webView_.lock() != webView) return;
   const bool wasExpanded = flags_.adExpanded;
+  place_.show(webView);
+  told_.reset();
   dismissExpanded();
   undoResize();
   flags_.adExpanded = false;
@@ -405,6 +439,7 @@ void MraidPresentation::webViewLeavesScreen(const PageRef& webView) {
 // By what is on the screen and not by the state, which follows a little later: the host may release
 // the view while it hears that the ad has expanded.
 void MraidPresentation::dismissExpanded() {
+  endSecondPart();
   if (!expandedViewController_) return;
   const auto controller = std::exchange(expandedViewController_, nullptr);
   ViewController* presenter = controller->presentingViewController();
@@ -420,6 +455,8 @@ void MraidPresentation::release() {
   report_.invalidate();
   move_.invalidate();
   undoResize();
+  endSecondPart();
+  orientation_ = {};
   emitter_.reset();
   if (closeButton_) closeButton_->setAction({});
   if (resizeCloseControl_) resizeCloseControl_->setAction({});

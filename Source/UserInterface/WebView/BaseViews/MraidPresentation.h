@@ -11,7 +11,10 @@
 #include "Runtime/Relay.h"
 #include "Scene/LayoutView.h"
 #include "Services/RunLoop.h"
+#include "UserInterface/ActivityIndicator/ActivityIndicator.h"
+#include "UserInterface/WebView/BaseViews/AdPlace.h"
 #include "UserInterface/WebView/BaseViews/ResizeGeometry.h"
+#include "UserInterface/WebView/BaseViews/SecondPart.h"
 #include "UserInterface/WebView/BaseViews/XExpandedViewController.h"
 
 namespace tavo {
@@ -21,7 +24,7 @@ class Environment;
 // An ad view's side of what a creative asks for: full screen, another size, back again, and what
 // the creative is told about it. Belongs to one view, which is held by the caller of each
 // operation; main thread only.
-class MraidPresentation {
+class MraidPresentation : private SecondPart::Owner {
  public:
   using PageRef = std::shared_ptr<WebView>;
 
@@ -37,10 +40,11 @@ class MraidPresentation {
     virtual void adDidCollapse() = 0;
     virtual void interstitialAdDidClose() = 0;
     virtual void orientationPropertiesDidChange(const XMRAIDOrientationProperties& properties) = 0;
+    virtual void customUrlOpened(const Url& url) = 0;
   };
 
   MraidPresentation(std::shared_ptr<Environment> environment, Host& host);
-  ~MraidPresentation() { release(); }
+  ~MraidPresentation() override { release(); }
   MraidPresentation(const MraidPresentation&) = delete;
   MraidPresentation& operator=(const MraidPresentation&) = delete;
 
@@ -56,11 +60,18 @@ class MraidPresentation {
   void handleInitMRAIDAd(const PageRef& webView, std::shared_ptr<XMRAIDEventEmitter> emitter);
   // False: something else covers the screen, and the creative has heard so.
   bool expandToFrame(bool isCustomClose, const PageRef& webView);
+  // The same to a page of another address, in a view of its own. `ad` belongs to the same view.
+  void expandToPage(const Url& url, bool isCustomClose, const PageRef& webView,
+                    WebViewAgentHost& ad);
   void collapseToFrame();
   void resizeAd(const std::optional<XMRAIDResizeProperties>& properties, const PageRef& webView);
   void closeButtonPressed();
   void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
                                     const PageRef& webView);
+  // What the creative now says about an expansion, which may be under way.
+  void expandPropertiesDidChange(const XMRAIDExpandProperties& properties);
+  // To the page that stands in front.
+  void reportError(std::string_view message, std::string_view action);
   // With true the SDK draws no close button: its place can be hit all the same.
   void setCustomCloseButton(bool isCustomClose);
   void setCloseButtonImageWithImageNamed(std::string_view name);
@@ -73,6 +84,12 @@ class MraidPresentation {
   // The view has another place in its window: a resized ad follows, or returns to it. The creative
   // hears of it once the view rests.
   void viewDidMove();
+  // What a person can see of the ad may have changed; `part` is what the host shows of the view, in
+  // its coordinates. Looked at for pages that are treated by the standard.
+  void shownPartDidChange(const Rect& part);
+  void exposureDidChange();
+  // The same before the ad is taken from the screen for good.
+  void willLeaveScreen();
   // Nobody sees the view any more: a resized ad does not stay behind.
   void viewDidDisappear();
 
@@ -102,6 +119,21 @@ class MraidPresentation {
     bool statusBarHidden = false;  // before the expanded ad was presented
   };
 
+  // SecondPart::Owner
+  void secondPartIsReady() override { tellPlace(state()); }
+  void secondPartIsShown() override;
+  void secondPartCloses() override { collapseToFrame(); }
+  void secondPartFailed(const Error& error) override;
+  void secondPartUsesCustomClose(bool isCustomClose) override;
+  void secondPartTurns(const XMRAIDOrientationProperties& properties) override;
+  void secondPartOpens(const Url& url) override { host_.customUrlOpened(url); }
+
+  [[nodiscard]] bool followsStandards() const { return emitter_ && emitter_->followsStandards(); }
+  void tellState(MRAIDState state);
+  void tellPlace(MRAIDState state);
+  void endSecondPart();
+  void hideAd();
+  void turnExpanded(const XMRAIDOrientationProperties& properties);
   void adopt(const PageRef& webView) { webView_ = webView; }
   void moveWebView(View& container);
   void stayWithoutScreen();
@@ -124,6 +156,12 @@ class MraidPresentation {
   std::optional<XMRAIDResizeProperties> resizeProperties_;  // of the resized ad
   std::shared_ptr<XMRAIDEventEmitter> emitter_;
   std::weak_ptr<WebView> webView_;
+  // By the standard.
+  AdPlace place_;
+  XMRAIDOrientationProperties orientation_;  // what the first page has asked for last
+  std::optional<MraidPlace> told_;           // to the first page
+  std::shared_ptr<SecondPart> second_;       // while it is open
+  std::shared_ptr<ActivityIndicator> wheel_;
   std::shared_ptr<const XExpandedViewControllerDelegate> controllerEvents_;
   std::shared_ptr<XExpandedViewController> expandedViewController_;
   std::shared_ptr<LayoutView> expandView_;

@@ -15,11 +15,12 @@ double movedInside(double start, double length, double roomStart, double roomEnd
 // What stands in the way before any size is looked at.
 std::optional<ResizeRefusal> refusalByState(const ResizeFacts& facts) {
   // Quirk: these two name the wrong action.
+  const std::string_view action = facts.byStandard ? "resize" : "expand";
   if (!facts.superview) {
-    return ResizeRefusal{"Unable to determine superview for resize container view.", "expand"};
+    return ResizeRefusal{"Unable to determine superview for resize container view.", action};
   }
   if (facts.placement == PlacementType::interstitial) {
-    return ResizeRefusal{"Cannot Resize Ad when PlacementType is Interstitial", "expand"};
+    return ResizeRefusal{"Cannot Resize Ad when PlacementType is Interstitial", action};
   }
   if (facts.state == MRAIDState::loading || facts.state == MRAIDState::hidden) {
     return ResizeRefusal{"Can not resize while loading or hidden.", "resize"};
@@ -34,13 +35,16 @@ std::optional<ResizeRefusal> refusalByState(const ResizeFacts& facts) {
   return std::nullopt;
 }
 
-std::optional<ResizeRefusal> refusalBySize(const Size& asked, const Rect& room) {
+std::optional<ResizeRefusal> refusalBySize(const Size& asked, const Rect& room, bool byStandard) {
   if (asked.width == 0 && asked.height == 0) {
     return ResizeRefusal{"Size required in resizeProperties.", "resize"};
   }
   // Quirk: an ad as large as the room is refused, one that is too large in one direction is not.
   if (asked.width >= room.width && asked.height >= room.height) {
     return ResizeRefusal{"Size must be smaller than the max size.", "resize"};
+  }
+  if (byStandard && (asked.width > room.width || asked.height > room.height)) {
+    return ResizeRefusal{"Size must not be larger than the max size.", "resize"};
   }
   return std::nullopt;
 }
@@ -92,7 +96,7 @@ std::variant<ResizeRefusal, ResizePlan> planResize(const XMRAIDResizeProperties&
   if (const auto refusal = refusalByState(facts)) return *refusal;
   const Rect& room = *facts.superview;
   const Size asked{static_cast<double>(properties.width), static_cast<double>(properties.height)};
-  if (const auto refusal = refusalBySize(asked, room)) return *refusal;
+  if (const auto refusal = refusalBySize(asked, room, facts.byStandard)) return *refusal;
 
   Rect container{facts.ad.x + static_cast<double>(properties.offsetX),
                  facts.ad.y + static_cast<double>(properties.offsetY), asked.width, asked.height};

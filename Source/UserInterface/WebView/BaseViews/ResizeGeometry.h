@@ -31,6 +31,7 @@ inline constexpr double closeControlSide = 50;
 
 // What an ad looks like when its creative asks for another size.
 struct ResizeFacts {
+  bool byStandard = false;        // as MRAID 2.0 says
   std::optional<Rect> superview;  // the room, see resizeViewMaxRect; none: nothing to stand in
   PlacementType placement = PlacementType::inlined;
   MRAIDState state = MRAIDState::loading;

@@ -225,6 +225,16 @@ void XAdView::didDisappearFromScreen() {
   core_->presentation().viewDidDisappear();
 }
 
+void XAdView::shownPartDidChange(const Rect& part) {
+  const auto held = shared_from_this();
+  core_->presentation().shownPartDidChange(part);
+}
+
+void XAdView::coverDidChange() {
+  const auto held = shared_from_this();
+  core_->presentation().exposureDidChange();
+}
+
 void XAdView::didMoveOnScreen() {
   defaultFrame_ = frame();
   core_->presentation().viewDidMove();
