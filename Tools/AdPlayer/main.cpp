@@ -12,8 +12,8 @@ namespace {
 using namespace tavo::adplayer;
 
 // A new command is a file in Commands and a line here.
-constexpr std::array<AddCommand, 5> commands{addWindowCommand, addRunCommand, addScanCommand,
-                                             addMergeCommand, addPlayOneCommand};
+constexpr std::array<AddCommand, 6> commands{addWindowCommand, addRunCommand,   addScanCommand,
+                                             addMraidCommand,  addMergeCommand, addPlayOneCommand};
 
 Surroundings surroundingsOf() {
   std::error_code failure;
@@ -22,6 +22,7 @@ Surroundings surroundingsOf() {
   surroundings.program = program.string();
   surroundings.campaigns = tavo::besideProgram(TAVO_SAMPLE_CAMPAIGNS);
   surroundings.network = tavo::besideProgram(TAVO_SAMPLE_NETWORK);
+  surroundings.checklist = tavo::besideProgram(TAVO_MRAID_CREATIVES);
   surroundings.film = surroundings.campaigns + "/vast-preroll/clip.mp4";
   if (!std::filesystem::exists(surroundings.network)) surroundings.network.clear();
   if (!std::filesystem::exists(surroundings.film)) surroundings.film.clear();

@@ -12,6 +12,7 @@ struct Surroundings {
   std::string campaigns;  // the sample campaigns
   std::string network;    // the library of the sample ad network; empty: none
   std::string film;       // of the host's own player; empty: none
+  std::string checklist;  // the creatives of the checklist
 };
 
 // Each command adds its options to the program and sets `chosen` to what is to be done when a
@@ -24,6 +25,7 @@ using AddCommand = void (*)(CLI::App& program, const Surroundings& surroundings,
 void addWindowCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 void addRunCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 void addScanCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
+void addMraidCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 void addMergeCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
 // What `run` starts for each creative; not shown to people.
 void addPlayOneCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen);
