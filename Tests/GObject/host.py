@@ -29,10 +29,10 @@ class Server:
         self.process.stdout.close()
 
 
-def initialize():
+def initialize(limits=None):
     folder = tempfile.mkdtemp(prefix="tavo-gobject-")
     options = TavoAds.Options(application_id="tavo-test", data_folder=folder,
-                              assume_reachable=True)
+                              assume_reachable=True, limits=limits)
     TavoAds.init_with_options(options)
     return options
 
