@@ -2,6 +2,8 @@
 // fetch of the chain brings the next one, or nothing behind the last. What comes of it goes the way
 // to the player: the media file, the tracking list, the impressions, the click.
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -9,10 +11,14 @@
 
 #include <tavo/Runtime.h>
 
+#include "AdController/ResponseParser/StandardsVast/VastAdSource.h"
 #include "AdController/ResponseParser/VASTXMLParser/VastWrapperChain.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Lines.h"
+#include "Tracker/VastMacros.h"
 #include "UserInterface/NativeView/MediaChoice.h"
+#include "UserInterface/StandardsVideo/IconPlace.h"
+#include "UserInterface/StandardsVideo/StandardsMedia.h"
 
 using namespace tavo;
 using fuzz::require;
@@ -29,6 +35,53 @@ std::vector<std::string> documentsOf(const std::uint8_t* data, std::size_t size)
     }
   }
   return documents;
+}
+
+// The same documents as the public standards read them: every ad is given out, and every second one
+// cannot be shown.
+void takeAllAds(const std::vector<std::string>& documents) {
+  const Limits limits;
+  std::size_t fetched = 0;
+  std::size_t turns = 0;
+  std::vector<std::function<void(const VastFetched&)>> waiting;
+  const auto source = std::make_shared<VastAdSource>(
+      VastAdSource::Settings{
+          limits,
+          [&](const Url&, Seconds, auto completion) { waiting.push_back(std::move(completion)); },
+          [] { return Seconds{0}; }},
+      [&](VastErrorCode, const std::vector<std::string>& addresses) {
+        VastMacros macros;
+        macros.set("ERRORCODE", std::string{"[ERRORCODE]"});
+        for (const auto& address : addresses) {
+          require(macros.filled(address, limits.vastAddressBytes).size() <=
+                  limits.vastAddressBytes);
+        }
+      });
+  bool wantsNext = true;
+  const auto taken = [&](const std::optional<VastTurn>& turn) {
+    wantsNext = turn.has_value();
+    if (!turn) return;
+    require(++turns <= limits.vastAdsInBreak);
+    if (const auto* film = turn->ad.linear()) {
+      (void)rankedMedia(*film, {filmTypes(), {320, 180}, 500});
+      for (const auto& icon : film->icons) (void)iconPlace(icon, {320, 180});
+    }
+    source->tellFailure(VastErrorCode::mediaProblem, turn->chain);
+  };
+  source->begin(documents.front(), Url::parse("http://first.example/a/b?c"));
+  source->first(taken);
+  while (wantsNext || !waiting.empty()) {
+    require(waiting.size() <= 1);
+    if (waiting.empty()) {
+      source->nextAfter(turns % 2 == 0, taken);
+      continue;
+    }
+    const auto completion = std::move(waiting.back());
+    waiting.pop_back();
+    const bool is = ++fetched < documents.size();
+    completion({is ? std::optional{documents[fetched]} : std::nullopt,
+                Url::parse("http://next.example/d/e")});
+  }
 }
 
 }  // namespace
@@ -57,5 +110,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     next(fetched < documents.size() ? std::optional{documents[fetched]} : std::nullopt);
   }
   require(completions == 1);
+  takeAllAds(documents);
   return 0;
 }
