@@ -44,9 +44,11 @@ if(TAVO_FOR_INSTALL)
   endif()
   file(RELATIVE_PATH TAVO_MODULES_BESIDE "${library_folder}" "${TAVO_MODULE_FOLDER}")
   file(RELATIVE_PATH TAVO_RESOURCES_BESIDE "${library_folder}" "${TAVO_RESOURCE_FOLDER}")
+  set(TAVO_LOCALE_FOLDER "${CMAKE_INSTALL_FULL_LOCALEDIR}")
 else()
   set(TAVO_MODULE_FOLDER "${PROJECT_BINARY_DIR}/modules")
   set(TAVO_RESOURCE_FOLDER "${PROJECT_SOURCE_DIR}/Resources")
+  set(TAVO_LOCALE_FOLDER "${PROJECT_BINARY_DIR}/locale")
 endif()
 
 # tavo_bundle_folders(<target>): a build in bundles (CMAKE_UNITY_BUILD) makes one of each folder.

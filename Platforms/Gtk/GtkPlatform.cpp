@@ -22,6 +22,7 @@
 #include "Gtk/Services/GtkTelephony.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Gtk/Services/OwnFolders.h"
+#include "Gtk/Services/Translations.h"
 #include "Gtk/Sheets/GtkAlerts.h"
 #include "Gtk/Sheets/GtkCalendarAccess.h"
 #include "Gtk/Sheets/GtkComposers.h"
@@ -118,6 +119,7 @@ std::optional<Platform> livingPlatform(const GtkPlatformOptions& options) {
 
 Platform makePlatform(const GtkPlatformOptions& options) {
   if (auto living = livingPlatform(options)) return *living;
+  bindInstalledTranslations(gtk::resourceFolder(options.libraryResourceFolder));
   Platform platform{.limits = options.limits};
   platform.notifications = std::make_shared<NotificationCenter>();
   platform.runLoop = std::make_shared<GtkRunLoop>();

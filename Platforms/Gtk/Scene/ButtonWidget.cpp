@@ -39,6 +39,8 @@ ButtonWidget::ButtonWidget(const std::shared_ptr<tavo::Button>& button) : button
   addStyle(title_);
   add_css_class("tavo-bare");
   picture_.set_can_shrink(true);
+  // The button has the name.
+  g_object_set(picture_.gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
   signal_clicked().connect(guardedSlot([this] { pressed(); }));
   sync();
 }
@@ -49,9 +51,7 @@ void ButtonWidget::sync() {
   set_visible(!button->isHidden());
   set_opacity(button->alpha());
   set_sensitive(button->isEnabled() && button->isUserInteractionEnabled());
-  set_tooltip_text(button->accessibilityLabel());
-  gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 button->accessibilityLabel().c_str(), -1);
+  nameIt(*button);
   if (!button->image().empty()) {
     picture_.set_paintable(textureOf(button->image()));
     picture_.set_margin(static_cast<int>(button->imageMargin()));
@@ -64,6 +64,17 @@ void ButtonWidget::sync() {
     unset_child();
   }
   queue_draw();
+}
+
+// The words for those who do not see the button: said once, for a reader tells of each change.
+void ButtonWidget::nameIt(const tavo::Button& button) {
+  const std::string& label = button.accessibilityLabel();
+  const std::string& name = label.empty() ? button.title() : label;
+  if (name == name_) return;
+  name_ = name;
+  set_tooltip_text(label);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 name.c_str(), -1);
 }
 
 // A title in a style of its own: colour and size as attributes, for no theme may change them.

@@ -3,6 +3,7 @@
 #include <gtkmm.h>
 
 #include <memory>
+#include <string>
 
 #include <tavo/Button.h>
 
@@ -22,11 +23,13 @@ class ButtonWidget : public Gtk::Button {
 
  private:
   void pressed();
+  void nameIt(const tavo::Button& button);
   void showTitle(const tavo::Button& button);
 
   std::weak_ptr<tavo::Button> button_;
   Gtk::Picture picture_;
   Gtk::Label title_;
+  std::string name_;
 };
 
 }  // namespace tavo::gtk

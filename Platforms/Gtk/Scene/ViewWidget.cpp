@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
+#include <tavo/Label.h>
+#include <tavo/ViewController.h>
 
 #include "Gtk/Guarded.h"
 #include "Gtk/Scene/ButtonWidget.h"
@@ -14,6 +17,8 @@
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Scene/SpinnerWidget.h"
 #include "Gtk/Scene/ViewPainter.h"
+#include "Scene/Toolbar.h"
+#include "Values/Text.h"
 
 namespace tavo::gtk {
 
@@ -37,11 +42,27 @@ GtkWidget* keptWidgetOf(View& view) {
   return nullptr;
 }
 
+// What assistive technology takes the view for; none: a mere container.
+std::optional<GtkAccessibleRole> roleOf(const View& view) {
+  if (dynamic_cast<const Label*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_LABEL;
+  if (dynamic_cast<const ImageView*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_IMG;
+  if (dynamic_cast<const Toolbar*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_TOOLBAR;
+  const ViewController* const controller = view.controller();
+  if (controller != nullptr && controller->presentingViewController() != nullptr) {
+    return GTK_ACCESSIBLE_ROLE_DIALOG;
+  }
+  if (!view.accessibilityLabel().empty()) return GTK_ACCESSIBLE_ROLE_GROUP;
+  return std::nullopt;
+}
+
 }  // namespace
 
 ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
     : Glib::ObjectBase{"TavoViewWidget"}, view_{view}, longestSide_{longestSide} {
   set_overflow(view->clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+  if (const auto role = roleOf(*view)) {
+    g_object_set(gobj(), "accessible-role", *role, nullptr);
+  }
 }
 
 ViewWidget::~ViewWidget() {
@@ -80,7 +101,19 @@ void ViewWidget::sync() {
 
 void ViewWidget::show(const std::shared_ptr<View>& view) {
   view_ = view;
-  gtk_accessible_reset_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
+  nameIt({});
+}
+
+// Said once, for a reader tells of each change.
+void ViewWidget::nameIt(const std::string& name) {
+  if (name == name_) return;
+  name_ = name;
+  if (name.empty()) {
+    gtk_accessible_reset_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
+  } else {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   name.c_str(), -1);
+  }
 }
 
 // The view is gone. True when a native widget that is kept stands here or below.
@@ -100,10 +133,8 @@ void ViewWidget::syncProperties(const View& view) {
   set_visible(!view.isHidden());
   set_opacity(view.alpha());
   set_can_target(view.isUserInteractionEnabled());
-  if (!view.accessibilityLabel().empty()) {
-    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   view.accessibilityLabel().c_str(), -1);
-  }
+  const auto* const label = dynamic_cast<const Label*>(&view);
+  nameIt(label == nullptr ? view.accessibilityLabel() : validUtf8(label->text()));
   set_overflow(view.clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
 }
 

@@ -3,6 +3,7 @@
 #include <gtkmm.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <tavo/View.h>
@@ -49,12 +50,14 @@ class ViewWidget : public Gtk::Widget {
   [[nodiscard]] int bearable(double length) const;
   void show(const std::shared_ptr<View>& view);
   bool retire();
+  void nameIt(const std::string& name);
   void syncProperties(const View& view);
   void syncChildren(const View& view);
   void discard(std::vector<Child> children);
   void allocateChild(const View& view, Gtk::Widget& child);
 
   std::weak_ptr<View> view_;
+  std::string name_;  // as assistive technology has it
   const double longestSide_;
   Point origin_;
   std::vector<Child> children_;  // back to front

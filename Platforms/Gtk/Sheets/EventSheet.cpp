@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Gtk/Sheets/Sheet.h"
+#include "Values/Translation.h"
 
 namespace tavo::gtk {
 
@@ -14,12 +15,20 @@ constexpr std::size_t longestNotes = 5'000;
 constexpr const char* momentPattern = "%Y-%m-%d %H:%M";
 
 std::string alarmText(const CalendarAlarm& alarm) {
-  if (const auto* moment = std::get_if<Date>(&alarm)) return "Reminder: " + momentText(*moment);
+  if (const auto* moment = std::get_if<Date>(&alarm)) {
+    // Translators: %1 is a date with its time.
+    return filledIn(translated("Reminder: %1"), momentText(*moment));
+  }
   constexpr double secondsPerMinute = 60;
   const auto minutes = static_cast<long long>(std::get<Seconds>(alarm).count() / secondsPerMinute);
-  if (minutes == 0) return "Reminder: at the start";
-  return "Reminder: " + std::to_string(std::llabs(minutes)) + " minutes " +
-         (minutes < 0 ? "before" : "after") + " the start";
+  if (minutes == 0) return translated("Reminder: at the start");
+  const auto count = static_cast<unsigned long>(std::llabs(minutes));
+  const std::string text = minutes < 0
+                               ? translatedPlural("Reminder: %1 minute before the start",
+                                                  "Reminder: %1 minutes before the start", count)
+                               : translatedPlural("Reminder: %1 minute after the start",
+                                                  "Reminder: %1 minutes after the start", count);
+  return filledIn(text, std::to_string(count));
 }
 
 // The fields of the sheet; they live in its form.
@@ -79,22 +88,23 @@ std::shared_ptr<ViewController> makeEventSheet(
   const auto report = [waiting](EventEditAction action, const CalendarEvent& result) {
     if (const auto tell = std::exchange(*waiting, {})) tell(action, result);
   };
-  auto* form = Gtk::make_managed<SheetForm>("New Event");
-  const auto entry = [form](const char* label, const std::string& text) -> Gtk::Entry& {
+  auto* form = Gtk::make_managed<SheetForm>(translated("New Event"));
+  const auto entry = [form](const std::string& label, const std::string& text) -> Gtk::Entry& {
     return form->addEntry(label, presentable(text, Lines::one, longestField));
   };
   const EventFields fields{
-      .title = entry("Title", event.title),
-      .location = entry("Location", event.location),
-      .start = entry("Starts", momentText(event.start)),
-      .end = entry("Ends", momentText(event.end)),
-      .notes = form->addText("Notes", presentable(event.notes, Lines::many, longestNotes))};
+      .title = entry(translated("Title"), event.title),
+      .location = entry(translated("Location"), event.location),
+      .start = entry(translated("Starts"), momentText(event.start)),
+      .end = entry(translated("Ends"), momentText(event.end)),
+      .notes =
+          form->addText(translated("Notes"), presentable(event.notes, Lines::many, longestNotes))};
   if (event.alarm) form->addNote(alarmText(*event.alarm));
   const auto cancel = [report, event] { report(cancelled, event); };
-  form->addButton("Delete", SheetForm::Role::destructive,
+  form->addButton(translated("Delete"), SheetForm::Role::destructive,
                   [report, event] { report(deleted, event); });
-  form->addButton("Cancel", SheetForm::Role::cancel, cancel);
-  form->addButton("Save", SheetForm::Role::suggested,
+  form->addButton(translated("Cancel"), SheetForm::Role::cancel, cancel);
+  form->addButton(translated("Save"), SheetForm::Role::suggested,
                   [report, event, fields] { report(saved, edited(event, fields)); });
   return std::make_shared<Sheet>(*form, cancel);
 }

@@ -7,6 +7,7 @@
 #include "Gtk/Sheets/EventSheet.h"
 #include "Gtk/Sheets/Sheet.h"
 #include "Gtk/Sheets/StoreSheet.h"
+#include "Values/Translation.h"
 
 namespace tavo::gtk {
 
@@ -51,15 +52,18 @@ std::shared_ptr<ViewController> GtkComposers::messageComposer(
     const MessageDraft& draft, std::function<void(MessageComposeResult)> finished) {
   using enum MessageComposeResult;
   const auto report = once(std::move(finished));
-  auto* form = Gtk::make_managed<SheetForm>("New Message");
-  auto& to = form->addEntry("To", presentable(joined(draft.recipients), Lines::one, longestLine));
-  auto& body = form->addText("Message", presentable(draft.body, Lines::many, longestBody));
-  form->addButton("Cancel", SheetForm::Role::cancel, [report] { report(cancelled); });
-  form->addButton("Send", SheetForm::Role::suggested, [report, &to, &body, app = application_] {
-    const Url uri =
-        messageUri({.recipients = splitList(to.get_text()), .body = body.get_buffer()->get_text()});
-    report(app->openUrl(uri) ? sent : failed);
-  });
+  auto* form = Gtk::make_managed<SheetForm>(translated("New Message"));
+  auto& to = form->addEntry(translated("To"),
+                            presentable(joined(draft.recipients), Lines::one, longestLine));
+  auto& body =
+      form->addText(translated("Message"), presentable(draft.body, Lines::many, longestBody));
+  form->addButton(translated("Cancel"), SheetForm::Role::cancel, [report] { report(cancelled); });
+  form->addButton(
+      translated("Send"), SheetForm::Role::suggested, [report, &to, &body, app = application_] {
+        const Url uri = messageUri(
+            {.recipients = splitList(to.get_text()), .body = body.get_buffer()->get_text()});
+        report(app->openUrl(uri) ? sent : failed);
+      });
   return std::make_shared<Sheet>(*form, [report] { report(cancelled); });
 }
 
@@ -67,12 +71,14 @@ std::shared_ptr<ViewController> GtkComposers::mailComposer(
     const MailDraft& draft, std::function<void(MailComposeResult)> finished) {
   using enum MailComposeResult;
   const auto report = once(std::move(finished));
-  auto* form = Gtk::make_managed<SheetForm>("New Mail");
-  auto& to = form->addEntry("To", presentable(joined(draft.recipients), Lines::one, longestLine));
-  auto& subject = form->addEntry("Subject", presentable(draft.subject, Lines::one, longestLine));
-  auto& body = form->addText("Mail", presentable(draft.body, Lines::many, longestBody));
-  form->addButton("Cancel", SheetForm::Role::cancel, [report] { report(cancelled); });
-  form->addButton("Send", SheetForm::Role::suggested,
+  auto* form = Gtk::make_managed<SheetForm>(translated("New Mail"));
+  auto& to = form->addEntry(translated("To"),
+                            presentable(joined(draft.recipients), Lines::one, longestLine));
+  auto& subject =
+      form->addEntry(translated("Subject"), presentable(draft.subject, Lines::one, longestLine));
+  auto& body = form->addText(translated("Mail"), presentable(draft.body, Lines::many, longestBody));
+  form->addButton(translated("Cancel"), SheetForm::Role::cancel, [report] { report(cancelled); });
+  form->addButton(translated("Send"), SheetForm::Role::suggested,
                   [report, &to, &subject, &body, app = application_] {
                     const Url uri = mailUri({.recipients = splitList(to.get_text()),
                                              .subject = subject.get_text(),

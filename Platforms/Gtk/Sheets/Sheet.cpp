@@ -68,7 +68,8 @@ Glib::ustring presentable(const std::string& text, Lines lines, std::size_t long
   return shown;
 }
 
-SheetForm::SheetForm(const Glib::ustring& title) : Gtk::Box{Gtk::Orientation::VERTICAL} {
+SheetForm::SheetForm(const Glib::ustring& title)
+    : Gtk::Box{Gtk::Orientation::VERTICAL}, title_{title} {
   addStyle(*this, "tavo-dim");
   addStyle(card_, "tavo-card");
   card_.set_spacing(spacing);
@@ -88,7 +89,6 @@ SheetForm::SheetForm(const Glib::ustring& title) : Gtk::Box{Gtk::Orientation::VE
   card_.append(fields_);
   card_.append(actions_);
   append(card_);
-  nameForAssistants(*this, title);
 }
 
 void SheetForm::addRow(const Glib::ustring& label, Gtk::Widget& field, Gtk::Widget& focused) {
@@ -160,7 +160,9 @@ std::shared_ptr<View> Sheet::loadView() {
   form_.setFinished([weak = weak_from_this()] {
     if (const auto self = weak.lock()) closeSheet(*self);
   });
-  return std::make_shared<SheetView>(widget_);
+  auto view = std::make_shared<SheetView>(widget_);
+  view->setAccessibilityLabel(form_.title());
+  return view;
 }
 
 bool Sheet::cancelOperation() {

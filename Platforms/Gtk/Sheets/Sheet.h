@@ -29,12 +29,14 @@ class SheetForm : public Gtk::Box {
   Gtk::TextView& addText(const Glib::ustring& label, const Glib::ustring& text);
   void addNote(const Glib::ustring& text);
   void addButton(const Glib::ustring& label, Role role, std::function<void()> pressed);
+  [[nodiscard]] const Glib::ustring& title() const { return title_; }
   // Hears of every button after what the button does.
   void setFinished(std::function<void()> finished) { finished_ = std::move(finished); }
 
  private:
   void addRow(const Glib::ustring& label, Gtk::Widget& field, Gtk::Widget& focused);
 
+  const Glib::ustring title_;
   Gtk::Box card_{Gtk::Orientation::VERTICAL};
   Gtk::CenterBox header_;
   Gtk::Grid fields_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Gtk/Sheets/Sheet.h"
+#include "Values/Translation.h"
 
 namespace tavo::gtk {
 
@@ -46,9 +47,10 @@ StoreSheet::StoreSheet(const StoreProduct& product, WebViewFactory& webViews,
 
 std::shared_ptr<View> StoreSheet::loadView() {
   auto view = std::make_shared<StoreSheetView>(page_);
+  view->setAccessibilityLabel(translated("Store"));
   const auto done = std::make_shared<Button>();
-  done->setTitle("Done");
-  done->setAccessibilityLabel("Close the store");
+  done->setTitle(translated("Done"));
+  done->setAccessibilityLabel(translated("Close the store"));
   done->setAction([this] { finish(); });
   view->fill(done);
   return view;

@@ -60,6 +60,7 @@ void GtkMoviePlayer::controlStyleChanged() {
 }
 
 void GtkMoviePlayer::fullscreenChanged() {
+  controls_.showFullscreen(isFullscreen());
   GtkRoot* root = gtk_widget_get_root(overlay_.get());
   if (root == nullptr || !GTK_IS_WINDOW(root)) return;
   if (isFullscreen()) {

@@ -1,18 +1,32 @@
 #include "Gtk/Video/PlayerControls.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "Gtk/Guarded.h"
+#include "Values/Translation.h"
 
 namespace tavo::gtk {
 
 namespace {
 
-GtkWidget* makeButton(const char* icon, const char* name) {
-  GtkWidget* button = gtk_button_new_from_icon_name(icon);
+void nameForAssistants(GtkWidget* widget, const std::string& name) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 name.c_str(), -1);
+}
+
+// What a button does now: in a picture, and in words for those who do not see it and for those who
+// wonder what it means.
+void dress(GtkWidget* button, const char* icon, const std::string& name) {
+  gtk_button_set_icon_name(GTK_BUTTON(button), icon);
+  gtk_widget_set_tooltip_text(button, name.c_str());
+  nameForAssistants(button, name);
+}
+
+GtkWidget* makeButton() {
+  GtkWidget* button = gtk_button_new();
   gtk_button_set_has_frame(GTK_BUTTON(button), FALSE);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(button), GTK_ACCESSIBLE_PROPERTY_LABEL, name, -1);
   return button;
 }
 
@@ -21,9 +35,12 @@ GtkWidget* makeButton(const char* icon, const char* name) {
 PlayerControls::PlayerControls(Actions actions)
     : actions_{std::move(actions)},
       bar_{gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 4)},
-      play_{makeButton("media-playback-start-symbolic", "Play")},
+      play_{makeButton()},
       position_{gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0, 1, 1)},
-      full_{makeButton("view-fullscreen-symbolic", "Full screen")} {
+      full_{makeButton()} {
+  showPlaying(false);
+  showFullscreen(false);
+  nameForAssistants(position_, translated("Position"));
   gtk_widget_add_css_class(bar_, "osd");
   gtk_widget_set_valign(bar_, GTK_ALIGN_END);
   gtk_scale_set_draw_value(GTK_SCALE(position_), FALSE);
@@ -101,8 +118,19 @@ void PlayerControls::setVisible(bool visible) {
 }
 
 void PlayerControls::showPlaying(bool playing) {
-  gtk_button_set_icon_name(GTK_BUTTON(play_), playing ? "media-playback-pause-symbolic"
-                                                      : "media-playback-start-symbolic");
+  if (playing) {
+    dress(play_, "media-playback-pause-symbolic", translated("Pause"));
+  } else {
+    dress(play_, "media-playback-start-symbolic", translated("Play"));
+  }
+}
+
+void PlayerControls::showFullscreen(bool fullscreen) {
+  if (fullscreen) {
+    dress(full_, "view-restore-symbolic", translated("Leave full screen"));
+  } else {
+    dress(full_, "view-fullscreen-symbolic", translated("Full screen"));
+  }
 }
 
 void PlayerControls::showPosition(double position, double duration) {

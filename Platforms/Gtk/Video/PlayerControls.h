@@ -28,6 +28,7 @@ class PlayerControls {
 
   void setVisible(bool visible);
   void showPlaying(bool playing);
+  void showFullscreen(bool fullscreen);
   // Seconds; without a duration the position cannot be moved.
   void showPosition(double position, double duration);
 

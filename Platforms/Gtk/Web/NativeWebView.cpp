@@ -75,7 +75,8 @@ NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
       policy_{webKit(), evaluations_, loads_, engine_->services().limits.pageRefreshes},
       commands_{content_.get(), [this] { ++requests_; },
                 [this](const Url& command) { noteCommand(command); }},
-      taps_{widget(), [this] { noteTap(); }} {
+      taps_{widget(), [this] { noteTap(); }},
+      focusExit_{webKit()} {
   connectSignals();
   if (!engine_->canForgetHistory()) turnover_.begin();
 }

@@ -13,6 +13,7 @@
 #include "Gtk/Web/CommandChannel.h"
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/FetchedBytes.h"
+#include "Gtk/Web/FocusExit.h"
 #include "Gtk/Web/LoadTracker.h"
 #include "Gtk/Web/PageInspection.h"
 #include "Gtk/Web/PagePolicy.h"
@@ -128,6 +129,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   std::shared_ptr<PageInspection> inspected_;  // while somebody looks
   SlotInspection inspection_;
   TapWatcher taps_;
+  FocusExit focusExit_;
 };
 
 }  // namespace tavo::gtk

@@ -7,6 +7,7 @@
 
 #include "Gtk/Guarded.h"
 #include "Values/Text.h"
+#include "Values/Translation.h"
 
 namespace tavo::gtk {
 namespace {
@@ -70,10 +71,11 @@ void VisitedPage::show(WebKitWebView* view, GtkWindow* parent) {
   const Url page = Url::fromText(address == nullptr ? "" : address);
   const bool isChoice =
       webkit_script_dialog_get_dialog_type(question_) == WEBKIT_SCRIPT_DIALOG_CONFIRM;
+  // Translators: %1 is the name of the site whose script asks something.
   auto* dialog = gtk_message_dialog_new(parent, GtkDialogFlags{},
                                         isChoice ? GTK_MESSAGE_QUESTION : GTK_MESSAGE_INFO,
-                                        isChoice ? GTK_BUTTONS_OK_CANCEL : GTK_BUTTONS_OK,
-                                        "%s says:", std::string{page.host()}.c_str());
+                                        isChoice ? GTK_BUTTONS_OK_CANCEL : GTK_BUTTONS_OK, "%s",
+                                        filledIn(translated("%1 says:"), page.host()).c_str());
   gtk_message_dialog_format_secondary_text(
       GTK_MESSAGE_DIALOG(dialog), "%s",
       shownText(webkit_script_dialog_get_message(question_)).c_str());

@@ -5,6 +5,7 @@
 #include <tavo/MoviePlayerFactory.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -31,7 +32,7 @@ MovieViewController::~MovieViewController() {
 
 void MovieViewController::viewDidLoad() {
   view()->setBackgroundColor(colors::black);
-  view()->setAccessibilityLabel("Video");
+  view()->setAccessibilityLabel(translated("Video"));
   player_->setAutoresizingMask(flexibleWidth | flexibleHeight);
   view()->addSubview(player_);
 }

@@ -1,6 +1,7 @@
 #include "UserInterface/Movie/SkipControl.h"
 
 #include "UserInterface/Pictures/Pictures.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -39,6 +40,8 @@ void SkipControl::showCountdown(View& video, const std::string& text,
   button.setUserInteractionEnabled(false);
   button.setImage({});
   button.setTitle(text);
+  // Translators: %1 is a time, minutes and seconds.
+  button.setAccessibilityLabel(filledIn(translated("The ad can be left in %1"), text));
   button.setBackgroundColor(style_.background);
   button.setAction({});
 }
@@ -52,7 +55,7 @@ void SkipControl::showClose(View& video, std::function<void()> action) {
   button.setTitle(picture.empty() ? "\u2715" : "");
   button.setImage(std::move(picture));
   button.setBackgroundColor(std::nullopt);
-  button.setAccessibilityLabel("Close");
+  button.setAccessibilityLabel(translated("Close"));
   button.setAction(std::move(action));
 }
 

@@ -6,6 +6,7 @@
 #include "Runtime/Environment.h"
 #include "Runtime/Relay.h"
 #include "UserInterface/Pictures/Pictures.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -24,7 +25,7 @@ void InterstitialCloseControl::put(Look look) {
   button_ = std::make_shared<Button>(place.frame);
   button_->setImageMargin(place.imageMargin);
   button_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
-  button_->setAccessibilityLabel("Close Interstitial Ad");
+  button_->setAccessibilityLabel(translated("Close Interstitial Ad"));
   button_->setAction(Relay{controller_}.call(&XAdInterstitialViewController::closeInterstitialAd));
   if (look == Look::picture) {
     button_->setImage(closePicture(environment_.platform()));

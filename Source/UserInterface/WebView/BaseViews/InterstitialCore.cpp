@@ -13,6 +13,7 @@
 #include "Runtime/Environment.h"
 #include "Services/Application.h"
 #include "UserInterface/NativeView/XVASTVideoView.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -89,6 +90,7 @@ void InterstitialCore::makeObservers() {
 std::shared_ptr<View> InterstitialCore::makeScreen() {
   screen_ = std::make_shared<LayoutView>(XDeviceScreenBounds(environment_->platform()));
   screen_->setBackgroundColor(colors::black);
+  screen_->setAccessibilityLabel(translated("Advertisement"));
   screen_->onLayout = [this] { rotation_.fitAdView(); };
   return screen_;
 }
@@ -108,6 +110,7 @@ void InterstitialCore::viewDidLoad() {
 
 void InterstitialCore::makeAdView() {
   xadView_ = XAdView::create(XDeviceScreenBounds(environment_->platform()));
+  xadView_->setAccessibilityLabel({});  // the screen around it has the name
   xadView_->delegate.set(adViewEvents_);
   xadView_->pDelegate.set(subClassEvents_);
   xadView_->setPlacementType(PlacementType::interstitial);

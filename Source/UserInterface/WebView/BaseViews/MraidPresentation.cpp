@@ -9,6 +9,7 @@
 #include "UserInterface/WebView/BaseViews/LayoutReport.h"
 #include "UserInterface/WebView/BaseViews/PlaceReport.h"
 #include "UserInterface/WebView/BaseViews/RotationScript.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -76,7 +77,7 @@ const std::shared_ptr<Button>& MraidPresentation::closeButton() {
   if (closeButton_) return closeButton_;
   closeButton_ = std::make_shared<Button>(Rect{0, 0, closeButtonSide, closeButtonSide});
   closeButton_->setAutoresizingMask(flexibleLeftMargin | flexibleBottomMargin);
-  closeButton_->setAccessibilityLabel("Close Interstitial Ad");
+  closeButton_->setAccessibilityLabel(translated("Close Interstitial Ad"));
   closeButton_->setAction(relay().call(&MraidPresentation::closeButtonPressed));
   return closeButton_;
 }
@@ -93,7 +94,7 @@ const std::shared_ptr<Button>& MraidPresentation::resizeCloseControl() {
   if (resizeCloseControl_) return resizeCloseControl_;
   resizeCloseControl_ = std::make_shared<Button>(Rect{0, 0, closeControlSide, closeControlSide});
   resizeCloseControl_->setOpaque(false);
-  resizeCloseControl_->setAccessibilityLabel("Close Resized Ad");
+  resizeCloseControl_->setAccessibilityLabel(translated("Close Resized Ad"));
   resizeCloseControl_->setAction(relay().call(&MraidPresentation::collapseToFrame));
   return resizeCloseControl_;
 }

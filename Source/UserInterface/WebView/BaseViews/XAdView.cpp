@@ -9,6 +9,7 @@
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/MainThread.h"
 #include "UserInterface/WebView/BaseViews/AdViewCore.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -26,6 +27,7 @@ XAdView::XAdView(const Rect& frame)
       defaultFrame_{frame},
       core_{std::make_unique<AdViewCore>(Runtime::current().environment(), *this)} {
   setClipsToBounds(true);
+  setAccessibilityLabel(translated("Advertisement"));
 }
 
 XAdView::~XAdView() {

@@ -5,6 +5,7 @@
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Environment.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -20,6 +21,7 @@ void XExpandedViewController::viewDidLoad() {
   const OperationLog log{"-[XExpandedViewController viewDidLoad]"};
   view()->setOpaque(true);
   view()->setBackgroundColor(colors::black);
+  view()->setAccessibilityLabel(translated("Advertisement"));
   view()->setFrame(XDeviceScreenBounds(environment_->platform()));
   view()->setAutoresizesSubviews(true);
   view()->setAutoresizingMask(flexibleAll);

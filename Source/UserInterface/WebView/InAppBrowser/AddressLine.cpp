@@ -9,6 +9,7 @@
 
 #include "UserInterface/WebView/InAppBrowser/BrowserButtons.h"
 #include "Values/Text.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -40,7 +41,9 @@ Image lockPicture(const Color& ink) {
 PageSign pageSign(const Url& page, const std::string& title) {
   const bool isSecure = equalsIgnoringCase(page.scheme(), "https");
   if (!page.isHttp() || page.host().empty()) return {title, false};
-  std::string text = (isSecure ? "" : "Not secure: ") + std::string{page.host()};
+  // Translators: %1 is the name of a site that was reached without encryption.
+  std::string text =
+      isSecure ? std::string{page.host()} : filledIn(translated("Not secure: %1"), page.host());
   if (!title.empty()) text += " \u2013 " + title;
   return {text, isSecure};
 }
@@ -49,7 +52,7 @@ AddressLine::AddressLine(const Color& ink) : label_{std::make_shared<Label>()} {
   const auto lock = std::make_shared<ImageView>();
   lock->setImage(lockPicture(ink));
   lock->setContentMode(ContentMode::aspectFit);
-  lock->setAccessibilityLabel("Secure connection");
+  lock->setAccessibilityLabel(translated("Secure connection"));
   lock->setHidden(true);
   lock_ = lock;
   label_->setTextColor(ink);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "Values/Translation.h"
 namespace tavo {
 
 namespace {
@@ -15,15 +16,15 @@ using ToolbarDetail = XBrowserConfiguration::ToolbarDetail;
 
 struct Look {
   std::string_view image;
-  std::string_view label;
+  const char* label;
 };
 
 const Look& lookOf(BrowserButton button) {
-  static constexpr std::array<Look, 5> looks{{{"browserstop", "Close"},
-                                              {"browserback", "Back"},
-                                              {"browserforward", "Forward"},
-                                              {"browserreload", "Reload"},
-                                              {"browseraction", "Open in browser"}}};
+  static constexpr std::array<Look, 5> looks{{{"browserstop", toTranslate("Close")},
+                                              {"browserback", toTranslate("Back")},
+                                              {"browserforward", toTranslate("Forward")},
+                                              {"browserreload", toTranslate("Reload")},
+                                              {"browseraction", toTranslate("Open in browser")}}};
   return looks.at(static_cast<std::size_t>(button));
 }
 
@@ -59,7 +60,7 @@ std::vector<ToolbarDetail> hostImages(const XBrowserConfiguration& settings, Bro
 
 std::string_view builtInImageName(BrowserButton button) { return lookOf(button).image; }
 
-std::string_view buttonLabel(BrowserButton button) { return lookOf(button).label; }
+std::string buttonLabel(BrowserButton button) { return translated(lookOf(button).label); }
 
 Image tinted(const Image& shape, const Color& color) {
   constexpr std::size_t channels = 4;

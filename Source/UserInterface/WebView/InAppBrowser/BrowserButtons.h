@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,9 +23,10 @@ inline constexpr BrowserButton browserButtons[] = {BrowserButton::close, Browser
 [[nodiscard]] std::vector<XBrowserConfiguration::ToolbarDetail> hostImages(
     const XBrowserConfiguration& settings, BrowserButton button);
 
-// The resource with the library's own picture for a button, and what the button is called.
+// The resource with the library's own picture for a button, and what the person's language calls
+// the button.
 [[nodiscard]] std::string_view builtInImageName(BrowserButton button);
-[[nodiscard]] std::string_view buttonLabel(BrowserButton button);
+[[nodiscard]] std::string buttonLabel(BrowserButton button);
 
 // A picture of one colour in another: the shape stays, as its alpha has it.
 [[nodiscard]] Image tinted(const Image& shape, const Color& color);

@@ -69,7 +69,7 @@ std::shared_ptr<Button> BrowserToolbar::makeButton(BrowserButton number) {
     image = tinted(namedPicture(builtInImageName(number), platform), ink());
   }
   button->setImage(std::move(image));
-  button->setAccessibilityLabel(std::string{buttonLabel(number)});
+  button->setAccessibilityLabel(buttonLabel(number));
   button->setAction([pressed = pressed_, number] { pressed(number); });
   return button;
 }

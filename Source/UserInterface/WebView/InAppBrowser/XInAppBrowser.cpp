@@ -14,6 +14,7 @@
 #include "Services/WebViewFactory.h"
 #include "UserInterface/WebView/InAppBrowser/ErrorPage.h"
 #include "Values/Text.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -74,6 +75,7 @@ std::shared_ptr<View> XInAppBrowser::loadView() {
   auto view = std::make_shared<LayoutView>(XDeviceScreenBounds(environment_->platform()));
   const Relay relay{*this};
   view->onLayout = relay.call(&XInAppBrowser::placeAll);
+  view->setAccessibilityLabel(translated("Browser"));
   return view;
 }
 
@@ -280,9 +282,9 @@ void XInAppBrowser::offerOutside(const Error& error) {
   constexpr std::size_t close = 0;
   constexpr std::size_t open = 1;
   environment_->platform().alerts->show(
-      {.title = "This file cannot be opened here",
+      {.title = translated("This file cannot be opened here"),
        .message = error.description,
-       .buttons = {"Close", "Open in browser"},
+       .buttons = {translated("Close"), translated("Open in browser")},
        .cancelButton = close},
       [weak = weak_from_this(), file = wanted_](std::size_t button) {
         const auto self = std::static_pointer_cast<XInAppBrowser>(weak.lock());
