@@ -9,10 +9,13 @@ namespace tavo::gtk {
 namespace {
 
 // The scene gives a button its place and its picture; nothing of a theme may add to them. A title
-// in a style of its own stands on a video of any colour, so it gets an edge that sets it off.
+// in a style of its own stands on a video of any colour, so it gets an edge that sets it off, and so
+// does a button that the keyboard has.
 constexpr const char* styleText =
     "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
     " border-radius: 0; box-shadow: none; background: none; }"
+    "button.tavo-bare:focus-visible { outline: 2px solid white; outline-offset: -2px;"
+    " box-shadow: inset 0 0 0 3px black; }"
     "label.tavo-light { text-shadow: 1px 1px black, -1px -1px black, 1px -1px black, -1px 1px "
     "black; }"
     "label.tavo-dark { text-shadow: 1px 1px white, -1px -1px white, 1px -1px white, -1px 1px "
