@@ -20,8 +20,8 @@ namespace tavo {
 // `text` with `value` in the place of its "%1". What is put in is not looked at.
 [[nodiscard]] std::string filledIn(std::string text, std::string_view value);
 
-// Takes the library's catalogues from below `folder`: <language>/LC_MESSAGES/corvane-tavo-<major version>.mo. For
-// the whole process; the last call counts.
+// Takes the library's catalogues from below `folder`: <language>/LC_MESSAGES/corvane-tavo-<major
+// version>.mo. For the whole process; the last call counts.
 void bindTranslations(const std::string& folder);
 
 }  // namespace tavo

@@ -9,8 +9,8 @@ namespace tavo::gtk {
 namespace {
 
 // The scene gives a button its place and its picture; nothing of a theme may add to them. A title
-// in a style of its own stands on a video of any colour, so it gets an edge that sets it off, and so
-// does a button that the keyboard has.
+// in a style of its own stands on a video of any colour, so it gets an edge that sets it off, and
+// so does a button that the keyboard has.
 constexpr const char* styleText =
     "button.tavo-bare { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
     " border-radius: 0; box-shadow: none; background: none; }"
