@@ -124,6 +124,10 @@ TEST(AdPlayerTest, TheRunnerPlaysOnWhenOneFailsAndOneHangs) {
   ASSERT_NE(error, good->events.end());
   EXPECT_EQ(error->text + " " + std::string{error->field("line")},
             "ReferenceError: Can't find variable: missing 3");
+  // The phone's screen below its status bar is the whole screen for the creative.
+  EXPECT_TRUE(std::any_of(good->events.begin(), good->events.end(), [](const auto& event) {
+    return event.text == "mraid.setScreenSize({width:360,height:616});";
+  }));
   EXPECT_THAT(good->pictures, ElementsAre("after.png"));
   EXPECT_EQ(empty->verdict, Verdict::refused);
   EXPECT_THAT(empty->why, HasSubstr("empty.html is empty"));

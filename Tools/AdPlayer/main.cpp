@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
   for (const auto add : commands) add(program, surroundings, chosen);
   program.require_subcommand(0, 1);
   program.footer(
-      "Examples:\n  adplayer\n  adplayer window banner.html\n  adplayer run creatives/*.html "
+      "Examples:\n  adplayer\n  adplayer banner.html\n  adplayer run creatives/*.html "
       "--jobs 4 --out "
       "report\n\nadplayer COMMAND --help tells more of each.");
   try {

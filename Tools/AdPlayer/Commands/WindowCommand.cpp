@@ -15,6 +15,11 @@ struct WindowOptions {
 };
 
 int openWindow(const WindowOptions& options) {
+  if (gtk_init_check() == FALSE) {
+    std::fprintf(stderr,
+                 "adplayer: There is no display for a window; without one, use adplayer run.\n");
+    return wrongCall;
+  }
   const auto application =
       Gtk::Application::create("com.corvanetavo.adplayer", Gio::Application::Flags::NON_UNIQUE);
   std::unique_ptr<Stage> stage;
@@ -43,6 +48,7 @@ void addWindowCommand(CLI::App& program, const Surroundings& surroundings, Chose
   auto* const command =
       program.add_subcommand("window", "Open the window (also without a command)");
   command->add_option("source", options->window.source, "What to play at once");
+  program.add_option("source", options->window.source, "What to play in the window at once");
   command->add_option("--campaigns", options->window.campaigns, "Folder of the campaigns listed");
   command->add_option("--network", options->network, "Library of the ad network for mediated ads");
   command->add_option("--film", options->window.film, "The host's own film behind a pre-roll");

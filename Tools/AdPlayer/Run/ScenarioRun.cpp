@@ -11,6 +11,8 @@ namespace tavo::adplayer {
 namespace {
 
 constexpr Seconds lookDistance{0.05};
+constexpr Seconds tapPatience{0.4};
+constexpr int tapAttempts = 20;
 constexpr int pictureAttempts = 60;
 
 bool holds(const PlayEvent& event, const Condition& condition) {
@@ -81,12 +83,31 @@ void ScenarioRun::carryOut(const TapAt& tap) {
 }
 
 void ScenarioRun::carryOut(const TapOn& tap) {
-  Fingers::find(place_.session, tap.selector,
-                [weak = std::weak_ptr{self_}, tap](std::optional<Point> point) {
-                  const auto self = weak.lock();
-                  if (!self) return;
-                  if (point) return (*self)->carryOut(TapAt{*point});
-                  (*self)->stop("nothing in the page is \"" + tap.selector + "\"");
+  if (!fingers_.canTouch()) return stop("no tap is possible on this screen");
+  place_.stage.log().add("step", steps_[at_ - 1].wording);
+  tapUntilFelt(tap.selector, tapAttempts);
+}
+
+// A page that has just come is on the screen a few frames later, and feels nothing until then.
+void ScenarioRun::tapUntilFelt(const std::string& selector, int attempts) {
+  Fingers::find(place_.session, selector,
+                [weak = std::weak_ptr{self_}, selector, attempts](std::optional<Point> point) {
+                  const auto held = weak.lock();
+                  if (!held) return;
+                  ScenarioRun& self = **held;
+                  if (!point) return self.stop("nothing in the page is \"" + selector + "\"");
+                  self.fingers_.tap(self.place_.phone, *point);
+                  self.later(tapPatience, [&self, selector, attempts] {
+                    Fingers::ask(self.place_.session, [weak = std::weak_ptr{self.self_}, selector,
+                                                       attempts](bool landed) {
+                      const auto there = weak.lock();
+                      if (!there) return;
+                      if (landed) return (*there)->done();
+                      if (attempts == 0)
+                        return (*there)->stop("the page felt no tap on \"" + selector + "\"");
+                      (*there)->tapUntilFelt(selector, attempts - 1);
+                    });
+                  });
                 });
 }
 

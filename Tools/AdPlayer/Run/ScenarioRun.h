@@ -41,6 +41,7 @@ class ScenarioRun {
   void stop(const std::string& why);
   void carryOut(const TapAt& tap);
   void carryOut(const TapOn& tap);
+  void tapUntilFelt(const std::string& selector, int attempts);
   void carryOut(const Wait& wait);
   void carryOut(const Expect& expect);
   void carryOut(const Advance& advance);

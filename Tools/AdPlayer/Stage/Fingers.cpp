@@ -56,10 +56,13 @@ void Fingers::find(Session& session, const std::string& selector,
                    const std::function<void(std::optional<Point>)>& found) {
   const auto page = session.page();
   if (!page) return found(std::nullopt);
-  const std::string script = "(() => { const e = document.querySelector(" + literal(selector) +
-                             "); if (!e) return ''; const r = e.getBoundingClientRect();"
-                             " return r.width && r.height ? (r.x + r.width / 2) + ' ' +"
-                             " (r.y + r.height / 2) : ''; })()";
+  const std::string script =
+      "(() => { const e = document.querySelector(" + literal(selector) +
+      "); if (!e) return ''; const r = e.getBoundingClientRect();"
+      " window.tavoTouched = 'no';"
+      " addEventListener('mousedown', () => window.tavoTouched = 'yes',"
+      " {capture: true, once: true}); return r.width && r.height ? (r.x + r.width / 2) + ' ' +"
+      " (r.y + r.height / 2) : ''; })()";
   page->evaluate(script, [found, weak = std::weak_ptr{page}](const std::string& result) {
     double x = 0;
     double y = 0;
@@ -68,6 +71,13 @@ void Fingers::find(Session& session, const std::string& selector,
     const Rect place = there->convertTo(nullptr, there->bounds());
     found(Point{place.x + x, place.y + y});
   });
+}
+
+void Fingers::ask(Session& session, const std::function<void(bool)>& landed) {
+  const auto page = session.page();
+  if (!page) return landed(true);
+  page->evaluate("window.tavoTouched || ''",
+                 [landed](const std::string& touched) { landed(touched != "no"); });
 }
 
 }  // namespace tavo::adplayer

@@ -26,6 +26,9 @@ class Fingers {
   static void find(Session& session, const std::string& selector,
                    const std::function<void(std::optional<Point>)>& found);
 
+  // Whether the page has felt the tap since `find`; yes where there is no page any more.
+  static void ask(Session& session, const std::function<void(bool)>& landed);
+
  private:
   using Move = int (*)(void*, int, int, int, unsigned long);
   using Button = int (*)(void*, unsigned, int, unsigned long);

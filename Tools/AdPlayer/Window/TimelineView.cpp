@@ -156,7 +156,6 @@ void TimelineView::makeList() {
     kind->set_css_classes({"event-kind", "k-" + event.kind});
     std::string first = event.text.substr(0, std::min<std::size_t>(event.text.find('\n'), 400));
     text->set_text(first);
-    text->set_tooltip_text(event.text.size() > 60 ? event.text.substr(0, 600) : std::string{});
   });
   selection_ = Gtk::SingleSelection::create(shown_);
   selection_->set_autoselect(false);
