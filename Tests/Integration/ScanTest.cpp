@@ -8,6 +8,7 @@
 #include "AdPlayer/Scan/Checks.h"
 #include "AdPlayer/Scan/ScanPlay.h"
 #include "AdPlayer/Scan/ScanReport.h"
+#include "AdPlayer/Scan/ScanRun.h"
 #include "AdServer/AdServer.h"
 #include "Support/HostLoop.h"
 #include "Support/Places.h"
@@ -214,6 +215,24 @@ TEST_F(ScanTest, WatchesAFilmToItsEndAndMissesItsTracking) {
   EXPECT_THAT(linesOf(findings), HasSubstr("/track/film/impression was sent 2 times"));
   EXPECT_EQ(namesOf(findings), (Names{"tracking-never-due", "tracking-failed", "tracking-doubled"}))
       << linesOf(findings);
+}
+
+TEST(ScanRunTest, TakesFilesAndSaysWhatItCannotPlay) {
+  const TemporaryFolder folder;
+  folder.write(
+      "a page.html",
+      "<!doctype html>\n<html><body><p>Text</p>\n<script>undefinedThing();</script></body></html>");
+  folder.write("binary.html", std::string(100, '\0'));
+  const auto scans =
+      scanAll({folder.path("a page.html"), folder.path("gone.html"), folder.path("binary.html")},
+              {.watching = Seconds{0.5}, .variations = false}, {});
+  ASSERT_EQ(scans.size(), 3U);
+  ASSERT_EQ(namesOf(scans[0].findings), Names{"script-error"}) << linesOf(scans[0].findings);
+  EXPECT_EQ(scans[0].findings[0].place, folder.path("a page.html"));
+  EXPECT_EQ(scans[0].findings[0].line, 3);
+  EXPECT_THAT(scans[1].refusal, HasSubstr("there is no such file"));
+  EXPECT_THAT(scans[2].refusal, HasSubstr("binary"));
+  EXPECT_EQ(worst({scans[1]}), Severity::error);
 }
 
 // What the checks make of events that a play brings about only with luck or time.

@@ -10,6 +10,7 @@ _adplayer() {
   case $previous in
   --placement) mapfile -t COMPREPLY < <(compgen -W "banner preroll interstitial" -- "$current") ;;
   --expect) mapfile -t COMPREPLY < <(compgen -W "loaded failed outcome" -- "$current") ;;
+  --fail-on) mapfile -t COMPREPLY < <(compgen -W "error warning note never" -- "$current") ;;
   --out | --campaigns) mapfile -t COMPREPLY < <(compgen -d -- "$current") ;;
   --size | --screen) mapfile -t COMPREPLY < <(compgen -W "320x50 300x250 320x480 360x640 728x90" -- "$current") ;;
   *)

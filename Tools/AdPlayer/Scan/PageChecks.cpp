@@ -95,6 +95,9 @@ void lookForNoAd(const Recording& recording, Findings& findings) {
   for (const auto* verdict : eventsOf(recording, InspectionKind::classified)) {
     why += "; the answer was taken for " + verdict->text;
   }
+  // Both speak in whole sentences, and this is one of its own.
+  for (auto at = why.find(".;"); at != why.npos; at = why.find(".;", at)) why.erase(at, 1);
+  while (why.ends_with('.')) why.pop_back();
   findings.push_back({.message = "Nothing is shown: " + why});
 }
 
