@@ -261,6 +261,10 @@ TEST(ScanChecksTest, ReadsOtherEvents) {
     Recording recording{.name = "x", .events = {event}, .loaded = Seconds{1}};
     EXPECT_EQ(namesOf(scanned(recording)), expected) << event.text;
   }
+  const InspectionEvent ad{.kind = Kind::answer, .text = "", .fields = {{"status", "404"}}};
+  EXPECT_EQ(namesOf(scanned({.events = {ad}, .loaded = Seconds{1}})), Names{});
+  EXPECT_EQ(namesOf(scanned({.events = {ad, ad}, .loaded = Seconds{1}})),
+            Names{"resource-missing"});
   EXPECT_EQ(namesOf(scanned({.failure = "1002 No ad"})), Names{"no-ad"});
   EXPECT_EQ(
       namesOf(scanned({.loaded = Seconds{1}, .length = Seconds{4}, .processorTime = Seconds{3}})),

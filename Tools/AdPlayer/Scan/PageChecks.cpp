@@ -79,6 +79,22 @@ std::vector<Leaving> leavings(const Recording& recording) {
   return found;
 }
 
+// Those have a check of their own.
+bool isWrapper(const Recording& recording, std::string_view url) {
+  const auto wrappers = eventsOf(recording, InspectionKind::wrapper);
+  return std::any_of(wrappers.begin(), wrappers.end(),
+                     [url](const auto* wrapper) { return wrapper->field("url") == url; });
+}
+
+void addMissing(const Recording& recording, const InspectionEvent& event, Findings& findings) {
+  const auto status = number(event.field("status"));
+  const auto error = event.field("error");
+  if (status < 400 && error.empty()) return;
+  const std::string why = error.empty() ? "status " + std::to_string(status) : std::string{error};
+  findings.push_back(
+      at(recording, event, std::string{event.field("url")} + " does not load: " + why));
+}
+
 void addProbes(const Recording& recording, std::string_view what, const char* message,
                Findings& findings) {
   for (const auto* probe : eventsOf(recording, InspectionKind::probe)) {
@@ -102,13 +118,14 @@ void lookForNoAd(const Recording& recording, Findings& findings) {
 }
 
 void lookForMissingResources(const Recording& recording, Findings& findings) {
+  bool isAd = true;
+  for (const auto* answer : eventsOf(recording, InspectionKind::answer)) {
+    if (std::exchange(isAd, false) || answer->field("traffic") == "tracking") continue;
+    if (isWrapper(recording, answer->field("url"))) continue;
+    addMissing(recording, *answer, findings);
+  }
   for (const auto* resource : eventsOf(recording, InspectionKind::resource)) {
-    const auto status = number(resource->field("status"));
-    const auto error = resource->field("error");
-    if (status < 400 && error.empty()) continue;
-    const std::string why = error.empty() ? "status " + std::to_string(status) : std::string{error};
-    findings.push_back(
-        at(recording, *resource, std::string{resource->field("url")} + " does not load: " + why));
+    addMissing(recording, *resource, findings);
   }
   for (const auto* error : eventsOf(recording, InspectionKind::scriptError)) {
     const bool isMedia = error->text.starts_with("video ") || error->text.starts_with("audio ") ||
