@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -121,13 +122,28 @@ std::string lineOf(const PlayEvent& event) {
          "</div></div>\n";
 }
 
+// A busy machine has hundreds of them: their sum says what matters, events.jsonl has each.
+std::string stallsOf(const Result& result) {
+  int number = 0;
+  int longest = 0;
+  for (const auto& event : result.events) {
+    if (event.kind != "stall") continue;
+    ++number;
+    longest = std::max(longest, std::atoi(std::string{event.field("milliseconds")}.c_str()));
+  }
+  if (number == 0) return {};
+  return "<p class=soft>The loop stood still for more than 16 ms " + std::to_string(number) +
+         (number == 1 ? " time" : " times") + ", the longest for " + std::to_string(longest) +
+         " ms.</p>";
+}
+
 std::string sideOf(const Result& result, const std::vector<std::string>& pictures) {
   std::string html = "<h2>Expectations</h2><ul class=points>";
   for (const auto& one : result.expectations) {
     html += std::string{"<li class="} + (one.isMet ? "met>" : "unmet>") + escapedMarkup(one.text);
   }
   if (result.expectations.empty()) html += "<li class=unmet>" + escapedMarkup(result.why);
-  html += "</ul>";
+  html += "</ul>" + stallsOf(result);
   for (std::size_t i = 0; i < pictures.size(); ++i) {
     const std::string name = escapedMarkup(result.pictures[i]);
     html += "<figure><img alt=\"The phone at the moment " + name + "\" src=\"" + pictures[i] +
@@ -154,6 +170,7 @@ std::string creativeOf(const Result& result) {
           sideOf(result, pictures) + "</div><div><h2>Timeline</h2>";
   std::size_t shown = 0;
   for (const auto& event : result.events) {
+    if (event.kind == "stall") continue;
     if (++shown > mostEventsShown) break;
     html += lineOf(event);
   }
