@@ -46,13 +46,6 @@ if(TAVO_BUILD_GTK)
   add_library(Corvane::TavoGtk ALIAS TavoGtkHost)
 endif()
 
-# What programs of this tree link that keep to the door: the floors while they are worked on, the
-# library once it is installed with them.
-set(TAVO_HOST_LIBRARIES TavoSdk TavoGtk)
-if(TAVO_FOR_INSTALL)
-  set(TAVO_HOST_LIBRARIES Corvane::TavoGtk)
-endif()
-
 # For libraries of external ad networks: the door and the scene.
 add_library(TavoAdNetwork INTERFACE)
 target_link_libraries(TavoAdNetwork INTERFACE TavoLibrary)

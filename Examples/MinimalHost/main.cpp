@@ -26,6 +26,7 @@ int main(int, char** argv) {
     if (window) return window->present();  // started a second time
     const auto banner = tavo::XAdView::create({0, 0, 320, 50});
     banner->delegate.set(events);
+    banner->slotConfiguration()->scalingAllowed = true;  // pictures of twice the size are sharp
     auto* article = Gtk::make_managed<Gtk::Label>("The article that people came for.");
     article->set_vexpand(true);
     auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include <tavo/Export.h>
+
 namespace tavo::gtk {
 
 // A part of a window that ads treat as their screen: for hosts whose window shows more than the
@@ -18,7 +20,7 @@ namespace tavo::gtk {
 //
 // One area a window; slots outside of it are not for use beside one. Put it into the window before
 // the first ad is loaded. Main thread only, in a running Runtime with the platform of makePlatform.
-class AdArea : public Gtk::Overlay {
+class TAVO_EXPORT AdArea : public Gtk::Overlay {
  public:
   AdArea();
   ~AdArea() override;
