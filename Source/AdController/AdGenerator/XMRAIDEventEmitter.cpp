@@ -107,6 +107,10 @@ void XMRAIDEventEmitter::setOrientationProperties(const XMRAIDOrientationPropert
 
 void XMRAIDEventEmitter::tellPlace(const MraidPlace& place, const WebViewRef& webView) {
   const OperationLog log{"-[XMRAIDEventEmitter tellPlace:forWebView:]"};
+  if (inspection_.isOn() && place.state != state_) {
+    inspection_.tell(InspectionKind::state, std::string{nameOf(place.state)},
+                     {{"before", std::string{nameOf(state_)}}});
+  }
   state_ = place.state;
   std::string text = "mraid.setPlace({state:'" + std::string{nameOf(place.state)} + "',screen:{";
   text += members(place.screen) + "},max:{" + members(place.room);
