@@ -189,17 +189,6 @@ TEST_F(AccessibilityTest, AnInterstitialIsADialogWhoseButtonTheKeyboardPresses) 
     EXPECT_TRUE(isSeen("\"WebKitWebView\" focused")) << seen();
   };
   enterPage();
-  // By way of what is to be touched in the page, and out of it: one key after the other.
-  const auto placeInPage = [&] {
-    return askPage(page.get(), "document.activeElement.tagName + document.hasFocus()");
-  };
-  ASSERT_TRUE(host().runUntil([&] { return placeInPage() == "BODYtrue"; }));
-  for (const char* next : {"Atrue", "BUTTONtrue", "BODYfalse"}) {
-    type(GDK_KEY_Tab);
-    ASSERT_TRUE(host().runUntil([&] { return placeInPage() == next; })) << next << placeInPage();
-  }
-  ASSERT_TRUE(isSeen(button + " focused")) << seen();
-  enterPage();
   type(GDK_KEY_F6);
   ASSERT_TRUE(isSeen(button + " focused")) << "whatever the page does";
   host().keepPicture("focused-close");
