@@ -211,14 +211,15 @@ TEST(AdVerdictTest, MediationInstructions) {
 }
 
 TEST(AdVerdictTest, InTheStandardsModeEveryVastDocumentIsPlayed) {
-  struct Case {
+  struct Document {
     const char* text;
     bool vast;
   };
   for (const auto& test :
-       {Case{"<VAST></VAST>", true}, Case{"<VAST\nversion='3.0'/>", true},
-        Case{"\xEF\xBB\xBF <?xml version='1.0'?><!-- <b> --><VideoAdServingTemplate/>", true},
-        Case{"<VASTY/>", false}, Case{"<html><VAST></VAST></html>", false}, Case{"<!--", false}}) {
+       {Document{"<VAST></VAST>", true}, Document{"<VAST\nversion='3.0'/>", true},
+        Document{"\xEF\xBB\xBF <?xml version='1.0'?><!-- <b> --><VideoAdServingTemplate/>", true},
+        Document{"<VASTY/>", false}, Document{"<html><VAST></VAST></html>", false},
+        Document{"<!--", false}}) {
     SCOPED_TRACE(test.text);
     XAdInfo answer;
     answer.adType = "text/html";

@@ -190,7 +190,9 @@ TEST_F(MraidByStandardTest, ASecondPageThatEndsLeavesTheAdInItsPlace) {
     const auto told = happened();
     EXPECT_THAT(told, Contains("didCollapse"));
     EXPECT_THAT(told, Contains(place("default", home_)));
-    if (end != "closed") EXPECT_THAT(told, Contains(HasSubstr("The second page is gone")));
+    if (end != "closed") {
+      EXPECT_THAT(told, Contains(HasSubstr("The second page is gone")));
+    }
     EXPECT_FALSE(isFullScreen());
     EXPECT_TRUE(isHome());
   }

@@ -30,7 +30,7 @@ class GtkWebModule : public WebViewFactory {
     std::shared_ptr<UserDefaults> userDefaults;
     std::shared_ptr<Log> log;
     std::shared_ptr<GtkCookieStore> cookies;
-    std::shared_ptr<Inspection> inspection;  // may be null
+    std::shared_ptr<Inspection> inspection{};  // may be null
     Limits limits{};
   };
 

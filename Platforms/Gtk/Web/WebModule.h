@@ -18,7 +18,7 @@ struct WebModuleServices {
   std::shared_ptr<RunLoop> runLoop;
   std::shared_ptr<Log> log;
   std::shared_ptr<CookieSource> cookies;
-  std::shared_ptr<Inspection> inspection;
+  std::shared_ptr<Inspection> inspection{};
   Limits limits;
 };
 

@@ -14,11 +14,11 @@ namespace tavo {
 
 // What decides whether an ad can be seen.
 struct ExposureFacts {
-  Rect ad;                    // in its window
-  Rect window;                // its bounds; empty: the ad is in none
-  std::optional<Rect> shown;  // the part of `ad` that the host shows, in the ad's own coordinates
-  bool isHidden = false;      // the ad or something above it
-  bool isCovered = false;     // something stands above all of it
+  Rect ad;                      // in its window
+  Rect window;                  // its bounds; empty: the ad is in none
+  std::optional<Rect> shown{};  // the part of `ad` that the host shows, in the ad's own coordinates
+  bool isHidden = false;        // the ad or something above it
+  bool isCovered = false;       // something stands above all of it
 };
 
 // The part of the ad that a person can see, in the window's coordinates; empty: nothing of it.
