@@ -108,11 +108,13 @@ TEST_F(BannerOnScreenTest, AHostThatThrowsInsideItsReportsGoesOn) {
     host().banner()->delegate.set(events);
     host().load(campaign);
     const auto before = thrown.size();
-    EXPECT_TRUE(host().runUntil([&] { return thrown.size() > before; })) << campaign;
+    EXPECT_TRUE(host().runUntil([&] {
+      return thrown.size() > before && thrown.back() == "didLoad";
+    })) << campaign;
   }
   EXPECT_TRUE(host().runUntil([] { return tapBelow(host().slot()); }));
-  EXPECT_TRUE(host().runUntil([&] { return thrown.size() > 2; }));
-  EXPECT_THAT(thrown, ElementsAre("shouldDisplay?", "didLoad", "willOpen"));
+  EXPECT_TRUE(host().runUntil([&] { return thrown.size() > 3; }));
+  EXPECT_THAT(thrown, ElementsAre("shouldDisplay?", "didLoad", "didLoad", "willOpen"));
 }
 
 TEST_F(BannerOnScreenTest, ASlotThatLeavesItsWindowLetsGoOfItsAd) {

@@ -186,14 +186,14 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
   ASSERT_TRUE(waitForControl(*player_));
   player_->pause();
   ASSERT_TRUE(waitFor("didPause"));
-  const auto pressFullScreen = [] {
-    const auto buttons = widgetsBelow<Gtk::Button>(host().window(), [](Gtk::Button& button) {
-      return button.get_icon_name() == "view-fullscreen-symbolic" && button.get_mapped();
+  const auto press = [](const char* icon) {
+    const auto buttons = widgetsBelow<Gtk::Button>(host().window(), [icon](Gtk::Button& button) {
+      return button.get_icon_name() == icon && button.get_mapped();
     });
     ASSERT_EQ(buttons.size(), 1U);
     g_signal_emit_by_name(buttons.front()->gobj(), "clicked");
   };
-  pressFullScreen();
+  press("view-fullscreen-symbolic");
   EXPECT_TRUE(waitForPing("fullscreen"));
   EXPECT_EQ(player_->frame(), player_->window()->bounds());
   EXPECT_TRUE(host().runUntil([] {
@@ -201,7 +201,7 @@ TEST_F(VideoOnScreenTest, FullScreenIsEnteredAndLeftByTheBar) {
     return isYellowAt(width * 1.5 / 7, host().window().get_height() / 2.0);
   })) << "in the middle of the window";
   host().keepPicture("full-screen");
-  pressFullScreen();
+  press("view-restore-symbolic");
   EXPECT_TRUE(waitForPing("exitFullscreen"));
   EXPECT_EQ(player_->frame(), (Rect{20, 0, 320, 180}));
   EXPECT_TRUE(waitForPicture());
