@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <tavo/Export.h>
@@ -24,7 +25,8 @@ class TAVO_EXPORT MoviePlayerFactory {
   virtual void findPlayable(std::vector<std::string> types,
                             std::function<void(const std::vector<std::string>&)> found) {
     std::erase_if(types, [](const std::string& type) { return type != "video/mp4"; });
-    found(types);
+    const auto tell = std::move(found);
+    tell(types);
   }
 
   // Loads what the first player needs ahead of it; harmless when repeated.

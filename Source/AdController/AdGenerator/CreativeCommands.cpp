@@ -66,7 +66,7 @@ void CreativeCommands::inspect(const MraidCommand& command, std::string outcome)
   std::string text = command.name;
   for (const auto& [key, value] : command.parameters) {
     fields.push_back({"? " + key, value});
-    text += " " + key + "=" + value;
+    text.append(" ").append(key).append("=").append(value);
   }
   means_.inspection.tell(InspectionKind::command, std::move(text), std::move(fields));
 }

@@ -26,7 +26,7 @@ bool fits(const VastCompanion& companion, const std::vector<Size>& places) {
 
 // The view holds the offer, so a host needs to keep only one of them.
 std::shared_ptr<View> CompanionOffer::view() {
-  if (const auto known = view_.lock()) return known;
+  if (auto known = view_.lock()) return known;
   const auto self = shared_from_this();
   const auto view = VastResourceView::create(
       settings_.environment,

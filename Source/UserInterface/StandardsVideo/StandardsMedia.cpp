@@ -49,6 +49,8 @@ struct Rank {
   double misfit = 0;
   bool tooFast = false;
   int bitrate = 0;  // less is better
+  // The linter takes the zero that the compiler compares with for a pointer.
+  // NOLINTNEXTLINE(modernize-use-nullptr)
   friend auto operator<=>(const Rank&, const Rank&) = default;
 };
 

@@ -240,11 +240,11 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   platformLog(isCustomClose ? "SDK will not provide the close button"
                             : "SDK will provide the close button");
   button->sizeToFit();
-  const Size size =
+  const Size extent =
       followsStandards() ? Size{closeControlSide, closeControlSide} : button->frame().size();
   const double top = followsStandards() ? 0 : closeButtonTop;
   button->setImageMargin(followsStandards() ? (closeControlSide - closeButtonSide) / 2 : 0);
-  button->setFrame({expandView()->frame().width - size.width, top, size.width, size.height});
+  button->setFrame({expandView()->frame().width - extent.width, top, extent.width, extent.height});
   expandView()->addSubview(button);
   expandView()->bringSubviewToFront(*button);
 }
