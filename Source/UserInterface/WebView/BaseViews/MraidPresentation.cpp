@@ -242,9 +242,9 @@ void MraidPresentation::setCustomCloseButton(bool isCustomClose) {
   button->sizeToFit();
   const Size extent =
       followsStandards() ? Size{closeControlSide, closeControlSide} : button->frame().size();
-  const double top = followsStandards() ? 0 : closeButtonTop;
+  const double edge = followsStandards() ? 0 : closeButtonTop;
   button->setImageMargin(followsStandards() ? (closeControlSide - closeButtonSide) / 2 : 0);
-  button->setFrame({expandView()->frame().width - extent.width, top, extent.width, extent.height});
+  button->setFrame({expandView()->frame().width - extent.width, edge, extent.width, extent.height});
   expandView()->addSubview(button);
   expandView()->bringSubviewToFront(*button);
 }
