@@ -170,7 +170,7 @@ void AdSlot::Core::tellShownPart() {
 
 // What the widgets around it do not cut off.
 Rect AdSlot::Core::shownPart() const {
-  if (container_->isHidden() || adView_->isHidden() || slot_.get_mapped() == false) return {};
+  if (container_->isHidden() || adView_->isHidden() || !slot_.get_mapped()) return {};
   GtkWidget* const slot = GTK_WIDGET(slot_.gobj());
   const Size size = adView_->frame().size();
   Rect part{0, 0, std::min(size.width, static_cast<double>(slot_.get_width())),
