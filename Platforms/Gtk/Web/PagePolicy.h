@@ -10,6 +10,7 @@
 #include "Gtk/GPtr.h"
 #include "Gtk/Web/FrameFinder.h"
 #include "Gtk/Web/LoadTracker.h"
+#include "Runtime/SlotInspection.h"
 
 namespace tavo::gtk {
 

@@ -7,6 +7,7 @@
 #include <tavo/MobileAdTypes.h>
 #include <tavo/Platform.h>
 
+#include "Runtime/Environment.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCloseButton.h"
 
 namespace tavo {
