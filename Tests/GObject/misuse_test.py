@@ -260,6 +260,8 @@ class MisuseTest(unittest.TestCase):
         ad.connect("dismissed", lambda ad: heard.append(ad.props.presented))
         ad.close()
         ad.close()
+        self.assertTrue(run_until(lambda: heard))
+        settle()
         self.assertEqual(heard, [False])
         self.assertFalse(ad.props.loaded)
 

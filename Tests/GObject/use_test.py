@@ -67,7 +67,7 @@ class UseTest(unittest.TestCase):
         page.banner.props.domain = server.domain
         page.banner.load()
         self.assertTrue(run_until(lambda: page.heard))
-        self.assertEqual(page.banner.get_height() >= 60, True)
+        self.assertTrue(run_until(lambda: page.banner.get_height() >= 60))
         self.assertEqual(page.banner.props.kind, TavoAds.Kind.IMAGE)
         window.destroy()
 
@@ -109,7 +109,7 @@ class UseTest(unittest.TestCase):
         ping = ledger.get_item(before)
         self.assertTrue(ping.props.url.endswith("/track/image-banner/impression"))
         self.assertEqual((ping.props.status, ping.props.error), (200, None))
-        self.assertEqual(ledger.props.due, ledger.props.answered)
+        self.assertTrue(run_until(lambda: ledger.props.due == ledger.props.answered))
         self.assertEqual(Gtk.SingleSelection(model=ledger).get_n_items(), before + 1)
 
     def test_a_network_of_the_programs_own_fills_a_slot(self):
