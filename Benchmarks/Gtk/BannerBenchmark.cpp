@@ -11,7 +11,7 @@
 #include "BareBanner.h"
 #include "Elapsed.h"
 #include "Gtk/Scene/Textures.h"
-#include "Ratio.h"
+#include "Report.h"
 #include "Services/HttpClient.h"
 #include "Services/ImageDecoder.h"
 #include "Services/RunLoop.h"
@@ -21,6 +21,7 @@ namespace tavo::benchmark {
 namespace {
 
 using adserver::RequestKind;
+using benchmarks::atMost;
 using test::GtkHost;
 
 constexpr int htmlRounds = 20;
@@ -48,12 +49,12 @@ class BannerBenchmark {
     creative_.replace(creative_.find(placeholder), placeholder.size(), host_.server().baseUrl());
   }
 
-  void run() {
-    std::printf("%-48s %9s %9s %-3s %7s %7s\n", "", "ours", "bare", "", "ratio", "bound");
+  int run() {
     refresh();
     newSlot();
     picture();
     paint();
+    return report_.finish();
   }
 
  private:
@@ -114,9 +115,10 @@ class BannerBenchmark {
       oursOnce(ours);
       bareOnce(bare);
     }
-    printRatio("refresh of an HTML banner, load finished", ours.loaded, bare.loaded, "ms", 0.05);
-    printRatio("refresh of an HTML banner, second frame", ours.secondFrame, bare.secondFrame, "ms",
-               0.12);
+    report_.ratio("refresh of an HTML banner, load finished", ours.loaded, bare.loaded, "ms",
+                  atMost(0.05));
+    report_.ratio("refresh of an HTML banner, second frame", ours.secondFrame, bare.secondFrame,
+                  "ms", atMost(0.12));
   }
 
   // The former slots stay: nothing of theirs is free to be used again.
@@ -130,9 +132,10 @@ class BannerBenchmark {
       oursOnce(ours);
       bareOnce(bare);
     }
-    printRatio("first HTML ad of a new slot, load finished", ours.loaded, bare.loaded, "ms", 0.12);
-    printRatio("first HTML ad of a new slot, second frame", ours.secondFrame, bare.secondFrame,
-               "ms", 0.20);
+    report_.ratio("first HTML ad of a new slot, load finished", ours.loaded, bare.loaded, "ms",
+                  atMost(0.12));
+    report_.ratio("first HTML ad of a new slot, second frame", ours.secondFrame, bare.secondFrame,
+                  "ms", atMost(0.20));
   }
 
   [[nodiscard]] std::string pictureUrl() {
@@ -179,7 +182,7 @@ class BannerBenchmark {
       ours.push_back(ourPicture());
       bare.push_back(barePicture());
     }
-    printRatio("image GET to texture", ours, bare, "ms", 1.05);
+    report_.ratio("image GET to texture", ours, bare, "ms", atMost(1.05));
   }
 
   // Frames from the host's "did load" to the first that shows the picture.
@@ -200,10 +203,11 @@ class BannerBenchmark {
       g_signal_handler_disconnect(clock, counter);
       most = std::max(most, painted);
     }
-    std::printf("%-48s %9zu %31d  %s\n", "picture loaded to painted, frames at most", most, 1,
-                most <= 1 ? "met" : "MISSED");
+    report_.value("picture loaded to painted, frames at most", static_cast<double>(most), "",
+                  atMost(1));
   }
 
+  benchmarks::Report report_{"BannerBenchmark"};
   GtkHost host_;
   std::string creative_;
   SoupSession* const session_ = soup_session_new();
@@ -225,4 +229,4 @@ class BannerBenchmark {
 }  // namespace
 }  // namespace tavo::benchmark
 
-int main() { tavo::benchmark::BannerBenchmark{}.run(); }
+int main() { return tavo::benchmark::BannerBenchmark{}.run(); }

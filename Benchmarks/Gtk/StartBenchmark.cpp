@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
+#include "Report.h"
 
 namespace {
 
@@ -49,8 +49,11 @@ int main() {
     startOnce(TAVO_STARTED_HOST, ours);
     startOnce(TAVO_STARTED_WEB_PROGRAM, web);
   }
-  using tavo::benchmark::printRatio;
-  printRatio("start of an image host, time to main", ours.milliseconds, web.milliseconds, "ms",
-             0.3);
-  printRatio("start of an image host, resident memory", ours.megabytes, web.megabytes, "MB", 0.35);
+  using tavo::benchmarks::atMost;
+  tavo::benchmarks::Report report{"StartBenchmark"};
+  report.ratio("start of an image host, time to main", ours.milliseconds, web.milliseconds, "ms",
+               atMost(0.3));
+  report.ratio("start of an image host, resident memory", ours.megabytes, web.megabytes, "MB",
+               atMost(0.35));
+  return report.finish();
 }

@@ -11,13 +11,15 @@
 #include "BareVideo.h"
 #include "Elapsed.h"
 #include "LoopWatch.h"
-#include "Ratio.h"
+#include "Report.h"
 #include "VideoHost.h"
 
 namespace tavo::benchmark {
 namespace {
 
 using namespace std::chrono_literals;
+using benchmarks::atMost;
+using benchmarks::Report;
 
 constexpr int firstRounds = 7;
 constexpr int laterRounds = 15;
@@ -81,13 +83,12 @@ void playFirstIn(const char* program, const char* way, Firsts& firsts) {
   g_free(output);
 }
 
-void printTurns(const char* what, const std::vector<double>& turns, double bound) {
+void reportTurns(Report& report, const char* what, const std::vector<double>& turns, double bound) {
   const double most = turns.empty() ? 1e9 : *std::max_element(turns.begin(), turns.end());
-  std::printf("%-48s %9.2f %10s ms %7s %7.0f  %s\n", what, most, "", "", bound,
-              most <= bound ? "met" : "MISSED");
+  report.value(what, most, "ms", atMost(bound));
 }
 
-void compareFirsts(const char* program) {
+void compareFirsts(Report& report, const char* program) {
   Firsts ahead;
   Firsts late;
   Firsts bare;
@@ -96,13 +97,14 @@ void compareFirsts(const char* program) {
     playFirstIn(program, "bare", bare);
     playFirstIn(program, "late", late);
   }
-  printRatio("first video, player made ahead", ahead.times, bare.times, "ms", 0.35);
-  printRatio("first video, nothing made ahead, to playing", late.times, bare.times, "ms", 1.05);
-  printTurns("first video, longest turn of the loop", ahead.turns, 50);
-  printTurns("the same, nothing made ahead", late.turns, 50);
+  report.ratio("first video, player made ahead", ahead.times, bare.times, "ms", atMost(0.35));
+  report.ratio("first video, nothing made ahead, to playing", late.times, bare.times, "ms",
+               atMost(1.05));
+  reportTurns(report, "first video, longest turn of the loop", ahead.turns, 50);
+  reportTurns(report, "first video, nothing made ahead, longest turn", late.turns, 50);
 }
 
-void compareLater(VideoHost& host) {
+void compareLater(Report& report, VideoHost& host) {
   std::vector<double> ours;
   std::vector<double> bare;
   const LoopWatch watch;
@@ -111,10 +113,10 @@ void compareLater(VideoHost& host) {
     bare.push_back(bareOnce(host));
     host.turnFor(50ms);
   }
-  printRatio("later video", ours, bare, "ms", 1.05);
+  report.ratio("later video", ours, bare, "ms", atMost(1.05));
 }
 
-void comparePlaying(VideoHost& host) {
+void comparePlaying(Report& report, VideoHost& host) {
   std::vector<double> ours;
   std::vector<double> bare;
   std::vector<double> turns;
@@ -134,22 +136,21 @@ void comparePlaying(VideoHost& host) {
     host.turnFor(played);
     bare.push_back(watch.processorTime() / halfSeconds);
   }
-  printRatio("main thread in half a second of playing", ours, bare, "ms", 1.25);
-  std::printf("%-48s %9.3f %10s ms\n", "of it: one look at the progress",
-              median(host.times().ticks), "");
-  printTurns("playing, longest turn of the loop", turns, 50);
+  report.ratio("main thread in half a second of playing", ours, bare, "ms", atMost(1.25));
+  report.value("of it: one look at the progress", benchmarks::median(host.times().ticks), "ms", {});
+  reportTurns(report, "playing, longest turn of the loop", turns, 50);
 }
 
 int run(const char* program) {
-  std::printf("%-48s %9s %9s %-3s %7s %7s\n", "", "ours", "bare", "", "ratio", "bound");
-  compareFirsts(program);
+  Report report{"VideoBenchmark"};
+  compareFirsts(report, program);
   VideoHost host;
   host.makePlayer();
   oursOnce(host);
   bareOnce(host);
-  compareLater(host);
-  comparePlaying(host);
-  return 0;
+  compareLater(report, host);
+  comparePlaying(report, host);
+  return report.finish();
 }
 
 }  // namespace

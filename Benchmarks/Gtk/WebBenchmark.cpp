@@ -11,13 +11,16 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
+#include "Report.h"
 #include "StateChanges.h"
 #include "UserAgents.h"
 #include "WebMeasurements.h"
 
 namespace tavo::benchmark {
 namespace {
+
+using benchmarks::atMost;
+using benchmarks::Report;
 
 struct Measurement {
   const char* name;
@@ -69,42 +72,45 @@ double measured(const std::string& name) {
   return number;
 }
 
-void compare(const char* what, const std::string& ours, const std::string& bare, const char* unit,
-             double bound, int rounds) {
+void compare(Report& report, const char* what, const std::string& ours, const std::string& bare,
+             const char* unit, double bound, int rounds) {
   std::vector<double> ourNumbers;
   std::vector<double> bareNumbers;
   for (int round = 0; round < rounds; ++round) {
     ourNumbers.push_back(measured(ours));
     bareNumbers.push_back(measured(bare));
   }
-  printRatio(what, ourNumbers, bareNumbers, unit, bound);
-  std::fflush(stdout);
+  report.ratio(what, ourNumbers, bareNumbers, unit, atMost(bound));
 }
 
-void check(const char* what, const std::string& name, const char* unit, double bound) {
+void check(Report& report, const char* what, const std::string& name, const char* unit,
+           double bound) {
   const double number = measured(name);
-  std::printf("%-48s %9.2f %9s %-3s %7s %7.2f  %s\n", what, number, "", unit, "", bound,
-              number > 0 && number <= bound ? "met" : "MISSED");
-  std::fflush(stdout);
+  if (number <= 0) return report.failed(what);
+  report.value(what, number, unit, atMost(bound));
 }
 
-void compareAll() {
-  std::printf("%-48s %9s %9s %-3s %7s %7s\n", "", "ours", "bare", "", "ratio", "bound");
-  compare("memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB", 0.80, 3);
-  compare("memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB", 0.55, 3);
-  check("memory after 2,000 more refreshes, pages", "growth-of-pages", "", 1.02);
-  check("memory after 2,000 more refreshes, pictures", "growth-of-pictures", "", 1.02);
-  check("memory after 2,000 more refreshes, films", "growth-of-films", "", 1.02);
-  compare("first ad, known slot, answer to finished", "first-ad", "first-view", "ms", 0.15, 7);
-  compare("first ad, new slot, answer to finished", "first-ad-of-unknown-slot", "first-view", "ms",
-          1.0, 7);
-  compare("state changes together, by one by one", "state-changes-together",
-          "state-changes-one-by-one", "us", 0.25, 5);
-  compare("user agent of the engine as remembered", "user-agent", "user-agent-of-view", "ms", 0.1,
+int compareAll() {
+  Report report{"WebBenchmark"};
+  compare(report, "memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB",
+          0.80, 3);
+  compare(report, "memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB",
+          0.55, 3);
+  check(report, "memory after 2,000 more refreshes, pages", "growth-of-pages", "", 1.02);
+  check(report, "memory after 2,000 more refreshes, pictures", "growth-of-pictures", "", 1.02);
+  check(report, "memory after 2,000 more refreshes, films", "growth-of-films", "", 1.02);
+  compare(report, "first ad, known slot, answer to finished", "first-ad", "first-view", "ms", 0.15,
           7);
-  compare("user agent of a new engine", "user-agent-of-unknown-engine", "user-agent-of-view", "ms",
-          0.1, 7);
-  check("longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
+  compare(report, "first ad, new slot, answer to finished", "first-ad-of-unknown-slot",
+          "first-view", "ms", 1.0, 7);
+  compare(report, "state changes together, by one by one", "state-changes-together",
+          "state-changes-one-by-one", "us", 0.25, 5);
+  compare(report, "user agent of the engine as remembered", "user-agent", "user-agent-of-view",
+          "ms", 0.1, 7);
+  compare(report, "user agent of a new engine", "user-agent-of-unknown-engine",
+          "user-agent-of-view", "ms", 0.1, 7);
+  check(report, "longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
+  return report.finish();
 }
 
 }  // namespace
@@ -112,10 +118,7 @@ void compareAll() {
 
 int main(int argc, char** argv) {
   using namespace tavo::benchmark;
-  if (argc < 2) {
-    compareAll();
-    return 0;
-  }
+  if (argc < 2) return compareAll();
   for (const auto& [name, measure] : measurements()) {
     if (std::string{argv[1]} == name) {
       std::printf("%f\n", measure());

@@ -16,6 +16,7 @@
 #include "AdInfo/XAdInfo.h"
 #include "AdManager/AdVerdict.h"
 #include "Headless/HeadlessPlatform.h"
+#include "Report.h"
 #include "Scene/Window.h"
 #include "Services/Log.h"
 
@@ -116,7 +117,7 @@ double microsecondsOf(Work work) {
   return best;
 }
 
-void memory() {
+void memory(benchmarks::Report& report) {
   Host host;
   host.answerWith(picture);
   host.load();
@@ -124,24 +125,24 @@ void memory() {
   const std::size_t before = bytesInUse();
   for (int round = 0; round < refreshes; ++round) host.refresh();
   const auto grown = static_cast<double>(bytesInUse()) - static_cast<double>(before);
-  std::printf("%-44s %9.0f bytes grown  %s\n", "10,000 refreshes of a picture", grown,
-              grown < 4096 ? "flat" : "GROWS");
+  report.value("10,000 refreshes of a picture, bytes grown", grown, "B", benchmarks::atMost(4096));
 }
 
-void time() {
+void time(benchmarks::Report& report) {
   Host host;
   host.answerWith(noAd);
   host.load();
   const double whole = microsecondsOf([&] { host.load(); });
   const double parts = microsecondsOf([&] { host.parts(); });
-  std::printf("%-44s %9.2f %9.2f us  ratio %.2f\n", "request to verdict / its parts", whole, parts,
-              whole / parts);
+  report.ratio("request to verdict, beside its parts", {whole}, {parts}, "us", {});
 }
 
 }  // namespace
 }  // namespace tavo::benchmark
 
 int main() {
-  tavo::benchmark::memory();
-  tavo::benchmark::time();
+  tavo::benchmarks::Report report{"RefreshBenchmark"};
+  tavo::benchmark::memory(report);
+  tavo::benchmark::time(report);
+  return report.finish();
 }

@@ -18,6 +18,7 @@
 #include "Headless/HeadlessPlatform.h"
 #include "OnlineRequest/XTrackingRequest.h"
 #include "PingServer.h"
+#include "Report.h"
 #include "Utilities/XUserAgent.h"
 
 namespace tavo::benchmarks {
@@ -158,18 +159,6 @@ Cost ours(const PingServer& server, const std::vector<std::string>& urls, int co
   return cost;
 }
 
-void compare(const char* what, const PingServer& server, const std::vector<std::string>& urls,
-             int connections) {
-  const Cost without = bare(server, urls);
-  const Cost with = ours(server, urls, connections);
-  std::printf("%-30s %8.3f s %8.3f s %6.1f x", what, without.seconds, with.seconds,
-              without.seconds / with.seconds);
-  std::printf("   stall %7.2f / %5.2f ms   first turn %6.2f / %5.2f ms", without.longestStall * 1e3,
-              with.longestStall * 1e3, without.turn * 1e3, with.turn * 1e3);
-  std::printf("   cpu %5.3f   sockets %2.0f / %2.0f\n", with.cpu / without.cpu, without.sockets,
-              with.sockets);
-}
-
 std::vector<std::string> burst(const PingServer& server, int count, int hosts,
                                const std::string& path) {
   std::vector<std::string> urls;
@@ -179,16 +168,78 @@ std::vector<std::string> burst(const PingServer& server, int count, int hosts,
   return urls;
 }
 
+// Rounds of one burst, ours and bare in turns.
+struct Bursts {
+  std::vector<Cost> ours;
+  std::vector<Cost> bare;
+
+  Bursts(const PingServer& server, const std::vector<std::string>& urls, int connections) {
+    constexpr int rounds = 3;
+    for (int round = 0; round < rounds; ++round) {
+      bare.push_back(benchmarks::bare(server, urls));
+      ours.push_back(benchmarks::ours(server, urls, connections));
+    }
+  }
+  static std::vector<double> each(const std::vector<Cost>& costs, double Cost::*part) {
+    std::vector<double> values;
+    for (const auto& cost : costs) values.push_back(cost.*part);
+    return values;
+  }
+  [[nodiscard]] std::vector<double> ofOurs(double Cost::*part) const { return each(ours, part); }
+  [[nodiscard]] std::vector<double> ofBare(double Cost::*part) const { return each(bare, part); }
+};
+
+void reportStall(Report& report, const std::string& what, const Bursts& bursts) {
+  report.value(what + ", longest stall", 1e3 * median(bursts.ofOurs(&Cost::longestStall)), "ms",
+               atMost(5));
+}
+
+void oneHost(Report& report, const PingServer& server) {
+  const std::string what = "5,000 pings to one host";
+  const Bursts bursts{server, burst(server, 5'000, 1, "/"), 0};
+  report.faster(what, bursts.ofOurs(&Cost::seconds), bursts.ofBare(&Cost::seconds), "s",
+                atLeast(9));
+  report.ratio(what + ", processor", bursts.ofOurs(&Cost::cpu), bursts.ofBare(&Cost::cpu), "s",
+               atMost(0.12));
+  report.ratio(what + ", first turn", bursts.ofOurs(&Cost::turn), bursts.ofBare(&Cost::turn), "s",
+               {});
+  reportStall(report, what, bursts);
+}
+
+void tenHosts(Report& report, const PingServer& server) {
+  const std::string what = "1,000 pings to ten hosts";
+  const Bursts bursts{server, burst(server, 1'000, 10, "/"), 0};
+  report.faster(what, bursts.ofOurs(&Cost::seconds), bursts.ofBare(&Cost::seconds), "s",
+                atLeast(1.5));
+  reportStall(report, what, bursts);
+}
+
+// No more connections than a browser opens to a host, each waiting for its answers.
+void farHost(Report& report, const PingServer& server) {
+  const std::string what = "500 pings, answers of 20 ms";
+  constexpr double pings = 500;
+  constexpr double connections = 6;
+  constexpr double answer = 0.02;
+  const auto urls = burst(server, static_cast<int>(pings), 1, "/slow/");
+  const Bursts bursts{server, urls, 0};
+  report.faster(what, bursts.ofOurs(&Cost::seconds), bursts.ofBare(&Cost::seconds), "s", {});
+  report.value(what + ", of what six connections can",
+               pings / connections * answer / median(bursts.ofOurs(&Cost::seconds)), "",
+               atLeast(0.95));
+  const Bursts wide{server, urls, 48};
+  report.faster("the same, 48 connections", wide.ofOurs(&Cost::seconds),
+                wide.ofBare(&Cost::seconds), "s", {});
+}
+
 }  // namespace
 }  // namespace tavo::benchmarks
 
 int main() {
   using namespace tavo::benchmarks;
   const PingServer server;
-  std::printf("%-30s %10s %10s %8s   (then: bare / ours)\n", "", "bare", "ours", "faster");
-  compare("5,000 pings, one host", server, burst(server, 5'000, 1, "/"), 0);
-  compare("1,000 pings, ten hosts", server, burst(server, 1'000, 10, "/"), 0);
-  compare("500 pings, answers of 20 ms", server, burst(server, 500, 1, "/slow/"), 0);
-  compare("the same, window up to 48", server, burst(server, 500, 1, "/slow/"), 48);
-  return 0;
+  Report report{"PingBenchmark"};
+  oneHost(report, server);
+  tenHosts(report, server);
+  farHost(report, server);
+  return report.finish();
 }

@@ -11,7 +11,9 @@
 #include "AdController/ResponseParser/VASTXMLParser/XVASTXMLParser.h"
 #include "Documents.h"
 #include "Headless/HeadlessPlatform.h"
+#include "KeptTimes.h"
 #include "Readers.h"
+#include "Report.h"
 
 namespace tavo::benchmarks {
 namespace {
@@ -83,6 +85,24 @@ void registerAll(const Document& document) {
   registerOne("VAST text to model", document, parseToModel);
 }
 
+// The reader in its every form, and the model, beside pugixml in place.
+void reportDocument(Report& report, const KeptTimes& times, const Document& document) {
+  const auto compare = [&](const std::string& name, std::optional<Bound> bound) {
+    report.faster(document.name + ", " + name, times.of(document.name + "/" + name),
+                  times.of(document.name + "/pugixml in place"), "ns", bound);
+  };
+  const MarkupScans& scans = availableMarkupScans();
+  for (std::size_t form = 0; form < scans.count; ++form) {
+    const bool isPortable = form == 0;
+    compare("XTBXML " + std::string{scans.forms[form].name}, atLeast(isPortable ? 1.0 : 1.9));
+  }
+  compare("VAST text to model", atLeast(1.0));
+  compare("plain scan for <", {});
+  for (const auto* name : {"pugixml copying", "RapidXML", "tinyxml2", "libxml2", "expat"}) {
+    compare(name, {});
+  }
+}
+
 }  // namespace
 }  // namespace tavo::benchmarks
 
@@ -92,6 +112,11 @@ int main(int argc, char** argv) {
     tavo::benchmarks::registerAll(document);
   }
   benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  tavo::benchmarks::Report report{"XmlBenchmark"};
+  tavo::benchmarks::KeptTimes times;
+  benchmark::RunSpecifiedBenchmarks(&times);
+  for (const auto& document : tavo::benchmarks::documents()) {
+    tavo::benchmarks::reportDocument(report, times, document);
+  }
+  return report.finish();
 }
