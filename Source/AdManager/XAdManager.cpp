@@ -3,10 +3,10 @@
 #include <tavo/SdkErrors.h>
 #include <tavo/XURLBuilder.h>
 
+#include "AdManager/FilmRoad/StandardsVastRoad.h"
+#include "AdManager/FilmRoad/VastRoad.h"
 #include "AdManager/HostMistakes.h"
 #include "AdManager/PageBase.h"
-#include "AdManager/StandardsVastRoad.h"
-#include "AdManager/VastRoad.h"
 #include "AdManager/VerdictAccount.h"
 #include "Communicator/Network/XNetworkManager.h"
 #include "Configuration/StandardsMode.h"
@@ -366,21 +366,17 @@ void XAdManager::playVideo(const std::string& document) {
 std::shared_ptr<FilmRoad> XAdManager::makeFilmRoad() {
   using Told = XAdManagerDelegate;
   const Relay relay{*this};
+  FilmSlot slot{.environment = environment_,
+                .adView = adView_,
+                .moviePlayerInstance = moviePlayerInstance,
+                .slotConfiguration = slotConfiguration,
+                .videoEvents = videoEvents_};
   if (!standardsModeIsOn(environment_->shared<XGlobalConfiguration>(), slotConfiguration.get())) {
-    return VastRoad::create(environment_,
-                            {.adView = adView_,
-                             .moviePlayerInstance = moviePlayerInstance,
-                             .slotConfiguration = slotConfiguration,
-                             .videoEvents = videoEvents_},
+    return VastRoad::create(std::move(slot),
                             {.failed = relay.call(&XAdManager::fail),
                              .concluded = relay.call(&XAdManager::didConcludeVast)});
   }
-  return StandardsVastRoad::create(environment_,
-                                   {.adView = adView_,
-                                    .moviePlayerInstance = moviePlayerInstance,
-                                    .slotConfiguration = slotConfiguration,
-                                    .videoEvents = videoEvents_,
-                                    .documentUrl = servedFrom_},
+  return StandardsVastRoad::create(std::move(slot), servedFrom_,
                                    {.failed = relay.call(&XAdManager::fail),
                                     .concluded = relay.call(&XAdManager::didConcludeVast),
                                     .began = relay.pass(&Told::adManagerDidBeginVastAd),

@@ -12,7 +12,7 @@
 #include "AdManager/AdManagerView.h"
 #include "AdManager/AdVerdict.h"
 #include "AdManager/AnswerImpression.h"
-#include "AdManager/FilmRoad.h"
+#include "AdManager/FilmRoad/FilmRoad.h"
 #include "AdManager/HtmlSlots.h"
 #include "AdManager/XAdManagerDelegate.h"
 #include "Communicator/XServerCommunicator.h"

@@ -1,4 +1,4 @@
-#include "AdManager/VastRoad.h"
+#include "AdManager/FilmRoad/VastRoad.h"
 
 #include <tavo/MoviePlayerFactory.h>
 #include <tavo/SdkErrors.h>
@@ -8,34 +8,12 @@
 #include "Runtime/Relay.h"
 #include "Services/RunLoop.h"
 #include "Tracker/XAdTracker.h"
-#include "Utilities/XUserAgent.h"
 
 namespace tavo {
 
 namespace {
 
 constexpr int httpNotFound = 404;
-constexpr int firstHttpFailure = 400;
-
-std::optional<std::string> documentOf(const HttpResult& result) {
-  const bool usable =
-      !result.error && result.response && result.response->status < firstHttpFailure;
-  return usable ? std::optional{result.response->body} : std::nullopt;
-}
-
-void inspectHop(const SlotInspection& inspection, int hop, const Url& url,
-                const HttpResult& result) {
-  if (!inspection.isOn()) return;
-  std::string why = "fetched";
-  if (result.error) {
-    why = "failed: " + result.error->description;
-  } else if (!documentOf(result)) {
-    why = "failed: status " + std::to_string(result.response ? result.response->status : 0);
-  }
-  inspection.tell(InspectionKind::wrapper,
-                  "hop " + std::to_string(hop) + " " + why + ": " + url.text(),
-                  {{"hop", std::to_string(hop)}, {"url", url.text()}, {"why", why}});
-}
 
 VastChainTiming chainTiming(const Environment& environment) {
   const Limits& limits = environment.limits();
@@ -72,24 +50,18 @@ Error errorOf(const VastFailure& failure) {
 
 }  // namespace
 
-std::shared_ptr<VastRoad> VastRoad::create(std::shared_ptr<Environment> environment,
-                                           Settings settings, Events events) {
-  return std::shared_ptr<VastRoad>{
-      new VastRoad{std::move(environment), std::move(settings), std::move(events)}};
+std::shared_ptr<VastRoad> VastRoad::create(FilmSlot slot, Events events) {
+  return std::shared_ptr<VastRoad>{new VastRoad{std::move(slot), std::move(events)}};
 }
 
 VastRoad::~VastRoad() {
   if (probe_) probe_->cancel();
-  if (videoView_) {
-    videoView_->delegate.set(nullptr);
-    videoView_->removeFromSuperview();
-    videoView_->releaseMemory();
-  }
+  FilmSlot::drop(videoView_);
 }
 
 void VastRoad::loadVastAd(const std::string& text) {
-  environment_->platform().moviePlayers->warmUp();
-  environment_->shared<VastRootQueue>().enter(
+  slot_.environment->platform().moviePlayers->warmUp();
+  slot_.environment->shared<VastRootQueue>().enter(
       [weak = weak_from_this(), text](VastRootQueue::Turn turn) {
         if (const auto self = weak.lock()) self->loadChain(text, std::move(turn));
       });
@@ -97,8 +69,8 @@ void VastRoad::loadVastAd(const std::string& text) {
 
 // The chain keeps its turn until it is over, also when nobody waits for it any more.
 void VastRoad::loadChain(const std::string& text, VastRootQueue::Turn turn) {
-  const auto parser = std::make_shared<XVASTXMLParser>(environment_->limits());
-  loadVastChain(text, parser, fetch(), chainTiming(*environment_),
+  const auto parser = std::make_shared<XVASTXMLParser>(slot_.environment->limits());
+  loadVastChain(text, parser, fetch(), chainTiming(*slot_.environment),
                 [weak = weak_from_this(), turn = std::move(turn),
                  weakParser = std::weak_ptr{parser}](const VastOutcome& outcome) {
                   const auto self = weak.lock();
@@ -108,42 +80,31 @@ void VastRoad::loadChain(const std::string& text, VastRootQueue::Turn turn) {
 }
 
 VastFetch VastRoad::fetch() const {
-  return [environment = environment_, inspection = inspection(), hop = std::make_shared<int>(0)](
-             const Url& url, Seconds timeout, VastFetchCompletion completion) {
-    HttpRequest request = environment->shared<XUserAgent>().requestWithin(url, timeout);
-    request.slot = inspection.slot;
-    request.maximumBodyBytes = environment->limits().vastBytes;
-    environment->platform().http->send(
-        std::move(request),
-        [completion = std::move(completion), inspection, url, hop](const HttpResult& result) {
-          inspectHop(inspection, ++*hop, url, result);
-          completion(documentOf(result));
-        });
+  return [documents = slot_.documents()](const Url& url, Seconds timeout,
+                                         VastFetchCompletion completion) {
+    documents(url, timeout, [completion = std::move(completion)](const HttpResult& result) {
+      completion(hasDocument(result) ? std::optional{result.response->body} : std::nullopt);
+    });
   };
 }
 
-SlotInspection VastRoad::inspection() const {
-  const auto view = settings_.adView.lock();
-  return {environment_->platform().inspection, view ? &view->sceneView() : nullptr};
-}
-
 void VastRoad::inspectMedia(const XVASTAd& ad, const std::vector<Url>& urls) const {
-  const SlotInspection slot = inspection();
-  if (!slot.isOn()) return;
+  const SlotInspection inspection = slot_.inspection();
+  if (!inspection.isOn()) return;
   const std::string chosen = urls.empty() ? "" : urls.front().text();
   std::vector<InspectionField> fields{{"url", chosen}};
   if (ad.inlineAd && ad.inlineAd->creativesArray) {
     for (const auto& creative : *ad.inlineAd->creativesArray) addMedia(creative, chosen, fields);
   }
-  slot.tell(InspectionKind::media,
-            chosen.empty() ? "no media file of the type video/mp4" : "plays " + chosen,
-            std::move(fields));
+  inspection.tell(InspectionKind::media,
+                  chosen.empty() ? "no media file of the type video/mp4" : "plays " + chosen,
+                  std::move(fields));
 }
 
 void VastRoad::chainLoaded(const VastOutcome& outcome, bool trackingValid) {
-  const auto view = settings_.adView.lock();
+  const auto view = slot_.adView.lock();
   if (!view) return events_.concluded();
-  if (outcome.failure) inspectEnd(inspection(), outcome);
+  if (outcome.failure) inspectEnd(slot_.inspection(), outcome);
   if (outcome.failure) return fail(errorOf(*outcome.failure));
   if (!trackingValid) {
     return fail(makeError(SdkError::vastTrackingMissing, "Missing tracking data in the XML"));
@@ -152,38 +113,20 @@ void VastRoad::chainLoaded(const VastOutcome& outcome, bool trackingValid) {
 }
 
 void VastRoad::makeVideo(AdManagerView& view, const std::shared_ptr<XVASTAd>& ad) {
-  const bool interstitial = view.mobileAdTypes() == MobileAdTypes::interstitial;
-  const auto subType =
-      interstitial ? MobileAdSubTypes::vastInterstitial : MobileAdSubTypes::vastBanner;
   ad_ = ad;
-  videoView_ = XVASTVideoView::create(environment_, view.sceneView().bounds());
-  videoView_->slotConfiguration = settings_.slotConfiguration;
-  videoView_->moviePlayerInstance = settings_.moviePlayerInstance;
-  videoView_->isVastInterestitial = interstitial;
-  videoView_->mobileAdSubTypes = subType;
+  videoView_ = XVASTVideoView::create(slot_.environment, view.sceneView().bounds());
+  slot_.furnish(*videoView_);
   const auto urls = videoView_->videoURLFromVASTAd(*ad);
   inspectMedia(*ad, urls);
   // A film that nothing can play leaves the slot to what stands in it.
-  const bool canPlay = interstitial || settings_.moviePlayerInstance;
-  if (canPlay) view.setMobileAdSubTypes(subType);
+  if (slot_.canPlay()) slot_.takeView(view);
   if (urls.empty() || !urls.front().isHttp()) {
     return fail(makeError(SdkError::invalidMovieUrl, "Invalid Movie URL."));
   }
-  if (!canPlay) {
-    return fail(makeError(MovieError::unavailable,
-                          "A video in a banner slot needs the host's movie player."));
-  }
-  probeMedia(urls.front());
-}
-
-void VastRoad::probeMedia(const Url& url) {
-  videoView_->movieURL = url;
-  HttpRequest request = environment_->shared<XUserAgent>().requestWithin(
-      url, environment_->limits().mediaProbeTimeout);
-  request.method = "HEAD";
-  request.slot = inspection().slot;
+  if (!slot_.canPlay()) return fail(playerMissing());
+  videoView_->movieURL = urls.front();
   const Relay relay{*this};
-  probe_ = environment_->platform().http->send(std::move(request), relay.call(&VastRoad::probed));
+  probe_ = slot_.probe(urls.front(), relay.call(&VastRoad::probed));
 }
 
 void VastRoad::probed(const HttpResult& result) {
@@ -197,24 +140,20 @@ void VastRoad::probed(const HttpResult& result) {
 
 void VastRoad::play() {
   const auto held = shared_from_this();
-  const auto view = settings_.adView.lock();
+  const auto view = slot_.adView.lock();
   if (!view) return events_.concluded();
-  videoView_->delegate.set(settings_.videoEvents);
+  videoView_->delegate.set(slot_.videoEvents);
   videoView_->trackingArrayWithVASTResponse(ad_);
-  if (videoView_->mobileAdSubTypes == MobileAdSubTypes::vastInterstitial) {
-    view->sceneView().removeAllSubviews();
-    videoView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
-    view->sceneView().addSubview(videoView_);
-  }
+  FilmSlot::show(*view, videoView_);
   const auto video = videoView_;  // held: its first report may end the road
   if (video->setUpPlayer()) trackChainImpressions();
   events_.concluded();
 }
 
 void VastRoad::trackChainImpressions() {
-  XAdTracker tracker{environment_};
+  XAdTracker tracker{slot_.environment};
   tracker.impressionURLs = chainImpressions(*ad_);
-  tracker.slotConfiguration = settings_.slotConfiguration;
+  tracker.slotConfiguration = slot_.slotConfiguration;
   tracker.trackImpressions();
 }
 

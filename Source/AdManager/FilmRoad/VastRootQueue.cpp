@@ -1,4 +1,4 @@
-#include "AdManager/VastRootQueue.h"
+#include "AdManager/FilmRoad/VastRootQueue.h"
 
 #include <utility>
 
