@@ -1,6 +1,6 @@
 // Plays sample campaigns through the C++ door and prints what was told, one line a report, under
-// the names that the interface for other languages has for them: CppReports DOMAIN NETWORK
-// CAMPAIGN...
+// the names that the interface for other languages has for them: CppReports DOMAIN
+// PLACEMENT:CAMPAIGN...
 #include <gtkmm.h>
 
 #include <iostream>
@@ -68,12 +68,13 @@ std::shared_ptr<XAdViewDelegate> viewEvents() {
       .interstitialAdDismissed = line<View>("film-dismissed")});
 }
 
-// As short as the other road has them.
-Limits shortLimits() {
+// As the other road has them.
+Limits sharedLimits() {
   Limits limits;
   limits.requestIdleTimeout = Seconds{8};
   limits.requestDeadline = Seconds{12};
   limits.wrapperChainBudget = Seconds{6};
+  limits.firstFrameTimeout = limits.mediaProbeTimeout = limits.stallTimeout = Seconds{30};
   return limits;
 }
 
@@ -118,13 +119,14 @@ void playInterstitial(Gtk::Window& window, const std::string& domain, const std:
   ad->delegate.set(events);
   ad->loadWithDomainName(domain, campaign, "Full");
   runUntil({"loaded", "failed"});
+  if (!wasTold({"loaded"})) return;
   if (campaign.ends_with("video")) runUntil({"quartile 2", "failed"});
   ad->closeInterstitialAd();
   runUntil({"dismissed", "failed"});
 }
 
-void playBanner(Gtk::Box& column, const std::string& domain, const std::string& campaign) {
-  const bool isPreroll = campaign.starts_with("vast");
+void playView(Gtk::Box& column, const std::string& domain, const std::string& campaign,
+              bool isPreroll) {
   const auto view = XAdView::create({0, 0, 320, 50});
   gtk::AdSlot slot{view};
   const auto player = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
@@ -146,25 +148,28 @@ void playBanner(Gtk::Box& column, const std::string& domain, const std::string& 
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments{argv + 1, argv + argc};
+  const std::string& domain = arguments.at(0);
   const auto application =
       Gtk::Application::create("com.example.reports", Gio::Application::Flags::NON_UNIQUE);
   gtk_init();
   Runtime runtime{gtk::makePlatform({.applicationId = "com.example.reports",
+                                     .dataFolder = Glib::getenv("TAVO_DATA_FOLDER"),
                                      .assumeReachable = true,
-                                     .adNetworkLibrary = arguments.at(1),
-                                     .limits = shortLimits()})};
+                                     .limits = sharedLimits()})};
   Gtk::Window window;
   window.set_default_size(360, 640);
   Gtk::Box column{Gtk::Orientation::VERTICAL};
   window.set_child(column);
   window.present();
-  for (std::size_t at = 2; at < arguments.size(); ++at) {
-    const std::string& campaign = arguments[at];
+  for (std::size_t at = 1; at < arguments.size(); ++at) {
+    const std::size_t colon = arguments[at].find(':');
+    const std::string placement = arguments[at].substr(0, colon);
+    const std::string campaign = arguments[at].substr(colon + 1);
     told.clear();
-    if (campaign.starts_with("interstitial")) {
-      playInterstitial(window, arguments[0], campaign);
+    if (placement == "interstitial") {
+      playInterstitial(window, domain, campaign);
     } else {
-      playBanner(column, arguments[0], campaign);
+      playView(column, domain, campaign, placement == "preroll");
     }
     for (const auto& text : told) std::cout << campaign << ": " << text << std::endl;
   }
