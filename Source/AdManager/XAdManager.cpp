@@ -224,6 +224,7 @@ SlotFacts XAdManager::slotFacts(const AdManagerView& view) const {
           slot ? Size{slot->mediationBannerWidth, slot->mediationBannerHeight} : Size{}};
 }
 
+// Quirk: an answer to a redirect that cannot be shown is passed over without a report.
 void XAdManager::conclude(Outcome outcome, AdManagerView& view, AnswerImpression& impression,
                           bool requestRedirected) {
   if (outcome == Outcome::shown) {

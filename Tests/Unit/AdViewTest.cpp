@@ -314,6 +314,19 @@ TEST_F(AdViewTest, RedirectAnswersAreFollowedWithinABoundForEachRequest) {
   }
 }
 
+// Quirk: nobody hears of it; what stands there stays, and the next refresh asks again.
+TEST_F(AdViewTest, AnAnswerToARedirectThatIsNeitherPictureNorTextIsPassedOverQuirk) {
+  slot_->bannerRefreshInterval = 30;
+  showBanner(imageAnswer());
+  platform_.http->answerWith("http://r.example/", "application/pdf", "%PDF");
+  answer(R"({"Ad":[{"AdType":"redirect","FileUrl":"http://r.example/"}]})");
+  for (int refresh = 0; refresh < 2; ++refresh) {
+    advance(30);
+    EXPECT_THAT(happened(), ElementsAre(getAd, "GET http://r.example/")) << refresh;
+    EXPECT_EQ(banner_->subviews().size(), 1U);
+  }
+}
+
 TEST_F(AdViewTest, APageThatCannotBeLoadedOrDiesIsAFailure) {
   showBanner(htmlAnswer());
   platform_.webViews->last()->terminateProcess();
