@@ -17,9 +17,9 @@ PATIENCE = 60  # seconds, far longer than anything here takes
 class Server:
     """The sample ad server, as a process of its own."""
 
-    def __init__(self):
+    def __init__(self, *arguments):
         self.process = subprocess.Popen(
-            [os.environ["TAVO_AD_SERVER"]], stdout=subprocess.PIPE, text=True)
+            [os.environ["TAVO_AD_SERVER"], *arguments], stdout=subprocess.PIPE, text=True)
         self.address = self.process.stdout.readline().strip().removeprefix("http://")
         self.domain = self.address + "/ads"
 
