@@ -46,6 +46,7 @@ struct Campaign {
   Placement placement = Placement::banner;
   int width = 320;  // of the slot that shows it best, in points; "slot": [320, 50]
   int height = 50;
+  bool standards = false;  // the slot asks for the public standards to the letter
   std::string answerFile = "answer.json";
   Delivery delivery{.contentType = "application/json"};
   std::map<std::string, Delivery, std::less<>> files;  // by name, for those that are odd

@@ -176,6 +176,10 @@ constexpr Key<Campaign> campaignKeys[] = {
     {"placement", R"("banner", "preroll" or "interstitial")",
      [](json::value value, Campaign& into) { return readPlacement(value, into.placement); }},
     {"slot", "a list of width and height, each from 1 to 8192", &readSlot},
+    {"standards", "true or false",
+     [](json::value value, Campaign& into) {
+       return value.get(into.standards) == simdjson::SUCCESS;
+     }},
     {"answerFile", "a text",
      [](json::value value, Campaign& into) { return readText(value, into.answerFile); }},
     {"path", "a text that begins with \"/\"",

@@ -32,7 +32,8 @@ void PlayOptions::addTo(CLI::App& command) {
   command.add_option("--position", position, "Position to ask an ad server for");
   command.add_option("--scenario", scenario, "File with the steps to take");
   command
-      .add_option("--expect", expectation, "Without a scenario: loaded, failed or outcome (either)")
+      .add_option("--expect", expectation,
+                  "Instead of a scenario: loaded, failed or outcome (either)")
       ->check(CLI::IsMember({"loaded", "failed", "outcome"}));
   command.add_option("--screen", screen, "Size of the phone's screen in points")->check(checkSize);
   command.add_option("--campaigns", campaigns, "Folder of the campaigns that can be named");
@@ -98,6 +99,7 @@ XAdSlotConfiguration PlayOptions::settings() const {
 }
 
 std::variant<std::vector<Step>, ScenarioMistake> PlayOptions::steps() const {
+  if (scenario.empty() && expectation.empty()) return std::vector<Step>{};
   if (scenario.empty()) return defaultScenario(expectation);
   std::ifstream file{scenario};
   if (!file) return ScenarioMistake{scenario + ": there is no such file that can be read."};

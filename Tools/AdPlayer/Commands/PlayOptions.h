@@ -19,8 +19,8 @@ struct PlayOptions {
   std::string size;       // "WxH"; empty: by what it is
   std::string page;
   std::string position;
-  std::string scenario;  // a file; empty: the usual steps
-  std::string expectation = "loaded";
+  std::string scenario;     // a file; empty: the steps that belong to what is played, or the usual
+  std::string expectation;  // of the usual steps
   std::string network;
   std::string film;
   std::string screen = "360x640";
@@ -38,6 +38,7 @@ struct PlayOptions {
 
   [[nodiscard]] OpeningOptions opening() const;
   [[nodiscard]] XAdSlotConfiguration settings() const;
+  // Empty where neither a scenario nor an expectation was named.
   [[nodiscard]] std::variant<std::vector<Step>, ScenarioMistake> steps() const;
   // Width and height of "WxH".
   [[nodiscard]] static std::optional<Size> sizeFrom(const std::string& text);

@@ -7,6 +7,8 @@
 
 #include "AdPlayer/Commands/Command.h"
 #include "AdPlayer/Commands/PlayOptions.h"
+#include "AdPlayer/MraidChecklist/MraidChecklist.h"
+#include "AdPlayer/MraidChecklist/RunMraidChecklist.h"
 #include "AdPlayer/Run/Board.h"
 
 namespace tavo::adplayer {
@@ -22,6 +24,7 @@ struct RunOptions {
   int jobs = 1;
   double timeout = 180;
   bool samples = false;
+  bool checklist = false;
   bool onScreen = false;
 };
 
@@ -33,7 +36,7 @@ constexpr const char* examples =
     "  adplayer run creatives/*.html --jobs 4 --out report\n"
     "  adplayer run creatives/*.html --shard 2/8 --out shard-2\n"
     "  adplayer run banner.html --scenario taps.txt\n"
-    "  adplayer run --samples\n"
+    "  adplayer run --samples --checklist --jobs 4\n"
     "\nIn the folder of --out: report.html, junit.xml, events.jsonl, and for each creative a "
     "folder\n"
     "with its pictures, events and result. Status 0: all as expected; 1: not; 2: a wrong call.";
@@ -72,9 +75,29 @@ bool takeShard(const std::string& shard, std::vector<Job>& jobs) {
   return true;
 }
 
+// Each creative of the checklist, without the standards mode and in it.
+void addChecklist(const RunOptions& options, std::set<std::string>& taken, std::vector<Job>& jobs) {
+  for (const auto creative : mraidCreatives()) {
+    for (const bool standards : {false, true}) {
+      MraidChecklistOptions checklist;
+      checklist.standards = standards;
+      checklist.only = creative;
+      Job job;
+      job.name = folderName(mraidResultName(checklist), taken);
+      job.source = "mraid";
+      job.folder = std::filesystem::path{options.out} / job.name;
+      job.command = {options.surroundings.program, "mraid", "--on-screen",
+                     "--creative=" + checklist.only, "--result=" + job.folder.string()};
+      if (standards) job.command.emplace_back("--standards");
+      jobs.push_back(std::move(job));
+    }
+  }
+}
+
 std::vector<Job> jobsFor(const RunOptions& options) {
   std::vector<Job> jobs;
   std::set<std::string> taken;
+  if (options.checklist) addChecklist(options, taken, jobs);
   for (const auto& source : options.sources) {
     Job job;
     job.name = folderName(source, taken);
@@ -106,9 +129,9 @@ int fail(const std::string& line) {
 int runAll(RunOptions options) {
   if (options.samples) {
     for (auto& name : campaignNames(options.play.campaigns)) options.sources.push_back(name);
-    if (options.play.expectation == "loaded") options.play.expectation = "outcome";
   }
-  if (options.sources.empty()) return fail("Nothing to play was named; see adplayer run --help.");
+  if (options.sources.empty() && !options.checklist)
+    return fail("Nothing to play was named; see adplayer run --help.");
   if (options.samples && !options.play.placement.empty()) {
     return fail("Sample campaigns have placements of their own: leave --placement out.");
   }
@@ -153,6 +176,8 @@ void addRunCommand(CLI::App& program, const Surroundings& surroundings, Chosen& 
       "HTML or VAST files, their URLs, recorded JSON answers, pictures, ad servers, "
       "or names of campaigns");
   command->add_flag("--samples", options->samples, "Play every sample campaign");
+  command->add_flag("--checklist", options->checklist,
+                    "Play the checklist of MRAID 2.0, without and in the standards mode");
   command->add_option("--out", options->out, "Folder for the reports");
   command->add_option("--jobs", options->jobs, "How many at the same time")
       ->check(CLI::Range(1, 256));

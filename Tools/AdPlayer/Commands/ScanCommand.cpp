@@ -68,10 +68,7 @@ int scanThem(const ScanCommandOptions& options) {
   std::unique_ptr<VirtualScreen> screen;
   if (!options.onScreen) {
     screen = std::make_unique<VirtualScreen>();
-    setenv("DISPLAY", screen->display().c_str(), 1);
-    setenv("GDK_BACKEND", "x11", 1);
-    setenv("GSK_RENDERER", "cairo", 1);
-    setenv("GTK_A11Y", "none", 1);
+    VirtualScreen::use(screen->display());
   }
   const ScanOptions scan{.opening = options.play.opening(),
                          .watching = Seconds{options.seconds},

@@ -30,14 +30,25 @@ MraidStage::Fields fieldsOf(const std::string& query) {
   return fields;
 }
 
+// What is not due needs no long wait.
+MraidStage::Settings withPointsNotDue(MraidStage::Settings settings) {
+  if (settings.standards) return settings;
+  for (const auto& point : mraidPoints()) {
+    if (point.isMet == PointIsMet::inTheMode) settings.pointsNotDue.emplace_back(point.name);
+  }
+  return settings;
+}
+
 RunLoop& checklistLoop() { return *Runtime::current().platform().runLoop; }
 
 }  // namespace
 
+std::span<const std::string_view> mraidCreatives() { return creatives; }
+
 MraidChecklist::MraidChecklist(Settings settings)
     : settings_{std::move(settings)},
       server_{std::make_shared<adserver::AdServer>(settings_.creatives)},
-      stage_{settings_.stage} {
+      stage_{withPointsNotDue(settings_.stage)} {
   server_->record().setListener([this](const auto& request) { heard(request); });
 }
 
@@ -97,10 +108,12 @@ void MraidChecklist::notePoint(const MraidStage::Fields& fields) {
 MraidChecklist::Results MraidChecklist::results() const {
   Results all;
   for (const auto& point : mraidPoints()) {
+    if (!settings_.only.empty() && settings_.only != point.creative) continue;
     const auto found = found_.find(std::string{point.name});
     MraidResult result = found == found_.end() ? MraidResult{} : found->second;
     result.name = point.name;
     result.sentence = point.sentence;
+    result.isDue = settings_.stage.standards || point.isMet == PointIsMet::always;
     all.push_back(std::move(result));
   }
   return all;

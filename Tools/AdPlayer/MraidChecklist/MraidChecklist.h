@@ -3,7 +3,9 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "AdPlayer/MraidChecklist/MraidStage.h"
@@ -12,12 +14,16 @@
 
 namespace tavo::adplayer {
 
+// The creatives, in the order in which they are played.
+[[nodiscard]] std::span<const std::string_view> mraidCreatives();
+
 // What became of one point of the checklist.
 struct MraidResult {
   std::string name;
   std::string sentence;
   bool isMet = false;
-  std::string found;  // what the creative saw, for a person; empty where it has not come so far
+  bool isDue = false;  // the library meets it in the mode that was played
+  std::string found;   // what the creative saw, for a person; empty where it has not come so far
 };
 
 // Plays the checklist's creatives one after the other in a real window, by the library itself, and
@@ -28,7 +34,7 @@ class MraidChecklist {
   struct Settings {
     MraidStage::Settings stage{};
     std::string creatives;  // the folder
-    std::string only{};     // the one creative to play; empty: all
+    std::string only{};     // the one creative to play; empty: all. Others' points are left out.
   };
   using Results = std::vector<MraidResult>;
 

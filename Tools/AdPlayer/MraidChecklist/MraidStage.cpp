@@ -213,6 +213,12 @@ Gtk::Window* MraidStage::dialog() const {
   return found == all.end() ? nullptr : *found;
 }
 
+std::string MraidStage::patienceText() const {
+  std::string names;
+  for (const auto& name : settings_.pointsNotDue) names += "'" + name + "',";
+  return "{seconds:" + std::to_string(settings_.patience) + ",notDue:[" + names + "]}";
+}
+
 std::string MraidStage::placeText() const {
   graphene_rect_t bounds{};
   if (slot_ &&
@@ -294,7 +300,7 @@ void MraidStage::carryOut(const Fields& asked) {
     answerPages(id, value);
   };
   const auto answerLater = [this, answer] { afterFrames(4, [answer] { answer(isText(true)); }); };
-  if (act == "patience") return answer(std::to_string(settings_.patience));
+  if (act == "patience") return answer(patienceText());
   if (act == "settle") return afterFrames(8, [answer] { answer(isText(true)); });
   if (act == "place") return answer(placeText());
   if (act == "control") return answer(controlText(pointIn(asked)));

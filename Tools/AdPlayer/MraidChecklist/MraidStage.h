@@ -24,8 +24,9 @@ class MraidStage {
  public:
   struct Settings {
     bool standards = false;
-    double patience = 10;         // seconds, of a page for what should happen in it
-    std::string pictureFolder{};  // empty: no pictures
+    double patience = 10;                     // seconds, of a page for what should happen in it
+    std::string pictureFolder{};              // empty: no pictures
+    std::vector<std::string> pointsNotDue{};  // by name; a page does not wait for them for long
   };
   // The query of a request, escapes taken away.
   using Fields = std::map<std::string, std::string>;
@@ -56,6 +57,7 @@ class MraidStage {
   [[nodiscard]] Point pointIn(const Fields& asked) const;
   [[nodiscard]] bool isCovered() const;
   [[nodiscard]] Gtk::Window* dialog() const;
+  [[nodiscard]] std::string patienceText() const;
   [[nodiscard]] std::string placeText() const;
   [[nodiscard]] std::string controlText(const Point& point) const;
   void reshape(int width, int height, const Answer& answer);

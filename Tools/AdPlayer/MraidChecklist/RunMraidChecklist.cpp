@@ -12,6 +12,7 @@
 #include <tavo/gtk/GtkPlatform.h>
 
 #include "AdPlayer/MraidChecklist/MraidChecklist.h"
+#include "AdPlayer/MraidChecklist/MraidResult.h"
 
 namespace tavo::adplayer {
 
@@ -37,24 +38,29 @@ int runMraidChecklist(const MraidChecklistOptions& options) {
   const auto application = Gtk::Application::create(id, Gio::Application::Flags::NON_UNIQUE);
   std::unique_ptr<Runtime> runtime;
   std::unique_ptr<MraidChecklist> checklist;
+  const std::string& pictures =
+      options.resultFolder.empty() ? options.pictureFolder : options.resultFolder;
   int status = 2;
   application->signal_activate().connect([&] {
     application->hold();
     try {
-      if (!options.pictureFolder.empty()) {
-        std::filesystem::create_directories(options.pictureFolder);
-      }
+      if (!pictures.empty()) std::filesystem::create_directories(pictures);
       runtime = std::make_unique<Runtime>(
           gtk::makePlatform({.applicationId = id, .assumeReachable = true}));
       checklist = std::make_unique<MraidChecklist>(MraidChecklist::Settings{
-          .stage = {.standards = options.standards, .pictureFolder = options.pictureFolder},
+          .stage = {.standards = options.standards, .pictureFolder = pictures},
           .creatives = options.creatives,
           .only = options.only});
       checklist->onNote = [](const std::string& note) {
         std::fprintf(stderr, "%s\n", note.c_str());
       };
-      checklist->start([&](const auto& results) {
+      const auto& loop = runtime->platform().runLoop;
+      checklist->start([&, loop, start = loop->now()](const auto& results) {
         status = print(results);
+        const bool isWritten =
+            options.resultFolder.empty() ||
+            write(resultOf(results, options, loop->now() - start), options.resultFolder);
+        if (!isWritten) status = 2;
         application->quit();
       });
     } catch (const std::exception& trouble) {

@@ -36,14 +36,7 @@ void interrupt(int /*signal*/) { interrupted = 1; }
     dup2(file, STDOUT_FILENO);
     dup2(file, STDERR_FILENO);
   }
-  if (!display.empty()) {
-    setenv("DISPLAY", display.c_str(), 1);
-    unsetenv("WAYLAND_DISPLAY");
-    setenv("GDK_BACKEND", "x11", 1);
-    setenv("GSK_RENDERER", "cairo", 1);
-    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
-    setenv("GTK_A11Y", "none", 1);
-  }
+  if (!display.empty()) VirtualScreen::use(display);
   std::vector<char*> arguments;
   for (const auto& word : job.command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);

@@ -142,7 +142,8 @@ std::string sideOf(const Result& result, const std::vector<std::string>& picture
   for (const auto& one : result.expectations) {
     html += std::string{"<li class="} + (one.isMet ? "met>" : "unmet>") + escapedMarkup(one.text);
   }
-  if (result.expectations.empty()) html += "<li class=unmet>" + escapedMarkup(result.why);
+  if (result.expectations.empty() && !result.why.empty())
+    html += "<li class=unmet>" + escapedMarkup(result.why);
   html += "</ul>" + stallsOf(result);
   for (std::size_t i = 0; i < pictures.size(); ++i) {
     const std::string name = escapedMarkup(result.pictures[i]);

@@ -50,18 +50,30 @@ class OnePlay {
   }
 
   void take(const Opened& opened) {
-    if (const auto* refused = std::get_if<Refusal>(&opened)) {
-      Result result;
-      result.verdict = Verdict::refused;
-      result.why = refused->why;
-      return finish(std::move(result));
-    }
+    if (const auto* refused = std::get_if<Refusal>(&opened)) return refuse(refused->why);
     playable_ = std::get<Playable>(opened);
+    auto steps = stepsToTake();
+    if (const auto* mistake = std::get_if<ScenarioMistake>(&steps)) return refuse(mistake->text);
     session_.load(playable_.plan, std::make_shared<XAdSlotConfiguration>(options_.settings));
-    run_ = std::make_unique<ScenarioRun>(
-        ScenarioRun::Place{stage_, phone_, session_, options_.folder}, options_.steps,
-        [this](const Result& result) { finish(result); });
+    run_ =
+        std::make_unique<ScenarioRun>(ScenarioRun::Place{stage_, phone_, session_, options_.folder},
+                                      std::get<std::vector<Step>>(std::move(steps)),
+                                      [this](const Result& result) { finish(result); });
     run_->start();
+  }
+
+  void refuse(const std::string& why) {
+    Result result;
+    result.verdict = Verdict::refused;
+    result.why = why;
+    finish(std::move(result));
+  }
+
+  [[nodiscard]] std::variant<std::vector<Step>, ScenarioMistake> stepsToTake() const {
+    if (!options_.steps.empty()) return options_.steps;
+    const PlayPlan& plan = playable_.plan;
+    if (plan.scenario.empty()) return defaultScenario("loaded");
+    return readScenario(plan.scenario, plan.scenarioPlace);
   }
 
   void finish(Result result) {

@@ -15,7 +15,7 @@ struct PlayOneOptions {
   std::string name{};            // of the result
   std::filesystem::path folder;  // where events, pictures and the result are written
   OpeningOptions opening{};
-  std::vector<Step> steps{};
+  std::vector<Step> steps{};  // empty: those that belong to what is played, or the usual ones
   std::string adNetwork{};
   std::string film{};  // file of the host's own film; empty: none
   int screenWidth = 360;

@@ -96,8 +96,9 @@ class Reader {
 Condition readCondition(Reader& reader) {
   Condition condition;
   condition.wording = reader.wording();
-  constexpr std::array<std::pair<std::string_view, Condition::Kind>, 4> plain{
+  constexpr std::array<std::pair<std::string_view, Condition::Kind>, 5> plain{
       {{"outcome", Condition::Kind::outcome},
+       {"drawn", Condition::Kind::drawn},
        {"loaded", Condition::Kind::loaded},
        {"failed", Condition::Kind::failed},
        {"finished", Condition::Kind::finished}}};
@@ -113,6 +114,10 @@ Condition readCondition(Reader& reader) {
     if (!reader.atEnd() && !reader.isNext("within")) condition.text = reader.word("a text");
   } else if (isNegative) {
     throw Mistake{"expected \"event\" behind \"no\""};
+  } else if (reader.take("taken")) {
+    if (!reader.take("for")) throw Mistake{"expected \"for\" behind \"taken\""};
+    condition.kind = Condition::Kind::takenFor;
+    condition.text = reader.word("what the ad is taken for, such as \"image\"");
   } else if (reader.take("state")) {
     condition.kind = Condition::Kind::state;
     condition.text = reader.word("a state: loading, default, expanded, resized or hidden");
@@ -124,8 +129,8 @@ Condition readCondition(Reader& reader) {
     condition.text = reader.word("the text that the page shows");
   } else {
     throw Mistake{
-        "expected outcome, loaded, failed, finished, state NAME, event KIND [\"TEXT\"], no event "
-        "KIND [\"TEXT\"], pings N or text \"TEXT\""};
+        "expected outcome, loaded, failed, taken for \"TEXT\", drawn, finished, state NAME, event "
+        "KIND [\"TEXT\"], no event KIND [\"TEXT\"], pings N or text \"TEXT\""};
   }
   return condition;
 }
@@ -226,8 +231,8 @@ std::variant<std::vector<Step>, ScenarioMistake> readScenario(std::string_view t
 
 std::vector<Step> defaultScenario(const std::string& expectation) {
   const auto steps = readScenario(
-      "wait outcome within 45\nadvance 1.2\npicture shown\n"
-      "wait finished within 90\nadvance 0.3\nexpect " +
+      "wait outcome within 45\nwait drawn within 60\npicture shown\n"
+      "wait finished within 120\nexpect " +
           expectation + "\n",
       "expectation");
   const auto* const read = std::get_if<std::vector<Step>>(&steps);

@@ -17,8 +17,10 @@ struct Condition {
     outcome,   // the ad has loaded or has failed
     loaded,    //
     failed,    //
-    finished,  // nothing more comes by itself: a film is over; anything else, once it has an
-               // outcome
+    takenFor,  // loaded, and the library took it for `text`
+    drawn,     // what came is on the screen; at once where nothing came
+    finished,  // nothing more comes by itself: a film is over, or anything else has an outcome,
+               // and no ping is under way
     state,     // the creative was told this MRAID state last
     event,     // an event of `kind` whose text holds `text`
     noEvent,   // no such event
@@ -40,7 +42,7 @@ struct TapOn {
 };
 struct Wait {
   Condition condition;
-  Seconds patience{10};
+  Seconds patience{30};
 };
 struct Expect {
   Condition condition;
@@ -81,7 +83,8 @@ struct ScenarioMistake {
 [[nodiscard]] std::variant<std::vector<Step>, ScenarioMistake> readScenario(
     std::string_view text, const std::string& file);
 
-// What is done without a scenario: waits for the outcome, takes a picture, and lets a film end.
+// What is done without a scenario: waits for the outcome, takes a picture, lets a film end, and
+// expects what is named as a condition.
 [[nodiscard]] std::vector<Step> defaultScenario(const std::string& expectation);
 
 }  // namespace tavo::adplayer

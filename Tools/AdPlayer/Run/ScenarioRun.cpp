@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <tavo/TrackingLedger.h>
+
 #include "AdPlayer/Screenshot.h"
 #include "Values/Text.h"
 
@@ -14,6 +16,7 @@ constexpr Seconds lookDistance{0.05};
 constexpr Seconds tapPatience{0.4};
 constexpr int tapAttempts = 20;
 constexpr int pictureAttempts = 60;
+constexpr int framesToScreen = 3;  // from the page's own drawing to the window
 
 bool holds(const PlayEvent& event, const Condition& condition) {
   return event.kind == condition.event && contains(event.text, condition.text);
@@ -23,11 +26,16 @@ bool holds(const PlayEvent& event, const Condition& condition) {
 
 ScenarioRun::ScenarioRun(Place place, std::vector<Step> steps,
                          std::function<void(const Result&)> finished)
-    : place_{std::move(place)}, steps_{std::move(steps)}, finished_{std::move(finished)} {}
+    : place_{std::move(place)},
+      steps_{std::move(steps)},
+      mark_{place_.session, place_.phone, place_.stage.platform().runLoop},
+      finished_{std::move(finished)} {}
 
 ScenarioRun::~ScenarioRun() = default;
 
 void ScenarioRun::start() { done(); }
+
+Seconds ScenarioRun::now() const { return place_.stage.platform().runLoop->now(); }
 
 void ScenarioRun::later(Seconds time, std::function<void()> task) {
   timer_ = place_.stage.platform().runLoop->after(time, std::move(task));
@@ -88,97 +96,163 @@ void ScenarioRun::carryOut(const TapOn& tap) {
   tapUntilFelt(tap.selector, tapAttempts);
 }
 
-// A page that has just come is on the screen a few frames later, and feels nothing until then.
+// A page that has just come is on the screen a few frames later, and feels nothing until then. What
+// has gone meanwhile has felt the tap of before.
 void ScenarioRun::tapUntilFelt(const std::string& selector, int attempts) {
-  Fingers::find(place_.session, selector,
+  const bool isFirst = attempts == tapAttempts;
+  Fingers::find(place_.session, selector, isFirst,
                 [weak = std::weak_ptr{self_}, selector, attempts](std::optional<Point> point) {
                   const auto held = weak.lock();
                   if (!held) return;
                   ScenarioRun& self = **held;
+                  if (!point && attempts < tapAttempts) return self.done();
                   if (!point) return self.stop("nothing in the page is \"" + selector + "\"");
                   self.fingers_.tap(self.place_.phone, *point);
-                  self.later(tapPatience, [&self, selector, attempts] {
-                    Fingers::ask(self.place_.session, [weak = std::weak_ptr{self.self_}, selector,
-                                                       attempts](bool landed) {
-                      const auto there = weak.lock();
-                      if (!there) return;
-                      if (landed) return (*there)->done();
-                      if (attempts == 0)
-                        return (*there)->stop("the page felt no tap on \"" + selector + "\"");
-                      (*there)->tapUntilFelt(selector, attempts - 1);
-                    });
-                  });
+                  self.lookForTap(selector, attempts, self.now() + tapPatience);
                 });
 }
 
-void ScenarioRun::carryOut(const Wait& wait) {
-  look(wait.condition, place_.stage.platform().runLoop->now() + wait.patience);
+void ScenarioRun::lookForTap(const std::string& selector, int attempts, Seconds until) {
+  later(lookDistance, [this, selector, attempts, until] {
+    Fingers::ask(place_.session,
+                 [weak = std::weak_ptr{self_}, selector, attempts, until](bool landed) {
+                   const auto held = weak.lock();
+                   if (!held) return;
+                   ScenarioRun& self = **held;
+                   if (landed) return self.done();
+                   if (self.now() < until) return self.lookForTap(selector, attempts, until);
+                   if (attempts > 0) return self.tapUntilFelt(selector, attempts - 1);
+                   self.stop("the page felt no tap on \"" + selector + "\"");
+                 });
+  });
 }
 
+void ScenarioRun::carryOut(const Wait& wait) { look(wait.condition, now() + wait.patience); }
+
 void ScenarioRun::look(const Condition& condition, Seconds until) {
-  ask(condition, [this, condition, until](bool isMet) {
-    if (isMet) return done();
-    if (place_.stage.platform().runLoop->now() >= until) {
-      return stop("waited in vain for " + condition.wording);
+  ask(condition, [this, condition, until](Answer answer) {
+    if (answer == Answer::yes) {
+      note("waited for " + condition.wording, true);
+      return done();
+    }
+    if (answer == Answer::never || now() >= until) {
+      const std::string why = answer == Answer::never ? ": the ad has " + outcomeText() : "";
+      return stop("waited in vain for " + condition.wording + why);
     }
     later(lookDistance, [this, condition, until] { look(condition, until); });
   });
 }
 
-// What the page shows is known a little later.
-void ScenarioRun::ask(const Condition& condition, const Met& met) {
-  if (condition.kind != Condition::Kind::text) return met(isMet(condition));
-  const auto page = place_.session.page();
-  if (!page) return met(false);
-  page->evaluate("document.body ? document.body.innerText : ''",
-                 [weak = std::weak_ptr{self_}, met, condition](const std::string& shown) {
-                   if (weak.lock()) met(contains(shown, condition.text));
-                 });
+std::string ScenarioRun::outcomeText() const {
+  return place_.session.outcome() == Outcome::failed ? "failed, " + told() : "loaded";
 }
 
-bool ScenarioRun::isMet(const Condition& condition) const {
+// What the page shows is known a little later.
+void ScenarioRun::ask(const Condition& condition, const Met& met) {
+  if (condition.kind == Condition::Kind::drawn) return askDrawn(met);
+  if (condition.kind != Condition::Kind::text) return met(answerTo(condition));
+  askPage("document.body ? document.body.innerText : ''",
+          [met, text = condition.text](const std::string& shown) {
+            met(contains(shown, text) ? Answer::yes : Answer::notYet);
+          });
+}
+
+// `told` hears nothing where the ad has no page.
+void ScenarioRun::askPage(const std::string& script,
+                          const std::function<void(const std::string&)>& told) {
+  const auto page = place_.session.page();
+  if (!page) return told({});
+  page->evaluate(script, [weak = std::weak_ptr{self_}, told](const std::string& said) {
+    if (weak.lock()) told(said);
+  });
+}
+
+void ScenarioRun::askDrawn(const Met& met) {
+  const auto shown = [this, met] { afterFrames(framesToScreen, [met] { met(Answer::yes); }); };
+  if (place_.session.outcome() == Outcome::none) return met(Answer::notYet);
+  if (place_.session.outcome() == Outcome::failed) return shown();
+  if (isFilm()) {
+    const bool hasPlayed = isFinished() || hasEvent([](const PlayEvent& event) {
+                             return event.kind == "callback" && contains(event.text, "Quartile");
+                           });
+    return hasPlayed ? shown() : met(Answer::notYet);
+  }
+  mark_.look([met, shown](bool isThere) { isThere ? shown() : met(Answer::notYet); });
+}
+
+void ScenarioRun::afterFrames(int count, std::function<void()> then) {
+  place_.phone.add_tick_callback(
+      [this, weak = std::weak_ptr{self_}, left = count, then = std::move(then)](auto&) mutable {
+        if (weak.expired()) return false;
+        if (--left > 0) return true;
+        later(Seconds{0}, then);
+        return false;
+      });
+}
+
+bool ScenarioRun::hasEvent(const std::function<bool(const PlayEvent&)>& matches) const {
   const auto& events = place_.stage.log().events();
-  const auto any = [&](const auto& matches) {
-    return std::any_of(events.begin(), events.end(), matches);
+  return std::any_of(events.begin(), events.end(), matches);
+}
+
+bool ScenarioRun::isFilm() const { return contains(place_.session.classification(), "VAST"); }
+
+bool ScenarioRun::isFinished() const {
+  if (place_.session.outcome() == Outcome::none) return false;
+  const PingTotals& pings = TrackingLedger::sharedInstance().totals();
+  if (pings.due > pings.answered + pings.failed + pings.suppressed + pings.dropped) return false;
+  if (place_.session.outcome() == Outcome::failed || !isFilm()) return true;
+  return hasEvent([](const PlayEvent& event) {
+    return event.kind == "callback" &&
+           (contains(event.text, "PrerollDidFinish") || contains(event.text, "Dismissed") ||
+            contains(event.text, "DidFailWithError"));
+  });
+}
+
+ScenarioRun::Answer ScenarioRun::answerTo(const Condition& condition) const {
+  const auto& events = place_.stage.log().events();
+  const auto yesIf = [](bool is) { return is ? Answer::yes : Answer::notYet; };
+  const auto wanted = [this](Outcome outcome) {
+    if (place_.session.outcome() == Outcome::none) return Answer::notYet;
+    return place_.session.outcome() == outcome ? Answer::yes : Answer::never;
   };
   switch (condition.kind) {
     case Condition::Kind::outcome:
-      return place_.session.outcome() != Outcome::none;
+      return yesIf(place_.session.outcome() != Outcome::none);
     case Condition::Kind::loaded:
-      return place_.session.outcome() == Outcome::loaded;
+      return wanted(Outcome::loaded);
     case Condition::Kind::failed:
-      return place_.session.outcome() == Outcome::failed;
-    case Condition::Kind::finished: {
-      if (place_.session.outcome() != Outcome::loaded) return isMet({Condition::Kind::failed});
-      if (!contains(place_.session.classification(), "VAST")) return true;
-      return any([](const PlayEvent& event) {
-        return event.kind == "callback" &&
-               (contains(event.text, "PrerollDidFinish") || contains(event.text, "Dismissed") ||
-                contains(event.text, "DidFailWithError"));
-      });
+      return wanted(Outcome::failed);
+    case Condition::Kind::takenFor: {
+      const Answer answer = wanted(Outcome::loaded);
+      if (answer != Answer::yes) return answer;
+      return contains(place_.session.classification(), condition.text) ? answer : Answer::never;
     }
+    case Condition::Kind::finished:
+      return yesIf(isFinished());
     case Condition::Kind::state: {
       const auto last = std::find_if(events.rbegin(), events.rend(),
                                      [](const PlayEvent& event) { return event.kind == "state"; });
-      return last != events.rend() && last->text == condition.text;
+      return yesIf(last != events.rend() && last->text == condition.text);
     }
     case Condition::Kind::event:
-      return any([&](const PlayEvent& event) { return holds(event, condition); });
+      return yesIf(hasEvent([&](const PlayEvent& event) { return holds(event, condition); }));
     case Condition::Kind::noEvent:
-      return !any([&](const PlayEvent& event) { return holds(event, condition); });
+      return yesIf(!hasEvent([&](const PlayEvent& event) { return holds(event, condition); }));
     case Condition::Kind::pings:
-      return std::count_if(events.begin(), events.end(), [](const PlayEvent& event) {
-               return event.kind == "ping" && event.text.starts_with("answered");
-             }) >= condition.count;
+      return yesIf(std::count_if(events.begin(), events.end(), [](const PlayEvent& event) {
+                     return event.kind == "ping" && event.text.starts_with("answered");
+                   }) >= condition.count);
+    case Condition::Kind::drawn:
     case Condition::Kind::text:
       break;
   }
-  return false;
+  return Answer::notYet;
 }
 
 void ScenarioRun::carryOut(const Expect& expect) {
-  ask(expect.condition, [this, expect](bool isMet) {
-    note("expected " + expect.condition.wording, isMet);
+  ask(expect.condition, [this, expect](Answer answer) {
+    note("expected " + expect.condition.wording, answer == Answer::yes);
     done();
   });
 }
@@ -237,8 +311,7 @@ void ScenarioRun::carryOut(ScreenStep step) {
       place_.session.close();
       break;
   }
-  // The window takes a frame or two to follow.
-  later(lookDistance, [this] { next(); });
+  afterFrames(framesToScreen, [this] { next(); });
 }
 
 }  // namespace tavo::adplayer

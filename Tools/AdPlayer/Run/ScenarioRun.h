@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "AdPlayer/Run/PageMark.h"
 #include "AdPlayer/Run/Result.h"
 #include "AdPlayer/Run/Scenario.h"
 #include "AdPlayer/Stage/Fingers.h"
@@ -34,14 +35,19 @@ class ScenarioRun {
   void start();
 
  private:
-  using Met = std::function<void(bool)>;
+  // Yes, not yet, or never any more.
+  enum class Answer { yes, notYet, never };
+  using Met = std::function<void(Answer)>;
   void next();
   void done();
+  [[nodiscard]] Seconds now() const;
   [[nodiscard]] std::string told() const;
+  [[nodiscard]] std::string outcomeText() const;
   void stop(const std::string& why);
   void carryOut(const TapAt& tap);
   void carryOut(const TapOn& tap);
   void tapUntilFelt(const std::string& selector, int attempts);
+  void lookForTap(const std::string& selector, int attempts, Seconds until);
   void carryOut(const Wait& wait);
   void carryOut(const Expect& expect);
   void carryOut(const Advance& advance);
@@ -50,7 +56,13 @@ class ScenarioRun {
   void carryOut(ScreenStep step);
   void look(const Condition& condition, Seconds until);
   void ask(const Condition& condition, const Met& met);
-  [[nodiscard]] bool isMet(const Condition& condition) const;
+  void askPage(const std::string& script, const std::function<void(const std::string&)>& told);
+  void askDrawn(const Met& met);
+  void afterFrames(int count, std::function<void()> then);
+  [[nodiscard]] bool isFinished() const;
+  [[nodiscard]] bool isFilm() const;
+  [[nodiscard]] bool hasEvent(const std::function<bool(const PlayEvent&)>& matches) const;
+  [[nodiscard]] Answer answerTo(const Condition& condition) const;
   void note(const std::string& text, bool isMet);
   void takePicture(const std::string& name, int attempts);
   void later(Seconds time, std::function<void()> task);
@@ -60,6 +72,7 @@ class ScenarioRun {
   std::size_t at_ = 0;
   Result result_;
   Fingers fingers_;
+  PageMark mark_;
   std::function<void(const Result&)> finished_;
   Timer timer_;
   std::shared_ptr<ScenarioRun*> self_ = std::make_shared<ScenarioRun*>(this);

@@ -9,6 +9,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace tavo::adplayer {
@@ -57,6 +58,15 @@ VirtualScreen::VirtualScreen() {
         "No virtual screen could be started; install Xvfb (Debian: apt install xvfb).");
   }
   display_ = ":" + number;
+}
+
+void VirtualScreen::use(const std::string& display) {
+  unsetenv("WAYLAND_DISPLAY");
+  setenv("DISPLAY", display.c_str(), 1);
+  setenv("GDK_BACKEND", "x11", 1);
+  setenv("GSK_RENDERER", "cairo", 1);
+  setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+  setenv("GTK_A11Y", "none", 1);
 }
 
 VirtualScreen::~VirtualScreen() {

@@ -15,6 +15,9 @@ class VirtualScreen {
   VirtualScreen(const VirtualScreen&) = delete;
   VirtualScreen& operator=(const VirtualScreen&) = delete;
 
+  // Makes this process, and those that it starts, use a virtual screen: `display` of one.
+  static void use(const std::string& display);
+
   // What the environment variable DISPLAY has to say.
   [[nodiscard]] const std::string& display() const { return display_; }
 

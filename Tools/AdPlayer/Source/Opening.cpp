@@ -16,6 +16,7 @@ namespace tavo::adplayer {
 namespace {
 
 constexpr std::string_view scheme = "http://";
+constexpr const char* scenarioFile = "scenario.txt";
 
 // One line, whatever stands in a path.
 std::string shown(const std::string& text) {
@@ -109,6 +110,9 @@ class Opener {
       plan.placement = campaign->placement;
       plan.size = {static_cast<double>(campaign->width), static_cast<double>(campaign->height)};
       plan.position = plan.placement == Placement::interstitial ? "Full" : "Bottom1";
+      plan.standards = campaign->standards;
+      plan.scenario = folder.file(source.name, scenarioFile).value_or("");
+      plan.scenarioPlace = options_.campaigns + "/" + source.name + "/" + scenarioFile;
       finish(plan, server);
     } catch (const std::runtime_error& failure) {
       done_(Refusal{failure.what()});

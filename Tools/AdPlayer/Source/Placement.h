@@ -20,6 +20,9 @@ struct PlayPlan {
   std::string query{};
   Placement placement = Placement::banner;
   Size size{320, 50};
+  bool standards = false;       // the slot is in its standards mode
+  std::string scenario{};       // text of the steps that belong to what is played; empty: none
+  std::string scenarioPlace{};  // where that text stands, for what is said about it
 };
 
 }  // namespace tavo::adplayer

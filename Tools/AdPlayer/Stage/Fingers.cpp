@@ -52,12 +52,13 @@ void Fingers::tap(Phone& phone, Point point) {
   flush_(display_);
 }
 
-void Fingers::find(Session& session, const std::string& selector,
+void Fingers::find(Session& session, const std::string& selector, bool isFirst,
                    const std::function<void(std::optional<Point>)>& found) {
   const auto page = session.page();
   if (!page) return found(std::nullopt);
   const std::string script =
-      "(() => { const e = document.querySelector(" + literal(selector) +
+      std::string{"(() => { "} + (isFirst ? "" : "if (window.tavoTouched === 'yes') return ''; ") +
+      "const e = document.querySelector(" + literal(selector) +
       "); if (!e) return ''; const r = e.getBoundingClientRect();"
       " window.tavoTouched = 'no';"
       " addEventListener('mousedown', () => window.tavoTouched = 'yes',"

@@ -22,8 +22,9 @@ class Fingers {
   // A tap at a point of the phone's screen, counted below the status bar.
   void tap(Phone& phone, Point point);
   // Finds the middle of the first element that `selector` means in the creative's page, in points
-  // of the phone's screen; none when there is no such element, or it has no size.
-  static void find(Session& session, const std::string& selector,
+  // of the phone's screen; none when there is no such element, or it has no size, or it is not
+  // looked for the first time and the page has felt a tap since.
+  static void find(Session& session, const std::string& selector, bool isFirst,
                    const std::function<void(std::optional<Point>)>& found);
 
   // Whether the page has felt the tap since `find`; yes where there is no page any more.

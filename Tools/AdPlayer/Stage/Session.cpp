@@ -6,6 +6,7 @@
 #include <tavo/gtk/AdWindow.h>
 
 #include "AdPlayer/Stage/HostTables.h"
+#include "Scene/Window.h"
 #include "Services/RunLoop.h"
 
 namespace tavo::adplayer {
@@ -36,6 +37,15 @@ std::string describe(MobileAdSubTypes subType) {
   return "unknown";
 }
 
+std::shared_ptr<WebView> lastPageIn(const View& view) {
+  std::shared_ptr<WebView> last;
+  for (const auto& subview : view.subviews()) {
+    if (auto page = std::dynamic_pointer_cast<WebView>(subview)) last = std::move(page);
+    if (auto below = lastPageIn(*subview)) last = std::move(below);
+  }
+  return last;
+}
+
 }  // namespace
 
 std::string_view nameOf(Outcome outcome) {
@@ -52,6 +62,7 @@ void Session::load(const PlayPlan& plan, const std::shared_ptr<XAdSlotConfigurat
   end();
   ++load_;
   outcome_ = Outcome::none;
+  if (plan.standards) settings->standardsMode = true;
   log_.begin();
   log_.add("step", "load " + plan.title,
            {{"domain", plan.domain},
@@ -59,7 +70,8 @@ void Session::load(const PlayPlan& plan, const std::shared_ptr<XAdSlotConfigurat
             {"position", plan.position},
             {"placement", adserver::nameOf(plan.placement)},
             {"width", std::to_string(static_cast<int>(plan.size.width))},
-            {"height", std::to_string(static_cast<int>(plan.size.height))}});
+            {"height", std::to_string(static_cast<int>(plan.size.height))},
+            {"standards mode", settings->standardsMode.value_or(false) ? "yes" : "no"}});
   if (plan.placement == Placement::interstitial) {
     loadInterstitial(plan, settings);
   } else {
@@ -140,9 +152,14 @@ std::shared_ptr<XAdView> Session::adView() const {
   return interstitial_ ? interstitial_->xadView() : phone_.adView();
 }
 
+// The one that a person sees: a second page lies above the first.
 std::shared_ptr<WebView> Session::page() const {
   const auto view = adView();
-  return view ? view->webViewInstance() : nullptr;
+  if (!view) return nullptr;
+  const auto root = gtk::rootViewControllerOf(window_);
+  const auto window = root ? root->view()->window() : nullptr;
+  auto above = window && view->isAdExpanded() ? lastPageIn(*window) : nullptr;
+  return above ? above : view->webViewInstance();
 }
 
 // The report that brings it may be in the middle of anything.

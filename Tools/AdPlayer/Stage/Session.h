@@ -33,7 +33,8 @@ class Session {
   // Called when the outcome is known, in a turn of its own.
   std::function<void(Outcome)> concluded{};
 
-  // Empties the log and asks for the ad.
+  // Empties the log and asks for the ad; a plan for the standards mode has it, whatever `settings`
+  // say.
   void load(const PlayPlan& plan, const std::shared_ptr<XAdSlotConfiguration>& settings);
   // Takes the ad away.
   void end();

@@ -8,6 +8,8 @@
   var server = source.slice(0, source.indexOf('/assets/'));
   var key = Math.random().toString(36).slice(2);
   var patience = 10000;  // milliseconds, until the player has said how long
+  var notDue = [];       // points that are not met here: no long wait for them
+  var shortly = 1500;
   var waiting = {};
   var asked = 0;
   var last = Promise.resolve();
@@ -55,9 +57,9 @@
       return true;
     },
 
-    // Whether `isSo` becomes true before patience ends.
-    until: async function (isSo) {
-      var end = Date.now() + patience;
+    // Whether `isSo`, on which the point of that name hangs, becomes true before patience ends.
+    until: async function (isSo, point) {
+      var end = Date.now() + (notDue.indexOf(point) < 0 ? patience : shortly);
       while (!isSo()) {
         if (Date.now() > end) { return false; }
         await pause(20);
@@ -84,7 +86,9 @@
         });
       });
       var begin = async function () {
-        patience = 1000 * await window.checklist.ask('patience');
+        var said = await window.checklist.ask('patience');
+        patience = 1000 * said.seconds;
+        notDue = said.notDue;
         try { await steps(); } catch (trouble) { tell('trouble', { text: trouble }); }
         tell('end', {});
       };
