@@ -42,6 +42,10 @@ std::string validUtf8(std::string_view text) {
   return valid.get();
 }
 
+namespace {
+bool isBlank(char letter) { return letter == '\n' || letter == '\t' || letter == '\r'; }
+}  // namespace
+
 std::string asMarkup(std::string_view text) {
   std::string markup;
   for (const char letter : validUtf8(text)) {
@@ -59,7 +63,7 @@ std::string asMarkup(std::string_view text) {
         markup += "&quot;";
         break;
       default:
-        markup += letter;
+        markup += isControl(letter) && !isBlank(letter) ? '?' : letter;
     }
   }
   return markup;

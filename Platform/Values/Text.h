@@ -31,7 +31,8 @@ namespace tavo {
 // valid whatever a server sent.
 [[nodiscard]] std::string validUtf8(std::string_view text);
 
-// `text` as it is written into a page, also between quotation marks.
+// `text` as it is written into a page or an XML document, also between quotation marks. Control
+// characters, which neither can hold, become question marks; blanks stay.
 [[nodiscard]] std::string asMarkup(std::string_view text);
 
 }  // namespace tavo

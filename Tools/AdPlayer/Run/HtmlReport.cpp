@@ -7,8 +7,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "AdPlayer/Run/Markup.h"
 #include "AdPlayer/Run/Result.h"
+#include "Values/Text.h"
 
 namespace tavo::adplayer {
 
@@ -104,17 +104,17 @@ std::string fieldsOf(const PlayEvent& event) {
   for (const auto& field : event.fields) {
     if (field.value.empty()) continue;
     const bool isLong = field.value.size() > longestShown;
-    rows += "<tr><th>" + escapedMarkup(field.name) + "<td><pre>" +
-            escapedMarkup(std::string_view{field.value}.substr(0, longestShown)) +
+    rows += "<tr><th>" + asMarkup(field.name) + "<td><pre>" +
+            asMarkup(std::string_view{field.value}.substr(0, longestShown)) +
             (isLong ? " ..." : "") + "</pre>";
   }
   return rows.empty() ? rows : "<table class=fields>" + rows + "</table>";
 }
 
 std::string lineOf(const PlayEvent& event) {
-  const std::string text = escapedMarkup(std::string_view{event.text}.substr(0, 600));
+  const std::string text = asMarkup(std::string_view{event.text}.substr(0, 600));
   const std::string fields = fieldsOf(event);
-  const std::string kind = escapedMarkup(event.kind);
+  const std::string kind = asMarkup(event.kind);
   return "<div class=line><time>" + milliseconds(event.time.count()) +
          "</time><span class=\"chip kind k-" + kind + "\">" + kind + "</span><div class=what>" +
          (fields.empty() ? text
@@ -140,13 +140,13 @@ std::string stallsOf(const Result& result) {
 std::string sideOf(const Result& result, const std::vector<std::string>& pictures) {
   std::string html = "<h2>Expectations</h2><ul class=points>";
   for (const auto& one : result.expectations) {
-    html += std::string{"<li class="} + (one.isMet ? "met>" : "unmet>") + escapedMarkup(one.text);
+    html += std::string{"<li class="} + (one.isMet ? "met>" : "unmet>") + asMarkup(one.text);
   }
   if (result.expectations.empty() && !result.why.empty())
-    html += "<li class=unmet>" + escapedMarkup(result.why);
+    html += "<li class=unmet>" + asMarkup(result.why);
   html += "</ul>" + stallsOf(result);
   for (std::size_t i = 0; i < pictures.size(); ++i) {
-    const std::string name = escapedMarkup(result.pictures[i]);
+    const std::string name = asMarkup(result.pictures[i]);
     html += "<figure><img alt=\"The phone at the moment " + name + "\" src=\"" + pictures[i] +
             "\"><figcaption>" + name + "</figcaption></figure>";
   }
@@ -163,10 +163,10 @@ std::string creativeOf(const Result& result) {
   html += pictures.empty() ? "<span class=thumb></span>"
                            : "<img class=thumb alt=\"\" src=\"" + pictures.front() + "\">";
   html += "<span class=\"chip " + verdict + "\">" + verdict + "</span><span><strong>" +
-          escapedMarkup(result.title.empty() ? result.name : result.title) +
-          "</strong><span class=why>" + escapedMarkup(result.name) +
-          (result.placement.empty() ? "" : " &middot; " + escapedMarkup(result.placement)) +
-          " &middot; " + escapedMarkup(told) + "</span></span><span class=\"soft time\">" +
+          asMarkup(result.title.empty() ? result.name : result.title) +
+          "</strong><span class=why>" + asMarkup(result.name) +
+          (result.placement.empty() ? "" : " &middot; " + asMarkup(result.placement)) +
+          " &middot; " + asMarkup(told) + "</span></span><span class=\"soft time\">" +
           milliseconds(result.seconds) + "</span></summary><div class=inside><div>" +
           sideOf(result, pictures) + "</div><div><h2>Timeline</h2>";
   std::size_t shown = 0;

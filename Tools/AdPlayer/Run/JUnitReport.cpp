@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "AdPlayer/Run/Markup.h"
 #include "AdPlayer/Run/Result.h"
+#include "Values/Text.h"
 
 namespace tavo::adplayer {
 
@@ -18,9 +18,9 @@ std::string failureOf(const Result& result) {
   if (result.verdict == Verdict::passed) return {};
   const char* const element = result.verdict == Verdict::failed ? "failure" : "error";
   std::string text = std::string{"<"} + element + " type=\"" + std::string{nameOf(result.verdict)} +
-                     "\" message=\"" + escapedMarkup(result.why) + "\">";
+                     "\" message=\"" + asMarkup(result.why) + "\">";
   for (const auto& one : result.expectations) {
-    text += escapedMarkup((one.isMet ? "met:     " : "not met: ") + one.text) + "\n";
+    text += asMarkup((one.isMet ? "met:     " : "not met: ") + one.text) + "\n";
   }
   return text + "</" + element + ">";
 }
@@ -39,8 +39,8 @@ std::string junitReport(const std::vector<Result>& results, double seconds) {
       std::to_string(results.size()) + "\" failures=\"" + std::to_string(failures) +
       "\" errors=\"" + std::to_string(errors) + "\" time=\"" + secondsOf(seconds) + "\">\n";
   for (const auto& result : results) {
-    xml += "  <testcase classname=\"adplayer." + escapedMarkup(result.placement) + "\" name=\"" +
-           escapedMarkup(result.name) + "\" time=\"" + secondsOf(result.seconds) + "\">" +
+    xml += "  <testcase classname=\"adplayer." + asMarkup(result.placement) + "\" name=\"" +
+           asMarkup(result.name) + "\" time=\"" + secondsOf(result.seconds) + "\">" +
            failureOf(result) + "</testcase>\n";
   }
   return xml + "</testsuite>\n";

@@ -12,7 +12,7 @@ namespace {
 
 constexpr Seconds markPatience{20};
 constexpr Seconds hiddenPatience{3};  // a page that has just come is shown a few frames later
-constexpr double inCorner = 2;  // points from the page's upper left
+constexpr double inCorner = 2;        // points from the page's upper left
 
 // A page that has still another size than its view will draw itself again.
 constexpr const char* setMark =

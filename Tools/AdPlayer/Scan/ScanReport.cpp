@@ -8,6 +8,7 @@
 
 #include "AdServer/JsonText.h"
 #include "Gtk/GPtr.h"
+#include "Values/Text.h"
 
 namespace tavo::adplayer {
 
@@ -79,15 +80,6 @@ std::string joined(const std::vector<std::string>& parts) {
   return text;
 }
 
-std::string xmlText(const std::string& text) {
-  const gtk::GText valid{g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))};
-  const gtk::GText escaped{g_markup_escape_text(valid.get(), -1)};
-  std::string xml = escaped.get();
-  // The few characters that no XML may have, not even escaped.
-  for (auto at = xml.find("&#x"); at != xml.npos; at = xml.find("&#x", at + 1)) xml[at] = '?';
-  return xml;
-}
-
 std::string junitCase(const Scanned& scan, const Check& check, bool& fails) {
   std::string lines;
   for (const auto& finding : scan.findings) {
@@ -95,12 +87,12 @@ std::string junitCase(const Scanned& scan, const Check& check, bool& fails) {
     lines +=
         finding.message + (finding.place.empty() ? "" : " (" + placeText(finding) + ")") + "\n";
   }
-  std::string text = "    <testcase classname=\"" + xmlText(scan.name) + "\" name=\"" +
+  std::string text = "    <testcase classname=\"" + asMarkup(scan.name) + "\" name=\"" +
                      std::string{check.name} + "\"";
   fails = !lines.empty();
   if (!fails) return text + "/>\n";
   return text + "><failure type=\"" + std::string{nameOf(check.severity)} + "\" message=\"" +
-         xmlText(std::string{check.what}) + "\">" + xmlText(lines) + "</failure></testcase>\n";
+         asMarkup(std::string{check.what}) + "\">" + asMarkup(lines) + "</failure></testcase>\n";
 }
 
 }  // namespace
@@ -161,8 +153,8 @@ std::string junitReport(const std::vector<Scanned>& scans) {
     std::string cases;
     std::size_t failures = scan.refusal.empty() ? 0 : 1;
     if (failures > 0) {
-      cases = "    <testcase classname=\"" + xmlText(scan.name) +
-              "\" name=\"no-ad\"><failure type=\"error\" message=\"" + xmlText(scan.refusal) +
+      cases = "    <testcase classname=\"" + asMarkup(scan.name) +
+              "\" name=\"no-ad\"><failure type=\"error\" message=\"" + asMarkup(scan.refusal) +
               "\"/></testcase>\n";
     }
     const bool wasPlayed = failures == 0;
@@ -171,7 +163,7 @@ std::string junitReport(const std::vector<Scanned>& scans) {
       if (wasPlayed) cases += junitCase(scan, check, fails);
       failures += fails ? 1 : 0;
     }
-    suites += "  <testsuite name=\"" + xmlText(scan.name) + "\" tests=\"" +
+    suites += "  <testsuite name=\"" + asMarkup(scan.name) + "\" tests=\"" +
               std::to_string(wasPlayed ? checks().size() : 1) + "\" failures=\"" +
               std::to_string(failures) + "\">\n" + cases + "  </testsuite>\n";
   }
