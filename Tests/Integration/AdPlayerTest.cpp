@@ -8,6 +8,7 @@
 #include "AdPlayer/Run/Result.h"
 #include "AdPlayer/Run/Scenario.h"
 #include "AdPlayer/Source/Material.h"
+#include "AdServer/NearestNames.h"
 #include "Support/Places.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
@@ -64,7 +65,7 @@ TEST(AdPlayerTest, TellsSourcesApartAndNamesTheNearestCampaigns) {
   const PlayPlan& plan = std::get<ServerSource>(server).plan;
   EXPECT_THAT((std::array{plan.domain, plan.page, plan.position, plan.query}),
               ElementsAre("e.com/ads", "news/front", "Top", "a=1"));
-  EXPECT_EQ(nearestNames("htmlbaner", {"vast", "html-banner", "no-ad", "image-banner"}),
+  EXPECT_EQ(adserver::nearestNames("htmlbaner", {"vast", "html-banner", "no-ad", "image-banner"}),
             "html-banner, image-banner, no-ad");
 }
 

@@ -3,10 +3,11 @@
 #include <simdjson.h>
 
 #include <algorithm>
-#include <numeric>
 #include <optional>
 #include <utility>
 #include <vector>
+
+#include "AdServer/NearestNames.h"
 
 namespace tavo::adserver {
 
@@ -296,19 +297,6 @@ const char* nameOf(Placement placement) {
     if (known == placement) return name.data();
   }
   return "banner";
-}
-
-std::size_t editDistance(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    auto corner = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < to.size(); ++j) {
-      const auto change = corner + (from[i] == to[j] ? 0U : 1U);
-      corner = std::exchange(row[j + 1], std::min({row[j] + 1, row[j + 1] + 1, change}));
-    }
-  }
-  return row.back();
 }
 
 Campaign readCampaign(std::string name, std::string_view json) {

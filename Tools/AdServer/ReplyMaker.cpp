@@ -9,6 +9,7 @@
 #include "AdServer/CampaignReader.h"
 #include "AdServer/JsonText.h"
 #include "AdServer/LivePage.h"
+#include "AdServer/NearestNames.h"
 #include "AdServer/Placeholders.h"
 #include "Gtk/GPtr.h"
 

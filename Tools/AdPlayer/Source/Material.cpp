@@ -8,7 +8,6 @@
 #include <cctype>
 #include <charconv>
 #include <filesystem>
-#include <numeric>
 #include <vector>
 
 #include "Values/Text.h"
@@ -134,19 +133,6 @@ bool looksLikeHtml(std::string_view text) {
                      [&](std::string_view tag) { return start.find(tag) != std::string::npos; });
 }
 
-std::size_t distance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    std::size_t corner = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t change = corner + (left[i] == right[j] ? 0 : 1);
-      corner = std::exchange(row[j + 1], std::min({change, row[j] + 1, row[j + 1] + 1}));
-    }
-  }
-  return row.back();
-}
-
 // host/path/sdk/page/@position?query, as the library asks.
 std::optional<PlayPlan> requestOfServer(const std::string& text) {
   static const RE2 pattern{R"re((?:https?://)?([^?#]+)/sdkl?/([^?#]+)/@([^?#/]+)(?:\?(.*))?)re"};
@@ -193,17 +179,6 @@ std::variant<Material, Refusal> recognise(std::string_view bytes) {
   return Refusal{
       "is none of what can be played: an HTML page, a VAST document, a recorded JSON answer, a "
       "picture"};
-}
-
-std::string nearestNames(std::string_view name, const std::vector<std::string>& known) {
-  std::vector<std::pair<std::size_t, std::string_view>> near;
-  for (const auto& one : known) near.emplace_back(distance(name, one), one);
-  std::sort(near.begin(), near.end());
-  std::string text;
-  for (std::size_t i = 0; i < near.size() && i < 3; ++i) {
-    text += (i == 0 ? "" : ", ") + std::string{near[i].second};
-  }
-  return text;
 }
 
 SourceKind sourceFrom(const std::string& text, const SourceOptions& options) {

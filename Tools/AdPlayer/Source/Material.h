@@ -35,10 +35,6 @@ constexpr std::size_t largestMaterial = std::size_t{4} * 1024 * 1024;
 // a pre-roll, a page of a phone's size an interstitial.
 [[nodiscard]] std::variant<Material, Refusal> recognise(std::string_view bytes);
 
-// The names of `known` that are nearest to `name`, best first: for an error that helps.
-[[nodiscard]] std::string nearestNames(std::string_view name,
-                                       const std::vector<std::string>& known);
-
 // What a person gave: a file, a URL, the address of an ad server or the name of a campaign.
 struct FileSource {
   std::string path;

@@ -9,6 +9,7 @@
 #include "AdServer/AdServer.h"
 #include "AdServer/CampaignFolder.h"
 #include "AdServer/JsonText.h"
+#include "AdServer/NearestNames.h"
 #include "Values/Text.h"
 
 namespace tavo::adplayer {
@@ -99,7 +100,7 @@ class Opener {
     const auto campaign = folder.campaign(source.name);
     if (!campaign) {
       return (*this)(Refusal{"is neither a file, a URL nor a campaign; the nearest campaigns are " +
-                             nearestNames(source.name, folder.names())});
+                             adserver::nearestNames(source.name, folder.names())});
     }
     try {
       const auto server = std::make_shared<adserver::AdServer>(options_.campaigns);
