@@ -1,49 +1,32 @@
-#include <algorithm>
-#include <cstdio>
-
+#include "AdPlayer/JUnit.h"
 #include "AdPlayer/Run/Result.h"
-#include "Values/Text.h"
 
 namespace tavo::adplayer {
 
 namespace {
 
-std::string secondsOf(double seconds) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.3f", seconds);
-  return text;
-}
-
-std::string failureOf(const Result& result) {
-  if (result.verdict == Verdict::passed) return {};
-  const char* const element = result.verdict == Verdict::failed ? "failure" : "error";
-  std::string text = std::string{"<"} + element + " type=\"" + std::string{nameOf(result.verdict)} +
-                     "\" message=\"" + asMarkup(result.why) + "\">";
+std::optional<JUnitTrouble> troubleOf(const Result& result) {
+  if (result.verdict == Verdict::passed) return std::nullopt;
+  JUnitTrouble trouble{.isError = result.verdict != Verdict::failed,
+                       .type = std::string{nameOf(result.verdict)},
+                       .message = result.why};
   for (const auto& one : result.expectations) {
-    text += asMarkup((one.isMet ? "met:     " : "not met: ") + one.text) + "\n";
+    trouble.text += (one.isMet ? "met:     " : "not met: ") + one.text + "\n";
   }
-  return text + "</" + element + ">";
+  return trouble;
 }
 
 }  // namespace
 
 std::string junitReport(const std::vector<Result>& results, double seconds) {
-  const auto failures = std::count_if(results.begin(), results.end(), [](const auto& one) {
-    return one.verdict == Verdict::failed;
-  });
-  const auto errors = std::count_if(results.begin(), results.end(), [](const auto& one) {
-    return one.verdict != Verdict::failed && one.verdict != Verdict::passed;
-  });
-  std::string xml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"adplayer\" tests=\"" +
-      std::to_string(results.size()) + "\" failures=\"" + std::to_string(failures) +
-      "\" errors=\"" + std::to_string(errors) + "\" time=\"" + secondsOf(seconds) + "\">\n";
+  JUnitSuite suite{.name = "adplayer", .seconds = seconds};
   for (const auto& result : results) {
-    xml += "  <testcase classname=\"adplayer." + asMarkup(result.placement) + "\" name=\"" +
-           asMarkup(result.name) + "\" time=\"" + secondsOf(result.seconds) + "\">" +
-           failureOf(result) + "</testcase>\n";
+    suite.cases.push_back({.classname = "adplayer." + result.placement,
+                           .name = result.name,
+                           .seconds = result.seconds,
+                           .trouble = troubleOf(result)});
   }
-  return xml + "</testsuite>\n";
+  return junitDocument({suite});
 }
 
 }  // namespace tavo::adplayer

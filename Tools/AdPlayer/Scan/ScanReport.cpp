@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
+#include <utility>
 
+#include "AdPlayer/JUnit.h"
 #include "AdServer/JsonText.h"
 #include "Gtk/GPtr.h"
-#include "Values/Text.h"
 
 namespace tavo::adplayer {
 
@@ -80,19 +81,34 @@ std::string joined(const std::vector<std::string>& parts) {
   return text;
 }
 
-std::string junitCase(const Scanned& scan, const Check& check, bool& fails) {
+std::optional<JUnitTrouble> troubleOf(const Scanned& scan, const Check& check) {
   std::string lines;
   for (const auto& finding : scan.findings) {
     if (finding.check != check.name || finding.severity == Severity::note) continue;
     lines +=
         finding.message + (finding.place.empty() ? "" : " (" + placeText(finding) + ")") + "\n";
   }
-  std::string text = "    <testcase classname=\"" + asMarkup(scan.name) + "\" name=\"" +
-                     std::string{check.name} + "\"";
-  fails = !lines.empty();
-  if (!fails) return text + "/>\n";
-  return text + "><failure type=\"" + std::string{nameOf(check.severity)} + "\" message=\"" +
-         asMarkup(std::string{check.what}) + "\">" + asMarkup(lines) + "</failure></testcase>\n";
+  if (lines.empty()) return std::nullopt;
+  return JUnitTrouble{.type = std::string{nameOf(check.severity)},
+                      .message = std::string{check.what},
+                      .text = std::move(lines)};
+}
+
+JUnitSuite suiteOf(const Scanned& scan) {
+  JUnitSuite suite{.name = scan.name};
+  if (!scan.refusal.empty()) {
+    suite.cases.push_back(
+        {.classname = scan.name,
+         .name = "no-ad",
+         .trouble = JUnitTrouble{.isError = true, .type = "error", .message = scan.refusal}});
+    return suite;
+  }
+  for (const auto& check : checks()) {
+    suite.cases.push_back({.classname = scan.name,
+                           .name = std::string{check.name},
+                           .trouble = troubleOf(scan, check)});
+  }
+  return suite;
 }
 
 }  // namespace
@@ -148,26 +164,9 @@ std::string sarifReport(const std::vector<Scanned>& scans) {
 }
 
 std::string junitReport(const std::vector<Scanned>& scans) {
-  std::string suites;
-  for (const auto& scan : scans) {
-    std::string cases;
-    std::size_t failures = scan.refusal.empty() ? 0 : 1;
-    if (failures > 0) {
-      cases = "    <testcase classname=\"" + asMarkup(scan.name) +
-              "\" name=\"no-ad\"><failure type=\"error\" message=\"" + asMarkup(scan.refusal) +
-              "\"/></testcase>\n";
-    }
-    const bool wasPlayed = failures == 0;
-    for (const auto& check : checks()) {
-      bool fails = false;
-      if (wasPlayed) cases += junitCase(scan, check, fails);
-      failures += fails ? 1 : 0;
-    }
-    suites += "  <testsuite name=\"" + asMarkup(scan.name) + "\" tests=\"" +
-              std::to_string(wasPlayed ? checks().size() : 1) + "\" failures=\"" +
-              std::to_string(failures) + "\">\n" + cases + "  </testsuite>\n";
-  }
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n" + suites + "</testsuites>\n";
+  std::vector<JUnitSuite> suites;
+  for (const auto& scan : scans) suites.push_back(suiteOf(scan));
+  return junitDocument(suites);
 }
 
 std::optional<Severity> worst(const std::vector<Scanned>& scans) {
