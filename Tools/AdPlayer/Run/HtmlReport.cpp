@@ -1,5 +1,3 @@
-#include <glib.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -8,6 +6,7 @@
 #include <iterator>
 
 #include "AdPlayer/Run/Result.h"
+#include "Extensions/Base64.h"
 #include "Values/Text.h"
 
 namespace tavo::adplayer {
@@ -86,11 +85,7 @@ e.target.dataset.open=open?'1':'';e.target.textContent=open?'Close all':'Open al
 std::string pictureData(const std::filesystem::path& file) {
   std::ifstream stream{file, std::ios::binary};
   const std::string bytes{std::istreambuf_iterator<char>{stream}, {}};
-  if (bytes.empty()) return {};
-  char* const text = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
-  std::string data = std::string{"data:image/png;base64,"} + text;
-  g_free(text);
-  return data;
+  return bytes.empty() ? std::string{} : "data:image/png;base64," + base64Encoding(bytes);
 }
 
 std::string milliseconds(double seconds) {

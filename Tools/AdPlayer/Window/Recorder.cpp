@@ -1,6 +1,7 @@
 #include "AdPlayer/Window/Recorder.h"
 
 #include "AdPlayer/Screenshot.h"
+#include "Extensions/Base64.h"
 #include "Gtk/Guarded.h"
 
 namespace tavo::adplayer {
@@ -32,7 +33,7 @@ void Recorder::start(std::function<void()> ended) {
                                             const Screenshot picture{widget_};
                                             const std::string bytes = picture.png();
                                             if (!bytes.empty())
-                                              frames_.push_back(Glib::Base64::encode(bytes));
+                                              frames_.push_back(base64Encoding(bytes));
                                             if (frames_.size() < mostFrames) return true;
                                             Glib::signal_idle().connect_once(ended);
                                             return false;
