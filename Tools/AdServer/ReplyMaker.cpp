@@ -11,50 +11,17 @@
 #include "AdServer/LivePage.h"
 #include "AdServer/NearestNames.h"
 #include "AdServer/Placeholders.h"
+#include "AdServer/PlainReplies.h"
 #include "Gtk/GPtr.h"
 
 namespace tavo::adserver {
 
 namespace {
 
-std::string contentTypeOf(std::string_view file) {
-  constexpr std::pair<std::string_view, const char*> types[] = {
-      {".png", "image/png"},
-      {".jpg", "image/jpeg"},
-      {".jpeg", "image/jpeg"},
-      {".gif", "image/gif"},
-      {".svg", "image/svg+xml"},
-      {".html", "text/html; charset=utf-8"},
-      {".css", "text/css"},
-      {".js", "text/javascript; charset=utf-8"},
-      {".xml", "text/xml"},
-      {".json", "application/json"},
-      {".mp4", "video/mp4"},
-      {".webm", "video/webm"},
-      {".txt", "text/plain; charset=utf-8"},
-  };
-  for (const auto& [ending, type] : types) {
-    if (file.ends_with(ending)) {
-      return type;
-    }
-  }
-  return "application/octet-stream";
-}
-
 // Pages and documents link to the server, whose port is known only now. Scripts are left alone:
 // template literals look the same.
 bool hasPlaceholders(std::string_view file) {
   return file.ends_with(".html") || file.ends_with(".xml");
-}
-
-Reply madeReply(std::string contentType, std::string body) {
-  return {.body = std::move(body), .delivery = {.contentType = std::move(contentType)}};
-}
-
-Reply plainReply(unsigned status, std::string text) {
-  Reply reply = madeReply("text/plain; charset=utf-8", std::move(text) + '\n');
-  reply.delivery.status = status;
-  return reply;
 }
 
 // A mistake in a campaign goes to whoever asked, who may be looking at a player and not at this.
@@ -86,33 +53,6 @@ Reply redirect(const std::string& server, const Question& question) {
       {"Location", server + question.path + '?' + (query.empty() ? "" : query + '&') + next},
       {"Set-Cookie", "adserver-hop=" + std::to_string(hop + 1) + "; Path=/"}};
   return reply;
-}
-
-// One transparent pixel, which the `img` of a creative loads as gladly as a bare ping does.
-Reply pixel() {
-  constexpr std::string_view gif{
-      "GIF89a\x01\x00\x01\x00\x80\x00\x00\x00\x00\x00\xff\xff\xff!\xf9\x04\x01\x00\x00\x00\x00,"
-      "\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02"
-      "D\x01\x00;",
-      43};
-  Reply reply = madeReply("image/gif", std::string{gif});
-  reply.delivery.headers = {{"Cache-Control", "no-store"}};
-  return reply;
-}
-
-std::string landingPage(std::string_view title) {
-  const gtk::GText safeTitle{g_markup_escape_text(title.data(), static_cast<gssize>(title.size()))};
-  return std::string{
-             "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-             "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"} +
-         safeTitle.get() +
-         "</title>\n<style>\n"
-         "body { margin: 0; min-height: 100vh; display: grid; place-content: center;\n"
-         "       text-align: center; font: 16px/1.5 sans-serif; color: #2b1810;\n"
-         "       background: linear-gradient(#fff7ea, #f1d9b0); }\n"
-         "h1 { margin: 0; font-size: 26px; }\np { margin: 8px 24px; }\n"
-         "</style>\n</head>\n<body>\n<h1>You clicked the ad</h1>\n<p>" +
-         safeTitle.get() + "</p>\n</body>\n</html>\n";
 }
 
 }  // namespace
@@ -197,7 +137,7 @@ Reply ReplyMaker::reply(const AssetRequest& request, const Question& question) c
 }
 
 Reply ReplyMaker::reply(const TrackingPing& ping, const Question& question) const {
-  Reply answer = pixel();
+  Reply answer = pixelReply();
   const auto campaign = folder_.campaign(ping.campaign);
   if (!campaign) return answer;
   const auto odd = campaign->files.find("track/" + ping.event);
@@ -210,11 +150,10 @@ Reply ReplyMaker::reply(const TrackingPing& ping, const Question& question) cons
 
 Reply ReplyMaker::reply(const LandingPage& page, const Question&) const {
   const auto campaign = folder_.campaign(page.campaign);
-  return madeReply("text/html; charset=utf-8",
-                   landingPage(campaign ? campaign->title : page.campaign));
+  return landingReply(campaign ? campaign->title : page.campaign);
 }
 
-Reply ReplyMaker::reply(const EmptyPicture&, const Question&) const { return pixel(); }
+Reply ReplyMaker::reply(const EmptyPicture&, const Question&) const { return pixelReply(); }
 
 Reply ReplyMaker::reply(const LivePage&, const Question&) const {
   Reply page = madeReply("text/html; charset=utf-8", std::string{livePage()});

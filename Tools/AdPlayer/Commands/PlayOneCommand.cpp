@@ -45,7 +45,7 @@ void addPlayOneCommand(CLI::App& program, const Surroundings& surroundings, Chos
   options->play.campaigns = surroundings.campaigns;
   auto* const command = program.add_subcommand("play-one", "What run starts for each creative");
   command->group("");
-  command->add_option("source", options->source)->required();
+  addSources(*command, options->source)->required();
   command->add_option("--out", options->out)->required();
   command->add_option("--name", options->name);
   options->play.addTo(*command);

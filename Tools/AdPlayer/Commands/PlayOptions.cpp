@@ -22,7 +22,13 @@ std::optional<Placement> placementFrom(const std::string& text) {
 
 }  // namespace
 
-void PlayOptions::addTo(CLI::App& command) {
+void PlayOptions::take(const Surroundings& surroundings) {
+  campaigns = surroundings.campaigns;
+  network = surroundings.network;
+  film = surroundings.film;
+}
+
+void PlayOptions::addPlaceTo(CLI::App& command) {
   command
       .add_option("--placement", placement, "Where the ad stands: banner, preroll, interstitial")
       ->check(CLI::IsMember({"banner", "preroll", "interstitial"}));
@@ -30,13 +36,17 @@ void PlayOptions::addTo(CLI::App& command) {
       ->check(checkSize);
   command.add_option("--page", page, "Page to ask for: the source is the address of an ad server");
   command.add_option("--position", position, "Position to ask an ad server for");
+  command.add_option("--campaigns", campaigns, "Folder of the campaigns that can be named");
+}
+
+void PlayOptions::addTo(CLI::App& command) {
+  addPlaceTo(command);
   command.add_option("--scenario", scenario, "File with the steps to take");
   command
       .add_option("--expect", expectation,
                   "Instead of a scenario: loaded, failed or outcome (either)")
       ->check(CLI::IsMember({"loaded", "failed", "outcome"}));
   command.add_option("--screen", screen, "Size of the phone's screen in points")->check(checkSize);
-  command.add_option("--campaigns", campaigns, "Folder of the campaigns that can be named");
   command.add_option("--network", network, "Library of the ad network for mediated ads");
   command.add_option("--film", film, "The host's own film, an MP4, behind a pre-roll");
   command.add_flag("--standards", standards,

@@ -7,6 +7,7 @@
 
 #include <tavo/XAdSlotConfiguration.h>
 
+#include "AdPlayer/Commands/Command.h"
 #include "AdPlayer/Run/Scenario.h"
 #include "AdPlayer/Source/Opening.h"
 
@@ -32,7 +33,11 @@ struct PlayOptions {
   bool bidding = false;
   bool givesAddress = false;
 
+  // What comes with the program: campaigns, network and film.
+  void take(const Surroundings& surroundings);
+  // All of them, or those only that say what is played and where it stands.
   void addTo(CLI::App& command);
+  void addPlaceTo(CLI::App& command);
   // The same options again, for a process of one's own.
   [[nodiscard]] std::vector<std::string> arguments() const;
 
@@ -43,5 +48,13 @@ struct PlayOptions {
   // Width and height of "WxH".
   [[nodiscard]] static std::optional<Size> sizeFrom(const std::string& text);
 };
+
+// The argument that names what is to be played, one or many.
+template <typename Sources>
+CLI::Option* addSources(CLI::App& command, Sources& sources) {
+  return command.add_option("source", sources,
+                            "HTML or VAST files, their URLs, recorded JSON answers, pictures, ad "
+                            "servers, or names of campaigns");
+}
 
 }  // namespace tavo::adplayer

@@ -165,16 +165,11 @@ int runAll(RunOptions options) {
 void addRunCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen) {
   const auto options = std::make_shared<RunOptions>();
   options->surroundings = surroundings;
-  options->play.campaigns = surroundings.campaigns;
-  options->play.network = surroundings.network;
-  options->play.film = surroundings.film;
+  options->play.take(surroundings);
   auto* const command =
       program.add_subcommand("run", "Play creatives without a window and report what they did");
   command->footer(examples);
-  command->add_option(
-      "source", options->sources,
-      "HTML or VAST files, their URLs, recorded JSON answers, pictures, ad servers, "
-      "or names of campaigns");
+  addSources(*command, options->sources);
   command->add_flag("--samples", options->samples, "Play every sample campaign");
   command->add_flag("--checklist", options->checklist,
                     "Play the checklist of MRAID 2.0, without and in the standards mode");

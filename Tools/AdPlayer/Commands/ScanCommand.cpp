@@ -91,15 +91,11 @@ int scanThem(const ScanCommandOptions& options) {
 
 void addScanCommand(CLI::App& program, const Surroundings& surroundings, Chosen& chosen) {
   const auto options = std::make_shared<ScanCommandOptions>();
-  options->play.campaigns = surroundings.campaigns;
-  options->play.network = surroundings.network;
+  options->play.take(surroundings);
   auto* const command =
       program.add_subcommand("scan", "Say what only playing a creative shows to be wrong with it");
   command->footer(scanExamples);
-  command->add_option(
-      "source", options->sources,
-      "HTML or VAST files, their URLs, recorded JSON answers, pictures, ad servers, "
-      "or names of campaigns");
+  addSources(*command, options->sources);
   command->add_option("--sarif", options->sarif, "File for the findings as SARIF 2.1.0");
   command->add_option("--junit", options->junit, "File for the findings as JUnit's XML");
   command
@@ -111,16 +107,7 @@ void addScanCommand(CLI::App& program, const Surroundings& surroundings, Chosen&
   command->add_flag("--once", options->once, "Play once: no other clock, language and size");
   command->add_flag("--on-screen", options->onScreen, "Play on the screen that there is");
   command->add_flag("--list", options->list, "Print the checks and end");
-  command
-      ->add_option("--placement", options->play.placement,
-                   "Where the ad stands: banner, preroll, interstitial")
-      ->check(CLI::IsMember({"banner", "preroll", "interstitial"}));
-  command->add_option("--size", options->play.size, "Size of the slot in points, such as 300x250");
-  command->add_option("--page", options->play.page,
-                      "Page to ask for: the source is the address of an ad server");
-  command->add_option("--position", options->play.position, "Position to ask an ad server for");
-  command->add_option("--campaigns", options->play.campaigns,
-                      "Folder of the campaigns that can be named");
+  options->play.addPlaceTo(*command);
   command->callback([options, &chosen] { chosen = [options] { return scanThem(*options); }; });
 }
 

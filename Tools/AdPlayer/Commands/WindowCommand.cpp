@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "AdPlayer/Commands/Command.h"
+#include "AdPlayer/Commands/PlayOptions.h"
 #include "AdPlayer/Window/PlayerWindow.h"
 
 namespace tavo::adplayer {
@@ -47,8 +48,8 @@ void addWindowCommand(CLI::App& program, const Surroundings& surroundings, Chose
   options->network = surroundings.network;
   auto* const command =
       program.add_subcommand("window", "Open the window (also without a command)");
-  command->add_option("source", options->window.source, "What to play at once");
-  program.add_option("source", options->window.source, "What to play in the window at once");
+  addSources(*command, options->window.source);
+  addSources(program, options->window.source);
   command->add_option("--campaigns", options->window.campaigns, "Folder of the campaigns listed");
   command->add_option("--network", options->network, "Library of the ad network for mediated ads");
   command->add_option("--film", options->window.film, "The host's own film behind a pre-roll");

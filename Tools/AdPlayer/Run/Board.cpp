@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -161,9 +162,11 @@ class Board {
 
 std::vector<Result> playAll(const std::vector<Job>& jobs, const BoardOptions& options) {
   interrupted = 0;
-  const auto before = std::signal(SIGINT, interrupt);
+  constexpr std::array ends{SIGINT, SIGTERM, SIGHUP};
+  std::array<void (*)(int), ends.size()> before{};
+  for (std::size_t at = 0; at < ends.size(); ++at) before[at] = std::signal(ends[at], interrupt);
   auto results = Board{jobs, options}.play();
-  std::signal(SIGINT, before);
+  for (std::size_t at = 0; at < ends.size(); ++at) std::signal(ends[at], before[at]);
   return results;
 }
 

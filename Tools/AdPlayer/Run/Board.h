@@ -27,7 +27,8 @@ struct BoardOptions {
 
 // Plays all, each in a process of its own: one that hangs or dies is an entry in the report and
 // nothing more. The results stand in the order of the jobs. Blocks; throws std::runtime_error when
-// no screen can be had. An interrupt (Ctrl-C) ends what runs and leaves the results so far.
+// no screen can be had. An interrupt (Ctrl-C) or SIGTERM ends what runs and leaves the results so
+// far.
 [[nodiscard]] std::vector<Result> playAll(const std::vector<Job>& jobs,
                                           const BoardOptions& options);
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "AdServer/ReplySender.h"
 #include "Gtk/GPtr.h"
 
 namespace tavo::adplayer {
@@ -30,9 +31,10 @@ class PlayServer {
   void setFolder(const std::filesystem::path& folder);
 
  private:
-  void handle(SoupServerMessage* message, const std::string& path);
-  void sendFile(SoupServerMessage* message, const std::string& name);
+  [[nodiscard]] adserver::Reply replyTo(const std::string& path) const;
+  [[nodiscard]] adserver::Reply fileReply(const std::string& name) const;
 
+  adserver::ReplySender sender_;
   gtk::GPtr<SoupServer> server_;
   std::string baseUrl_;
   std::string answer_;
