@@ -70,12 +70,13 @@ TEST(AdPlayerTest, TellsSourcesApartAndNamesTheNearestCampaigns) {
 }
 
 TEST(AdPlayerTest, ScenarioMistakesNameFileLineAndWhatWasExpected) {
-  const std::array<std::pair<const char*, const char*>, 9> cases{
+  const std::array<std::pair<const char*, const char*>, 10> cases{
       {{"# only words\n", "s.txt:1: expected a step"},
        {"wait loaded\n\njump", "s.txt:3: \"jump\" is no step; expected tap, wait"},
        {"tap 10", "s.txt:1: expected y in points, and the line ends"},
        {"tap 10 high", "s.txt:1: expected y in points, not \"high\""},
        {"wait state", "s.txt:1: expected a state"},
+       {"wait taken by", "s.txt:1: expected \"for\" behind \"taken\""},
        {"wait loaded within soon", "s.txt:1: expected a number of seconds, not \"soon\""},
        {"expect event console \"open", "s.txt:1: a text without its closing \""},
        {"lock now", "s.txt:1: expected the end of the line, not \"now\""},
@@ -132,6 +133,17 @@ TEST(AdPlayerTest, TheRunnerPlaysOnWhenOneFailsAndOneHangs) {
   EXPECT_THAT(good->pictures, ElementsAre("after.png"));
   EXPECT_EQ(empty->verdict, Verdict::refused);
   EXPECT_THAT(empty->why, HasSubstr("empty.html is empty"));
+
+  // A campaign's own steps count, and a wrong one is told with its line.
+  folder.write("campaigns/nothing/answer.json", R"({"Ad": []})");
+  folder.write("campaigns/nothing/scenario.txt", "wait failed\nexpect event outcome \"1002\"\n");
+  folder.write("campaigns/wrong/answer.json", R"({"Ad": []})");
+  folder.write("campaigns/wrong/scenario.txt", "wait taken for \"image\"\n");
+  const std::string samples = folder.path("samples");
+  EXPECT_EQ(run("run --samples --campaigns" + file("campaigns") + " --out '" + samples + "'"), 1);
+  EXPECT_EQ(Result::read(samples + "/nothing")->verdict, Verdict::passed);
+  EXPECT_THAT(Result::read(samples + "/wrong")->why,
+              HasSubstr("line 1: waited in vain for taken for \"image\": the ad has failed"));
 
   // No ad comes where one is waited for, and another one has no end in its time.
   folder.write("long.txt", "wait outcome within 60\nadvance 5000\n");

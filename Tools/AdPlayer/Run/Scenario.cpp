@@ -128,9 +128,11 @@ Condition readCondition(Reader& reader) {
     condition.kind = Condition::Kind::text;
     condition.text = reader.word("the text that the page shows");
   } else {
+    const std::string found = reader.atEnd() ? "nothing" : "\"" + reader.word("") + "\"";
     throw Mistake{
         "expected outcome, loaded, failed, taken for \"TEXT\", drawn, finished, state NAME, event "
-        "KIND [\"TEXT\"], no event KIND [\"TEXT\"], pings N or text \"TEXT\""};
+        "KIND [\"TEXT\"], no event KIND [\"TEXT\"], pings N or text \"TEXT\", not " +
+        found};
   }
   return condition;
 }

@@ -144,7 +144,8 @@ void ScenarioRun::look(const Condition& condition, Seconds until) {
 }
 
 std::string ScenarioRun::outcomeText() const {
-  return place_.session.outcome() == Outcome::failed ? "failed, " + told() : "loaded";
+  return place_.session.outcome() == Outcome::failed ? "failed, " + told()
+                                                     : "loaded: " + place_.session.classification();
 }
 
 // What the page shows is known a little later.
@@ -252,7 +253,8 @@ ScenarioRun::Answer ScenarioRun::answerTo(const Condition& condition) const {
 
 void ScenarioRun::carryOut(const Expect& expect) {
   ask(expect.condition, [this, expect](Answer answer) {
-    note("expected " + expect.condition.wording, answer == Answer::yes);
+    const std::string why = answer == Answer::never ? ": the ad has " + outcomeText() : "";
+    note("expected " + expect.condition.wording + why, answer == Answer::yes);
     done();
   });
 }
