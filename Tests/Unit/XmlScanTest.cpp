@@ -1,3 +1,4 @@
+#include <random>
 
 #include "External/TBXML/MarkupScan.h"
 #include "External/TBXML/NameMatch.h"
@@ -41,15 +42,34 @@ TEST(XmlScanTest, everyFormTellsEveryByteAtEveryPlace) {
   }
 }
 
-TEST(XmlScanTest, namesEndInBothFormsAtTheSamePlace) {
+// Bytes that stand for markup with some change of a bit, so that every neighbour meets every other.
+TEST(XmlScanTest, everyFormTellsTheSameOfRandomTexts) {
+  const MarkupScans& scans = availableMarkupScans();
+  std::mt19937 random{20};
+  for (int turn = 0; turn < 300; ++turn) {
+    std::string text(4 * markupBlock, '\0');
+    for (char& c : text) {
+      const auto draw = static_cast<std::uint32_t>(random());
+      c = static_cast<char>("<]\"'"[draw % 4] ^ (draw & 0x100 ? 0 : 1 << (draw >> 16) % 8));
+    }
+    for (std::size_t form = 0; form < scans.count; ++form) {
+      ASSERT_EQ(scanned(scans.forms[form], text), expected(text)) << scans.forms[form].name;
+    }
+  }
+}
+
+TEST(XmlScanTest, namesEndAtTheSamePlaceInEveryForm) {
   for (int end = 0; end < 256; ++end) {
     for (std::size_t length = 0; length < 40; ++length) {
       std::string text(length, 'n');
       text += static_cast<char>(end);
       text += std::string{"nn>"} + std::string(nameScanReach, '\0');
       for (const char stop : {'/', '=', '>'}) {
-        ASSERT_EQ(nameLength(text.data(), stop), nameLengthPortable(text.data(), stop))
-            << "end " << end << " length " << length << " stop " << stop;
+        const std::string_view ends{text};
+        std::size_t plain = 0;
+        while (!isBlankInTag(ends[plain]) && ends[plain] != '>' && ends[plain] != stop) ++plain;
+        ASSERT_EQ(nameLength(text.data(), stop), plain) << end << " " << length << " " << stop;
+        ASSERT_EQ(nameLengthPortable(text.data(), stop), plain) << end << " " << length << stop;
       }
     }
   }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
+
+#include "External/TBXML/EightBytes.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
-
-#include <bit>
 
 namespace tavo {
 
@@ -18,11 +19,11 @@ namespace tavo {
 inline constexpr std::size_t nameScanReach = 16;
 
 [[nodiscard]] inline std::size_t nameLengthPortable(const char* text, char stop) {
-  std::size_t length = 0;
-  while (!isBlankInTag(text[length]) && text[length] != '>' && text[length] != stop) {
-    ++length;
+  for (std::size_t length = 0;; length += 8) {
+    const EightBytes bytes{text + length};
+    const BytePlaces ends = bytes.whereAtMost(' ') | bytes.where('>') | bytes.where(stop);
+    if (ends.any()) return length + ends.first();
   }
-  return length;
 }
 
 #if defined(__SSE2__)

@@ -6,7 +6,7 @@
 
 namespace tavo {
 
-std::optional<std::string_view> AttributeMap::operator[](std::string_view name) const {
+std::optional<std::string_view> AttributeMap::find(std::string_view name) const {
   const auto found =
       std::find_if(attributes_.rbegin(), attributes_.rend(),
                    [name](const auto& attribute) { return isSameName(attribute.first, name); });
