@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <mutex>
 #include <shared_mutex>
+#include <vector>
 
 #include "Services/RunLoop.h"
 
@@ -43,6 +44,7 @@ PingQueue::PingQueue(const Environment& environment)
     : limits_{environment.limits()},
       runLoop_{environment.platform().runLoop},
       http_{environment.platform().http},
+      sharing_{dynamic_cast<const SharedConnections*>(http_.get())},
       gate_{std::make_shared<Gate>(*this)} {}
 
 PingQueue::~PingQueue() { gate_->close(); }
@@ -80,15 +82,22 @@ void PingQueue::giveTurn(Host& host) {
 }
 
 int PingQueue::windowOf(const Host& host) const {
+  if (host.sharesConnection) return host.streams.size();
   const int share = limits_.pingConnections / std::max(busyHosts_, 1);
   return host.window.size(std::min(limits_.pingConnectionsPerHost, share));
 }
 
 void PingQueue::pump() {
   const int most = std::max(limits_.pingConnections, 1);
-  while (!turns_.empty() && underWay_ < most) {
-    auto& [name, host] = *turns_.front();
+  std::vector<Hosts::value_type*> withoutConnection;
+  while (!turns_.empty()) {
+    auto* const entry = turns_.front();
+    auto& [name, host] = *entry;
     turns_.pop_front();
+    if (connections_ >= most && !host.sharesConnection) {
+      withoutConnection.push_back(entry);
+      continue;
+    }
     host.hasTurn = false;
     // A host whose window is full gets its next turn when one of its pings is answered.
     if (host.underWay >= windowOf(host)) continue;
@@ -96,47 +105,60 @@ void PingQueue::pump() {
     if (!host.isBusy()) --busyHosts_;
     giveTurn(host);
   }
+  turns_.insert(turns_.begin(), withoutConnection.begin(), withoutConnection.end());
 }
 
 void PingQueue::start(const std::string& name, Host& host) {
   const auto ping = std::make_shared<QueuedPing>(std::move(host.waiting.front()));
   host.waiting.pop_front();
   --waiting_;
-  ++host.underWay;
-  ++underWay_;
+  const Road road = host.sharesConnection ? Road::sharedConnection : Road::ownConnection;
+  count(host, road, 1);
   auto request = ping->prepare();
-  if (!request) {
-    --host.underWay;
-    --underWay_;
-    return;
-  }
+  if (!request) return count(host, road, -1);
   request->completionThread = CompletionThread::background;
 
-  auto completion = [gate = gate_, name, ping,
+  auto completion = [gate = gate_, name, ping, road,
                      started = runLoop_->now()](const HttpResult& result) {
     gate->pass([&](const PingQueue& queue) {
       const Seconds took = queue.runLoop_->now() - started;
       ping->answered(result);
-      queue.runLoop_->post([gate, name, ping, result, took] {
-        if (auto* waiting = gate->queue()) waiting->finished(name, *ping, result, took);
+      queue.runLoop_->post([gate, name, ping, result, took, road] {
+        if (auto* waiting = gate->queue()) waiting->finished(name, *ping, result, took, road);
       });
     });
   };
   http_->send(std::move(*request), std::move(completion));
 }
 
+void PingQueue::count(Host& host, Road road, int pings) {
+  host.underWay += pings;
+  underWay_ += pings;
+  if (road == Road::ownConnection) connections_ += pings;
+}
+
 void PingQueue::finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,
-                         Seconds took) {
+                         Seconds took, Road road) {
   auto& host = hosts_.find(name)->second;
-  --host.underWay;
-  --underWay_;
+  count(host, road, -1);
   if (!host.isBusy()) --busyHosts_;
   // Failures say little about the road: a refusal is quick, a time-out is not a round trip.
-  if (!result.error) host.window.answered(took);
+  if (!result.error) note(host, ping, took, road);
   giveTurn(host);
   pump();
   forgetIdleHosts();
   ping.settled(result, took);
+}
+
+// The first answer says how the server speaks. One may go back to connections of their own, as a
+// host whose machines differ does.
+void PingQueue::note(Host& host, const QueuedPing& ping, Seconds took, Road road) const {
+  host.sharesConnection = sharing_ != nullptr && sharing_->sharesConnection(ping.url);
+  if (road == Road::sharedConnection) {
+    host.streams.answered(took);
+  } else {
+    host.window.answered(took);
+  }
 }
 
 void PingQueue::forgetIdleHosts() {

@@ -10,7 +10,10 @@ namespace tavo::test {
 
 TlsServer::TlsServer()
     : service_{gtk::GPtr<GSocketService>::adopt(g_threaded_socket_service_new(8))} {
-  makeCertificate();
+  const std::string file = makeCertificate(folder_);
+  certificate_ = gtk::GPtr<GTlsCertificate>::adopt(
+      g_tls_certificate_new_from_files((file + ".cert").c_str(), file.c_str(), nullptr));
+  EXPECT_NE(certificate_.get(), nullptr);
   port_ = g_socket_listener_add_any_inet_port(G_SOCKET_LISTENER(service_.get()), nullptr, nullptr);
   EXPECT_NE(port_, 0U);
   g_signal_connect(service_.get(), "run", G_CALLBACK(onConnection), this);
@@ -25,8 +28,8 @@ std::string TlsServer::url(const std::string& path) const {
   return "https://127.0.0.1:" + std::to_string(port_) + path;
 }
 
-void TlsServer::makeCertificate() {
-  const std::string file = folder_.path("server.pem");
+std::string makeCertificate(const TemporaryFolder& folder) {
+  const std::string file = folder.path("server.pem");
   const std::string command =
       "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "
       "-subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 -keyout " +
@@ -34,9 +37,7 @@ void TlsServer::makeCertificate() {
   int status = 1;
   g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, &status, nullptr);
   EXPECT_EQ(status, 0) << "is openssl installed?";
-  certificate_ = gtk::GPtr<GTlsCertificate>::adopt(
-      g_tls_certificate_new_from_files((file + ".cert").c_str(), file.c_str(), nullptr));
-  EXPECT_NE(certificate_.get(), nullptr);
+  return file;
 }
 
 // On a thread of the service.

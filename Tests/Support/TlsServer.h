@@ -8,6 +8,10 @@
 
 namespace tavo::test {
 
+// Makes a certificate for 127.0.0.1, signed by itself, and its key. Answers the key's file; the
+// certificate is the one with ".cert" behind.
+std::string makeCertificate(const TemporaryFolder& folder);
+
 // An HTTPS server of this machine, with a certificate made for it a moment ago and signed by nobody
 // else. Whatever it is asked for it would answer with a text.
 class TlsServer {
@@ -25,7 +29,6 @@ class TlsServer {
  private:
   static gboolean onConnection(GThreadedSocketService*, GSocketConnection* connection, GObject*,
                                TlsServer* self);
-  void makeCertificate();
 
   TemporaryFolder folder_;
   gtk::GPtr<GTlsCertificate> certificate_;

@@ -1,9 +1,11 @@
 #include <cmath>
+#include <map>
 
 #include <tavo/TrackingLedger.h>
 #include <tavo/XGlobalConfiguration.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
+#include "Headless/HeadlessPlatform.h"
 #include "OnlineRequest/PingQueue.h"
 #include "OnlineRequest/XTrackingRequest.h"
 #include "Runtime/Environment.h"
@@ -150,6 +152,86 @@ TEST(PingWindow, GrowsWithTheRoundTrip) {
     window.answered(Seconds{row.roundTrip + 1});     // a slow one says nothing about the road
     EXPECT_EQ(window.size(row.most), row.size) << row.roundTrip;
   }
+}
+
+TEST(PingStreams, FollowWhatComesBackInTime) {
+  struct Row {
+    double first;
+    double others;
+    int size;
+  };
+  constexpr Row rows[] = {{0.02, 0.02, 64},  {0.02, 0.029, 64},  {0.02, 0.04, 32},
+                          {0.02, 0.06, 16},  {0.001, 0.005, 64}, {0.001, 0.009, 32},
+                          {0.001, 0.02, 16}, {1, 10, 16}};
+  for (const auto& row : rows) {
+    PingStreams streams;
+    EXPECT_EQ(streams.size(), 32);
+    streams.answered(Seconds{row.first});
+    for (int i = 1; i < 32; ++i) streams.answered(Seconds{row.others});
+    EXPECT_EQ(streams.size(), row.size) << row.first << " " << row.others;
+  }
+}
+
+TEST(PingStreams, StayBetweenSixAndTwoHundredAndFiftySix) {
+  PingStreams fast;
+  PingStreams slow;
+  slow.answered(Seconds{0.001});
+  for (int i = 0; i < 2'000; ++i) {
+    fast.answered(Seconds{0.02});
+    slow.answered(Seconds{1});
+  }
+  EXPECT_EQ(fast.size(), 256);
+  EXPECT_EQ(slow.size(), 6);
+}
+
+// A client whose servers carry many requests over one connection.
+class SharingHttp : public HttpClient, public SharedConnections {
+ public:
+  explicit SharingHttp(std::shared_ptr<HttpClient> carrier) : carrier_{std::move(carrier)} {}
+  std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override {
+    return carrier_->send(std::move(request), std::move(completion));
+  }
+  bool sharesConnection(const Url& url) const override { return url.host() == "shared.test"; }
+
+ private:
+  std::shared_ptr<HttpClient> carrier_;
+};
+
+TEST(PingQueue, SharedConnectionsAreNotCountedOneByOne) {
+  Limits limits = smallLimits();
+  limits.queuedPings = limits.queuedPingsPerHost = 400;
+  headless::HeadlessPlatform headless{limits};
+  headless.http->answer("", {.delay = Seconds{0.1}});
+  Platform platform = headless.platform();
+  platform.http = std::make_shared<SharingHttp>(headless.http);
+  const Runtime runtime{platform};
+  auto& queue = runtime.environment()->shared<PingQueue>();
+  std::map<std::string, int> most;
+  std::map<std::string, int> underWay;
+  const auto add = [&](const std::string& host, int count) {
+    for (int i = 0; i < count; ++i) {
+      queue.add({.url = Url::parse("https://" + host + "/" + std::to_string(i)),
+                 .prepare = [&, host]() -> std::optional<HttpRequest> {
+                   most[host] = std::max(most[host], ++underWay[host]);
+                   HttpRequest request;
+                   request.url = Url::parse("https://" + host + "/");
+                   return request;
+                 },
+                 .dropped = [] { FAIL(); },
+                 .answered = [](const HttpResult&) {},
+                 .settled = [&, host](const HttpResult&, Seconds) { --underWay[host]; }});
+    }
+  };
+  add("shared.test", 300);
+  add("own.test", 40);
+  add("another.test", 40);
+  for (int step = 0; step < 10'000 && (queue.waiting() > 0 || queue.underWay() > 0); ++step) {
+    headless.runLoop->advance(Seconds{0.01});
+  }
+  EXPECT_GT(most["shared.test"], 32);
+  EXPECT_LE(most["own.test"], 6);
+  EXPECT_LE(most["another.test"], 6);
+  EXPECT_EQ(queue.waiting(), 0U);
 }
 
 TEST_F(Tracking, KeepsToAWindowPerHostAndInAll) {

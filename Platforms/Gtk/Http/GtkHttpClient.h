@@ -9,6 +9,7 @@
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
+#include "Services/SharedConnections.h"
 
 namespace tavo::gtk {
 
@@ -20,8 +21,9 @@ struct HttpServices;
 // libsoup carries single hops only: redirects, cookies and time-outs are ours, because its own
 // would take a request's cookies along to other hosts and wait for ever for a body that drips.
 // Nothing is cached, so both cache policies are the same. An answer's head may have 64 KB, a bound
-// of libsoup's; more counts as a lost connection.
-class GtkHttpClient : public HttpClient {
+// of libsoup's; more counts as a lost connection. HTTP/2 is spoken with servers that offer it below
+// TLS, over one connection to each; what a server does not grant at a time waits in libsoup.
+class GtkHttpClient : public HttpClient, public SharedConnections {
  public:
   // Main thread. Reads the limits for redirects and for the connections of tracking. `userAgent`
   // is what requests without a "User-Agent" of their own say; empty: nothing. A null inspection
@@ -33,6 +35,7 @@ class GtkHttpClient : public HttpClient {
   ~GtkHttpClient() override;
 
   std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override;
+  [[nodiscard]] bool sharesConnection(const Url& url) const override;
 
  private:
   std::shared_ptr<const HttpServices> services_;

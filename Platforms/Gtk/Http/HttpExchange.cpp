@@ -16,6 +16,9 @@ using WeakWatchdog = std::weak_ptr<HttpWatchdog>;
 // What of a redirect's own body is read so that its connection can be used again.
 constexpr std::size_t redirectBodyLimit = std::size_t{64} * 1024;
 
+// More servers than a host's ads talk to; then all are learned anew.
+constexpr std::size_t rememberedServers = 256;
+
 void touch(gpointer weakWatchdog) {
   if (const auto watchdog = static_cast<WeakWatchdog*>(weakWatchdog)->lock()) watchdog->touch();
 }
@@ -25,6 +28,10 @@ void forget(gpointer weakWatchdog, GClosure* /*closure*/) {
 }
 
 }  // namespace
+
+std::string serverOf(const Url& url) {
+  return std::string{url.scheme()} + "://" + std::string{url.host()};
+}
 
 HttpExchange::HttpExchange(std::shared_ptr<const HttpServices> services, HttpRequest request,
                            HttpCompletion completion)
@@ -89,6 +96,7 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   watchdog_->touch();
   message_ = GPtr<SoupMessage>::share(soup_session_get_async_result_message(source, result));
   response_ = responseHead(message_.get(), hops_.url());
+  noteConnection();
   switch (hops_.take(*response_, *services_->cookies)) {
     case HttpHops::Next::follow:
       return follow(std::move(stream));
@@ -100,6 +108,17 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   reader_ = std::make_unique<HttpBodyReader>(std::move(stream), request_.maximumBodyBytes,
                                              announcedLength(message_.get()).value_or(0));
   readBody();
+}
+
+void HttpExchange::noteConnection() const {
+  if (request_.traffic != TrafficClass::tracking) return;
+  auto& servers = *services_->sharingServers;
+  if (soup_message_get_http_version(message_.get()) != SOUP_HTTP_2_0) {
+    servers.erase(serverOf(response_->url));
+    return;
+  }
+  if (servers.size() >= rememberedServers) servers.clear();
+  servers.insert(serverOf(response_->url));
 }
 
 // The body itself is of no use, and its server may take for ever: what is not there already costs
