@@ -5,6 +5,8 @@
 #include <tavo/MoviePlayerFactory.h>
 #include <tavo/Runtime.h>
 
+#include "Values/Translation.h"
+
 namespace tavo::adplayer {
 
 namespace {
@@ -40,8 +42,9 @@ Gtk::Widget& face(const char* cssClass, const char* icon, const char* text) {
 
 const std::vector<PhonePreset>& phonePresets() {
   static const std::vector<PhonePreset> presets{
-      {"Small phone", 320, 568}, {"Phone", 360, 640},        {"Tall phone", 390, 844},
-      {"Large phone", 430, 932}, {"Small tablet", 600, 960}, {"Tablet", 768, 1024}};
+      {toTranslate("Small phone"), 320, 568},  {toTranslate("Phone"), 360, 640},
+      {toTranslate("Tall phone"), 390, 844},   {toTranslate("Large phone"), 430, 932},
+      {toTranslate("Small tablet"), 600, 960}, {toTranslate("Tablet"), 768, 1024}};
   return presets;
 }
 

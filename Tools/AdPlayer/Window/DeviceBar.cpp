@@ -4,18 +4,20 @@
 #include <utility>
 
 #include "Gtk/Guarded.h"
+#include "Values/Translation.h"
 
 namespace tavo::adplayer {
 
 namespace {
 
 constexpr std::array<std::pair<const char*, double>, 5> scaleChoices{
-    {{"Fit", 0}, {"50 %", 0.5}, {"75 %", 0.75}, {"100 %", 1}, {"150 %", 1.5}}};
+    {{toTranslate("Fit"), 0}, {"50 %", 0.5}, {"75 %", 0.75}, {"100 %", 1}, {"150 %", 1.5}}};
 
 void name(Gtk::Widget& widget, const char* text) {
-  widget.set_tooltip_text(text);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, text,
-                                 -1);
+  const std::string shown = translated(text);
+  widget.set_tooltip_text(shown);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 shown.c_str(), -1);
 }
 
 }  // namespace
@@ -25,20 +27,20 @@ DeviceBar::DeviceBar(Stage& stage, Phone& phone, ScaledBin& place)
   add_css_class("stage-bar");
   std::vector<Glib::ustring> names;
   for (const auto& preset : phonePresets()) {
-    names.emplace_back(std::string{preset.name} + ", " + std::to_string(preset.width) + " x " +
+    names.emplace_back(translated(preset.name) + ", " + std::to_string(preset.width) + " x " +
                        std::to_string(preset.height));
   }
   presets_.set_model(Gtk::StringList::create(names));
   presets_.set_selected(1);
-  name(presets_, "Size of the phone");
+  name(presets_, toTranslate("Size of the phone"));
   presets_.property_selected().signal_changed().connect(gtk::guardedSlot([this] {
     const auto chosen = presets_.get_selected();
     if (chosen < phonePresets().size()) phone_.setPreset(phonePresets()[chosen]);
   }));
   std::vector<Glib::ustring> scales;
-  for (const auto& [text, value] : scaleChoices) scales.emplace_back(text);
+  for (const auto& [text, value] : scaleChoices) scales.emplace_back(translated(text));
   scales_.set_model(Gtk::StringList::create(scales));
-  name(scales_, "Scale of the phone");
+  name(scales_, toTranslate("Scale of the phone"));
   scales_.property_selected().signal_changed().connect(gtk::guardedSlot([this, &place] {
     const auto chosen = scales_.get_selected();
     if (chosen < scaleChoices.size()) place.setScale(scaleChoices.at(chosen).second);
@@ -50,23 +52,24 @@ DeviceBar::DeviceBar(Stage& stage, Phone& phone, ScaledBin& place)
   append(*menus);
   signs_.set_halign(Gtk::Align::CENTER);
   append(signs_);
-  addButton("object-rotate-right-symbolic", "Rotate the phone (Ctrl+R)", [this] { rotate(); });
+  addButton("object-rotate-right-symbolic", toTranslate("Rotate the phone (Ctrl+R)"),
+            [this] { rotate(); });
   statusBar_.set_active(true);
-  addSwitch(statusBar_, "battery-good-symbolic", "Status bar",
+  addSwitch(statusBar_, "battery-good-symbolic", toTranslate("Status bar"),
             [this](bool isOn) { phone_.setStatusBar(isOn); });
-  addDevice(locked_, "system-lock-screen-symbolic", "Lock the phone", DeviceEvent::lock,
-            DeviceEvent::unlock);
-  addDevice(background_, "go-home-symbolic", "Send the application to the background",
+  addDevice(locked_, "system-lock-screen-symbolic", toTranslate("Lock the phone"),
+            DeviceEvent::lock, DeviceEvent::unlock);
+  addDevice(background_, "go-home-symbolic", toTranslate("Send the application to the background"),
             DeviceEvent::background, DeviceEvent::foreground);
-  addButton("dialog-warning-symbolic", "Memory is low",
+  addButton("dialog-warning-symbolic", toTranslate("Memory is low"),
             [this] { stage_.happen(DeviceEvent::memoryWarning, phone_); });
-  addDevice(offline_, "network-offline-symbolic", "Network off", DeviceEvent::offline,
+  addDevice(offline_, "network-offline-symbolic", toTranslate("Network off"), DeviceEvent::offline,
             DeviceEvent::online);
-  addSwitch(hidden_, "view-conceal-symbolic", "Hide the slot",
+  addSwitch(hidden_, "view-conceal-symbolic", toTranslate("Hide the slot"),
             [this](bool isOn) { phone_.setSlotHidden(isOn); });
-  addSwitch(covered_, "view-paged-symbolic", "Cover the slot with another screen",
+  addSwitch(covered_, "view-paged-symbolic", toTranslate("Cover the slot with another screen"),
             [this](bool isOn) { phone_.setCovered(isOn); });
-  addSwitch(scrolled_, "go-down-symbolic", "Scroll the slot away",
+  addSwitch(scrolled_, "go-down-symbolic", toTranslate("Scroll the slot away"),
             [this](bool isOn) { phone_.setScrolledAway(isOn); });
 }
 

@@ -2,6 +2,8 @@
 
 #include <tavo/TrackingLedger.h>
 
+#include "Values/Translation.h"
+
 namespace tavo::adplayer {
 
 LedgerView::LedgerView(EventLog& log) : Gtk::Box{Gtk::Orientation::VERTICAL} {
@@ -9,12 +11,13 @@ LedgerView::LedgerView(EventLog& log) : Gtk::Box{Gtk::Orientation::VERTICAL} {
   totals_.set_wrap(true);
   totals_.add_css_class("ledger-totals");
   list_.set_selection_mode(Gtk::SelectionMode::NONE);
-  auto* const nothing = Gtk::make_managed<Gtk::Label>("No tracking ping has come to an end yet.");
+  auto* const nothing =
+      Gtk::make_managed<Gtk::Label>(translated("No tracking ping has come to an end yet."));
   nothing->add_css_class("dim-label");
   nothing->set_margin(24);
   list_.set_placeholder(*nothing);
   gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 "Tracking pings", -1);
+                                 translated("Tracking pings").c_str(), -1);
   scroller_.set_child(list_);
   scroller_.set_vexpand(true);
   append(totals_);
@@ -42,10 +45,15 @@ void LedgerView::clear() {
 void LedgerView::showTotals() {
   const PingTotals& totals = TrackingLedger::sharedInstance().totals();
   const auto lost = totals.failed + totals.suppressed + totals.dropped;
-  totals_.set_text(
-      std::to_string(totals.due - base_[0]) + " due    " + std::to_string(totals.sent - base_[1]) +
-      " sent    " + std::to_string(totals.answered - base_[2]) + " answered    " +
-      std::to_string(lost - base_[3]) + " lost    " + std::to_string(doubled_) + " doubled");
+  const auto text = [](const char* what, std::uint64_t number) {
+    return filledIn(translated(what), std::to_string(number));
+  };
+  constexpr const char* gap = "    ";
+  totals_.set_text(text(toTranslate("%1 due"), totals.due - base_[0]) + gap +
+                   text(toTranslate("%1 sent"), totals.sent - base_[1]) + gap +
+                   text(toTranslate("%1 answered"), totals.answered - base_[2]) + gap +
+                   text(toTranslate("%1 lost"), lost - base_[3]) + gap +
+                   text(toTranslate("%1 doubled"), static_cast<std::uint64_t>(doubled_)));
 }
 
 void LedgerView::add(const PlayEvent& event) {

@@ -8,6 +8,7 @@
 #include "AdPlayer/Stage/Style.h"
 #include "AdServer/CampaignFolder.h"
 #include "Gtk/Guarded.h"
+#include "Values/Translation.h"
 
 namespace tavo::adplayer {
 
@@ -16,9 +17,10 @@ namespace {
 constexpr int narrowWidth = 1'000;
 
 void nameWidget(Gtk::Widget& widget, const char* text) {
-  widget.set_tooltip_text(text);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, text,
-                                 -1);
+  const std::string shown = translated(text);
+  widget.set_tooltip_text(shown);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 shown.c_str(), -1);
 }
 
 std::string stateFile() { return Glib::get_user_config_dir() + "/adplayer/window.ini"; }
@@ -35,7 +37,7 @@ PlayerWindow::PlayerWindow(Stage& stage, PlayerWindowOptions options)
       ledger_{stage.log()},
       recorder_{phone_} {
   installStyle();
-  set_title("Ad player");
+  set_title(translated("Ad player"));
   set_default_size(1'280, 820);
   set_icon_name("com.corvanetavo.adplayer");
   makeHeader();
@@ -54,7 +56,8 @@ PlayerWindow::PlayerWindow(Stage& stage, PlayerWindowOptions options)
     for (const auto& event : stage_.log().events()) {
       if (event.kind == "outcome") why = event.text;
     }
-    tell(isGood ? "Loaded: " + session_.classification() : why, isGood ? "good" : "bad");
+    tell(isGood ? filledIn(translated("Loaded: %1"), session_.classification()) : why,
+         isGood ? "good" : "bad");
   };
   slot_.onChange = [this] { playAgain(); };
   readState();
@@ -79,31 +82,34 @@ void PlayerWindow::addHeaderButton(Gtk::Button& button, const char* icon, const 
 
 void PlayerWindow::makeHeader() {
   set_titlebar(header_);
-  entry_.set_placeholder_text("A file, a URL, an ad server or a campaign");
+  entry_.set_placeholder_text(translated("A file, a URL, an ad server or a campaign"));
   entry_.set_width_chars(24);
   entry_.set_max_width_chars(60);
   entry_.set_hexpand(true);
-  nameWidget(entry_, "What to play (Ctrl+L)");
+  nameWidget(entry_, toTranslate("What to play (Ctrl+L)"));
   entry_.signal_activate().connect(gtk::guardedSlot([this] { play(entry_.get_text()); }));
   header_.set_title_widget(entry_);
   sideSwitch_.set_active(true);
-  addHeaderButton(sideSwitch_, "view-list-symbolic", "Campaigns (F9)",
+  addHeaderButton(sideSwitch_, "view-list-symbolic", toTranslate("Campaigns (F9)"),
                   [this] { side_.set_visible(sideSwitch_.get_active()); });
-  addHeaderButton(open_, "document-open-symbolic", "Open a file (Ctrl+O)",
+  addHeaderButton(open_, "document-open-symbolic", toTranslate("Open a file (Ctrl+O)"),
                   [this] { chooseFile(); });
-  addHeaderButton(again_, "view-refresh-symbolic", "Play again (F5)", [this] { playAgain(); });
-  addHeaderButton(close_, "window-close-symbolic", "Close the ad", [this] { session_.close(); });
-  addHeaderButton(picture_, "camera-photo-symbolic", "Save a picture (Ctrl+P)",
+  addHeaderButton(again_, "view-refresh-symbolic", toTranslate("Play again (F5)"),
+                  [this] { playAgain(); });
+  addHeaderButton(close_, "window-close-symbolic", toTranslate("Close the ad"),
+                  [this] { session_.close(); });
+  addHeaderButton(picture_, "camera-photo-symbolic", toTranslate("Save a picture (Ctrl+P)"),
                   [this] { savePicture(); });
-  addHeaderButton(record_, "media-record-symbolic", "Record", [this] { toggleRecording(); });
+  addHeaderButton(record_, "media-record-symbolic", toTranslate("Record"),
+                  [this] { toggleRecording(); });
   addHeaderButton(tools_, "applications-engineering-symbolic",
-                  "Inspector of the page, from the next load on (F12)", [this] {
+                  toTranslate("Inspector of the page, from the next load on (F12)"), [this] {
                     Inspection::sharedInstance().allowsPageTools = tools_.get_active();
                     if (tools_.get_active() && !Inspection::sharedInstance().openPageTools()) {
                       playAgain();
                     }
                   });
-  addHeaderButton(dark_, "weather-clear-night-symbolic", "Dark", [this] {
+  addHeaderButton(dark_, "weather-clear-night-symbolic", toTranslate("Dark"), [this] {
     Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = dark_.get_active();
   });
   for (Gtk::Button* button :
@@ -119,17 +125,17 @@ void PlayerWindow::makeHeader() {
 void PlayerWindow::makeSide() {
   side_.add_css_class("side");
   side_.set_size_request(210, -1);
-  auto* const title = Gtk::make_managed<Gtk::Label>("Campaigns");
+  auto* const title = Gtk::make_managed<Gtk::Label>(translated("Campaigns"));
   title->set_xalign(0);
   title->add_css_class("side-title");
   sideSearch_.set_margin(8);
-  sideSearch_.set_placeholder_text("Search campaigns");
+  sideSearch_.set_placeholder_text(translated("Search campaigns"));
   auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
   scroller->set_child(campaigns_);
   scroller->set_vexpand(true);
   scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   gtk_accessible_update_property(GTK_ACCESSIBLE(campaigns_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 "Campaigns", -1);
+                                 translated("Campaigns").c_str(), -1);
   side_.append(*title);
   side_.append(sideSearch_);
   side_.append(*scroller);
@@ -192,9 +198,9 @@ void PlayerWindow::makeBody() {
   stageBox_.append(*room);
   stageBox_.append(notice_);
   stageBox_.set_size_request(300, 240);
-  pages_.add(timeline_, "timeline", "Timeline");
-  pages_.add(ledger_, "ledger", "Pings");
-  pages_.add(slot_, "slot", "Slot");
+  pages_.add(timeline_, "timeline", translated("Timeline"));
+  pages_.add(ledger_, "ledger", translated("Pings"));
+  pages_.add(slot_, "slot", translated("Slot"));
   pages_.set_vexpand(true);
   switcher_.set_stack(pages_);
   switcher_.set_halign(Gtk::Align::CENTER);
@@ -260,7 +266,7 @@ void PlayerWindow::play(const std::string& source) {
 
 void PlayerWindow::playAgain() {
   if (source_.empty()) return;
-  tell("Opening " + source_, "");
+  tell(filledIn(translated("Opening %1"), source_), "");
   Inspection::sharedInstance().pageAddress = slot_.givesAddress() ? addressOfPages : "";
   OpeningOptions opening;
   opening.campaigns = options_.campaigns;
@@ -285,9 +291,9 @@ void PlayerWindow::tell(const std::string& text, const char* cssClass) {
 }
 
 void PlayerWindow::chooseFile() {
-  chooser_ =
-      Gtk::FileChooserNative::create("Open an HTML page, a VAST document or an answer", *this,
-                                     Gtk::FileChooser::Action::OPEN, "Open", "Cancel");
+  chooser_ = Gtk::FileChooserNative::create(
+      translated("Open an HTML page, a VAST document or an answer"), *this,
+      Gtk::FileChooser::Action::OPEN, translated("Open"), translated("Cancel"));
   chooser_->signal_response().connect(gtk::guardedSlot([this](int response) {
     if (response == Gtk::ResponseType::ACCEPT) play(chooser_->get_file()->get_path());
   }));
@@ -296,8 +302,8 @@ void PlayerWindow::chooseFile() {
 
 void PlayerWindow::savePicture() {
   const std::string png = Screenshot{phone_}.png();
-  if (png.empty()) return tell("There is nothing to be seen yet.", "bad");
-  saveAs("Save the picture", "phone.png", png);
+  if (png.empty()) return tell(translated("There is nothing to be seen yet."), "bad");
+  saveAs(toTranslate("Save the picture"), "phone.png", png);
 }
 
 void PlayerWindow::toggleRecording() {
@@ -307,12 +313,13 @@ void PlayerWindow::toggleRecording() {
   }
   record_.set_active(false);
   const std::string html = recorder_.stop();
-  if (!html.empty()) saveAs("Save the recording", "recording.html", html);
+  if (!html.empty()) saveAs(toTranslate("Save the recording"), "recording.html", html);
 }
 
 void PlayerWindow::saveAs(const char* title, const std::string& name, const std::string& bytes) {
-  chooser_ = Gtk::FileChooserNative::create(title, *this, Gtk::FileChooser::Action::SAVE, "Save",
-                                            "Cancel");
+  chooser_ =
+      Gtk::FileChooserNative::create(translated(title), *this, Gtk::FileChooser::Action::SAVE,
+                                     translated("Save"), translated("Cancel"));
   chooser_->set_current_name(name);
   chooser_->signal_response().connect(gtk::guardedSlot([this, bytes](int response) {
     if (response != Gtk::ResponseType::ACCEPT) return;
@@ -320,7 +327,8 @@ void PlayerWindow::saveAs(const char* title, const std::string& name, const std:
     std::ofstream file{path, std::ios::binary};
     file << bytes;
     file.close();
-    tell(file ? "Saved: " + path : "Cannot write " + path, file ? "good" : "bad");
+    tell(filledIn(file ? translated("Saved: %1") : translated("Cannot write %1"), path),
+         file ? "good" : "bad");
   }));
   chooser_->show();
 }

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 
+#include "Values/Translation.h"
+
 namespace tavo::adplayer {
 
 namespace {
@@ -12,13 +14,13 @@ struct NamedSize {
   double width;
   double height;
 };
-constexpr std::array<NamedSize, 7> namedSizes{{{"Banner, 320 x 50", 320, 50},
-                                               {"Large banner, 320 x 100", 320, 100},
-                                               {"Rectangle, 300 x 250", 300, 250},
-                                               {"Full screen, 320 x 480", 320, 480},
-                                               {"Leaderboard, 728 x 90", 728, 90},
-                                               {"Film, 320 x 180", 320, 180},
-                                               {"Skyscraper, 160 x 600", 160, 600}}};
+constexpr std::array<NamedSize, 7> namedSizes{{{toTranslate("Banner, 320 x 50"), 320, 50},
+                                               {toTranslate("Large banner, 320 x 100"), 320, 100},
+                                               {toTranslate("Rectangle, 300 x 250"), 300, 250},
+                                               {toTranslate("Full screen, 320 x 480"), 320, 480},
+                                               {toTranslate("Leaderboard, 728 x 90"), 728, 90},
+                                               {toTranslate("Film, 320 x 180"), 320, 180},
+                                               {toTranslate("Skyscraper, 160 x 600"), 160, 600}}};
 
 void setModel(Gtk::DropDown& menu, const std::vector<Glib::ustring>& texts) {
   menu.set_model(Gtk::StringList::create(texts));
@@ -29,10 +31,11 @@ void setModel(Gtk::DropDown& menu, const std::vector<Glib::ustring>& texts) {
 SlotPanel::SlotPanel() {
   set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   column_.add_css_class("slot-panel");
-  setModel(placement_, {"By what it is", "Banner", "Pre-roll", "Interstitial"});
-  std::vector<Glib::ustring> sizes{"By what it is"};
-  for (const auto& size : namedSizes) sizes.emplace_back(size.name);
-  sizes.emplace_back("Another size");
+  setModel(placement_, {translated("By what it is"), translated("Banner"), translated("Pre-roll"),
+                        translated("Interstitial")});
+  std::vector<Glib::ustring> sizes{translated("By what it is")};
+  for (const auto& size : namedSizes) sizes.emplace_back(translated(size.name));
+  sizes.emplace_back(translated("Another size"));
   setModel(sizes_, sizes);
   ownSize_.set_placeholder_text("300x250");
   ownSize_.set_width_chars(9);
@@ -40,26 +43,31 @@ SlotPanel::SlotPanel() {
   skipAfter_.set_adjustment(Gtk::Adjustment::create(-1, -1, 600, 1));
   page_.set_placeholder_text("news/front");
   position_.set_placeholder_text("Top");
-  addTitle("Place");
-  addRow("Placement", "Banner among the content, in the host's player, or above everything",
+  addTitle(toTranslate("Place"));
+  addRow(toTranslate("Placement"),
+         toTranslate("Banner among the content, in the host's player, or above everything"),
          placement_);
-  addRow("Size", "Of a banner's slot, in points", sizes_);
-  addRow("Another size", "Used where the list says so", ownSize_);
-  addTitle("Ad server");
-  addRow("Page", "Filled: what is opened is the address of an ad server", page_);
-  addRow("Position", "", position_);
-  addTitle("Slot");
-  addRow("Standards mode", "The public standards to the letter", standards_);
-  addRow("Refresh", "Seconds between two ads; 0 is never", refresh_);
-  addRow("Scale pictures", "", scaling_);
-  addRow("Keep proportions", "", aspect_);
-  addRow("Clicks open inside", "In a browser of the application", inAppBrowser_);
-  addRow("Child-directed", "", childDirected_);
-  addRow("Ask for bids", "", bidding_);
-  addRow("Confine pages", "To the site that served them", confines_);
-  addRow("Skip after", "Seconds; -1 as the ad says", skipAfter_);
-  addTitle("Pages");
-  addRow("Give an address", "To pages without one, so that script errors have texts and lines",
+  addRow(toTranslate("Size"), toTranslate("Of a banner's slot, in points"), sizes_);
+  addRow(toTranslate("Another size"), toTranslate("Used where the list says so"), ownSize_);
+  addTitle(toTranslate("Ad server"));
+  addRow(toTranslate("Page"), toTranslate("Filled: what is opened is the address of an ad server"),
+         page_);
+  addRow(toTranslate("Position"), "", position_);
+  addTitle(toTranslate("Slot"));
+  addRow(toTranslate("Standards mode"), toTranslate("The public standards to the letter"),
+         standards_);
+  addRow(toTranslate("Refresh"), toTranslate("Seconds between two ads; 0 is never"), refresh_);
+  addRow(toTranslate("Scale pictures"), "", scaling_);
+  addRow(toTranslate("Keep proportions"), "", aspect_);
+  addRow(toTranslate("Clicks open inside"), toTranslate("In a browser of the application"),
+         inAppBrowser_);
+  addRow(toTranslate("Child-directed"), "", childDirected_);
+  addRow(toTranslate("Ask for bids"), "", bidding_);
+  addRow(toTranslate("Confine pages"), toTranslate("To the site that served them"), confines_);
+  addRow(toTranslate("Skip after"), toTranslate("Seconds; -1 as the ad says"), skipAfter_);
+  addTitle(toTranslate("Pages"));
+  addRow(toTranslate("Give an address"),
+         toTranslate("To pages without one, so that script errors have texts and lines"),
          givesAddress_);
   set_child(column_);
   for (auto* menu : {&placement_, &sizes_}) {
@@ -75,7 +83,7 @@ SlotPanel::SlotPanel() {
 }
 
 void SlotPanel::addTitle(const char* title) {
-  auto* const label = Gtk::make_managed<Gtk::Label>(title);
+  auto* const label = Gtk::make_managed<Gtk::Label>(translated(title));
   label->set_xalign(0);
   label->add_css_class("group-title");
   column_.append(*label);
@@ -89,11 +97,11 @@ void SlotPanel::addTitle(const char* title) {
 void SlotPanel::addRow(const char* title, const char* help, Gtk::Widget& control) {
   auto* const line = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
   auto* const texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
-  auto* const name = Gtk::make_managed<Gtk::Label>(title);
+  auto* const name = Gtk::make_managed<Gtk::Label>(translated(title));
   name->set_xalign(0);
   texts->append(*name);
   if (*help != '\0') {
-    auto* const note = Gtk::make_managed<Gtk::Label>(help);
+    auto* const note = Gtk::make_managed<Gtk::Label>(translated(help));
     note->set_xalign(0);
     note->set_wrap(true);
     note->add_css_class("dim-label");
@@ -104,7 +112,7 @@ void SlotPanel::addRow(const char* title, const char* help, Gtk::Widget& control
   texts->set_valign(Gtk::Align::CENTER);
   control.set_valign(Gtk::Align::CENTER);
   gtk_accessible_update_property(GTK_ACCESSIBLE(control.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 title, -1);
+                                 translated(title).c_str(), -1);
   line->append(*texts);
   line->append(control);
   group_->append(*line);

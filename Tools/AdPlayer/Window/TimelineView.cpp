@@ -6,12 +6,14 @@
 #include <fstream>
 
 #include "Gtk/Guarded.h"
+#include "Values/Translation.h"
 
 namespace tavo::adplayer {
 
 namespace {
 
-constexpr const char* detailHint = "Select an event to read its headers, body and reasons.";
+constexpr const char* detailHint =
+    toTranslate("Select an event to read its headers, body and reasons.");
 constexpr std::size_t longestDetail = std::size_t{64} * 1024;
 
 std::string lower(std::string text) {
@@ -28,9 +30,10 @@ std::string timeText(Seconds time) {
 
 void setIcon(Gtk::Button& button, const char* icon, const char* name) {
   button.set_icon_name(icon);
-  button.set_tooltip_text(name);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(button.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, name,
-                                 -1);
+  const std::string shown = translated(name);
+  button.set_tooltip_text(shown);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(button.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 shown.c_str(), -1);
 }
 
 }  // namespace
@@ -60,7 +63,7 @@ TimelineView::TimelineView(EventLog& log)
   detail_.set_right_margin(12);
   detail_.set_top_margin(8);
   detail_.set_bottom_margin(8);
-  detail_.get_buffer()->set_text(detailHint);
+  detail_.get_buffer()->set_text(translated(detailHint));
   detailScroller_.set_child(detail_);
   detailScroller_.set_size_request(-1, 90);
   panes_.set_start_child(listScroller_);
@@ -80,13 +83,13 @@ TimelineView::TimelineView(EventLog& log)
 void TimelineView::makeTools() {
   tools_.add_css_class("pane-tools");
   search_.set_hexpand(true);
-  search_.set_placeholder_text("Search events");
-  search_.set_tooltip_text("Search the timeline (Ctrl+F)");
+  search_.set_placeholder_text(translated("Search events"));
+  search_.set_tooltip_text(translated("Search the timeline (Ctrl+F)"));
   search_.signal_search_changed().connect(gtk::guardedSlot([this] { filter(); }));
   makeKindFilter();
-  setIcon(copy_, "edit-copy-symbolic", "Copy what is shown");
-  setIcon(export_, "document-save-symbolic", "Export what is shown");
-  setIcon(follow_, "go-bottom-symbolic", "Follow the newest event");
+  setIcon(copy_, "edit-copy-symbolic", toTranslate("Copy what is shown"));
+  setIcon(export_, "document-save-symbolic", toTranslate("Export what is shown"));
+  setIcon(follow_, "go-bottom-symbolic", toTranslate("Follow the newest event"));
   follow_.set_active(true);
   copy_.signal_clicked().connect(gtk::guardedSlot([this] { copy(); }));
   export_.signal_clicked().connect(gtk::guardedSlot([this] { exportLines(); }));
@@ -99,8 +102,8 @@ void TimelineView::makeTools() {
 
 void TimelineView::makeKindFilter() {
   kindButton_.set_icon_name("view-more-symbolic");
-  kindButton_.set_label("Kinds");
-  kindButton_.set_tooltip_text("Which kinds of events are shown");
+  kindButton_.set_label(translated("Kinds"));
+  kindButton_.set_tooltip_text(translated("Which kinds of events are shown"));
   kindBox_.set_margin(8);
   kindPopover_.set_child(kindBox_);
   kindButton_.set_popover(kindPopover_);
@@ -166,7 +169,7 @@ void TimelineView::makeList() {
   list_.set_model(selection_);
   list_.add_css_class("timeline");
   gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                 "Timeline", -1);
+                                 translated("Timeline").c_str(), -1);
   listScroller_.set_child(list_);
   listScroller_.set_vexpand(true);
 }
@@ -188,13 +191,19 @@ void TimelineView::add(const PlayEvent& event) {
   const auto row = Row::create(event);
   rows_->append(row);
   if (isShown(event)) shown_->append(row);
-  count_.set_text(std::to_string(shown_->get_n_items()) + " of " +
-                  std::to_string(rows_->get_n_items()));
+  showCount();
   if (!follow_.get_active()) return;
   Glib::signal_idle().connect_once(gtk::guardedSlot([this] {
     const auto adjustment = listScroller_.get_vadjustment();
     adjustment->set_value(adjustment->get_upper());
   }));
+}
+
+void TimelineView::showCount() {
+  const std::string shown = std::to_string(shown_->get_n_items());
+  // Translators: %1 is how many events are shown; the number of all follows.
+  count_.set_text(filledIn(translated("%1 of"), shown) + " " +
+                  std::to_string(rows_->get_n_items()));
 }
 
 void TimelineView::filter() {
@@ -204,18 +213,18 @@ void TimelineView::filter() {
     if (isShown(row->event)) kept.push_back(std::move(row));
   }
   shown_->splice(0, shown_->get_n_items(), kept);
-  count_.set_text(std::to_string(kept.size()) + " of " + std::to_string(rows_->get_n_items()));
+  showCount();
 }
 
 void TimelineView::clear() {
   rows_->remove_all();
   shown_->remove_all();
-  detail_.get_buffer()->set_text(detailHint);
+  detail_.get_buffer()->set_text(translated(detailHint));
 }
 
 void TimelineView::showSelected() {
   const auto row = std::dynamic_pointer_cast<Row>(selection_->get_selected_item());
-  if (!row) return detail_.get_buffer()->set_text(detailHint);
+  if (!row) return detail_.get_buffer()->set_text(translated(detailHint));
   follow_.set_active(false);
   std::string text = row->event.text + "\n";
   for (const auto& field : row->event.fields) {
@@ -242,8 +251,9 @@ void TimelineView::copy() { get_clipboard()->set_text(shownLines(false)); }
 void TimelineView::exportLines() {
   auto* const window = dynamic_cast<Gtk::Window*>(get_root());
   if (window == nullptr) return;
-  chooser_ = Gtk::FileChooserNative::create("Export the timeline", *window,
-                                            Gtk::FileChooser::Action::SAVE, "Export", "Cancel");
+  chooser_ = Gtk::FileChooserNative::create(translated("Export the timeline"), *window,
+                                            Gtk::FileChooser::Action::SAVE, translated("Export"),
+                                            translated("Cancel"));
   chooser_->set_current_name("events.jsonl");
   chooser_->signal_response().connect(gtk::guardedSlot([this](int response) {
     if (response != Gtk::ResponseType::ACCEPT) return;

@@ -29,6 +29,7 @@ class TimelineView : public Gtk::Box {
   void add(const PlayEvent& event);
   void noteKind(const std::string& kind);
   void filter();
+  void showCount();
   void showSelected();
   void copy();
   void exportLines();
