@@ -6,6 +6,7 @@
 
 #include "AdPlayer/Screenshot.h"
 #include "AdPlayer/Stage/Style.h"
+#include "AdPlayer/Window/Placeholder.h"
 #include "AdServer/CampaignFolder.h"
 #include "Gtk/Guarded.h"
 #include "Values/Translation.h"
@@ -129,7 +130,7 @@ void PlayerWindow::makeSide() {
   title->set_xalign(0);
   title->add_css_class("side-title");
   sideSearch_.set_margin(8);
-  sideSearch_.set_placeholder_text(translated("Search campaigns"));
+  setPlaceholder(sideSearch_, toTranslate("Search campaigns"));
   auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
   scroller->set_child(campaigns_);
   scroller->set_vexpand(true);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "AdPlayer/Window/Placeholder.h"
 #include "Gtk/Guarded.h"
 #include "Values/Translation.h"
 
@@ -83,7 +84,7 @@ TimelineView::TimelineView(EventLog& log)
 void TimelineView::makeTools() {
   tools_.add_css_class("pane-tools");
   search_.set_hexpand(true);
-  search_.set_placeholder_text(translated("Search events"));
+  setPlaceholder(search_, toTranslate("Search events"));
   search_.set_tooltip_text(translated("Search the timeline (Ctrl+F)"));
   search_.signal_search_changed().connect(gtk::guardedSlot([this] { filter(); }));
   makeKindFilter();
