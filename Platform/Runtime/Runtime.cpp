@@ -7,6 +7,7 @@
 #include <tavo/Runtime.h>
 
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Runtime/MainThread.h"
 #include "Services/Log.h"
 
@@ -18,11 +19,17 @@ namespace {
 struct Runtimes {
   std::mutex mutex;
   std::vector<Runtime*> living;
+  std::weak_ptr<Environment> last;  // of the one that ended last
 };
 
 Runtimes& runtimes() {
   static Runtimes only;
   return only;
+}
+
+[[noreturn]] void missRuntime() {
+  std::fputs("TAVO: no tavo::Runtime exists. Make one before the first ad object.\n", stderr);
+  std::abort();
 }
 
 Platform whole(Platform platform) {
@@ -37,7 +44,7 @@ Platform whole(Platform platform) {
 // A program that is started again while it runs makes its runtime anew: it gets what it has, with
 // the settings that it has made.
 std::shared_ptr<Environment> environmentFor(Platform platform) {
-  auto& [mutex, living] = runtimes();
+  auto& [mutex, living, last] = runtimes();
   {
     const std::scoped_lock lock{mutex};
     if (living.empty()) becomeMainThread();
@@ -59,32 +66,38 @@ std::shared_ptr<Environment> environmentFor(Platform platform) {
 
 Runtime::Runtime(Platform platform) : environment_{environmentFor(std::move(platform))} {
   requireMainThread("Runtime::Runtime");
-  auto& [mutex, living] = runtimes();
+  auto& [mutex, living, last] = runtimes();
   const std::scoped_lock lock{mutex};
   living.push_back(this);
 }
 
 Runtime::~Runtime() {
   requireMainThread("Runtime::~Runtime");
-  auto& [mutex, living] = runtimes();
+  auto& [mutex, living, last] = runtimes();
   const std::scoped_lock lock{mutex};
   std::erase(living, this);
+  last = environment_;
 }
 
 Runtime& Runtime::current() {
-  auto& [mutex, living] = runtimes();
+  auto& [mutex, living, last] = runtimes();
   const std::scoped_lock lock{mutex};
-  if (living.empty()) {
-    std::fputs("TAVO: no tavo::Runtime exists. Make one before the first ad object.\n", stderr);
-    std::abort();
-  }
+  if (living.empty()) missRuntime();
   return *living.back();
 }
 
 std::shared_ptr<Environment> Runtime::currentEnvironment() {
-  auto& [mutex, living] = runtimes();
+  auto& [mutex, living, last] = runtimes();
   const std::scoped_lock lock{mutex};
   return living.empty() ? nullptr : living.back()->environment_;
+}
+
+std::shared_ptr<Environment> livingEnvironment() {
+  auto& [mutex, living, last] = runtimes();
+  const std::scoped_lock lock{mutex};
+  auto environment = living.empty() ? last.lock() : living.back()->environment();
+  if (!environment) missRuntime();
+  return environment;
 }
 
 const Platform& Runtime::platform() const { return environment_->platform(); }

@@ -2,17 +2,16 @@
 
 #include <algorithm>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Utilities/NumberText.h"
 #include "Values/Text.h"
 
 namespace tavo {
 
 AppStoreConfiguration& AppStoreConfiguration::sharedInstance() {
-  return Runtime::current().environment()->shared<AppStoreConfiguration>();
+  return livingEnvironment()->shared<AppStoreConfiguration>();
 }
 
 bool isAppStoreHost(const Url& url, const AppStoreConfiguration& store) {

@@ -1,14 +1,14 @@
-#include <tavo/Runtime.h>
 #include <tavo/XGlobalConfiguration.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
 XGlobalConfiguration& XGlobalConfiguration::sharedInstance() {
   const OperationLog log{"+[XGlobalConfiguration sharedInstance]"};
-  return Runtime::current().environment()->shared<XGlobalConfiguration>();
+  return livingEnvironment()->shared<XGlobalConfiguration>();
 }
 
 }  // namespace tavo

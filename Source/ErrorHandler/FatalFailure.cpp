@@ -1,16 +1,14 @@
 #include <cstdlib>
 
 #include <tavo/FatalFailure.h>
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
-FatalFailure& FatalFailure::sharedInstance() {
-  return Runtime::current().environment()->shared<FatalFailure>();
-}
+FatalFailure& FatalFailure::sharedInstance() { return livingEnvironment()->shared<FatalFailure>(); }
 
 void FatalFailure::raise(const std::string& reason) const {
   platformLog(reason, LogLevel::error);

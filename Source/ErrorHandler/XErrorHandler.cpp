@@ -1,8 +1,8 @@
-#include <tavo/Runtime.h>
 #include <tavo/XErrorHandler.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "ErrorHandler/XDatabase.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Services/RunLoop.h"
 
 namespace tavo {
@@ -10,7 +10,7 @@ namespace tavo {
 void XErrorHandler::addErrorWithErrorId(const std::string& errorId,
                                         const std::string& errorDescription) {
   const OperationLog log{"+[XErrorHandler addErrorWithErrorId:errorDescription:]"};
-  const auto environment = Runtime::current().environment();
+  const auto environment = livingEnvironment();
   XDatabase database{environment};
   if (const auto context = database.managedObjectContext()) {
     const Date now = environment->platform().runLoop->today();

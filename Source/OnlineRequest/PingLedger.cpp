@@ -1,13 +1,12 @@
 #include "OnlineRequest/PingLedger.h"
 
-#include <tavo/Runtime.h>
-
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
 TrackingLedger& TrackingLedger::sharedInstance() {
-  return Runtime::current().environment()->shared<PingLedger>();
+  return livingEnvironment()->shared<PingLedger>();
 }
 
 std::uint64_t PingLedger::enter(const Url& url, const std::string& context, Date due) {

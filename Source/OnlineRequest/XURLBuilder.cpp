@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include <tavo/Runtime.h>
 #include <tavo/XDeviceInformation.h>
 #include <tavo/XURLBuilder.h>
 
@@ -8,6 +7,7 @@
 #include "OnlineRequest/QueryMerge.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Values/Text.h"
 
 namespace tavo {
@@ -73,7 +73,7 @@ std::optional<std::string> carrierValue(std::string_view key) {
 
 XURLBuilder& XURLBuilder::sharedInstance() {
   const OperationLog log{"+[XURLBuilder sharedInstance]"};
-  return Runtime::current().environment()->shared<XURLBuilder>();
+  return livingEnvironment()->shared<XURLBuilder>();
 }
 
 Url XURLBuilder::URLWithDomainName(std::string_view domainName, std::string_view dataFormat,
@@ -130,7 +130,7 @@ std::string& XURLBuilder::replaceOccurenceOfString(std::string_view target,
 
 std::string XURLBuilder::orientationFromDeviceInfo() {
   const OperationLog log{"+[XURLBuilder orientationFromDeviceInfo]"};
-  return isPortrait(XDeviceInterfaceOrientation(Runtime::current().platform())) ? "&o=p" : "&o=l";
+  return isPortrait(XDeviceInterfaceOrientation(livingEnvironment()->platform())) ? "&o=p" : "&o=l";
 }
 
 std::string XURLBuilder::timeZoneFromDeviceInfo() {

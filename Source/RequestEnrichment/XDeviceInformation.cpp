@@ -2,12 +2,12 @@
 #include <cmath>
 #include <ctime>
 
-#include <tavo/Runtime.h>
 #include <tavo/XDeviceInformation.h>
 
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/CarrierRecord.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Services/Device.h"
 #include "Services/RunLoop.h"
 #include "Utilities/NumberText.h"
@@ -35,7 +35,7 @@ XDeviceInformation::XDeviceInformation(const Environment& environment)
 
 std::shared_ptr<XDeviceInformation> XDeviceInformation::create() {
   const OperationLog log{"-[XDeviceInformation init]"};
-  const auto environment = Runtime::current().environment();
+  const auto environment = livingEnvironment();
   return std::shared_ptr<XDeviceInformation>{new XDeviceInformation{*environment}};
 }
 
@@ -45,7 +45,7 @@ const XDeviceInformation::CarrierInfo& XDeviceInformation::carrierInfo() const {
 
 XDeviceInformation::CarrierInfo XDeviceInformation::sharedCarrierInfo() {
   const OperationLog log{"+[XDeviceInformation sharedCarrierInfo]"};
-  const auto environment = Runtime::current().environment();
+  const auto environment = livingEnvironment();
   return environment->shared<SharedCarrierRecord>().record->carrierInfo();
 }
 
@@ -78,7 +78,7 @@ std::string XDeviceInformation::appVersion() const {
 std::string XDeviceInformation::deviceCurrentForTimeZone() {
   const OperationLog log{"+[XDeviceInformation deviceCurrentForTimeZone]"};
   const auto now =
-      std::chrono::system_clock::to_time_t(Runtime::current().platform().runLoop->today());
+      std::chrono::system_clock::to_time_t(livingEnvironment()->platform().runLoop->today());
   std::tm local{};
   tzset();  // the user may have travelled since the last call
   localtime_r(&now, &local);
@@ -104,7 +104,7 @@ std::string XDeviceInformation::deviceCurrentLocation(const std::optional<Locati
 
 std::string hardwareDeviceName() {
   const OperationLog log{"-[UIDevice hardwareDeviceName]"};
-  return validUtf8(Runtime::current().platform().device->hardwareMachine());
+  return validUtf8(livingEnvironment()->platform().device->hardwareMachine());
 }
 
 }  // namespace tavo

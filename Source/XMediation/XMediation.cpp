@@ -1,21 +1,19 @@
 #include "XMediation/XMediation.h"
 
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 #include <tavo/XGlobalConfiguration.h>
 
 #include "Configuration/MediationSwitch.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Values/Text.h"
 #include "XMediation/XMediationBanner.h"
 #include "XMediation/XMediationInterstitial.h"
 
 namespace tavo {
 
-XMediation& XMediation::sharedInstance() {
-  return Runtime::current().environment()->shared<XMediation>();
-}
+XMediation& XMediation::sharedInstance() { return livingEnvironment()->shared<XMediation>(); }
 
 XMediation::XMediation(Environment& environment) : environment_{environment} { makeRelay(); }
 

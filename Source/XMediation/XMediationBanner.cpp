@@ -4,11 +4,11 @@
 
 #include <tavo/AdNetworkClasses.h>
 #include <tavo/CVBannerAdView.h>
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
@@ -53,7 +53,7 @@ Point mediatedBannerCenter(const Rect& adViewFrame) {
 }
 
 XMediationBanner& XMediationBanner::sharedInstance() {
-  return Runtime::current().environment()->shared<XMediationBanner>();
+  return livingEnvironment()->shared<XMediationBanner>();
 }
 
 void XMediationBanner::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,

@@ -2,12 +2,12 @@
 
 #include <tavo/AdNetworkClasses.h>
 #include <tavo/CVInterstitialAd.h>
-#include <tavo/Runtime.h>
 #include <tavo/SdkErrors.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
@@ -40,7 +40,7 @@ class MediatedInterstitial : public MediatedAd {
 }  // namespace
 
 XMediationInterstitial& XMediationInterstitial::sharedInstance() {
-  return Runtime::current().environment()->shared<XMediationInterstitial>();
+  return livingEnvironment()->shared<XMediationInterstitial>();
 }
 
 void XMediationInterstitial::loadAdWithXAdView(const std::shared_ptr<MediatedView>& adView,

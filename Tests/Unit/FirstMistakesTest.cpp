@@ -87,6 +87,23 @@ TEST_F(FirstMistakes, AViewThatOutlivesItsRuntimeGoesOnQuietly) {
   EXPECT_THAT(loaded(imageAnswer()), Contains("didLoad"));
 }
 
+TEST(LastRuntimeTest, WhatIsOnItsWayArrivesWhenNoRuntimeIsLeft) {
+  const headless::HeadlessPlatform platform;
+  platform.http->answerWith("http://ads.example/x/sdk/page/@Bottom1", "application/json",
+                            imageAnswer());
+  platform.http->answerWith("http://cdn.example/a.png", "image/png", "image 640x100");
+  auto runtime = std::make_unique<Runtime>(platform.platform());
+  int loads = 0;
+  const auto events = std::make_shared<XAdViewDelegate>(
+      XAdViewDelegate{.xAdViewDidLoad = [&](XAdView&) { ++loads; }});
+  const auto orphan = XAdView::create({0, 0, 320, 50});
+  orphan->delegate.set(events);
+  orphan->loadWithDomainName("ads.example/x", "page", "Bottom1");
+  runtime.reset();
+  platform.runLoop->runPending();
+  EXPECT_EQ(loads, 1);
+}
+
 TEST_F(FirstMistakes, TheLogIsQuietUntilTheDebugSwitchIsOn) {
   showBanner(imageAnswer());
   EXPECT_THAT(warnings(), IsEmpty());

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <array>
 
-#include <tavo/Runtime.h>
-
 #include "AdController/AdGenerator/ExpandGeometry.h"
 #include "AdController/AdGenerator/NavigationPolicy.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 
@@ -161,7 +160,7 @@ void CreativeCommands::expandToFrameWithUrl(const MraidCommand& command) {
   if (!adView) return;
   defaultFrame = adView->sceneView().frame();
   const Rect frame =
-      expandedFrame(XApplicationFrame(Runtime::current().platform()), expandParametersDict);
+      expandedFrame(XApplicationFrame(livingEnvironment()->platform()), expandParametersDict);
   const bool isCustomClose = expandParametersDict && expandParametersDict->useCustomClose;
   const bool byStandard = means_.eventEmitter->followsStandards();
   const auto address = valueOf(command.parameters, "url");

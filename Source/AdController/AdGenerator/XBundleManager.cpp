@@ -1,16 +1,15 @@
 #include "AdController/AdGenerator/XBundleManager.h"
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Services/Bundle.h"
 
 namespace tavo {
 
 XBundleManager& XBundleManager::sharedManager() {
   const OperationLog log{"+[XBundleManager sharedManager]"};
-  return Runtime::current().environment()->shared<XBundleManager>();
+  return livingEnvironment()->shared<XBundleManager>();
 }
 
 // The resource bundle of the scripts stands in it.

@@ -2,10 +2,9 @@
 
 #include <mutex>
 
-#include <tavo/Runtime.h>
-
 #include "ErrorHandler/OperationLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 
 namespace tavo {
 namespace {
@@ -19,7 +18,7 @@ struct SharedRoot {
 
 std::shared_ptr<XVASTAd> XVASTAd::sharedInstance() {
   const OperationLog log{"+[XVASTAd sharedInstance]"};
-  auto& shared = Runtime::current().environment()->shared<SharedRoot>();
+  auto& shared = livingEnvironment()->shared<SharedRoot>();
   const std::scoped_lock lock{shared.mutex};
   return shared.root;
 }
@@ -27,7 +26,7 @@ std::shared_ptr<XVASTAd> XVASTAd::sharedInstance() {
 void XVASTAd::resetInstance() {
   const OperationLog log{"+[XVASTAd resetInstance]"};
   auto fresh = std::make_shared<XVASTAd>();
-  auto& shared = Runtime::current().environment()->shared<SharedRoot>();
+  auto& shared = livingEnvironment()->shared<SharedRoot>();
   const std::scoped_lock lock{shared.mutex};
   shared.root.swap(fresh);  // the old root goes after the lock, if nobody else holds it
 }

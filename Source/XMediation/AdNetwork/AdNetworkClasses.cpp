@@ -1,10 +1,10 @@
 #include <exception>
 
 #include <tavo/AdNetworkClasses.h>
-#include <tavo/Runtime.h>
 
 #include "ErrorHandler/ExtendNSLog.h"
 #include "Runtime/Environment.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Services/AdNetworkLibrary.h"
 
 namespace tavo {
@@ -46,7 +46,7 @@ const AdNetworkExports* openLibrary(AdNetworkLibrary& service) {
 }  // namespace
 
 AdNetworkClasses& AdNetworkClasses::sharedInstance() {
-  return Runtime::current().environment()->shared<AdNetworkClasses>();
+  return livingEnvironment()->shared<AdNetworkClasses>();
 }
 
 AdNetworkClasses::AdNetworkClasses(Environment& environment)

@@ -7,6 +7,7 @@
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "RequestEnrichment/ScreenAndVisibility.h"
+#include "Runtime/LivingEnvironment.h"
 #include "Runtime/MainThread.h"
 #include "UserInterface/WebView/BaseViews/InterstitialCore.h"
 
@@ -157,7 +158,7 @@ InterfaceOrientation XAdInterstitialViewController::preferredInterfaceOrientatio
   const OperationLog log{
       "-[XAdInterstitialViewController preferredInterfaceOrientationForPresentation]"};
   return preferredOrientation(core_->rotation().rules(),
-                              XDeviceInterfaceOrientation(Runtime::current().platform()));
+                              XDeviceInterfaceOrientation(livingEnvironment()->platform()));
 }
 
 void XAdInterstitialViewController::didRotateFromInterfaceOrientation(
