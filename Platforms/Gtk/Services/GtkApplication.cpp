@@ -44,7 +44,10 @@ std::shared_ptr<WindowScene> GtkApplication::sceneOf(Gtk::Window& window) {
   }
   scenes_.push_back(std::make_shared<WindowScene>(window, longestSide_, events()));
   scenes_.back()->window()->setOrientationFit(fit_);
-  window.signal_destroy().connect(guardedSlot([this, &window] { drop(window); }));
+  // A window of the host may outlive the last runtime.
+  window.signal_destroy().connect(guardedSlot([this, alive = std::weak_ptr{life_}, &window] {
+    if (!alive.expired()) drop(window);
+  }));
   updateOrientation(orientation_);
   updateVisibility();
   return scenes_.back();

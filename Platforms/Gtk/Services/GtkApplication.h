@@ -67,6 +67,7 @@ class GtkApplication : public Application {
   bool statusBarHidden_ = false;
   Presence presence_;
   GtkSystemEvents systemEvents_;
+  const std::shared_ptr<int> life_ = std::make_shared<int>();
 };
 
 }  // namespace tavo::gtk

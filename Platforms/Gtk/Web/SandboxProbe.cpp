@@ -1,5 +1,6 @@
 #include "Gtk/Web/SandboxProbe.h"
 
+#include <dlfcn.h>
 #include <gtk/gtk.h>
 
 #include <filesystem>
@@ -46,9 +47,26 @@ std::vector<std::string> sharedPaths() {
   return paths;
 }
 
+// Whether a process that inherits this one's environment opens the display, as the toolkit has
+// done: an authority file that is named and not there keeps it out.
+bool displayOpensAgain() {
+  if (!isX11()) return true;
+  void* const library = dlopen("libX11.so.6", RTLD_LAZY | RTLD_NOLOAD);
+  if (library == nullptr) return true;
+  const auto open = reinterpret_cast<void* (*)(const char*)>(dlsym(library, "XOpenDisplay"));
+  const auto close = reinterpret_cast<int (*)(void*)>(dlsym(library, "XCloseDisplay"));
+  void* const display = open == nullptr || close == nullptr
+                            ? nullptr
+                            : open(gdk_display_get_name(gdk_display_get_default()));
+  if (display != nullptr) close(display);
+  dlclose(library);
+  return display != nullptr;
+}
+
 }  // namespace
 
 bool sandboxIsAvailable() {
+  if (!displayOpensAgain()) return false;
   constexpr Seconds deadline{5};
   std::vector<std::string> arguments{TAVO_BWRAP,
                                      "--die-with-parent",
