@@ -18,6 +18,7 @@ SampleBanner::SampleBanner() {
     if (!alive.expired()) clicked();
   };
   view_->addTapRecognizer(tap);
+  view_->setAccessibilityLabel("An ad of the sample network");  // the keyboard reaches it by that
 }
 
 // The ad as large as was asked for, in the middle of the view.

@@ -37,9 +37,15 @@ class AccessibilityTest : public testing::Test {
     host().runUntil([] { return host().window().get_mapped() && host().window().get_width() > 0; });
     EXPECT_TRUE(ScreenKeys{host().window()}.work());
     EXPECT_TRUE(host().runUntil([] { return host().window().is_active(); }));
+    host().column().prepend(before_);
+    host().column().append(after_);
+    handlers.clear();
   }
   ~AccessibilityTest() override {
     root()->dismissViewController(Animated::no);
+    host().column().remove(before_);
+    host().column().remove(after_);
+    host().makeBanner();
     settleRuntime();
   }
 
@@ -87,7 +93,24 @@ class AccessibilityTest : public testing::Test {
     const auto start = all.find_first_not_of(' ', line == std::string::npos ? 0 : line + 1);
     return all.substr(start, mark - start);
   }
-  static void type(unsigned key) { ScreenKeys{host().window()}.press(key); }
+  static void type(unsigned key, unsigned held = 0) {
+    ScreenKeys{host().window()}.press(key, held);
+  }
+  // Makes a banner of the campaign, and the keyboard come to it by the Tab key.
+  void tabInto(const std::string& campaign, const std::string& thing) {
+    host().makeBanner();
+    host().column().reorder_child_after(after_, host().slot());
+    host().load(campaign);
+    ASSERT_TRUE(host().runUntil([] { return !host().calls().empty(); }));
+    ASSERT_EQ(host().calls().back(), "didLoad");
+    before_.grab_focus();
+    ASSERT_TRUE(isSeen("push button \"Before\" focused")) << seen();
+    type(GDK_KEY_Tab);
+    ASSERT_TRUE(isSeen(thing + " focused")) << seen();
+  }
+  static bool isOpened(std::size_t count) {
+    return host().runUntil([&] { return handlers.received().size() >= count; });
+  }
   // What the Tab key comes by until it meets the same thing again.
   static std::vector<std::string> tabbed() {
     constexpr std::size_t many = 20;
@@ -102,9 +125,24 @@ class AccessibilityTest : public testing::Test {
     return met;
   }
 
+  // Of the host, around its slot.
+  Gtk::Button before_{"Before"};
+  Gtk::Button after_{"After"};
+
  private:
   static inline std::unique_ptr<GtkHost> shared_;
 };
+
+TEST_F(AccessibilityTest, APictureThatOpensSomethingIsALinkWhichKeysPress) {
+  tabInto("image-banner", "link \"Open the advertisement\"");
+  host().keepPicture("focused-picture");
+  type(GDK_KEY_Return);
+  EXPECT_TRUE(isOpened(1));
+  type(GDK_KEY_space);
+  EXPECT_TRUE(isOpened(2));
+  type(GDK_KEY_Tab);
+  EXPECT_TRUE(isSeen("push button \"After\" focused")) << seen();
+}
 
 struct SheetCase {
   const char* name;

@@ -19,11 +19,14 @@ ScreenKeys::ScreenKeys(Gtk::Window& window) {
   display_ = display;
 }
 
-void ScreenKeys::press(unsigned key) {
+void ScreenKeys::press(unsigned key, unsigned held) {
   auto* const display = static_cast<Display*>(display_);
   const unsigned code = XKeysymToKeycode(display, key);
+  const unsigned heldCode = held == 0 ? 0 : XKeysymToKeycode(display, held);
+  if (held != 0) key_(display, heldCode, True, 0);
   key_(display, code, True, 0);
   key_(display, code, False, 0);
+  if (held != 0) key_(display, heldCode, False, 0);
   XFlush(display);
 }
 

@@ -14,8 +14,9 @@ class ScreenKeys {
   // False when the library is missing or the screen is not one of an X server.
   [[nodiscard]] bool work() const { return display_ != nullptr; }
 
-  // Presses a key, for example GDK_KEY_Tab, and lets it go. Only where they work.
-  void press(unsigned key);
+  // Presses a key, for example GDK_KEY_Tab, and lets it go, while another one is held, for example
+  // GDK_KEY_Shift_L. Only where they work.
+  void press(unsigned key, unsigned held = 0);
 
  private:
   using Key = int (*)(void* display, unsigned code, int down, unsigned long delay);

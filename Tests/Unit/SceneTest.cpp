@@ -3,6 +3,7 @@
 #include <tavo/TapRecognizer.h>
 #include <tavo/ViewController.h>
 
+#include "Rules/KeyboardReach.h"
 #include "Scene/LayoutView.h"
 #include "Scene/Window.h"
 #include "Support/Testing.h"
@@ -102,6 +103,21 @@ TEST(TapTest, AButtonIsPressedAndKeepsItsTouchFromARecognizerThatDeclinesButtons
   deliverTap(*root, {50, 50});
   EXPECT_EQ(presses, 1);
   EXPECT_EQ(taps, 1);
+}
+
+TEST(TapTest, TheKeyboardReachesWhatListensTakesInputAndHasAName) {
+  const auto picture = std::make_shared<ImageView>();
+  EXPECT_FALSE(isReachedByKeyboard(*picture));
+  picture->addTapRecognizer(std::make_shared<TapRecognizer>());
+  EXPECT_FALSE(isReachedByKeyboard(*picture)) << "nobody could say what it is";
+  picture->setAccessibilityLabel("Open the advertisement");
+  EXPECT_TRUE(isReachedByKeyboard(*picture));
+  picture->setUserInteractionEnabled(false);
+  EXPECT_FALSE(isReachedByKeyboard(*picture));
+  Button button;
+  button.addTapRecognizer(std::make_shared<TapRecognizer>());
+  button.setAccessibilityLabel("Close");
+  EXPECT_FALSE(isReachedByKeyboard(button)) << "it has its own way";
 }
 
 TEST(TapTest, AnActionMayTakeTheViewsApart) {

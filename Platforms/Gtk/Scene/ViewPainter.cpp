@@ -1,5 +1,7 @@
 #include "Gtk/Scene/ViewPainter.h"
 
+#include <utility>
+
 #include "Gtk/Scene/Textures.h"
 
 namespace tavo::gtk {
@@ -76,6 +78,22 @@ void ViewPainter::paintLabel(const Label& label) {
   gtk_snapshot_translate(snapshot_.gobj(), &start);
   snapshot_.append_layout(layout, rgba(label.textColor()));
   snapshot_.restore();
+}
+
+// As a button has it: a light line on a dark one.
+void ViewPainter::paintFocus() {
+  const Rect bounds{0, 0, static_cast<double>(widget_.get_width()),
+                    static_cast<double>(widget_.get_height())};
+  const std::pair<Color, float> lines[] = {{colors::black, 3.0F}, {colors::white, 2.0F}};
+  for (const auto& [color, thickness] : lines) {
+    const graphene_rect_t place = graphene(bounds);
+    GskRoundedRect outline;
+    gsk_rounded_rect_init_from_rect(&outline, &place, 0);
+    const float widths[] = {thickness, thickness, thickness, thickness};
+    const GdkRGBA shade = *rgba(color).gobj();
+    const GdkRGBA shades[] = {shade, shade, shade, shade};
+    gtk_snapshot_append_border(snapshot_.gobj(), &outline, widths, shades);
+  }
 }
 
 }  // namespace tavo::gtk

@@ -16,6 +16,8 @@ class ViewPainter {
       : snapshot_{snapshot}, widget_{widget} {}
 
   void paint(const View& view);
+  // The mark of what the keyboard stands on: seen on a picture of any colour.
+  void paintFocus();
 
  private:
   void paintBackground(const View& view);

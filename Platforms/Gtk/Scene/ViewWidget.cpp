@@ -9,6 +9,7 @@
 #include <tavo/Button.h>
 #include <tavo/ImageView.h>
 #include <tavo/Label.h>
+#include <tavo/MoviePlayer.h>
 #include <tavo/ViewController.h>
 
 #include "Gtk/Guarded.h"
@@ -17,6 +18,7 @@
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Scene/SpinnerWidget.h"
 #include "Gtk/Scene/ViewPainter.h"
+#include "Rules/KeyboardReach.h"
 #include "Scene/Toolbar.h"
 #include "Values/Text.h"
 
@@ -44,6 +46,7 @@ GtkWidget* keptWidgetOf(View& view) {
 
 // What assistive technology takes the view for; none: a mere container.
 std::optional<GtkAccessibleRole> roleOf(const View& view) {
+  if (isReachedByKeyboard(view)) return GTK_ACCESSIBLE_ROLE_LINK;
   if (dynamic_cast<const Label*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_LABEL;
   if (dynamic_cast<const ImageView*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_IMG;
   if (dynamic_cast<const Toolbar*>(&view) != nullptr) return GTK_ACCESSIBLE_ROLE_TOOLBAR;
@@ -51,8 +54,18 @@ std::optional<GtkAccessibleRole> roleOf(const View& view) {
   if (controller != nullptr && controller->presentingViewController() != nullptr) {
     return GTK_ACCESSIBLE_ROLE_DIALOG;
   }
-  if (!view.accessibilityLabel().empty()) return GTK_ACCESSIBLE_ROLE_GROUP;
+  // A host's film has a name for as long as an ad plays in it.
+  const bool mayBeNamed = dynamic_cast<const MoviePlayer*>(&view) != nullptr;
+  if (mayBeNamed || !view.accessibilityLabel().empty()) return GTK_ACCESSIBLE_ROLE_GROUP;
   return std::nullopt;
+}
+
+bool isPress(guint key, Gdk::ModifierType state) {
+  const auto shortcuts =
+      Gdk::ModifierType::CONTROL_MASK | Gdk::ModifierType::ALT_MASK | Gdk::ModifierType::SUPER_MASK;
+  if ((state & shortcuts) != Gdk::ModifierType{}) return false;
+  return key == GDK_KEY_Return || key == GDK_KEY_KP_Enter || key == GDK_KEY_ISO_Enter ||
+         key == GDK_KEY_space || key == GDK_KEY_KP_Space;
 }
 
 }  // namespace
@@ -133,9 +146,27 @@ void ViewWidget::syncProperties(const View& view) {
   set_visible(!view.isHidden());
   set_opacity(view.alpha());
   set_can_target(view.isUserInteractionEnabled());
+  letKeysReach(isReachedByKeyboard(view));
   const auto* const label = dynamic_cast<const Label*>(&view);
   nameIt(label == nullptr ? view.accessibilityLabel() : validUtf8(label->text()));
   set_overflow(view.clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+}
+
+// The keyboard taps what it stands on.
+void ViewWidget::letKeysReach(bool reached) {
+  set_focusable(reached);
+  if (!reached || keys_) return;
+  keys_ = Gtk::EventControllerKey::create();
+  keys_->signal_key_pressed().connect(
+      guardedSlot([this](guint key, guint, Gdk::ModifierType state) {
+        const auto current = view();
+        if (!current || !is_focus() || !isPress(key, state)) return false;
+        recognizeTap(*current);
+        return true;
+      }),
+      false);
+  add_controller(keys_);
+  signal_state_flags_changed().connect(guardedSlot([this](Gtk::StateFlags) { queue_draw(); }));
 }
 
 void ViewWidget::syncChildren(const View& view) {
@@ -249,6 +280,7 @@ void ViewWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
     gtk_widget_snapshot_child(gobj(), native, snapshot->gobj());
   }
   for (const auto& child : children_) snapshot_child(*child.widget, snapshot);
+  if (has_visible_focus()) guarded([&] { ViewPainter{*snapshot.get(), *this}.paintFocus(); });
 }
 
 }  // namespace tavo::gtk

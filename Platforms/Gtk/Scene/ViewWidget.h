@@ -51,6 +51,7 @@ class ViewWidget : public Gtk::Widget {
   void show(const std::shared_ptr<View>& view);
   bool retire();
   void nameIt(const std::string& name);
+  void letKeysReach(bool reached);
   void syncProperties(const View& view);
   void syncChildren(const View& view);
   void discard(std::vector<Child> children);
@@ -62,6 +63,7 @@ class ViewWidget : public Gtk::Widget {
   Point origin_;
   std::vector<Child> children_;  // back to front
   std::vector<Child> spares_;    // of views that are gone
+  Glib::RefPtr<Gtk::EventControllerKey> keys_;
   NativePlace native_{GTK_WIDGET(gobj())};
 };
 

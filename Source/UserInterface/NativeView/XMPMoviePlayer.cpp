@@ -8,6 +8,7 @@
 #include "Services/Application.h"
 #include "UserInterface/NativeView/VideoReturn.h"
 #include "Utilities/NumberText.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -98,7 +99,12 @@ void XMPMoviePlayer::deregisterNotifications() {
 
 // A button on the video keeps its touches.
 void XMPMoviePlayer::addTap() {
-  if (tap_) movie_->removeTapRecognizer(*tap_);
+  if (tap_) {
+    movie_->removeTapRecognizer(*tap_);
+  } else {
+    nameOfFilm_ = movie_->accessibilityLabel();
+    movie_->setAccessibilityLabel(translated("Open the advertisement"));  // reached by the keyboard
+  }
   tap_ = std::make_shared<TapRecognizer>();
   tap_->shouldReceiveTouch = [](View& touched) {
     return dynamic_cast<Button*>(&touched) == nullptr;
@@ -353,7 +359,10 @@ void XMPMoviePlayer::handBack(Cause cause) {
 void XMPMoviePlayer::clearVideo() {
   skipTimer_.invalidate();
   btnSkip_.remove();
-  if (movie_ && tap_) movie_->removeTapRecognizer(*tap_);
+  if (movie_ && tap_) {
+    movie_->removeTapRecognizer(*tap_);
+    movie_->setAccessibilityLabel(nameOfFilm_);
+  }
   tap_.reset();
 }
 

@@ -138,6 +138,7 @@ class XMPMoviePlayer : public View, public MoviePlayerClient {
   BorrowedPlayer borrowed_;             // of nobody, for an interstitial
   std::shared_ptr<MoviePlayer> movie_;  // the one that plays the ad; null once it is dropped
   std::shared_ptr<TapRecognizer> tap_;
+  std::string nameOfFilm_;  // the host's, while the ad has one of its own
   SkipControl btnSkip_;
   SkipProgress skip_;
   VideoMilestones milestones_;

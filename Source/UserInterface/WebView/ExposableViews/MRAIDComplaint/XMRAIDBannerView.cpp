@@ -6,6 +6,7 @@
 #include "ErrorHandler/ExtendNSLog.h"
 #include "ErrorHandler/OperationLog.h"
 #include "Services/ImageDecoder.h"
+#include "Values/Translation.h"
 
 namespace tavo {
 
@@ -51,6 +52,8 @@ void XMRAIDBannerView::openUrl(const Url& url) {
 void XMRAIDBannerView::loadImageWithURL(const Url& url, std::weak_ptr<ClickThroughHost> xAdView) {
   const OperationLog log{"-[XMRAIDBannerView loadImageWithURL:withXadView:]"};
   xAdViewInstance = std::move(xAdView);
+  // The keyboard comes by what opens something, and by nothing else.
+  setAccessibilityLabel(clickThroughUrl.empty() ? "" : translated("Open the advertisement"));
   if (exchange_) exchange_->cancel();
   const auto& limits = environment_->limits();
   HttpRequest request{.url = url};

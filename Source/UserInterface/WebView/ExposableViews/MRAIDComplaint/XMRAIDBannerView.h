@@ -24,7 +24,7 @@ struct XMRAIDBannerViewDelegate {
 };
 
 // An image ad: fetches one picture, fits it to the banner by the slot's scaling rules and follows
-// its click-through when it is tapped. Made with `create`.
+// its click-through when it is tapped, or pressed with the keyboard on it. Made with `create`.
 class XMRAIDBannerView : public ImageView {
  public:
   [[nodiscard]] static std::shared_ptr<XMRAIDBannerView> create(
