@@ -15,7 +15,8 @@ class Shop : public Gtk::Window {
     set_title("Custom scheme host");
     set_default_size(360, 240);
     page_.set_vexpand(true);
-    page_.set_text("Welcome. Click the ad for an offer.");
+    page_.set_justify(Gtk::Justification::CENTER);
+    page_.set_markup("<big><b>Welcome</b></big>\n\nClick the ad for an offer.");
     column_.append(page_);
     column_.append(slot_);
     set_child(column_);
@@ -26,8 +27,11 @@ class Shop : public Gtk::Window {
  private:
   // "app://offers/42": the host of the address is the kind of page, its path the number.
   void open(const tavo::Url& url) {
-    page_.set_markup("<big><b>Offer " + Glib::Markup::escape_text(std::string{url.path()}) +
-                     "</b></big>\nfrom " + Glib::Markup::escape_text(std::string{url.text()}));
+    std::string_view number = url.path();
+    if (number.starts_with('/')) number.remove_prefix(1);
+    page_.set_markup("<big><b>Offer " + Glib::Markup::escape_text(std::string{number}) +
+                     "</b></big>\n\nopened by " +
+                     Glib::Markup::escape_text(std::string{url.text()}));
   }
 
   const std::shared_ptr<tavo::XAdView> ad_ = tavo::XAdView::create({0, 0, 320, 50});

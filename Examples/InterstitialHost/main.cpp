@@ -20,6 +20,7 @@ class Game : public Gtk::Window {
     finish_.signal_clicked().connect([this] { levelEnds(); });
     finish_.set_halign(Gtk::Align::CENTER);
     finish_.set_valign(Gtk::Align::CENTER);
+    finish_.add_css_class("suggested-action");
     set_child(finish_);
     ad_->delegate.set(events_);
     levelBegins();

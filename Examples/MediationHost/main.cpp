@@ -14,7 +14,9 @@ class Weather : public Gtk::Window {
   explicit Weather(const std::string& server) {
     set_title("Mediation host");
     set_default_size(360, 240);
-    report_.set_markup("<big>Sunny, 21 °C</big>");
+    report_.set_markup(
+        "<span size='300%'>21 °C</span>\n<big>Sunny, with a light wind from the sea</big>");
+    report_.set_justify(Gtk::Justification::CENTER);
     report_.set_vexpand(true);
     column_.append(report_);
     column_.append(slot_);

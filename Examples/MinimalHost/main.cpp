@@ -27,14 +27,23 @@ int main(int, char** argv) {
     const auto banner = tavo::XAdView::create({0, 0, 320, 50});
     banner->delegate.set(events);
     banner->slotConfiguration()->scalingAllowed = true;  // pictures of twice the size are sharp
-    auto* article = Gtk::make_managed<Gtk::Label>("The article that people came for.");
+    auto* article = Gtk::make_managed<Gtk::Label>();
+    article->set_markup(
+        "<big><b>The old ferry sails again</b></big>\n\nFor the first time in eleven years the "
+        "white "
+        "ferry crosses the bay. It leaves at eight, at noon and at five, and takes bicycles for "
+        "nothing.\n\nThe captain has promised to blow the horn only once.");
+    article->set_wrap(true);
+    article->set_xalign(0);
+    article->set_valign(Gtk::Align::START);
     article->set_vexpand(true);
+    article->set_margin(18);
     auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     column->append(*article);
     column->append(*Gtk::make_managed<tavo::gtk::AdSlot>(banner));
     window = std::make_unique<Gtk::Window>();
     window->set_title("Minimal host");
-    window->set_default_size(360, 320);
+    window->set_default_size(360, 300);
     window->set_child(*column);
     app->add_window(*window);
     window->present();

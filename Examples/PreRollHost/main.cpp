@@ -16,6 +16,9 @@ class Cinema : public Gtk::Window {
     set_title("Pre-roll host");
     set_default_size(360, 320);
     title_.set_vexpand(true);
+    title_.set_valign(Gtk::Align::START);
+    movie_.set_halign(Gtk::Align::CENTER);
+    column_.set_margin_top(20);
     column_.append(movie_);
     column_.append(title_);
     column_.append(slot_);

@@ -15,15 +15,25 @@ class Magazine : public Gtk::Window {
     set_title("Refusing host");
     set_default_size(360, 240);
     set_child(column_);
+    page_.set_markup(
+        "<big><b>How to read slowly</b></big>\n\nTake the long way through a page. Nobody is "
+        "waiting "
+        "at its end.");
+    page_.set_wrap(true);
+    page_.set_xalign(0);
+    page_.set_margin(18);
     quiet_.set_active(true);
     quiet_.set_vexpand(true);
-    quiet_.set_halign(Gtk::Align::CENTER);
+    quiet_.set_valign(Gtk::Align::START);
+    quiet_.set_margin_start(18);
     quiet_.signal_toggled().connect([this] { load(); });
     own_.set_markup("<b>Read us on paper, too</b>");
     own_.set_size_request(320, 50);
+    own_.add_css_class("card");
     place_.add(slot_);
     place_.add(own_);
     place_.set_halign(Gtk::Align::CENTER);
+    column_.append(page_);
     column_.append(quiet_);
     column_.append(place_);
     ad_->delegate.set(events_);
@@ -39,6 +49,7 @@ class Magazine : public Gtk::Window {
   const std::string server_;
   const std::shared_ptr<tavo::XAdView> ad_ = tavo::XAdView::create({0, 0, 320, 50});
   tavo::gtk::AdSlot slot_{ad_};
+  Gtk::Label page_;
   Gtk::CheckButton quiet_{"No ads that move"};
   Gtk::Label own_;
   Gtk::Stack place_;

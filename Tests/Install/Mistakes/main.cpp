@@ -27,12 +27,15 @@ class Host {
     // One that hangs is told of, too.
     Glib::signal_timeout().connect_seconds_once(
         [this] {
-          say("nothing more in 20 s");
+          say("nothing more in 60 s");
           app_->quit();
         },
-        20);
+        60);
     app_->run();
-    if (mistake_ == "runtime-first") runtime_.reset();
+    if (mistake_ == "views-last") {
+      other_.reset();
+      runtime_.reset();
+    }
     banner_.reset();
     window_.reset();
     runtime_.reset();
@@ -51,10 +54,25 @@ class Host {
     runtime_ = std::make_unique<tavo::Runtime>(tavo::gtk::makePlatform(options));
   }
 
-  void activate() {
+  // Ends in the opposite order of a stack, the first one before its views.
+  void makeTwoRuntimes() {
     makeRuntime();
-    if (++activations_ == 1 && mistake_ == "activated-twice") return app_->activate();
+    other_ = std::make_unique<tavo::Runtime>(
+        tavo::gtk::makePlatform({.applicationId = "com.example.other", .assumeReachable = true}));
+    std::swap(runtime_, other_);
     banner_ = XAdView::create({0, 0, 320, 50});
+    other_.reset();
+  }
+
+  void activate() {
+    say("activated");
+    // What the engine is to inherit; the toolkit is on the display already.
+    if (mistake_ == "no-authority") Glib::setenv("XAUTHORITY", "/nowhere/authority");
+    if (mistake_ != "no-runtime") makeRuntime();
+    if (++activations_ == 1 && mistake_ == "activated-twice") return app_->activate();
+    if (banner_) return quitWhenDone();
+    if (mistake_ == "two-runtimes" || mistake_ == "views-last") makeTwoRuntimes();
+    if (!banner_) banner_ = XAdView::create({0, 0, 320, 50});
     banner_->delegate.set(events_);
     window_ = std::make_unique<Gtk::Window>();
     window_->set_child(
@@ -63,8 +81,6 @@ class Host {
     window_->present();
     if (mistake_ == "null-slot") return later([this] { app_->quit(); });
     if (mistake_ == "wrong-thread") return std::thread{[this] { load(); }}.join();
-    // What the engine is to inherit; the toolkit is on the display already.
-    if (mistake_ == "no-authority") Glib::setenv("XAUTHORITY", "/nowhere/authority");
     load();
     say("asked");
     if (mistake_ == "runtime-first") runtime_.reset();
@@ -82,8 +98,15 @@ class Host {
 
   void loaded() {
     say("loaded");
-    later([this] { app_->quit(); });
+    loaded_ = true;
+    quitWhenDone();
     if (mistake_ == "exception") throw std::runtime_error{"the host's own"};
+  }
+
+  void quitWhenDone() {
+    if (loaded_ && (mistake_ != "started-twice" || activations_ == 2)) {
+      later([this] { app_->quit(); });
+    }
   }
 
   void failed(const std::optional<Error>& error) {
@@ -94,11 +117,14 @@ class Host {
 
   const std::string mistake_;
   const std::string server_;
-  const Glib::RefPtr<Gtk::Application> app_ =
-      Gtk::Application::create("com.example.mistakes", Gio::Application::Flags::NON_UNIQUE);
+  const Glib::RefPtr<Gtk::Application> app_ = Gtk::Application::create(
+      "com.example.mistakes", mistake_ == "started-twice" ? Gio::Application::Flags::NONE
+                                                          : Gio::Application::Flags::NON_UNIQUE);
   std::unique_ptr<tavo::Runtime> runtime_;
+  std::unique_ptr<tavo::Runtime> other_;
   std::unique_ptr<Gtk::Window> window_;
   std::shared_ptr<XAdView> banner_;
+  bool loaded_ = false;
   int activations_ = 0;
   int failures_ = 0;
   const std::shared_ptr<const tavo::XAdViewDelegate> events_ =
