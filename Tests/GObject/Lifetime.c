@@ -1,11 +1,10 @@
 /* Makes one of everything and ends it at every time of its life, round after round, and prints how
  * many objects of a round are left: lifetime DOMAIN FOLDER. After each round the leak sanitizer
  * tells what nothing points to any more, also behind the objects. */
-#include <stdio.h>
-#include <unistd.h>
-
 #include <sanitizer/lsan_interface.h>
+#include <stdio.h>
 #include <tavo-ads/tavo-ads.h>
+#include <unistd.h>
 
 static int alive = 0;
 static gboolean late = FALSE;

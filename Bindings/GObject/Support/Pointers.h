@@ -7,6 +7,9 @@
 
 namespace tavo::gobject {
 
+// The library has twins of these below its door. This binding is built on the installed headers
+// alone, like any host, and pointers of the toolkit are no part of what they promise.
+
 // Owns one reference of a GObject.
 template <typename Object>
 class Ref {

@@ -107,6 +107,36 @@ G_DECLARE_FINAL_TYPE(TavoAdsLimits, tavo_ads_limits, TAVO_ADS, LIMITS, GObject)
  * Seconds for all documents of a wrapper chain.
  */
 /**
+ * TavoAdsLimits:vast-wrapper-depth:
+ *
+ * Wrappers behind one another, in the standards mode.
+ */
+/**
+ * TavoAdsLimits:vast-ads-in-break:
+ *
+ * Ads of an answer that are played or tried, in the standards mode.
+ */
+/**
+ * TavoAdsLimits:vast-addresses:
+ *
+ * Addresses of one ad that are kept to be told, in the standards mode.
+ */
+/**
+ * TavoAdsLimits:vast-address-bytes:
+ *
+ * Size of one such address with its macros filled in; a longer one is not told.
+ */
+/**
+ * TavoAdsLimits:vast-icons:
+ *
+ * Icons that are drawn on one film, in the standards mode.
+ */
+/**
+ * TavoAdsLimits:vast-media-tries:
+ *
+ * Files of one film that are looked for, in the standards mode.
+ */
+/**
  * TavoAdsLimits:media-probe-timeout:
  *
  * Seconds for the question whether a film is there.
