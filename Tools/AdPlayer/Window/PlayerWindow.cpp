@@ -52,6 +52,8 @@ PlayerWindow::PlayerWindow(Stage& stage, PlayerWindowOptions options)
     session_.film = Url::fromText(films_->baseUrl() + "/files/" + film.filename().string());
   }
   session_.concluded = [this](Outcome outcome) {
+    // The page from before the switch had no tools; this one has.
+    if (tools_.get_active()) Inspection::sharedInstance().openPageTools();
     const bool isGood = outcome == Outcome::loaded;
     std::string why;
     for (const auto& event : stage_.log().events()) {
