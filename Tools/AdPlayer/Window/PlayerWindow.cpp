@@ -254,10 +254,7 @@ void PlayerWindow::makeKeys() {
     sideSwitch_.set_active(!sideSwitch_.get_active());
     side_.set_visible(sideSwitch_.get_active());
   });
-  add("F12", [this] {
-    tools_.set_active(!tools_.get_active());
-    tools_.activate();
-  });
+  add("F12", [this] { tools_.activate(); });
   add_controller(keys);
 }
 
