@@ -59,8 +59,9 @@ struct Limits {
   Seconds webProcessPing{3};   // an evaluation unanswered for so long, and nothing else sent
   Seconds webProcessWatch{5};  // between two looks at a page that is asked nothing else
   int webProcessReloadsPerMinute = 3;
-  Seconds pageTimeout{60};  // a page that never finishes
-  int pageRefreshes = 5;    // reloads that a page asks for itself
+  int pagesPerWebProcess = 500;  // then the next page is shown by a new process; 0: never
+  Seconds pageTimeout{60};       // a page that never finishes
+  int pageRefreshes = 5;         // reloads that a page asks for itself
   // Budgets of a page that no person touches; a touch makes them begin anew. The processor's are
   // those of one web process, which the pages of several slots share: it is paused, and ended
   // `webProcessPing` later. Bytes are counted as servers declare them, and where they do not, as

@@ -1,7 +1,10 @@
 // Native views that are used again: nothing of the former page is left in them.
 
+#include <optional>
+
 #include "Gtk/Scene/NativeView.h"
 #include "Support/WebPage.h"
+#include "Support/WebProcesses.h"
 
 namespace tavo::test {
 namespace {
@@ -78,6 +81,34 @@ TEST_F(WebRecyclingTest, AViewIsNotSharedWhileItIsInUse) {
   Page second{{.owner = &owner}};
   EXPECT_NE(dynamic_cast<gtk::NativeView&>(*first.view).widget(),
             dynamic_cast<gtk::NativeView&>(*second.view).widget());
+}
+
+// The engine grows with each page. The old process shows its page until the new one is ready.
+TEST_F(WebRecyclingTest, AProcessThatHasShownManyPagesIsLeftForANewOne) {
+  Limits limits = impatience();
+  limits.pagesPerWebProcess = 3;
+  gtk::GtkWebModule module{webServices(limits)};
+  const int owner = 0;
+  const auto others = webProcesses();
+  const auto own = [&] {
+    auto all = webProcesses();
+    for (const int other : others) all.erase(other);
+    return all;
+  };
+  std::set<int> first;
+  std::optional<Page> page;
+  for (int number = 0; number < 40 && (first.empty() || own().contains(*first.begin())); ++number) {
+    page.reset();
+    page.emplace(WebViewOptions{.owner = &owner}, Rect{0, 0, 320, 50}, module);
+    page->load("<html><body>" + std::to_string(number) + "</body></html>");
+    EXPECT_EQ(page->evaluate("document.body.textContent"), std::to_string(number));
+    EXPECT_THAT(page->client->events, ElementsAre("start", "finish"));
+    if (first.empty()) first = own();
+    const bool isWorn = number >= 3;
+    EXPECT_TRUE(!isWorn || runUntil([&] { return own().size() == 2 || own() != first; }));
+  }
+  EXPECT_EQ(first.size(), 1U);
+  EXPECT_TRUE(runUntil([&] { return own().size() == 1 && own() != first; }));
 }
 
 }  // namespace

@@ -60,6 +60,7 @@ constexpr std::array limitTable{
     property<&Limits::webProcessPing>("web-process-ping", 0, longest),
     property<&Limits::webProcessWatch>("web-process-watch", 0, longest),
     property<&Limits::webProcessReloadsPerMinute>("web-process-reloads-per-minute", 0, many),
+    property<&Limits::pagesPerWebProcess>("pages-per-web-process", 0, many),
     property<&Limits::pageTimeout>("page-timeout", 0, longest),
     property<&Limits::pageRefreshes>("page-refreshes", 0, many),
     property<&Limits::pageBytes>("page-bytes", 0, largest),

@@ -74,6 +74,7 @@ void GtkWebModule::warmUp(const WebViewOptions& options) {
     return;
   }
   if (std::exchange(mapping_, true)) return;
+  probeSandbox();
   openInBackground(moduleFile(), services_.runLoop, [self = std::weak_ptr{self_}, options] {
     const auto still = self.lock();
     if (!still || (*still)->triedToLoad_) return;
@@ -148,11 +149,24 @@ WebViewFactory* GtkWebModule::factory() {
   return factory_.get();
 }
 
+// Beside the mapping of the module, which takes longer.
+void GtkWebModule::probeSandbox() {
+  if (!sandbox_) sandbox_.emplace();
+}
+
 void GtkWebModule::load() {
   triedToLoad_ = true;
+  probeSandbox();
   std::string failure;
   void* const entry = moduleEntry(moduleFile(), createWebViewFactoryName, failure);
   if (entry == nullptr) return services_.log->write(LogLevel::error, "No HTML ads: " + failure);
+  if (!sandbox_->isAvailable()) {
+    return services_.log->write(
+        LogLevel::error,
+        "No HTML ads: the web engine's sandbox cannot be set up here. It needs bubblewrap with "
+        "user namespaces, and reach of the display authority and of the sockets of sound and bus "
+        "that the environment names.");
+  }
   const WebModuleServices services{.runLoop = services_.runLoop,
                                    .log = services_.log,
                                    .cookies = std::make_shared<StoreSource>(services_.cookies),

@@ -12,6 +12,7 @@
 
 #include "Gtk/Http/GtkCookieStore.h"
 #include "Gtk/Modules/ModuleFile.h"
+#include "Gtk/Modules/SandboxProbe.h"
 #include "Gtk/Services/OwnFolders.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
@@ -57,6 +58,7 @@ class GtkWebModule : public WebViewFactory {
   // The module's factory, or null when there is none to be had.
   [[nodiscard]] WebViewFactory* factory();
   void load();
+  void probeSandbox();
   [[nodiscard]] std::filesystem::path moduleFile() const;
   [[nodiscard]] bool knowsUserAgent();
   [[nodiscard]] std::string helperProgram() const;
@@ -66,6 +68,7 @@ class GtkWebModule : public WebViewFactory {
   Services services_;
   std::filesystem::path folder_;
   std::shared_ptr<GtkWebModule*> self_ = std::make_shared<GtkWebModule*>(this);
+  std::optional<SandboxProbe> sandbox_;
   bool mapping_ = false;
   bool triedToLoad_ = false;
   std::unique_ptr<WebViewFactory> factory_;

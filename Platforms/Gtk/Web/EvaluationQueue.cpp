@@ -41,7 +41,7 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
 
   void begun() {
     asked.push_back(runLoop->now());
-    if (asked.size() == 1) renew();
+    renew();
   }
 
   // They are answered in their order.
@@ -58,18 +58,31 @@ struct EvaluationQueue::Watch : std::enable_shared_from_this<Watch> {
   }
 
   // Whatever the page asks meanwhile: only answers count.
+  [[nodiscard]] Seconds deadline() const {
+    return std::min(std::max(asked.front(), lastAnswer) + patience,
+                    asked.front() + mostPatience * patience);
+  }
+
+  // Deadlines only move on, and most answers are there long before: a timer that runs already is
+  // left alone, and looks when it is due.
   void renew() {
-    timer.invalidate();
+    if (!timer.isValid()) look();
+  }
+
+  void look() {
     if (asked.empty() || !processRuns || !unanswered) return;
-    const Seconds deadline = std::min(std::max(asked.front(), lastAnswer) + patience,
-                                      asked.front() + mostPatience * patience);
-    timer = runLoop->after(std::max(deadline - runLoop->now(), Seconds{0}), [this] {
-      timer = runLoop->after(lastChance, [this] {
-        if (asked.empty() || !processRuns) return;
-        const auto held = shared_from_this();
-        if (unanswered) unanswered();
-      });
-    });
+    const Seconds left = deadline() - runLoop->now();
+    if (left > Seconds{0}) {
+      timer = runLoop->after(left, [this] { look(); });
+    } else {
+      timer = runLoop->after(lastChance, [this] { giveUp(); });
+    }
+  }
+
+  void giveUp() {
+    if (asked.empty() || !processRuns || deadline() > runLoop->now()) return look();
+    const auto held = shared_from_this();
+    if (unanswered) unanswered();
   }
 };
 

@@ -157,6 +157,7 @@ void GtkWebView::pageStarted() {
 
 void GtkWebView::pageFinished() {
   timeOut_.invalidate();
+  pool_->pageFinished();
   const auto held = shared_from_this();
   setReady(true);
   if (const auto client = client_.lock()) client->webViewDidFinishLoad(*this);

@@ -1,7 +1,6 @@
 #include "Gtk/Web/GtkWebViewFactory.h"
 
 #include "Gtk/Web/GtkWebView.h"
-#include "Gtk/Web/SandboxProbe.h"
 
 namespace tavo::gtk {
 
@@ -18,14 +17,5 @@ std::shared_ptr<WebView> GtkWebViewFactory::create(const Rect& frame,
 
 extern "C" __attribute__((visibility("default"))) tavo::WebViewFactory*
 tavo_create_web_view_factory(const tavo::gtk::WebModuleServices& services) {
-  if (!tavo::gtk::sandboxIsAvailable()) {
-    services.log->write(
-        tavo::LogLevel::error,
-        "No HTML ads: the web engine's sandbox cannot be set up here. It needs bubblewrap with "
-        "user "
-        "namespaces, and reach of the display authority and of the sockets of sound and bus that "
-        "the environment names.");
-    return nullptr;
-  }
   return std::make_unique<tavo::gtk::GtkWebViewFactory>(services).release();
 }

@@ -18,6 +18,9 @@ namespace {
 constexpr const char* storageOfThePage =
     "Object.defineProperty(window, 'localStorage', {get: () => sessionStorage})";
 
+constexpr GdkRGBA clear{0, 0, 0, 0};
+constexpr GdkRGBA almostClear{0, 0, 0, 0.002F};
+
 GPtr<WebKitWebView> makeView(WebEngine& engine, PageKind kind, WebKitUserContentManager* content,
                              const NativeWebView* related) {
   const auto settings = engine.makeSettings(kind);
@@ -30,7 +33,6 @@ GPtr<WebKitWebView> makeView(WebEngine& engine, PageKind kind, WebKitUserContent
           : g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", engine.context(), "network-session",
                          engine.session(kind), "user-content-manager", content, "settings",
                          settings.get(), "website-policies", policies.get(), nullptr);
-  constexpr GdkRGBA clear{0, 0, 0, 0};
   webkit_web_view_set_background_color(WEBKIT_WEB_VIEW(view), &clear);
   return GPtr<WebKitWebView>::sink(WEBKIT_WEB_VIEW(view));
 }
@@ -59,14 +61,17 @@ Error processGone(WebKitWebProcessTerminationReason reason) {
 }  // namespace
 
 std::shared_ptr<NativeWebView> NativeWebView::create(std::shared_ptr<WebEngine> engine,
-                                                     PageKind kind, const NativeWebView* related) {
-  return std::shared_ptr<NativeWebView>{new NativeWebView{std::move(engine), kind, related}};
+                                                     PageKind kind, const NativeWebView* related,
+                                                     std::shared_ptr<int> pages) {
+  return std::shared_ptr<NativeWebView>{
+      new NativeWebView{std::move(engine), kind, related, std::move(pages)}};
 }
 
 NativeWebView::NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind,
-                             const NativeWebView* related)
+                             const NativeWebView* related, std::shared_ptr<int> pages)
     : engine_{std::move(engine)},
       kind_{kind},
+      pages_{std::move(pages)},
       content_{GPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())},
       view_{makeView(*engine_, kind, content_.get(), related)},
       evaluations_{webKit(), engine_->services().runLoop, engine_->services().limits.webProcessPing,
@@ -102,6 +107,7 @@ void NativeWebView::connectSignals() {
   connections_.connect(webKit(), "decide-policy", onDecidePolicy, this);
   connections_.connect(webKit(), "load-changed", fenced<&NativeWebView::onLoadChanged>, this);
   connections_.connect(webKit(), "load-failed", onLoadFailed, this);
+  connections_.connect(webKit(), "realize", fenced<&NativeWebView::onRealized>, this);
   connections_.connect(webKit(), "web-process-terminated",
                        fenced<&NativeWebView::onProcessTerminated>, this);
 }
@@ -116,20 +122,17 @@ void NativeWebView::take(PageOwner& owner, const void* slot) {
     if (inspection_.inspection->allowsPageTools) inspection_.inspection->enter(inspected_);
   }
   requests_ = 0;
-  watched_ = engine_->processes().pageBegins(kind_);
+  // Nobody asks a page anything once it is there, and its timers may still begin to loop.
+  watched_ = engine_->processes().pageBegins(kind_, [this] { evaluations_.ping(); });
   policy_.setJudge(&owner);
   commands_.open();
   if (kind_ == PageKind::creative) {
     addScript(storageOfThePage, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
   }
-  // Nobody asks a page anything once it is there, and its timers may still begin to loop.
-  heartbeat_ = engine_->services().runLoop->every(engine_->services().limits.webProcessWatch,
-                                                  [this] { evaluations_.ping(); });
 }
 
 void NativeWebView::release() {
   evaluations_.flush();
-  heartbeat_.invalidate();
   inspected_.reset();
   owner_ = nullptr;
   watched_.reset();
@@ -143,6 +146,7 @@ void NativeWebView::release() {
 
 void NativeWebView::load(const Url& url, const std::function<void()>& start) {
   evaluations_.flush();
+  ++*pages_;
   loads_.requested();
   engine_->processes().pageLoads();
   endedFor_.reset();
@@ -273,6 +277,7 @@ void NativeWebView::onLoadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event
   const auto held = self->shared_from_this();
   self->evaluations_.setProcessRuns(true);
   self->turnover_.noteProcessRuns();
+  if (event == WEBKIT_LOAD_STARTED) self->engine_->processes().pageMoves();
   if (self->turnover_.isUnderWay()) return self->turnover_.noteLoad(event);
   if (self->owner_ != nullptr) self->tellLoad(event);
 }
@@ -304,6 +309,13 @@ gboolean NativeWebView::onLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*
     guarded([&] { listener->pageFailed(pageError(*error)); });
   }
   return TRUE;
+}
+
+// A view that comes to another surface, as when the window gets its layer, has lost its picture,
+// and the engine makes none while nothing on the page changes.
+void NativeWebView::onRealized(WebKitWebView* view, NativeWebView* /*self*/) {
+  webkit_web_view_set_background_color(view, &almostClear);
+  webkit_web_view_set_background_color(view, &clear);
 }
 
 void NativeWebView::onProcessTerminated(WebKitWebView* /*view*/,

@@ -42,10 +42,12 @@ class PageOwner : public PageJudge {
 // between. Main thread only.
 class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
  public:
-  // `related`, when not null, is a view of the same kind whose web process this one shares.
+  // `related`, when not null, is a view of the same kind whose web process this one shares. `pages`
+  // counts the pages of that process.
   [[nodiscard]] static std::shared_ptr<NativeWebView> create(std::shared_ptr<WebEngine> engine,
                                                              PageKind kind,
-                                                             const NativeWebView* related);
+                                                             const NativeWebView* related,
+                                                             std::shared_ptr<int> pages);
   ~NativeWebView();
   NativeWebView(const NativeWebView&) = delete;
   NativeWebView& operator=(const NativeWebView&) = delete;
@@ -55,6 +57,8 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   void take(PageOwner& owner, const void* slot);
   // The owner is done. Nothing reaches it any more; the page, its scripts and history are dropped.
   void release();
+  // Starts the web process of a view that has shown nothing yet, with the blank page.
+  void warmUp() { turnover_.begin(); }
 
   // Replaces the page; waits for the blank page of an earlier owner first.
   void loadHtml(const std::string& html, const Url& baseUrl);
@@ -86,9 +90,15 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   // The page has flooded its process with requests, or its owner is done and it has not answered
   // everything yet. The process may be about to be ended, with every page that shares it.
   [[nodiscard]] bool isClogged() const;
+  // Its process has shown so many pages that another is to take its place.
+  [[nodiscard]] bool isWorn() const { return isWorn(*pages_, engine_->services().limits); }
+  [[nodiscard]] static bool isWorn(int pages, const Limits& limits) {
+    return limits.pagesPerWebProcess > 0 && pages >= limits.pagesPerWebProcess;
+  }
 
  private:
-  NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind, const NativeWebView* related);
+  NativeWebView(std::shared_ptr<WebEngine> engine, PageKind kind, const NativeWebView* related,
+                std::shared_ptr<int> pages);
 
   void connectSignals();
   // The owner, while what the engine says is about the owner's page.
@@ -102,6 +112,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   static void onLoadChanged(WebKitWebView*, WebKitLoadEvent event, NativeWebView* self);
   static gboolean onLoadFailed(WebKitWebView*, WebKitLoadEvent event, const char* url,
                                GError* error, NativeWebView* self);
+  static void onRealized(WebKitWebView*, NativeWebView* self);
   static void onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason,
                                   NativeWebView* self);
   void tellLoad(WebKitLoadEvent event);
@@ -111,6 +122,7 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
 
   std::shared_ptr<WebEngine> engine_;
   const PageKind kind_;
+  const std::shared_ptr<int> pages_;  // of its process
   GPtr<WebKitUserContentManager> content_;
   GPtr<WebKitWebView> view_;
   LoadTracker loads_;
@@ -123,7 +135,6 @@ class NativeWebView : public std::enable_shared_from_this<NativeWebView> {
   std::shared_ptr<void> watched_;        // while there is an owner
   std::optional<FetchedBytes> fetched_;  // none: a page that a person asked for
   std::optional<Error> endedFor_;        // why it is being ended from here
-  Timer heartbeat_;
   SignalConnections connections_;
   std::unique_ptr<VisitedPage> visited_;       // null: a creative
   std::shared_ptr<PageInspection> inspected_;  // while somebody looks

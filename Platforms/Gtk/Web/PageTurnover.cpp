@@ -9,6 +9,11 @@
 
 namespace tavo::gtk {
 
+namespace {
+// The process that clears a page away is the one in which the slot's next page is loading.
+constexpr Seconds clearDelay{0.25};
+}  // namespace
+
 PageTurnover::PageTurnover(WebKitWebView* view, std::shared_ptr<WebEngine> engine,
                            std::function<void()> endProcess)
     : view_{view}, engine_{std::move(engine)}, endProcess_{std::move(endProcess)} {}
@@ -21,24 +26,48 @@ bool PageTurnover::isWithoutProcess() const {
   return stage_ == Stage::ended || stage_ == Stage::endedUnderWay;
 }
 
+// Without scripts, so that a page whose timers keep going somewhere else does not stop every load
+// that is to replace it, and writes nothing into what is emptied here.
 void PageTurnover::leave() {
   stage_ = isWithoutProcess() ? Stage::endedUnderWay : Stage::leaving;
+  beginAfter(clearDelay);
+  isSilent_ = false;
   engine_->services().runLoop->post([weak = std::weak_ptr{self_}] {
-    if (const auto self = weak.lock()) (*self)->begin();
+    if (const auto self = weak.lock()) (*self)->silence();
   });
 }
 
-// Without scripts first: a page whose timers keep going somewhere else would stop every load that
-// is to replace it.
+void PageTurnover::silence() {
+  if (stage_ != Stage::leaving || std::exchange(isSilent_, true)) return;
+  isEmptied_ = false;
+  webkit_settings_set_enable_javascript(webkit_web_view_get_settings(view_), FALSE);
+  webkit_web_view_set_is_muted(view_, TRUE);
+  webkit_web_view_stop_loading(view_);
+  engine_->forgetStorage([weak = std::weak_ptr{self_}] {
+    const auto self = weak.lock();
+    if (!self) return;
+    (*self)->isEmptied_ = true;
+    if ((*self)->stage_ == Stage::emptying) (*self)->finish();
+  });
+}
+
+void PageTurnover::beginAfter(Seconds delay) {
+  deadline_ = engine_->services().runLoop->after(delay, [this] {
+    begin();
+    // A script that loops keeps the blank page away for ever.
+    if (stage_ == Stage::blankAsked) {
+      deadline_ = engine_->services().runLoop->after(engine_->services().limits.webProcessPing,
+                                                     endProcess_);
+    }
+  });
+}
+
 void PageTurnover::begin() {
   if (isWithoutProcess()) return finish();
+  silence();
   stage_ = Stage::blankAsked;
   webkit_settings_set_enable_javascript(webkit_web_view_get_settings(view_), FALSE);
-  webkit_web_view_stop_loading(view_);
   webkit_web_view_load_uri(view_, blankPage);
-  // A script that loops keeps the blank page away for ever.
-  deadline_ =
-      engine_->services().runLoop->after(engine_->services().limits.webProcessPing, endProcess_);
 }
 
 void PageTurnover::decide(WebKitPolicyDecision* navigation) {
@@ -54,10 +83,7 @@ void PageTurnover::decide(WebKitPolicyDecision* navigation) {
 void PageTurnover::noteLoad(WebKitLoadEvent event) {
   if (stage_ != Stage::blankBegun || event != WEBKIT_LOAD_FINISHED) return;
   stage_ = Stage::emptying;
-  engine_->forgetStorage([weak = std::weak_ptr{self_}] {
-    const auto self = weak.lock();
-    if (self && (*self)->stage_ == Stage::emptying) (*self)->finish();
-  });
+  if (isEmptied_) finish();
 }
 
 void PageTurnover::noteProcessRuns() {
@@ -77,12 +103,14 @@ void PageTurnover::finish() {
   blankItem_ = GPtr<WebKitBackForwardListItem>::share(
       webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_)));
   webkit_settings_set_enable_javascript(webkit_web_view_get_settings(view_), TRUE);
+  webkit_web_view_set_is_muted(view_, FALSE);
   for (const auto& waiting : std::exchange(waiting_, {})) waiting.run();
 }
 
 void PageTurnover::whenThere(std::function<void()> run, std::function<void()> drop) {
   if (!isUnderWay()) return run();
   waiting_.push_back({std::move(run), std::move(drop)});
+  if (stage_ == Stage::leaving || stage_ == Stage::endedUnderWay) beginAfter(Seconds{0});
 }
 
 void PageTurnover::dropWaiting() {

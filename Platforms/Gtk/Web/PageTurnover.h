@@ -23,8 +23,9 @@ class PageTurnover {
   PageTurnover(const PageTurnover&) = delete;
   PageTurnover& operator=(const PageTurnover&) = delete;
 
-  // The owner is done with the page. The way begins a turn later: this may be one of the engine's
-  // signals.
+  // The owner is done with the page. A turn later, for this may be one of the engine's signals, it
+  // is silent, and what it has stored is dropped. The way to the blank page begins when somebody
+  // waits at its end, else when the slot's next page has had time to load.
   void leave();
   // Asks for the blank page at once, as for a view that has shown nothing yet.
   void begin();
@@ -62,18 +63,22 @@ class PageTurnover {
     leaving,        // the owner is done, nothing is asked for yet
     blankAsked,     // for the blank page
     blankBegun,     // the engine has asked about it
-    emptying,       // it is there; what the page before has stored is being dropped
+    emptying,       // it is there; what the page before has stored is still being dropped
     endedUnderWay,  // the process went with the page before; the next load starts another one
   };
 
+  void silence();
+  void beginAfter(Seconds delay);
   void finish();
 
   WebKitWebView* view_;
   std::shared_ptr<WebEngine> engine_;
   std::function<void()> endProcess_;
   Stage stage_ = Stage::open;
+  bool isSilent_ = true;
+  bool isEmptied_ = true;                      // of what the page has stored
   GPtr<WebKitBackForwardListItem> blankItem_;  // null in a view that has never been on its way
-  Timer deadline_;
+  Timer deadline_;                             // of the way's beginning, then of the blank page
   struct Waiting {
     std::function<void()> run;
     std::function<void()> drop;

@@ -12,6 +12,12 @@ constexpr Seconds busyPeriod{1};    // while a page loads, and
 constexpr Seconds loadingTime{10};  // so long after it has begun to
 constexpr Seconds calmPeriod{2};
 constexpr Seconds reasonLife{5};  // until the engine has told of the end
+// A process that uses less than this part of the processor between two looks is calm, and enough of
+// them let the watch sleep. What wakes it is little beside every budget, and more than a still page
+// uses in minutes.
+constexpr double calmShare = 0.02;
+constexpr int calmLooksToSleep = 2;
+constexpr Seconds wakingTime{0.1};
 
 std::string inSeconds(Seconds time) {
   return std::to_string(static_cast<int>(time.count())) + " seconds";
@@ -26,16 +32,23 @@ ProcessWatch::ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log
       inspection_{std::move(inspection)},
       limits_{limits} {}
 
-std::shared_ptr<void> ProcessWatch::pageBegins(PageKind kind) {
+ProcessWatch::~ProcessWatch() { *self_ = nullptr; }
+
+std::shared_ptr<void> ProcessWatch::pageBegins(PageKind kind, std::function<void()> ping) {
   if (kind == PageKind::browser) ++browsers_;
-  if (pages_++ == 0) lookLater();
-  return {this, [kind](ProcessWatch* watch) { watch->pageEnds(kind); }};
+  ++pages_;
+  pings_.emplace(++lastPage_, std::move(ping));
+  wake();
+  return {this, [kind, page = lastPage_](ProcessWatch* watch) { watch->pageEnds(kind, page); }};
 }
 
-void ProcessWatch::pageEnds(PageKind kind) {
+void ProcessWatch::pageEnds(PageKind kind, int page) {
   if (kind == PageKind::browser) --browsers_;
+  pings_.erase(page);
   if (--pages_ > 0) return;
   timer_.invalidate();
+  heartbeat_.invalidate();
+  alarms_.clear();
   // Nobody looks after what is paused any more, and the next page would wait in it.
   for (const auto& [id, use] : uses_) {
     if (use.pausedAt) kill(id, SIGKILL);
@@ -47,7 +60,25 @@ void ProcessWatch::pageLoads() {
   const bool wasCalm = runLoop_->now() - lastLoad_ > loadingTime;
   lastLoad_ = runLoop_->now();
   startsAnew_ = true;
+  wake();
   if (wasCalm && pages_ > 0) lookLater();
+}
+
+void ProcessWatch::wake() {
+  calmLooks_ = 0;
+  asleep_ = false;
+  alarms_.clear();
+  if (pages_ == 0 || timer_.isValid()) return;
+  lookLater();
+  heartbeat_ = runLoop_->every(limits_.webProcessWatch, [this] { pingAll(); });
+}
+
+// A page whose answer is another's end is not asked any more.
+void ProcessWatch::pingAll() {
+  const auto pings = pings_;
+  for (const auto& [page, ping] : pings) {
+    if (pings_.contains(page)) ping();
+  }
 }
 
 // What is paused for its hunger goes on: the person wants it.
@@ -68,8 +99,37 @@ void ProcessWatch::lookLater() {
   const bool isBusy = runLoop_->now() - lastLoad_ <= loadingTime;
   timer_ = runLoop_->after(isBusy ? busyPeriod : calmPeriod, [this] {
     look();
-    lookLater();
+    if (!asleep_) lookLater();
   });
+}
+
+bool ProcessWatch::isCalm(const std::vector<WebProcess>& processes) {
+  const auto before = std::exchange(processor_, {});
+  const Seconds most = busyPeriod * calmShare;
+  bool calm = true;
+  for (const auto& process : processes) {
+    processor_[process.id] = process.processor;
+    const auto known = before.find(process.id);
+    calm = calm && known != before.end() && process.processor - known->second <= most &&
+           !uses_[process.id].pausedAt;
+  }
+  return calm;
+}
+
+// Not where the system does not tell.
+void ProcessWatch::sleep(const std::vector<WebProcess>& processes) {
+  for (const auto& process : processes) {
+    auto alarm =
+        std::make_unique<ProcessorAlarm>(process.id, wakingTime, [loop = runLoop_, self = self_] {
+          loop->post([self] {
+            if (*self != nullptr) (*self)->wake();
+          });
+        });
+    if (!alarm->isSet()) return alarms_.clear();
+    alarms_.push_back(std::move(alarm));
+  }
+  heartbeat_.invalidate();
+  asleep_ = true;
 }
 
 void ProcessWatch::look() {
@@ -85,6 +145,8 @@ void ProcessWatch::look() {
     follow(process, use);
   }
   startsAnew_ = false;
+  calmLooks_ = isCalm(processes) ? calmLooks_ + 1 : 0;
+  if (calmLooks_ >= calmLooksToSleep) sleep(processes);
 }
 
 void ProcessWatch::follow(const WebProcess& process, Use& use) {

@@ -1,16 +1,19 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <tavo/Error.h>
 #include <tavo/Inspection.h>
 #include <tavo/Limits.h>
 
+#include "Gtk/Web/ProcessorAlarm.h"
 #include "Gtk/Web/WebProcesses.h"
 #include "Services/Log.h"
 #include "Services/RunLoop.h"
@@ -21,17 +24,25 @@ namespace tavo::gtk {
 // Looks at the engine's web processes from outside, for one that is busy does not look at itself:
 // ends those that take too much memory, and those that burn the processor while no person has
 // touched an ad. The engine does not say which page is in which process, and moves pages: so a
-// touch, or a new page, counts for all. Main thread only.
+// touch, or a new page, counts for all. Pages that do next to nothing wake nobody: the watch sleeps
+// then, until the system says that a process has begun to use the processor. Main thread only.
 class ProcessWatch {
  public:
   // A null inspection hears nothing.
   ProcessWatch(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<Log> log, const Limits& limits,
                std::shared_ptr<Inspection> inspection = nullptr);
 
+  ~ProcessWatch();
+  ProcessWatch(const ProcessWatch&) = delete;
+  ProcessWatch& operator=(const ProcessWatch&) = delete;
+
   // A page has an owner for as long as what is returned lives, which must not outlive the watch.
-  // Without pages nobody looks; while a person browses nobody looks at the processor.
-  [[nodiscard]] std::shared_ptr<void> pageBegins(PageKind kind);
+  // Without pages nobody looks; while a person browses nobody looks at the processor. `ping` asks
+  // the page for a sign of life, each `webProcessWatch` while the watch is awake.
+  [[nodiscard]] std::shared_ptr<void> pageBegins(PageKind kind, std::function<void()> ping);
   void pageLoads();
+  // A page navigates by itself: it may be in another process from now on.
+  void pageMoves() { wake(); }
   void touched();
   [[nodiscard]] bool isBrowsing() const { return browsers_ > 0; }
 
@@ -46,9 +57,13 @@ class ProcessWatch {
     std::optional<Error> pausedFor{};  // while it is paused
   };
 
-  void pageEnds(PageKind kind);
+  void pageEnds(PageKind kind, int page);
+  void wake();
   void lookLater();
   void look();
+  [[nodiscard]] bool isCalm(const std::vector<WebProcess>& processes);
+  void sleep(const std::vector<WebProcess>& processes);
+  void pingAll();
   void follow(const WebProcess& process, Use& use);
   [[nodiscard]] std::optional<Error> judge(const WebProcess& process, const Use& use) const;
   void pause(int id, Use& use, Error error);
@@ -67,6 +82,14 @@ class ProcessWatch {
   std::map<int, Use> uses_;
   std::optional<std::pair<Seconds, Error>> blamed_;
   Timer timer_;
+  Timer heartbeat_;
+  std::map<int, std::function<void()>> pings_;  // by page
+  int lastPage_ = 0;
+  int calmLooks_ = 0;                 // in a row
+  std::map<int, Seconds> processor_;  // used by the last look
+  bool asleep_ = false;
+  std::vector<std::unique_ptr<ProcessorAlarm>> alarms_;  // while it sleeps
+  std::shared_ptr<ProcessWatch*> self_ = std::make_shared<ProcessWatch*>(this);
 };
 
 }  // namespace tavo::gtk

@@ -7,9 +7,9 @@ namespace {
 
 constexpr std::size_t pagesPerProcess = 10;  // so many go down when one of them does
 constexpr std::size_t longestIdleList = 6;
+constexpr Seconds restBeforeSpare{0.3};
 constexpr std::ptrdiff_t idlePerOwner = 2;
 constexpr Seconds longestIdle{600};
-constexpr Seconds sweepPeriod{60};
 
 bool same(const WebViewOptions& left, const WebViewOptions& right) {
   return left.owner == right.owner && left.ownProcess == right.ownProcess &&
@@ -21,7 +21,9 @@ bool same(const WebViewOptions& left, const WebViewOptions& right) {
 WebViewPool::WebViewPool(std::shared_ptr<WebEngine> engine) : engine_{std::move(engine)} {}
 
 std::shared_ptr<NativeWebView> WebViewPool::acquire(const WebViewOptions& options) {
+  if (!options.ownProcess) ++shared_;
   if (auto idle = takeIdle(options)) return idle;
+  if (auto spare = takeSpare(options)) return spare;
   return make(options);
 }
 
@@ -29,7 +31,8 @@ std::shared_ptr<NativeWebView> WebViewPool::acquire(const WebViewOptions& option
 std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& options) {
   if (options.owner == nullptr) return nullptr;
   const auto isFree = [&](const Idle& idle) {
-    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged();
+    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged() &&
+           !(spare_ && idle.view->isWorn());
   };
   const auto isReady = [&](const Idle& idle) {
     return isFree(idle) &&
@@ -46,53 +49,96 @@ std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& optio
   return view;
 }
 
+// With it the owner leaves the process that is worn.
+std::shared_ptr<NativeWebView> WebViewPool::takeSpare(const WebViewOptions& options) {
+  const bool fits = spare_ && !options.ownProcess && options.kind == PageKind::creative;
+  if (!fits || spare_->isDead() || spare_->isClogged()) return nullptr;
+  std::erase_if(
+      idle_, [&](const Idle& idle) { return same(idle.options, options) && idle.view->isWorn(); });
+  spareTimer_.invalidate();
+  return std::exchange(spare_, nullptr);
+}
+
+void WebViewPool::pageFinished() {
+  if (spare_ && !spare_->isDead()) return;
+  spareTimer_ = engine_->services().runLoop->after(restBeforeSpare, [this] { makeSpare(); });
+}
+
+// Not for a host that shows one page and no other.
+void WebViewPool::makeSpare() {
+  const bool isExpected = shared_ > 1;
+  if (!isExpected) return;
+  spare_ = make({});
+  spare_->warmUp();
+  spareTimer_ = engine_->services().runLoop->after(longestIdle, [this] { spare_.reset(); });
+}
+
 std::shared_ptr<NativeWebView> WebViewPool::make(const WebViewOptions& options) {
-  auto view =
-      NativeWebView::create(engine_, options.kind, options.ownProcess ? nullptr : processToShare());
-  if (!options.ownProcess) processes_.back().push_back(view);
+  if (options.ownProcess) {
+    return NativeWebView::create(engine_, options.kind, nullptr, std::make_shared<int>(0));
+  }
+  auto& process = processToShare();
+  const auto related = process.views.empty() ? nullptr : process.views.front().lock();
+  auto view = NativeWebView::create(engine_, options.kind, related.get(), process.pages);
+  process.views.push_back(view);
   return view;
 }
 
-// A process with room that is up to its work; null, and a new entry, when there is none.
-const NativeWebView* WebViewPool::processToShare() {
-  for (auto& pages : processes_) {
-    std::erase_if(pages, [](const auto& page) {
+// One with room that is up to its work, else a new one.
+WebViewPool::SharedProcess& WebViewPool::processToShare() {
+  for (auto& process : processes_) {
+    std::erase_if(process.views, [](const auto& page) {
       const auto view = page.lock();
       return !view || view->isDead();
     });
   }
-  std::erase_if(processes_, [](const auto& pages) { return pages.empty(); });
+  std::erase_if(processes_, [](const auto& process) { return process.views.empty(); });
   const auto isClogged = [](const auto& page) { return page.lock()->isClogged(); };
-  const auto roomy = std::find_if(processes_.begin(), processes_.end(), [&](const auto& pages) {
-    return pages.size() < pagesPerProcess && std::none_of(pages.begin(), pages.end(), isClogged);
+  const auto roomy = std::find_if(processes_.begin(), processes_.end(), [&](const auto& process) {
+    return process.views.size() < pagesPerProcess &&
+           !NativeWebView::isWorn(*process.pages, engine_->services().limits) &&
+           std::none_of(process.views.begin(), process.views.end(), isClogged);
   });
-  if (roomy == processes_.end()) {
-    processes_.emplace_back();
-    return nullptr;
-  }
+  if (roomy == processes_.end()) return processes_.emplace_back();
   std::rotate(roomy, roomy + 1, processes_.end());
-  return processes_.back().front().lock().get();
+  return processes_.back();
 }
 
 void WebViewPool::giveBack(const std::shared_ptr<NativeWebView>& view,
                            const WebViewOptions& options) {
   if (options.owner == nullptr || view->isDead()) return;
+  if (view->isWorn() && (options.ownProcess || spare_)) return;
   view->release();
+  keep(view, options);
+}
+
+void WebViewPool::keep(const std::shared_ptr<NativeWebView>& view, const WebViewOptions& options) {
   dropStale();
   const auto kept = std::count_if(idle_.begin(), idle_.end(),
                                   [&](const Idle& idle) { return same(idle.options, options); });
   if (kept >= idlePerOwner) return;
   if (idle_.size() >= longestIdleList) idle_.erase(idle_.begin());
   idle_.push_back({view, options, engine_->services().runLoop->now()});
-  if (!sweeper_.isValid()) {
-    sweeper_ = engine_->services().runLoop->every(sweepPeriod, [this] { dropStale(); });
-  }
+  if (!sweeper_.isValid()) sweepLater();
+}
+
+// Once, when the oldest is due: nobody is woken before.
+void WebViewPool::sweepLater() {
+  if (idle_.empty()) return;
+  auto& runLoop = *engine_->services().runLoop;
+  sweeper_ = runLoop.after(idle_.front().since + longestIdle - runLoop.now(), [this] {
+    dropStale();
+    sweepLater();
+  });
 }
 
 void WebViewPool::warmUp(const WebViewOptions& options) {
   const bool ready = std::any_of(idle_.begin(), idle_.end(),
                                  [&](const Idle& idle) { return same(idle.options, options); });
-  if (options.owner != nullptr && !ready) giveBack(make(options), options);
+  if (options.owner == nullptr || ready) return;
+  const auto view = make(options);
+  view->warmUp();
+  keep(view, options);
 }
 
 std::shared_ptr<ReloadBudget> WebViewPool::reloadBudget(const void* owner) {
@@ -112,7 +158,6 @@ void WebViewPool::dropStale() {
   std::erase_if(idle_, [now](const Idle& idle) {
     return idle.view->isDead() || now - idle.since >= longestIdle;
   });
-  if (idle_.empty()) sweeper_.invalidate();
 }
 
 }  // namespace tavo::gtk

@@ -12,8 +12,9 @@
 namespace tavo::gtk {
 
 // The native web views: those that show a page, and the blank ones that wait for their owner's next
-// answer. Slots share web processes, a few pages to each; a view that wants its own gets it. Main
-// thread only.
+// answer. Slots share web processes, a few pages to each; a view that wants its own gets it. A
+// process that has shown many pages is left for a new one, whose first view is made while the old
+// one still shows its page. Main thread only.
 class WebViewPool {
  public:
   explicit WebViewPool(std::shared_ptr<WebEngine> engine);
@@ -22,6 +23,8 @@ class WebViewPool {
   [[nodiscard]] std::shared_ptr<NativeWebView> acquire(const WebViewOptions& options);
   // Gives a view back. It is kept for its owner, unless it has none or its process is gone.
   void giveBack(const std::shared_ptr<NativeWebView>& view, const WebViewOptions& options);
+  // A page has loaded: the loop is about to have time for what the next one needs.
+  void pageFinished();
   // Has a blank view ready for the owner's first page.
   void warmUp(const WebViewOptions& options);
 
@@ -35,14 +38,26 @@ class WebViewPool {
     Seconds since{};
   };
 
+  struct SharedProcess {
+    std::vector<std::weak_ptr<NativeWebView>> views{};
+    std::shared_ptr<int> pages = std::make_shared<int>(0);
+  };
+
   [[nodiscard]] std::shared_ptr<NativeWebView> takeIdle(const WebViewOptions& options);
+  [[nodiscard]] std::shared_ptr<NativeWebView> takeSpare(const WebViewOptions& options);
   [[nodiscard]] std::shared_ptr<NativeWebView> make(const WebViewOptions& options);
-  [[nodiscard]] const NativeWebView* processToShare();
+  [[nodiscard]] SharedProcess& processToShare();
+  void makeSpare();
+  void keep(const std::shared_ptr<NativeWebView>& view, const WebViewOptions& options);
+  void sweepLater();
   void dropStale();
 
   std::shared_ptr<WebEngine> engine_;
-  std::vector<Idle> idle_;                                            // the oldest first
-  std::vector<std::vector<std::weak_ptr<NativeWebView>>> processes_;  // shared ones, by page
+  std::vector<Idle> idle_;  // the oldest first
+  std::vector<SharedProcess> processes_;
+  int shared_ = 0;                        // pages so far that share their process
+  std::shared_ptr<NativeWebView> spare_;  // for whichever slot needs one next
+  Timer spareTimer_;                      // makes it, or drops it when nobody has come for it
   std::map<const void*, std::shared_ptr<ReloadBudget>> budgets_;
   Timer sweeper_;
 };

@@ -1,4 +1,4 @@
-#include "Gtk/Web/SandboxProbe.h"
+#include "Gtk/Modules/SandboxProbe.h"
 
 #include <dlfcn.h>
 #include <gtk/gtk.h>
@@ -63,11 +63,7 @@ bool displayOpensAgain() {
   return display != nullptr;
 }
 
-}  // namespace
-
-bool sandboxIsAvailable() {
-  if (!displayOpensAgain()) return false;
-  constexpr Seconds deadline{5};
+std::vector<std::string> sandboxedProgram() {
   std::vector<std::string> arguments{TAVO_BWRAP,
                                      "--die-with-parent",
                                      "--unshare-pid",
@@ -86,7 +82,16 @@ bool sandboxIsAvailable() {
     arguments.insert(arguments.end(), {"--ro-bind-try", path, path});
   }
   arguments.insert(arguments.end(), {"--", "/bin/true"});
-  return runHelperProgram(arguments, deadline).has_value();
+  return arguments;
 }
+
+}  // namespace
+
+SandboxProbe::SandboxProbe()
+    : available_{std::async(std::launch::async,
+                            [opens = displayOpensAgain(), program = sandboxedProgram()] {
+                              constexpr Seconds deadline{5};
+                              return opens && runHelperProgram(program, deadline).has_value();
+                            })} {}
 
 }  // namespace tavo::gtk
