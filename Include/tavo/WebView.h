@@ -109,9 +109,19 @@ class TAVO_EXPORT WebView : public View {
   virtual void goForward() = 0;
   virtual void reload() = 0;
 
+  // Whether the page rests, because nobody can see it: the engine treats it as hidden. It hears
+  // `visibilitychange`, its animations stand still and its timers go slowly, while loads and
+  // evaluations go on. Its last picture stays where it stands. The library says so to pages that
+  // are scrolled away or covered.
+  [[nodiscard]] bool isAtRest() const { return atRest_; }
+  void setAtRest(bool rests);
+
   // Video plays inside the page; it may start without a touch. Set before the first load.
   bool allowsInlineMediaPlayback = false;
   bool mediaPlaybackRequiresUserAction = true;
+
+ private:
+  bool atRest_ = false;
 };
 
 }  // namespace tavo

@@ -10,18 +10,9 @@ namespace tavo {
 
 namespace {
 
-// Whoever hears of it may change the tree.
-void tellCover(View& view) {
-  view.coverDidChange();
-  const auto below = view.subviews();
-  for (const auto& subview : below) tellCover(*subview);
-}
-
 void tellCoverInWindow(const std::shared_ptr<View>& view) {
   Window* const window = view ? view->window() : nullptr;
-  if (window == nullptr) return;
-  const auto held = window->shared_from_this();
-  tellCover(*window);
+  if (window != nullptr) window->tellCover();
 }
 
 }  // namespace

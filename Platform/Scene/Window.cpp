@@ -9,6 +9,17 @@
 
 namespace tavo {
 
+namespace {
+
+// Whoever hears of it may change the tree.
+void tellCoverBelow(View& view) {
+  view.coverDidChange();
+  const auto below = view.subviews();
+  for (const auto& subview : below) tellCoverBelow(*subview);
+}
+
+}  // namespace
+
 Window::~Window() { removeAllSubviews(); }
 
 void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {
@@ -48,6 +59,11 @@ Size Window::interfaceSize() const {
     if (stands && isLandscape(next->orientation_) != isWide) return next->view()->frame().size();
   }
   return whole;
+}
+
+void Window::tellCover() {
+  const auto held = shared_from_this();
+  tellCoverBelow(*this);
 }
 
 ViewController* Window::topViewController() const {

@@ -29,6 +29,9 @@ class Window : public View {
   // The controller that is in front: the last one presented, or the root one.
   [[nodiscard]] ViewController* topViewController() const;
 
+  // Tells every view in it that what stands above may be another.
+  void tellCover();
+
  protected:
   [[nodiscard]] bool isWindow() const override { return true; }
   void layoutSubviews() override;

@@ -42,7 +42,6 @@ class TAVO_HIDDEN AdSlot::Core {
   const std::shared_ptr<Environment> environment_ = Runtime::current().environment();
   const std::shared_ptr<View> adView_;
   const std::shared_ptr<View> container_ = std::make_shared<SlotContainer>();
-  SceneRoot root_{container_, environment_->limits().widgetSide, [this] { tellShownPart(); }};
   Rect place_;                 // of the slot, in its window
   std::optional<Rect> shown_;  // the part of the ad view that the host shows, as it was told
   bool appearing_ = false;     // on the screen, but not told to the ad view yet
@@ -50,6 +49,10 @@ class TAVO_HIDDEN AdSlot::Core {
   sigc::connection leaving_;
   sigc::connection disappearing_;
   sigc::connection destroyed_;
+  SceneRoot root_{container_, environment_->limits().widgetSide, [this] {
+                    tellShownPart();
+                    adView_->coverDidChange();
+                  }};
 };
 
 namespace {

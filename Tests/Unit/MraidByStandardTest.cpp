@@ -125,11 +125,11 @@ TEST_F(MraidByStandardTest, OnePageIsToldAllInOneStatement) {
 TEST_F(MraidByStandardTest, WhatNobodySeesIsToldAndRests) {
   banner_->shownPartDidChange({});
   EXPECT_EQ(happened(), Lines{place("default", home_, "480", false)});
-  EXPECT_FALSE(first_->isHidden()) << "it may be back with the next frame";
+  EXPECT_FALSE(first_->isAtRest()) << "it may be back with the next frame";
   advance(1);
-  EXPECT_TRUE(first_->isHidden());
+  EXPECT_TRUE(first_->isAtRest());
   banner_->shownPartDidChange({0, 0, 320, 1});
-  EXPECT_FALSE(first_->isHidden());
+  EXPECT_FALSE(first_->isAtRest());
   happened();
   root_->presentViewController(std::make_shared<ViewController>(), Animated::no);
   EXPECT_EQ(happened(), Lines{place("default", home_, "480", false)});

@@ -71,6 +71,7 @@ class RecordingAdView : public View, public AdManagerView {
   void updateCurrentPositionOfWebView(const PageRef&) override {
     note("updateCurrentPositionOfWebView");
   }
+  void webViewJoinsScreen(const PageRef&) override {}
   void webViewLeavesScreen(const PageRef&) override { note("webViewLeavesScreen"); }
 
   MobileAdTypes type = MobileAdTypes::banner;

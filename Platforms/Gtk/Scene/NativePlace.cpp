@@ -12,7 +12,27 @@ void NativePlace::follow(NativeView& view) {
     if (!view.isReadyToShow()) return;
     take(view);
   }
-  gtk_widget_set_child_visible(widget_, view.isReadyToShow() ? TRUE : FALSE);
+  if (view.isReadyToShow() && view.isResting()) {
+    keepPicture();
+  } else {
+    picture_.reset();
+  }
+  gtk_widget_set_child_visible(widget_, view.isReadyToShow() && !view.isResting() ? TRUE : FALSE);
+}
+
+// What lies above it may let it shine through.
+void NativePlace::keepPicture() {
+  if (picture_ || gtk_widget_get_mapped(widget_) == FALSE) return;
+  const auto live = GPtr<GdkPaintable>::adopt(gtk_widget_paintable_new(widget_));
+  picture_ = GPtr<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get()));
+}
+
+void NativePlace::draw(GtkSnapshot* snapshot) const {
+  GtkWidget* const here = widget();
+  if (here == nullptr) return;
+  if (!picture_) return gtk_widget_snapshot_child(parent_, here, snapshot);
+  gdk_paintable_snapshot(picture_.get(), GDK_SNAPSHOT(snapshot), gtk_widget_get_width(here),
+                         gtk_widget_get_height(here));
 }
 
 void NativePlace::take(NativeView& view) {
@@ -27,11 +47,13 @@ void NativePlace::take(NativeView& view) {
 }
 
 bool NativePlace::retire() {
+  picture_.reset();
   if (!isKept_) release();
   return widget() != nullptr;
 }
 
 void NativePlace::release() {
+  picture_.reset();
   if (widget_ == nullptr) return;
   g_object_remove_weak_pointer(G_OBJECT(widget_), reinterpret_cast<gpointer*>(&widget_));
   if (GtkWidget* const here = widget()) gtk_widget_unparent(here);

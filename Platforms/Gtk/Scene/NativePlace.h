@@ -2,6 +2,7 @@
 
 #include <gtk/gtk.h>
 
+#include "Gtk/GPtr.h"
 #include "Gtk/Scene/NativeView.h"
 
 namespace tavo::gtk {
@@ -18,6 +19,8 @@ class NativePlace {
 
   // Takes the view's widget from wherever it is once it is worth showing, and shows it or hides it.
   void follow(NativeView& view);
+  // Draws the widget, or the last picture of one that rests.
+  void draw(GtkSnapshot* snapshot) const;
   // The view is gone. True when its widget stays.
   bool retire();
   void release();
@@ -27,10 +30,12 @@ class NativePlace {
 
  private:
   void take(NativeView& view);
+  void keepPicture();
 
   GtkWidget* parent_;
   GtkWidget* widget_ = nullptr;  // cleared when it ends; may have another parent by now
   bool isKept_ = false;
+  GPtr<GdkPaintable> picture_;  // while it rests
 };
 
 }  // namespace tavo::gtk

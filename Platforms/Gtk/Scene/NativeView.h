@@ -24,6 +24,9 @@ class NativeView {
   // change.
   [[nodiscard]] virtual bool isReadyToShow() const = 0;
 
+  // Seen by nobody: the widget is to be unmapped, with its last picture in its place.
+  [[nodiscard]] virtual bool isResting() const { return false; }
+
   // Another view may bring the same widget when this one is gone.
   [[nodiscard]] virtual bool isKept() const { return false; }
 };

@@ -1,5 +1,7 @@
 #include "Gtk/Scene/SceneRoot.h"
 
+#include <utility>
+
 #include "Gtk/Guarded.h"
 #include "Gtk/Scene/NativeView.h"
 
@@ -22,8 +24,9 @@ SceneRoot::~SceneRoot() {
 
 // A turn may change the tree many times; the picture follows once, before the next frame is drawn.
 void SceneRoot::treeChanged() {
-  if (pending_.connected()) return;
+  if (std::exchange(isPending_, true)) return;
   pending_ = Glib::signal_idle().connect(guardedSlot([this] {
+                                           isPending_ = false;  // what comes of it counts again
                                            sync();
                                            return false;
                                          }),

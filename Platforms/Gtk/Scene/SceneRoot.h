@@ -36,6 +36,7 @@ class SceneRoot : private View::Listener {
   ViewWidget widget_;
   std::function<void()> synced_;
   sigc::connection pending_;
+  bool isPending_ = false;
 };
 
 }  // namespace tavo::gtk

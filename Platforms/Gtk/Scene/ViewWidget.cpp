@@ -276,9 +276,7 @@ void ViewWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   if (const auto current = view()) {
     guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*current); });
   }
-  if (GtkWidget* const native = native_.widget()) {
-    gtk_widget_snapshot_child(gobj(), native, snapshot->gobj());
-  }
+  native_.draw(snapshot->gobj());
   for (const auto& child : children_) snapshot_child(*child.widget, snapshot);
   if (has_visible_focus()) guarded([&] { ViewPainter{*snapshot.get(), *this}.paintFocus(); });
 }

@@ -182,7 +182,10 @@ void WindowScene::installLayer() {
     }
     native_.set_child(*overlay_);
   }
-  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] { followCover(); });
+  layer_ = std::make_unique<SceneRoot>(window_, longestSide_, [this] {
+    followCover();
+    window_->tellCover();
+  });
   Gtk::Overlay& below = area_ != nullptr ? *area_ : *overlay_;
   below.add_overlay(layer_->widget());
 }

@@ -45,6 +45,7 @@ class GtkWebView : public WebView, public NativeView, private PageOwner {
 
   [[nodiscard]] GtkWidget* widget() override { return native_->widget(); }
   [[nodiscard]] bool isReadyToShow() const override { return ready_; }
+  [[nodiscard]] bool isResting() const override { return isAtRest(); }
   [[nodiscard]] bool isKept() const override { return options_.owner != nullptr; }
 
  private:

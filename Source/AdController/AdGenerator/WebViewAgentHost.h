@@ -67,6 +67,8 @@ class WebViewAgentHost : public virtual AdViewIdentity {
   // Plays a video over the whole window; the host is not asked.
   virtual void handlePlayVideoWithURL(const Url& url) = 0;
 
+  // The page has been put into the view.
+  virtual void webViewJoinsScreen(const PageRef& webView) = 0;
   // The page has no right to what it covers of the screen: its process is gone, or it has only just
   // loaded.
   virtual void webViewLeavesScreen(const PageRef& webView) = 0;

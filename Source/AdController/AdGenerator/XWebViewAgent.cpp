@@ -269,7 +269,10 @@ void XWebViewAgent::reportRendered() {
         makeError(SdkError::renderingRefused, "Rendering of ad interrupted by publisher."));
     return;
   }
-  if (const auto adView = xadViewInstance_.lock()) adView->sceneView().addSubview(webView_);
+  if (const auto adView = xadViewInstance_.lock()) {
+    adView->sceneView().addSubview(webView_);
+    adView->webViewJoinsScreen(webView_);
+  }
   delegate.tell(&WebViewAgentDelegate::webViewAgentDidFinishLoad, *this);
 }
 

@@ -13,7 +13,7 @@ namespace tavo {
 
 namespace {
 
-// A page that is shown and hidden again with every turn of a wheel costs more than it saves.
+// A page that rests and wakes again with every turn of a wheel costs more than it saves.
 constexpr Seconds restDelay{0.5};
 constexpr float leastAlpha = 0.01F;
 
@@ -87,11 +87,16 @@ MraidPlace AdPlace::report(MRAIDState state, View& container, bool isElsewhere) 
 
 void AdPlace::follow(const std::shared_ptr<WebView>& page, bool isSeen) {
   if (!page) return;
-  if (isSeen) return show(page);
-  if (page->isHidden() || rest_.isValid()) return;
+  // Outside a window it costs nothing, and nobody would say when it comes there.
+  if (isSeen || page->window() == nullptr) return show(page);
+  if (page->isAtRest() || rest_.isValid()) return;
   rest_ = environment_->platform().runLoop->after(restDelay, [weak = std::weak_ptr<WebView>{page}] {
-    if (const auto unseen = weak.lock()) unseen->setHidden(true);
+    if (const auto unseen = weak.lock()) unseen->setAtRest(true);
   });
+}
+
+void AdPlace::follow(const std::shared_ptr<WebView>& page) {
+  if (page && page->superview() != nullptr) follow(page, isSeen(*page->superview()));
 }
 
 void AdPlace::hide(const std::shared_ptr<WebView>& page) {
@@ -101,7 +106,9 @@ void AdPlace::hide(const std::shared_ptr<WebView>& page) {
 
 void AdPlace::show(const std::shared_ptr<WebView>& page) {
   rest_.invalidate();
-  if (page && page->isHidden()) page->setHidden(false);
+  if (!page) return;
+  page->setHidden(false);
+  page->setAtRest(false);
 }
 
 }  // namespace tavo

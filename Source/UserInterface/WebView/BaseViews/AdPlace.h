@@ -12,9 +12,8 @@
 
 namespace tavo {
 
-// Where an ad stands and whether it can be seen, for pages that are treated by the standard. A page
-// that nobody sees rests: the engine hides it, and its timers go slowly. Belongs to one ad view;
-// main thread only.
+// Where an ad stands and whether it can be seen. A page that nobody sees rests. Belongs to one ad
+// view; main thread only.
 class AdPlace {
  public:
   AdPlace(std::shared_ptr<Environment> environment, AdViewIdentity& view)
@@ -27,8 +26,10 @@ class AdPlace {
   // What a page in `container` is told. `isElsewhere`: another page has the screen for this one.
   [[nodiscard]] MraidPlace report(MRAIDState state, View& container, bool isElsewhere) const;
 
-  // Hides a page that has not been seen for a while, and shows it at once.
+  // Lets a page rest that has not been seen for a while, and wakes it at once.
   void follow(const std::shared_ptr<WebView>& page, bool isSeen);
+  // The same by what can be seen of it where it stands.
+  void follow(const std::shared_ptr<WebView>& page);
   void hide(const std::shared_ptr<WebView>& page);
   void show(const std::shared_ptr<WebView>& page);
 

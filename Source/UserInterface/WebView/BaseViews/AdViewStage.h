@@ -48,6 +48,9 @@ class AdViewStage : public AdViewPart, public AdManagerView, public MediatedView
   void setOrientationPropertiesWith(const XMRAIDOrientationProperties& properties,
                                     const PageRef& webView) override;
   void updateCurrentPositionOfWebView(const PageRef& webView) override;
+  void webViewJoinsScreen(const PageRef& webView) override {
+    presentation_.webViewJoinsScreen(webView);
+  }
   void webViewLeavesScreen(const PageRef& webView) override;
 
   // AdManagerView

@@ -37,7 +37,8 @@ MraidPresentation::MraidPresentation(std::shared_ptr<Environment> environment, H
     : environment_{std::move(environment)},
       host_{host},
       emitter_{std::make_shared<XMRAIDEventEmitter>(environment_->platform().runLoop)},
-      place_{environment_, host} {}
+      place_{environment_, host},
+      placeOfSecond_{environment_, host} {}
 
 Relay<MraidPresentation> MraidPresentation::relay() {
   return Relay<MraidPresentation>{sharedPart(host_.hold(), *this)};
@@ -154,7 +155,8 @@ void MraidPresentation::moveWebView(View& container) {
   if (!page) return;
   page->setFrame(container.bounds());
   container.addSubview(page);
-  if (followsStandards()) place_.show(page);
+  place_.show(page);
+  if (!followsStandards()) place_.follow(page);
 }
 
 // By the standard one statement says it all.

@@ -85,10 +85,13 @@ class MraidPresentation : private SecondPart::Owner {
   // hears of it once the view rests.
   void viewDidMove();
   // What a person can see of the ad may have changed; `part` is what the host shows of the view, in
-  // its coordinates. Looked at for pages that are treated by the standard.
+  // its coordinates. Pages that are treated by the standard are told; every page rests while
+  // nobody sees it.
   void shownPartDidChange(const Rect& part);
   void exposureDidChange();
-  // The same before the ad is taken from the screen for good.
+  // The page has its place on the screen.
+  void webViewJoinsScreen(const PageRef& webView);
+  // What a creative is told before the ad is taken from the screen for good.
   void willLeaveScreen();
   // Nobody sees the view any more: a resized ad does not stay behind.
   void viewDidDisappear();
@@ -133,6 +136,7 @@ class MraidPresentation : private SecondPart::Owner {
   void tellPlace(MRAIDState state);
   void endSecondPart();
   void hideAd();
+  [[nodiscard]] PageRef pageInSlot() const;
   void turnExpanded(const XMRAIDOrientationProperties& properties);
   void adopt(const PageRef& webView) { webView_ = webView; }
   void moveWebView(View& container);
@@ -158,6 +162,7 @@ class MraidPresentation : private SecondPart::Owner {
   std::weak_ptr<WebView> webView_;
   // By the standard.
   AdPlace place_;
+  AdPlace placeOfSecond_;
   XMRAIDOrientationProperties orientation_;  // what the first page has asked for last
   std::optional<MraidPlace> told_;           // to the first page
   std::shared_ptr<SecondPart> second_;       // while it is open

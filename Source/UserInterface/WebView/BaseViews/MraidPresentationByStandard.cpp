@@ -21,7 +21,7 @@ void MraidPresentation::tellPlace(MRAIDState state) {
   if (std::exchange(told_, place) != place) emitter->tellPlace(place, page);
   if (!second_) return;
   const auto ofSecond = place_.report(state, *expandView(), false);
-  place_.show(second_->page());
+  placeOfSecond_.follow(second_->page(), ofSecond.isViewable);
   second_->tellPlace(ofSecond);
 }
 
@@ -32,8 +32,22 @@ void MraidPresentation::shownPartDidChange(const Rect& part) {
 
 // Before "init" there is nobody to tell, and the answer to it says it all.
 void MraidPresentation::exposureDidChange() {
-  if (!followsStandards() || webView_.expired() || state() == MRAIDState::hidden) return;
+  if (state() == MRAIDState::hidden) return;
+  if (webView_.expired()) return place_.follow(pageInSlot());
+  if (!followsStandards()) return place_.follow(webView_.lock());
   tellPlace(state());
+}
+
+// Of an ad that does not speak to the view.
+MraidPresentation::PageRef MraidPresentation::pageInSlot() const {
+  for (const auto& view : host_.sceneView().subviews()) {
+    if (auto page = std::dynamic_pointer_cast<WebView>(view)) return page;
+  }
+  return nullptr;
+}
+
+void MraidPresentation::webViewJoinsScreen(const PageRef& webView) {
+  if (webView_.lock() != webView || !followsStandards()) place_.follow(webView);
 }
 
 void MraidPresentation::willLeaveScreen() {

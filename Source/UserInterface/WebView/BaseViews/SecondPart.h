@@ -76,6 +76,7 @@ class SecondPart : public WebViewAgentHost {
   void makeFaceTimeCallWithUrl(const Url& url) override;
   void createCalenderEvent(const std::string& event) override;
   void handlePlayVideoWithURL(const Url& url) override;
+  void webViewJoinsScreen(const PageRef& /*webView*/) override {}
   void webViewLeavesScreen(const PageRef& webView) override;
 
  private:
