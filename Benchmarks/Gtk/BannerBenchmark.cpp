@@ -52,6 +52,7 @@ class BannerBenchmark {
   int run() {
     refresh();
     newSlot();
+    floors();
     picture();
     paint();
     return report_.finish();
@@ -102,6 +103,35 @@ class BannerBenchmark {
     const BareBanner banner{host_.column(), creative_, host_.server().baseUrl() + "/"};
     measure(
         times, [&] { return banner.isLoaded(); }, start);
+  }
+
+  // What the engine alone takes, in a view that is there and seen, and in a new one of a process
+  // that runs: nobody can be faster.
+  void floors() {
+    const auto base = host_.server().baseUrl() + "/";
+    BareBanner standing{host_.column(), creative_, base};
+    turnUntil([&] { return standing.isLoaded(); });
+    HtmlTimes again;
+    HtmlTimes beside;
+    for (int round = 0; round < htmlRounds; ++round) {
+      comeToRest();
+      const auto start = Clock::now();
+      standing.load(creative_, base);
+      measure(
+          again, [&] { return standing.isLoaded(); }, start);
+      comeToRest();
+      const auto second = Clock::now();
+      const BareBanner banner{host_.column(), creative_, base, &standing};
+      measure(
+          beside, [&] { return banner.isLoaded(); }, second);
+    }
+    const auto tell = [&](const char* what, const std::vector<double>& times) {
+      report_.value(what, benchmarks::median(times), "ms", std::nullopt);
+    };
+    tell("floor: bare load into the view that is there", again.loaded);
+    tell("floor: the same, second frame", again.secondFrame);
+    tell("floor: bare new view, process running", beside.loaded);
+    tell("floor: the same, second frame", beside.secondFrame);
   }
 
   // The first of each starts the engine and is not counted.

@@ -2,8 +2,11 @@
 
 namespace tavo::benchmark {
 
-BareBanner::BareBanner(Gtk::Box& place, const std::string& html, const std::string& base)
-    : place_{place}, view_{webkit_web_view_new()} {
+BareBanner::BareBanner(Gtk::Box& place, const std::string& html, const std::string& base,
+                       const BareBanner* related)
+    : place_{place},
+      view_{GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view",
+                                    related == nullptr ? nullptr : related->view_, nullptr))} {
   gtk_widget_set_size_request(view_, 320, 50);
   g_signal_connect(view_, "load-changed",
                    G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
@@ -12,6 +15,11 @@ BareBanner::BareBanner(Gtk::Box& place, const std::string& html, const std::stri
                    }),
                    this);
   gtk_box_append(place_.gobj(), view_);
+  load(html, base);
+}
+
+void BareBanner::load(const std::string& html, const std::string& base) {
+  loaded_ = false;
   webkit_web_view_load_html(WEBKIT_WEB_VIEW(view_), html.c_str(), base.c_str());
 }
 

@@ -1,10 +1,13 @@
 #include "StateChanges.h"
 
+#include <webkit/webkit.h>
+
 #include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "Gtk/Scene/NativeView.h"
 #include "Services/RunLoop.h"
 #include "Support/GtkHost.h"
 
@@ -40,6 +43,33 @@ void tell(WebView& page, Evaluation evaluation) {
 }
 
 }  // namespace
+
+// What the engine takes for one evaluation that says all of it, without anything of the library's.
+double bareEvaluation() {
+  test::GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};
+  host.load("frame-banner");
+  host.runUntil([&] { return host.banner()->webViewInstance() != nullptr; });
+  const auto page = host.banner()->webViewInstance();
+  auto* const view = WEBKIT_WEB_VIEW(dynamic_cast<gtk::NativeView&>(*page).widget());
+  std::string all;
+  for (const auto& statement : statements) all += "try{" + statement + "\n}catch(e){}\n";
+  constexpr int changes = 1'000;
+  int left = changes;
+  const auto start = Clock::now();
+  for (int change = 0; change < changes; ++change) {
+    webkit_web_view_evaluate_javascript(
+        view, all.data(), static_cast<gssize>(all.size()), nullptr, nullptr, nullptr,
+        [](GObject* source, GAsyncResult* result, gpointer count) {
+          auto* const value =
+              webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, nullptr);
+          if (value != nullptr) g_object_unref(value);
+          --*static_cast<int*>(count);
+        },
+        &left);
+  }
+  host.runUntil([&] { return left == 0; });
+  return std::chrono::duration<double, std::micro>{Clock::now() - start}.count() / changes;
+}
 
 double stateChanges(Evaluation evaluation) {
   test::GtkHost host{TAVO_BENCHMARK_CAMPAIGNS};

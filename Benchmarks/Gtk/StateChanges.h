@@ -8,4 +8,7 @@ enum class Evaluation { together, oneByOne };
 // row, each in a turn of its own.
 [[nodiscard]] double stateChanges(Evaluation evaluation);
 
+// The floor of the first: one bare evaluation of the same text.
+[[nodiscard]] double bareEvaluation();
+
 }  // namespace tavo::benchmark

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "OwnProcess.h"
 #include "Report.h"
 #include "StateChanges.h"
 #include "UserAgents.h"
@@ -21,11 +22,6 @@ namespace {
 
 using benchmarks::atMost;
 using benchmarks::Report;
-
-struct Measurement {
-  const char* name;
-  std::function<double()> measure;
-};
 
 // The worse of the two.
 double growth(const char* campaign) {
@@ -50,6 +46,7 @@ const std::vector<Measurement>& measurements() {
       {"stall", longestStall},
       {"state-changes-together", [] { return stateChanges(Evaluation::together); }},
       {"state-changes-one-by-one", [] { return stateChanges(Evaluation::oneByOne); }},
+      {"state-changes-bare", bareEvaluation},
       {"user-agent", [] { return userAgentTime(Engine::known); }},
       {"user-agent-of-unknown-engine", [] { return userAgentTime(Engine::unknown); }},
       {"user-agent-of-view", userAgentTimeOfView},
@@ -57,58 +54,34 @@ const std::vector<Measurement>& measurements() {
   return all;
 }
 
-// In a process of its own.
-double measured(const std::string& name) {
-  char* output = nullptr;
-  std::string argument = name;
-  std::string program = "/proc/self/exe";
-  char* arguments[] = {program.data(), argument.data(), nullptr};
-  double number = 0;
-  if (g_spawn_sync(nullptr, arguments, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr, nullptr,
-                   &output, nullptr, nullptr, nullptr) != FALSE) {
-    number = std::strtod(output, nullptr);
-  }
-  g_free(output);
-  return number;
-}
-
-void compare(Report& report, const char* what, const std::string& ours, const std::string& bare,
-             const char* unit, double bound, int rounds) {
-  std::vector<double> ourNumbers;
-  std::vector<double> bareNumbers;
-  for (int round = 0; round < rounds; ++round) {
-    ourNumbers.push_back(measured(ours));
-    bareNumbers.push_back(measured(bare));
-  }
-  report.ratio(what, ourNumbers, bareNumbers, unit, atMost(bound));
-}
-
 void check(Report& report, const char* what, const std::string& name, const char* unit,
            double bound) {
-  const double number = measured(name);
+  const double number = measuredAlone(name);
   if (number <= 0) return report.failed(what);
   report.value(what, number, unit, atMost(bound));
 }
 
-int compareAll() {
+int reportAll() {
   Report report{"WebBenchmark"};
-  compare(report, "memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB",
-          0.80, 3);
-  compare(report, "memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB",
-          0.55, 3);
+  compareAlone(report, "memory of three HTML slots", "memory-of-3-slots", "memory-of-3-views", "MB",
+               atMost(0.80), 3);
+  compareAlone(report, "memory of ten HTML slots", "memory-of-10-slots", "memory-of-10-views", "MB",
+               atMost(0.55), 3);
   check(report, "memory after 2,000 more refreshes, pages", "growth-of-pages", "", 1.02);
   check(report, "memory after 2,000 more refreshes, pictures", "growth-of-pictures", "", 1.02);
   check(report, "memory after 2,000 more refreshes, films", "growth-of-films", "", 1.02);
-  compare(report, "first ad, known slot, answer to finished", "first-ad", "first-view", "ms", 0.15,
-          7);
-  compare(report, "first ad, new slot, answer to finished", "first-ad-of-unknown-slot",
-          "first-view", "ms", 1.0, 7);
-  compare(report, "state changes together, by one by one", "state-changes-together",
-          "state-changes-one-by-one", "us", 0.25, 5);
-  compare(report, "user agent of the engine as remembered", "user-agent", "user-agent-of-view",
-          "ms", 0.1, 7);
-  compare(report, "user agent of a new engine", "user-agent-of-unknown-engine",
-          "user-agent-of-view", "ms", 0.1, 7);
+  compareAlone(report, "first ad, known slot, answer to finished", "first-ad", "first-view", "ms",
+               atMost(0.15), 7);
+  compareAlone(report, "first ad, new slot, answer to finished", "first-ad-of-unknown-slot",
+               "first-view", "ms", atMost(1.0), 7);
+  compareAlone(report, "state changes together, by one by one", "state-changes-together",
+               "state-changes-one-by-one", "us", atMost(0.25), 5);
+  compareAlone(report, "floor: one bare evaluation, by one by one", "state-changes-bare",
+               "state-changes-one-by-one", "us", std::nullopt, 3);
+  compareAlone(report, "user agent of the engine as remembered", "user-agent", "user-agent-of-view",
+               "ms", atMost(0.1), 7);
+  compareAlone(report, "user agent of a new engine", "user-agent-of-unknown-engine",
+               "user-agent-of-view", "ms", atMost(0.1), 7);
   check(report, "longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
   return report.finish();
 }
@@ -118,12 +91,5 @@ int compareAll() {
 
 int main(int argc, char** argv) {
   using namespace tavo::benchmark;
-  if (argc < 2) return compareAll();
-  for (const auto& [name, measure] : measurements()) {
-    if (std::string{argv[1]} == name) {
-      std::printf("%f\n", measure());
-      return 0;
-    }
-  }
-  return 2;
+  return measureOrReport(argc, argv, measurements(), reportAll);
 }

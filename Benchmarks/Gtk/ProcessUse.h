@@ -1,0 +1,48 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "Support/WebProcesses.h"
+
+namespace tavo::benchmark {
+
+// How often the threads of a process have waited for something, and been woken.
+inline double wakeUps(int process) {
+  double all = 0;
+  std::error_code failure;
+  const std::string folder = "/proc/" + std::to_string(process) + "/task";
+  for (const auto& thread : std::filesystem::directory_iterator{folder, failure}) {
+    std::ifstream file{thread.path() / "status"};
+    double count = 0;
+    for (std::string word; file >> word;) {
+      if (word == "voluntary_ctxt_switches:" && file >> count) all += count;
+    }
+  }
+  return all;
+}
+
+// Milliseconds of the processor that a process has used.
+inline double processorTime(int process) {
+  constexpr int skipped = 11;  // fields between the name and the times
+  std::ifstream file{"/proc/" + std::to_string(process) + "/stat"};
+  std::string word;
+  while (file >> word && !word.ends_with(')')) continue;
+  for (int field = 0; field < skipped; ++field) file >> word;
+  double user = 0;
+  double system = 0;
+  file >> user >> system;
+  return (user + system) * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+// Of this process and all that it has started.
+inline double ofFamily(double (*use)(int)) {
+  double sum = use(getpid());
+  for (const int process : test::descendants()) sum += use(process);
+  return sum;
+}
+
+}  // namespace tavo::benchmark

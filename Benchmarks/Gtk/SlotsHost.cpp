@@ -1,0 +1,128 @@
+#include "SlotsHost.h"
+
+#include <fstream>
+#include <iterator>
+
+#include <tavo/MoviePlayerFactory.h>
+#include <tavo/Runtime.h>
+
+#include "Elapsed.h"
+#include "Support/HostLoop.h"
+
+namespace tavo::benchmark {
+
+namespace {
+
+constexpr int columns = 3;
+constexpr std::chrono::seconds patience{60};
+
+}  // namespace
+
+void turnQuietlyFor(double seconds) {
+  bool over = false;
+  g_timeout_add(
+      static_cast<guint>(seconds * 1000),
+      [](gpointer flag) -> gboolean {
+        *static_cast<bool*>(flag) = true;
+        return G_SOURCE_REMOVE;
+      },
+      &over);
+  while (!over) g_main_context_iteration(nullptr, TRUE);
+}
+
+SlotsHost::SlotsHost(Place place) : host_{TAVO_SLOTS_CAMPAIGNS} {
+  content_.append(grid_);
+  if (place == Place::scroller) {
+    end_.set_margin_top(4'000);
+    content_.append(end_);
+    scroller_.set_child(content_);
+    scroller_.set_vexpand(true);
+    host_.column().append(scroller_);
+  } else {
+    host_.column().append(content_);
+  }
+}
+
+SlotsHost::~SlotsHost() {
+  clip_.reset();
+  views_.clear();
+  for (const auto& slot : slots_) grid_.remove(*slot->widget);
+  if (movie_) grid_.remove(*movie_);
+  while (auto* const child = host_.column().get_last_child()) {
+    if (child == &host_.slot()) break;
+    host_.column().remove(*child);
+  }
+}
+
+void SlotsHost::put(Gtk::Widget& widget) {
+  grid_.attach(widget, placed_ % columns, placed_ / columns);
+  ++placed_;
+}
+
+double SlotsHost::add(const std::string& campaign) {
+  auto& slot = *slots_.emplace_back(std::make_unique<Slot>());
+  slot.view = XAdView::create({0, 0, 320, 50});
+  slot.view->setSlotConfiguration(host_.settings);
+  slot.events = std::make_shared<XAdViewDelegate>(
+      XAdViewDelegate{.xAdViewDidLoad = [&slot](XAdView&) { ++slot.loads; }});
+  slot.view->delegate.set(slot.events);
+  slot.widget = std::make_unique<gtk::AdSlot>(slot.view);
+  put(*slot.widget);
+  return load(slot, campaign);
+}
+
+double SlotsHost::refresh(std::size_t slot) { return load(*slots_.at(slot), "frame-banner"); }
+
+double SlotsHost::load(Slot& slot, const std::string& campaign) {
+  const std::string domain =
+      host_.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
+  const int before = slot.loads;
+  const auto start = Clock::now();
+  slot.view->loadWithDomainName(domain, campaign, "Bottom1");
+  test::runUntil([&] { return slot.loads > before; }, patience);
+  return millisecondsSince(start);
+}
+
+void SlotsHost::addFilm() {
+  player_ = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
+  movie_ = std::make_unique<gtk::MovieSlot>(player_);
+  put(*movie_);
+  auto& slot = *slots_.emplace_back(std::make_unique<Slot>());
+  slot.view = XAdView::create({0, 0, 320, 50});
+  slot.view->setSlotConfiguration(host_.settings);
+  slot.view->setMoviePlayerInstance(player_);
+  slot.widget = std::make_unique<gtk::AdSlot>(slot.view);
+  put(*slot.widget);
+  const std::string domain =
+      host_.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
+  slot.view->loadWithDomainName(domain, "vast-preroll", "Bottom1");
+  test::runUntil([&] { return player_->isPreparedToPlay(); }, patience);
+}
+
+void SlotsHost::addView(const std::string& campaign) {
+  std::ifstream file{std::string{TAVO_SLOTS_CAMPAIGNS} + "/" + campaign + "/creative.html"};
+  std::string creative{std::istreambuf_iterator<char>{file}, {}};
+  const std::string_view placeholder{"${server}"};
+  for (auto at = creative.find(placeholder); at != std::string::npos;
+       at = creative.find(placeholder)) {
+    creative.replace(at, placeholder.size(), host_.server().baseUrl());
+  }
+  put(*places_.emplace_back(std::make_unique<Gtk::Box>()));
+  views_.push_back(
+      std::make_unique<BareBanner>(*places_.back(), creative, host_.server().baseUrl() + "/"));
+  test::runUntil([&] { return views_.back()->isLoaded(); }, patience);
+}
+
+void SlotsHost::addClip() {
+  put(*places_.emplace_back(std::make_unique<Gtk::Box>()));
+  clip_ = std::make_unique<BareVideo>(*places_.back(),
+                                      host_.server().baseUrl() + "/assets/vast-preroll/clip.mp4");
+  test::runUntil([&] { return clip_->isPrepared(); }, patience);
+}
+
+void SlotsHost::scrollAway() {
+  test::runUntil([&] { return scroller_.get_vadjustment()->get_upper() > 3'000; }, patience);
+  scroller_.get_vadjustment()->set_value(2'500);
+}
+
+}  // namespace tavo::benchmark

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <gtkmm.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/XAdView.h>
+#include <tavo/gtk/AdSlot.h>
+#include <tavo/gtk/MovieSlot.h>
+
+#include "BareBanner.h"
+#include "BareVideo.h"
+#include "Support/GtkHost.h"
+
+namespace tavo::benchmark {
+
+// Turns the loop without waking it for anything of its own but the end.
+void turnQuietlyFor(double seconds);
+
+// A host with many slots, three beside one another, in a window that shows all of them, or, with
+// `scrolls`, above something so long that they can be scrolled away.
+class SlotsHost {
+ public:
+  enum class Place { window, scroller };
+  explicit SlotsHost(Place place = Place::window);
+  ~SlotsHost();
+  SlotsHost(const SlotsHost&) = delete;
+  SlotsHost& operator=(const SlotsHost&) = delete;
+
+  // Ours: a slot with an ad of this campaign. Milliseconds until it was told as loaded.
+  double add(const std::string& campaign);
+  double refresh(std::size_t slot);
+  // The sample pre-roll in a player of the host's, once it plays.
+  void addFilm();
+
+  // Bare: the same creative in a new web view, the same clip in a media file.
+  void addView(const std::string& campaign);
+  void addClip();
+
+  void scrollAway();
+
+ private:
+  struct Slot {
+    std::shared_ptr<XAdView> view;
+    std::unique_ptr<gtk::AdSlot> widget;
+    std::shared_ptr<const XAdViewDelegate> events;
+    int loads = 0;
+  };
+
+  double load(Slot& slot, const std::string& campaign);
+  void put(Gtk::Widget& widget);
+
+  test::GtkHost host_;
+  Gtk::ScrolledWindow scroller_;
+  Gtk::Box content_{Gtk::Orientation::VERTICAL};
+  Gtk::Grid grid_;
+  Gtk::Label end_;
+  int placed_ = 0;
+  std::vector<std::unique_ptr<Slot>> slots_;
+  std::shared_ptr<MoviePlayer> player_;
+  std::unique_ptr<gtk::MovieSlot> movie_;
+  std::vector<std::unique_ptr<Gtk::Box>> places_;
+  std::vector<std::unique_ptr<BareBanner>> views_;
+  std::unique_ptr<BareVideo> clip_;
+};
+
+}  // namespace tavo::benchmark
