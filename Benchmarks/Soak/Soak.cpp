@@ -95,7 +95,8 @@ int soak(double minutes, const std::string& plotFile, std::string_view only) {
   for (auto next = Clock::now() + interval; Clock::now() < end;) {
     const Act& act = acts.at(choose(random));
     if (!(host.*act.run)()) {
-      std::printf("%s did not end (round %d)\n", act.name, rounds);
+      std::printf("%s did not end (round %d, last interstitial: %s)\n", act.name, rounds,
+                  host.step().c_str());
       ++hung;
     }
     ++rounds;

@@ -150,9 +150,13 @@ bool SoakHost::interstitial(const std::string& campaign) {
   const std::string server = host_->server().baseUrl();
   interstitial_->loadWithDomainName(server.substr(std::string_view{"http://"}.size()) + "/ads",
                                     campaign, "Full");
+  step_ = "loading";
   bool ended = host_->runUntil([&] { return loaded || over; });
   if (loaded) {
-    gtk::rootViewControllerOf(host_->window())->presentViewController(interstitial_, Animated::no);
+    step_ = "presented";
+    const auto root = gtk::rootViewControllerOf(host_->window());
+    root->presentViewController(interstitial_, Animated::no);
+    if (root->presentedViewController() != interstitial_.get()) step_ = "refused by the window";
     ended = host_->waitForFrames() && ended;
     if (!over) interstitial_->closeInterstitialAd();
     ended = host_->runUntil([&] { return over; }) && ended;

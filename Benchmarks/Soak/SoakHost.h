@@ -36,6 +36,9 @@ class SoakHost {
   [[nodiscard]] bool lostNetwork();
   [[nodiscard]] bool turnedWindow();
 
+  // How far the last interstitial has come.
+  [[nodiscard]] const std::string& step() const { return step_; }
+
  private:
   [[nodiscard]] bool loads(const std::string& campaign);
   [[nodiscard]] bool isAnswered(const std::string& campaign);
@@ -47,6 +50,7 @@ class SoakHost {
   std::shared_ptr<MoviePlayer> player_;
   std::unique_ptr<gtk::MovieSlot> filmSlot_;
   std::shared_ptr<XAdInterstitialViewController> interstitial_;
+  std::string step_;
 };
 
 }  // namespace tavo::benchmark
