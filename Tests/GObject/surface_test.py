@@ -82,13 +82,17 @@ class SurfaceTest(unittest.TestCase):
         settings = TavoAds.Settings.get_default()
         cases = {"can-mediate": 1, "location": GLib.Variant("(ddd)", (52.5, 13.4, 10.0)),
                  "store-hosts": ["apps.example.com"], "browser-bar-at-top": True,
-                 "browser-bar-image": "bar", "store-page-prefix": "https://example.com/"}
+                 "browser-bar-image": "bar", "store-page-prefix": "https://example.com/",
+                 "standards-mode": True, "gdpr-consent": "CP", "limit-ad-tracking": "1"}
         for name, value in cases.items():
             before = settings.get_property(name)
             settings.set_property(name, value)
             self.assertEqual(settings.get_property(name), value, name)
             settings.set_property(name, before)
-        slot = TavoAds.SlotSettings(mediation_keywords=GLib.Variant("a{ss}", {"a": "b"}))
+        self.assertEqual(TavoAds.SlotSettings().props.standards_mode, -1)
+        slot = TavoAds.SlotSettings(standards_mode=0, preferred_video_bitrate=800,
+                                    mediation_keywords=GLib.Variant("a{ss}", {"a": "b"}))
+        self.assertEqual((slot.props.standards_mode, slot.props.preferred_video_bitrate), (0, 800))
         self.assertEqual(slot.props.mediation_keywords.unpack(), {"a": "b"})
 
 

@@ -28,6 +28,8 @@ constexpr std::array optionTable{
     gobject::property<&GtkPlatformOptions::applicationVersion>("application-version"),
     gobject::property<&GtkPlatformOptions::dataFolder>("data-folder"),
     gobject::property<&GtkPlatformOptions::resourceFolder>("resource-folder"),
+    gobject::property<&GtkPlatformOptions::moduleFolder>("module-folder"),
+    gobject::property<&GtkPlatformOptions::libraryResourceFolder>("library-resource-folder"),
     gobject::property<&GtkPlatformOptions::assumeReachable>("assume-reachable"),
     gobject::property<&GtkPlatformOptions::adNetworkLibrary>("ad-network-library"),
     gobject::choice<&GtkPlatformOptions::orientationFit>("orientation-fit",

@@ -1,6 +1,7 @@
 #include <gdk/gdk.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include <tavo/AppStoreConfiguration.h>
@@ -34,7 +35,24 @@ enum : guint {
   barAtTopId,
   barColorId,
   barImageId,
+  standardsModeId,
+  firstConsentId,
 };
+
+using Consent = tavo::ConsentStrings;
+constexpr std::array consentTable{
+    gobject::property<&Consent::gdprConsent>("gdpr-consent"),
+    gobject::property<&Consent::gppString>("gpp-string"),
+    gobject::property<&Consent::gppSectionId>("gpp-section-id"),
+    gobject::property<&Consent::regulations>("regulations"),
+    gobject::property<&Consent::limitAdTracking>("limit-ad-tracking"),
+};
+constexpr guint lastId = firstConsentId + consentTable.size() - 1;
+
+// The place of a consent text in its table, from 1; 0: another property.
+constexpr guint placeOfConsent(guint id) {
+  return id < firstConsentId ? 0 : id - firstConsentId + 1;
+}
 
 constexpr unsigned barAtTop = 0;
 constexpr unsigned barAtBottom = 1;
@@ -88,8 +106,12 @@ void getSetting(GObject* object, guint id, GValue* value, GParamSpec* pspec) {
       return readColor(value);
     case barImageId:
       return g_value_set_string(value, gobject::textOrNull(browser.toolbarBGImageName));
+    case standardsModeId:
+      return g_value_set_boolean(value, global.standardsMode ? TRUE : FALSE);
     default:
-      gobject::refuseProperty(object, id, pspec);
+      if (!gobject::readProperty(consentTable, global.consent, placeOfConsent(id), value)) {
+        gobject::refuseProperty(object, id, pspec);
+      }
   }
 }
 
@@ -117,12 +139,16 @@ void writeSetting(guint id, const GValue* value) {
     if (rgba != nullptr) {
       browser.toolbarBGColor = tavo::Color{rgba->red, rgba->green, rgba->blue, rgba->alpha};
     }
+  } else if (id == standardsModeId) {
+    global.standardsMode = g_value_get_boolean(value) != FALSE;
+  } else {
+    consentTable.at(placeOfConsent(id) - 1).set(global.consent, value);
   }
 }
 
 void setSetting(GObject* object, guint id, const GValue* value, GParamSpec* pspec) {
   if (!gobject::Process::isUsable("TavoAdsSettings")) return;
-  if (id < canMediateId || id > barImageId) {
+  if (id < canMediateId || id > lastId) {
     return gobject::refuseProperty(object, id, pspec);
   }
   writeSetting(id, value);
@@ -153,6 +179,9 @@ static void tavo_ads_settings_class_init(TavoAdsSettingsClass* type) {
   install(barColorId,
           g_param_spec_boxed("browser-bar-color", nullptr, nullptr, GDK_TYPE_RGBA, flags));
   install(barImageId, g_param_spec_string("browser-bar-image", nullptr, nullptr, nullptr, flags));
+  install(standardsModeId, g_param_spec_boolean("standards-mode", nullptr, nullptr, FALSE, flags));
+  guint id = firstConsentId;
+  for (const auto& row : consentTable) install(id++, row.pspec(row, Consent{}));
 }
 
 TavoAdsSettings* tavo_ads_settings_get_default(void) {

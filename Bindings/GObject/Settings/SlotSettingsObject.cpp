@@ -30,7 +30,10 @@ constexpr double widestAd = 8'192;
 constexpr double oldest = 150;
 constexpr double longestFilm = 1e9;
 
+constexpr int highestBitrate = 1'000'000;
+
 constexpr std::array slotTable{
+    property<&Slot::standardsMode>("standards-mode"),
     property<&Slot::bannerRefreshInterval>("refresh-interval", 0, longestRefresh),
     property<&Slot::scalingAllowed>("scaling-allowed"),
     property<&Slot::maintainAspectRatio>("keep-aspect-ratio"),
@@ -49,6 +52,7 @@ constexpr std::array slotTable{
     property<&Slot::skipOffsetTime>("skip-offset", -1, longestFilm),
     choice<&Slot::skipOffsetType>("skip-unit", &tavo_ads_skip_unit_get_type),
     property<&Slot::dismissVideoOnClickThrough>("end-film-after-click"),
+    property<&Slot::preferredVideoBitrate>("preferred-video-bitrate", 0, highestBitrate),
 };
 enum : guint { backgroundId = slotTable.size() + 1, keywordsId };
 

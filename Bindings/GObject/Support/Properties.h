@@ -48,6 +48,10 @@ template <typename Field>
 inline constexpr bool isText =
     std::is_same_v<Field, std::string> || std::is_same_v<Field, std::optional<std::string>>;
 
+// Where nobody has decided, the number -1; else 0 or 1.
+template <typename Field>
+inline constexpr bool isOpenSwitch = std::is_same_v<Field, std::optional<bool>>;
+
 template <typename Field>
 double realOf(const Field& field) {
   if constexpr (std::is_same_v<Field, Seconds>) {
@@ -74,6 +78,9 @@ GParamSpec* pspecOf(const Property<Record>& self, const Field& value) {
   };
   if constexpr (std::is_same_v<Field, bool>) {
     return g_param_spec_boolean(self.name, nullptr, nullptr, value ? TRUE : FALSE, propertyFlags);
+  } else if constexpr (isOpenSwitch<Field>) {
+    return g_param_spec_int(self.name, nullptr, nullptr, -1, 1, value ? int{*value} : -1,
+                            propertyFlags);
   } else if constexpr (isText<Field>) {
     return g_param_spec_string(self.name, nullptr, nullptr, textOrNull(value), propertyFlags);
   } else if constexpr (isReal<Field>) {
@@ -102,6 +109,8 @@ template <typename Field>
 void readField(const Field& field, GValue* value) {
   if constexpr (std::is_same_v<Field, bool>) {
     g_value_set_boolean(value, field ? TRUE : FALSE);
+  } else if constexpr (isOpenSwitch<Field>) {
+    g_value_set_int(value, field ? int{*field} : -1);
   } else if constexpr (isText<Field>) {
     g_value_set_string(value, textOrNull(field));
   } else if constexpr (isReal<Field>) {
@@ -125,6 +134,9 @@ template <typename Field>
 Field fieldOf(const GValue* value) {
   if constexpr (std::is_same_v<Field, bool>) {
     return g_value_get_boolean(value) != FALSE;
+  } else if constexpr (isOpenSwitch<Field>) {
+    const int decision = g_value_get_int(value);
+    return decision < 0 ? Field{} : Field{decision != 0};
   } else if constexpr (std::is_same_v<Field, std::string>) {
     return textOf(g_value_get_string(value));
   } else if constexpr (isText<Field>) {

@@ -36,6 +36,17 @@ G_DECLARE_FINAL_TYPE(TavoAdsOptions, tavo_ads_options, TAVO_ADS, OPTIONS, GObjec
  * Folder with the program's own pictures that its settings name. `NULL` or empty: none.
  */
 /**
+ * TavoAdsOptions:module-folder:
+ *
+ * Where the library's modules lie, for a program that carries them in a place of its own: an
+ * absolute path. Empty: where the library is installed.
+ */
+/**
+ * TavoAdsOptions:library-resource-folder:
+ *
+ * The same for the library's own scripts and pictures.
+ */
+/**
  * TavoAdsOptions:assume-reachable:
  *
  * Requests are sent even when the system sees no network: for a server on this machine.

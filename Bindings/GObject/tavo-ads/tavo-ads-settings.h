@@ -56,6 +56,39 @@ G_DECLARE_FINAL_TYPE(TavoAdsSettings, tavo_ads_settings, TAVO_ADS, SETTINGS, GOb
  * Name of a picture among the program's resources that is painted behind the toolbar's buttons.
  * `NULL`: none.
  */
+/**
+ * TavoAdsSettings:standards-mode:
+ *
+ * Whether creatives of slots that have not set their own value are treated as the public standards
+ * say (VAST 2.0 to 4.2, MRAID 2.0) where that differs from what the library does otherwise.
+ */
+/**
+ * TavoAdsSettings:gdpr-consent:
+ *
+ * The user's TC string, which takes the place of `[GDPRCONSENT]` in the addresses of VAST
+ * documents, unchanged but for percent-encoding. Empty: the macro stays. Read in the standards mode
+ * only, as the further consent texts are.
+ */
+/**
+ * TavoAdsSettings:gpp-string:
+ *
+ * The text for `[GPPSTRING]`.
+ */
+/**
+ * TavoAdsSettings:gpp-section-id:
+ *
+ * The text for `[GPPSECTIONID]`, as "7" or "2,6".
+ */
+/**
+ * TavoAdsSettings:regulations:
+ *
+ * The text for `[REGULATIONS]`, as "gdpr".
+ */
+/**
+ * TavoAdsSettings:limit-ad-tracking:
+ *
+ * The text for `[LIMITADTRACKING]`, "1" or "0".
+ */
 
 /**
  * tavo_ads_settings_get_default:

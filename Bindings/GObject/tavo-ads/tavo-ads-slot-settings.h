@@ -16,6 +16,12 @@ G_BEGIN_DECLS
 G_DECLARE_FINAL_TYPE(TavoAdsSlotSettings, tavo_ads_slot_settings, TAVO_ADS, SLOT_SETTINGS, GObject)
 
 /**
+ * TavoAdsSlotSettings:standards-mode:
+ *
+ * Whether creatives are treated as the public standards say: 1 on, 0 off, -1 not set, so that
+ * [property@TavoAds.Settings:standards-mode] counts. Read when an ad is asked for.
+ */
+/**
  * TavoAdsSlotSettings:refresh-interval:
  *
  * Seconds between two ads of a banner; 0 turns refresh off. Read when an ad has loaded.
@@ -112,6 +118,12 @@ G_DECLARE_FINAL_TYPE(TavoAdsSlotSettings, tavo_ads_slot_settings, TAVO_ADS, SLOT
  * TavoAdsSlotSettings:end-film-after-click:
  *
  * Whether the ad ends when its viewer comes back from a click; otherwise it goes on.
+ */
+/**
+ * TavoAdsSlotSettings:preferred-video-bitrate:
+ *
+ * In the standards mode: the bitrate, in kilobits a second, beyond which no file of a film is taken
+ * while there is another one; 0: the best there is.
  */
 
 /**
