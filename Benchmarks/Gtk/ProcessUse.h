@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -10,19 +9,16 @@
 
 namespace tavo::benchmark {
 
-// How often the threads of a process have waited for something, and been woken.
+// How often the loop of a process has waited for something, and been woken. Its other threads come
+// and go, and take their counts along.
 inline double wakeUps(int process) {
-  double all = 0;
-  std::error_code failure;
-  const std::string folder = "/proc/" + std::to_string(process) + "/task";
-  for (const auto& thread : std::filesystem::directory_iterator{folder, failure}) {
-    std::ifstream file{thread.path() / "status"};
-    double count = 0;
-    for (std::string word; file >> word;) {
-      if (word == "voluntary_ctxt_switches:" && file >> count) all += count;
-    }
+  const std::string id = std::to_string(process);
+  std::ifstream file{"/proc/" + id + "/task/" + id + "/status"};
+  double count = 0;
+  for (std::string word; file >> word;) {
+    if (word == "voluntary_ctxt_switches:" && file >> count) return count;
   }
-  return all;
+  return 0;
 }
 
 // Milliseconds of the processor that a process has used.
