@@ -39,7 +39,7 @@ std::uint64_t declaredLength(WebKitWebResource* resource) {
 // What the answers of a page without a length have in common.
 template <typename Count>
 std::shared_ptr<NetworkMeter::Told> follow(const std::shared_ptr<Count>& count) {
-  if (const auto all = count->following.lock()) return all;
+  if (auto all = count->following.lock()) return all;
   auto told =
       std::make_shared<NetworkMeter::Told>([weak = std::weak_ptr{count}](std::uint64_t bytes) {
         const auto held = weak.lock();

@@ -77,9 +77,11 @@ class SocketQuestion {
   enum class Turn { more, done, refused };
 
   Turn read(std::size_t size, const std::set<std::uint64_t>& wanted, Received& received) const {
-    const auto* header = reinterpret_cast<const nlmsghdr*>(buffer_.data());
-    for (auto left = static_cast<int>(size); NLMSG_OK(header, left);
-         header = NLMSG_NEXT(header, left)) {
+    std::size_t end = 0;
+    for (std::size_t at = 0; at + sizeof(nlmsghdr) <= size; at = end) {
+      const auto* header = reinterpret_cast<const nlmsghdr*>(buffer_.data() + at);
+      if (header->nlmsg_len < sizeof(nlmsghdr) || header->nlmsg_len > size - at) break;
+      end = at + NLMSG_ALIGN(header->nlmsg_len);
       if (header->nlmsg_type == NLMSG_DONE) return Turn::done;
       if (header->nlmsg_type == NLMSG_ERROR) return Turn::refused;
       const auto* socket = static_cast<const inet_diag_msg*>(NLMSG_DATA(header));

@@ -30,7 +30,7 @@ std::string mraidResultName(const MraidChecklistOptions& options) {
          (options.standards ? "-standards" : "");
 }
 
-Result resultOf(const MraidChecklist::Results& points, const MraidChecklistOptions& options,
+Result resultOf(const MraidChecklist::Results& played, const MraidChecklistOptions& options,
                 Seconds took) {
   Result result;
   result.name = mraidResultName(options);
@@ -40,7 +40,7 @@ Result resultOf(const MraidChecklist::Results& points, const MraidChecklistOptio
   result.placement = options.only == "interstitial" ? "interstitial" : "banner";
   result.outcome = "loaded";
   result.seconds = took.count();
-  for (const auto& point : points) takePoint(point, result);
+  for (const auto& point : played) takePoint(point, result);
   const auto met = std::count_if(result.expectations.begin(), result.expectations.end(),
                                  [](const auto& one) { return one.isMet; });
   const auto due = static_cast<std::ptrdiff_t>(result.expectations.size());

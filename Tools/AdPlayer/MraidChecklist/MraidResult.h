@@ -10,7 +10,7 @@ namespace tavo::adplayer {
 
 // The checklist's points as a result of the runner: an expectation for each that is due, and the
 // pictures that stand in `resultFolder`.
-[[nodiscard]] Result resultOf(const MraidChecklist::Results& points,
+[[nodiscard]] Result resultOf(const MraidChecklist::Results& played,
                               const MraidChecklistOptions& options, Seconds took);
 
 // Writes "result.json" and "events.jsonl"; false when they cannot be written.

@@ -181,10 +181,12 @@ std::vector<std::shared_ptr<WebView>> MraidStage::pages() const {
 // A page speaks before it stands in the slot: until one has taken the answer.
 void MraidStage::answerPages(const std::string& id, const std::string& value) {
   const auto taken = std::make_shared<bool>(false);
+  std::string answering = "window.checklist ? checklist.answer('";
+  answering.append(id).append("',").append(value).append(") : false");
   when(
-      [this, id, value, taken] {
+      [this, answering, taken] {
         for (const auto& page : pages()) {
-          page->evaluate("window.checklist ? checklist.answer('" + id + "'," + value + ") : false",
+          page->evaluate(answering,
                          [taken](const std::string& is) { *taken = *taken || is == "true"; });
         }
         return *taken;

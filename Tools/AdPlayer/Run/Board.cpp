@@ -78,7 +78,7 @@ class Board {
  public:
   Board(const std::vector<Job>& jobs, const BoardOptions& options)
       : jobs_{jobs}, options_{options}, results_(jobs.size()) {
-    const auto places = std::min<std::size_t>(jobs.size(), std::max(options.jobs, 1));
+    const auto places = std::min(jobs.size(), static_cast<std::size_t>(std::max(options.jobs, 1)));
     for (std::size_t i = 0; i < places; ++i) {
       places_.emplace_back();
       if (options.ownScreens) places_.back().screen = std::make_unique<VirtualScreen>();

@@ -142,8 +142,9 @@ std::string sideOf(const Result& result, const std::vector<std::string>& picture
   html += "</ul>" + stallsOf(result);
   for (std::size_t i = 0; i < pictures.size(); ++i) {
     const std::string name = asMarkup(result.pictures[i]);
-    html += "<figure><img alt=\"The phone at the moment " + name + "\" src=\"" + pictures[i] +
-            "\"><figcaption>" + name + "</figcaption></figure>";
+    html.append("<figure><img alt=\"The phone at the moment ").append(name);
+    html.append("\" src=\"").append(pictures[i]);
+    html.append("\"><figcaption>").append(name).append("</figcaption></figure>");
   }
   return html;
 }

@@ -83,10 +83,10 @@ void PageMark::look(const std::function<void(bool)>& told) {
   }
   if (state_ != State::none) return told(false);
   state_ = State::asked;
-  char script[640];
-  std::snprintf(script, sizeof script, setMark, static_cast<int>(page->bounds().width),
+  char marking[640];
+  std::snprintf(marking, sizeof marking, setMark, static_cast<int>(page->bounds().width),
                 static_cast<int>(page->bounds().height));
-  page->evaluate(script, [weak = std::weak_ptr{self_}](const std::string& answer) {
+  page->evaluate(marking, [weak = std::weak_ptr{self_}](const std::string& answer) {
     if (const auto there = weak.lock()) (*there)->heard(answer);
   });
   told(false);

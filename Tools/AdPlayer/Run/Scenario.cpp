@@ -159,7 +159,7 @@ StepAction readRotate(Reader& reader) {
 }
 
 std::string readPictureName(Reader& reader) {
-  const std::string name = reader.word("a name for the picture");
+  std::string name = reader.word("a name for the picture");
   if (name.find_first_of("/\\") != std::string::npos || name.starts_with('.')) {
     throw Mistake{"expected a name for the picture, not a path"};
   }

@@ -159,11 +159,11 @@ void ScenarioRun::ask(const Condition& condition, const Met& met) {
 }
 
 // `told` hears nothing where the ad has no page.
-void ScenarioRun::askPage(const std::string& script,
+void ScenarioRun::askPage(const std::string& question,
                           const std::function<void(const std::string&)>& told) {
   const auto page = place_.session.page();
   if (!page) return told({});
-  page->evaluate(script, [weak = std::weak_ptr{self_}, told](const std::string& said) {
+  page->evaluate(question, [weak = std::weak_ptr{self_}, told](const std::string& said) {
     if (weak.lock()) told(said);
   });
 }

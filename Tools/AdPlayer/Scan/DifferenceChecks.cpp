@@ -3,6 +3,7 @@
 #include <re2/re2.h>
 
 #include <map>
+#include <utility>
 
 #include "AdPlayer/Scan/Checks.h"
 
@@ -51,7 +52,9 @@ void addDeeds(const Recording& one, const Recording& other, const std::string& w
   const auto known = deedsOf(other);
   for (const auto& [deed, told] : deedsOf(one)) {
     if (known.contains(deed)) continue;
-    findings.push_back({.message = when + " it " + told, .place = other.name});
+    std::string message = when;
+    message.append(" it ").append(told);
+    findings.push_back({.message = std::move(message), .place = other.name});
   }
 }
 

@@ -165,6 +165,7 @@ std::string sarifReport(const std::vector<Scanned>& scans) {
 
 std::string junitReport(const std::vector<Scanned>& scans) {
   std::vector<JUnitSuite> suites;
+  suites.reserve(scans.size());
   for (const auto& scan : scans) suites.push_back(suiteOf(scan));
   return junitDocument(suites);
 }

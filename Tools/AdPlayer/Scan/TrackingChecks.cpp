@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "AdPlayer/Scan/Checks.h"
 #include "Values/Text.h"
@@ -104,8 +105,9 @@ void lookForTrackingNeverDue(const Recording& recording, Findings& findings) {
   if (!recording.loaded) return;
   for (const auto& [event, url] : wantedBy(recording)) {
     if (needsAPerson(event) || url.empty() || wasSent(url, recording)) continue;
-    findings.push_back(
-        {.message = "The event " + event + " was never sent: " + url, .place = recording.name});
+    std::string message = "The event ";
+    message.append(event).append(" was never sent: ").append(url);
+    findings.push_back({.message = std::move(message), .place = recording.name});
   }
 }
 

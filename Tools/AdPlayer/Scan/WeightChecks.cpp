@@ -138,10 +138,12 @@ double flashesPerSecond(const std::vector<Light>& lights) {
   if (lights.empty()) return 0;
   const std::size_t cells = lights.front().luminance.size();
   std::vector<std::vector<Seconds>> all;
+  all.reserve(cells);
   for (std::size_t cell = 0; cell < cells; ++cell) all.push_back(turns(lights, cell));
   int most = 0;
   for (const auto& light : lights) {
     std::vector<int> counts;
+    counts.reserve(all.size());
     for (const auto& times : all) counts.push_back(turnsWithin(times, light.time));
     // What a quarter of the places reach, the lightest flickering of them included.
     const auto quarter = counts.begin() + static_cast<std::ptrdiff_t>(counts.size() / 4);

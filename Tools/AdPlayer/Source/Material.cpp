@@ -19,6 +19,7 @@ namespace {
 constexpr Size phoneSize{320, 480};
 constexpr Size prerollSize{320, 180};
 constexpr double largestSide = 2'000;
+constexpr std::size_t lookedThrough = 65'536;
 
 Size sizeOf(std::string_view width, std::string_view height) {
   const auto number = [](std::string_view text) {
@@ -61,7 +62,7 @@ Size sizeInPage(std::string_view html) {
     }
     return made;
   }();
-  const std::string_view start = html.substr(0, 64 * 1024);
+  const std::string_view start = html.substr(0, lookedThrough);
   std::string width;
   std::string height;
   for (const auto& pattern : patterns) {
@@ -126,7 +127,7 @@ bool looksLikeHtml(std::string_view text) {
   constexpr std::array<std::string_view, 14> tags{
       "<html", "<!doctype html", "<body", "<script", "<div",   "<a ",     "<img",
       "<head", "<iframe",        "<p",    "<span",   "<style", "<canvas", "<svg"};
-  std::string start{text.substr(0, 64 * 1024)};
+  std::string start{text.substr(0, lookedThrough)};
   std::transform(start.begin(), start.end(), start.begin(),
                  [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
   return std::any_of(tags.begin(), tags.end(),

@@ -38,6 +38,7 @@ DeviceBar::DeviceBar(Stage& stage, Phone& phone, ScaledBin& place)
     if (chosen < phonePresets().size()) phone_.setPreset(phonePresets()[chosen]);
   }));
   std::vector<Glib::ustring> scales;
+  scales.reserve(scaleChoices.size());
   for (const auto& [text, value] : scaleChoices) scales.emplace_back(translated(text));
   scales_.set_model(Gtk::StringList::create(scales));
   name(scales_, toTranslate("Scale of the phone"));
