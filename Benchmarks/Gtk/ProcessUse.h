@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include "Support/WebProcesses.h"
 
@@ -34,11 +35,28 @@ inline double processorTime(int process) {
   return (user + system) * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
+// The proportional set size of one process in megabytes: what it shares with others counts in
+// parts. "Pss_Anon:" leaves out files, whose parts change with the other programs of the machine.
+inline double proportionalMegabytes(int process, std::string_view kind = "Pss:") {
+  std::ifstream file{"/proc/" + std::to_string(process) + "/smaps_rollup"};
+  std::string word;
+  while (file >> word) {
+    double kilobytes = 0;
+    if (word == kind && file >> kilobytes) return kilobytes / 1024;
+  }
+  return 0;
+}
+
 // Of this process and all that it has started.
-inline double ofFamily(double (*use)(int)) {
+template <typename Use>
+double ofFamily(const Use& use) {
   double sum = use(getpid());
   for (const int process : test::descendants()) sum += use(process);
   return sum;
+}
+
+inline double familyMegabytes(std::string_view kind = "Pss:") {
+  return ofFamily([kind](int process) { return proportionalMegabytes(process, kind); });
 }
 
 }  // namespace tavo::benchmark

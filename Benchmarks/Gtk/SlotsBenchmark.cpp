@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <numeric>
 
-#include "Memory.h"
 #include "OwnProcess.h"
 #include "ProcessUse.h"
 #include "SlotsHost.h"
@@ -59,30 +58,23 @@ double mainThread() {
   return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
 }
 
-// Milliseconds of the main thread in a second, with ten slots of which three move and one plays a
-// film.
-double frameWork(Side side) {
-  SlotsHost host;
-  for (int slot = 0; slot < 6; ++slot) show(host, side, "frame-banner");
-  for (int slot = 0; slot < 3; ++slot) show(host, side, "html-banner");
-  turnQuietlyFor(2);
-  if (side == Side::ours) {
-    host.addFilm();
-  } else {
-    host.addClip();
-  }
-  turnQuietlyFor(0.3);
-  const double before = mainThread();
-  turnQuietlyFor(playingTime);
-  return (mainThread() - before) / playingTime;
-}
+enum class Film { none, plays };
 
-// The same without the film.
-double frameWorkOfPages(Side side) {
+// Milliseconds of the main thread in a second, with nine slots of pages, of which three move, and
+// with a film beside them or none.
+double frameWork(Side side, Film film) {
   SlotsHost host;
   for (int slot = 0; slot < 6; ++slot) show(host, side, "frame-banner");
   for (int slot = 0; slot < 3; ++slot) show(host, side, "html-banner");
   turnQuietlyFor(2);
+  if (film == Film::plays) {
+    if (side == Side::ours) {
+      host.addFilm();
+    } else {
+      host.addClip();
+    }
+    turnQuietlyFor(0.3);
+  }
   const double before = mainThread();
   turnQuietlyFor(playingTime);
   return (mainThread() - before) / playingTime;
@@ -141,10 +133,10 @@ const std::vector<Measurement>& measurements() {
       {"moving-seen-bare", [] { return movingPage(Side::bare, true); }},
       {"moving-away", [] { return movingPage(Side::ours, false); }},
       {"moving-away-bare", [] { return movingPage(Side::bare, false); }},
-      {"frames", [] { return frameWork(Side::ours); }},
-      {"frames-bare", [] { return frameWork(Side::bare); }},
-      {"frames-of-pages", [] { return frameWorkOfPages(Side::ours); }},
-      {"frames-of-pages-bare", [] { return frameWorkOfPages(Side::bare); }},
+      {"frames", [] { return frameWork(Side::ours, Film::plays); }},
+      {"frames-bare", [] { return frameWork(Side::bare, Film::plays); }},
+      {"frames-of-pages", [] { return frameWork(Side::ours, Film::none); }},
+      {"frames-of-pages-bare", [] { return frameWork(Side::bare, Film::none); }},
       {"first-ad-of-10", [] { return firstAdAround(10); }},
       {"first-ad-of-50", [] { return firstAdAround(50); }},
       {"memory-of-10", [] { return memoryOfEach(10); }},

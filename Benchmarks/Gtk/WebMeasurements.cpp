@@ -12,7 +12,7 @@
 #include "AdManager/HtmlSlots.h"
 #include "BareBanner.h"
 #include "Elapsed.h"
-#include "Memory.h"
+#include "ProcessUse.h"
 #include "Support/GtkHost.h"
 
 namespace tavo::benchmark {

@@ -8,7 +8,7 @@
 #include <iterator>
 #include <string>
 
-#include "Memory.h"
+#include "ProcessUse.h"
 
 namespace tavo::benchmark {
 

@@ -7,6 +7,12 @@
 
 namespace tavo {
 
+namespace {
+
+bool isBlank(char letter) { return letter == '\n' || letter == '\t' || letter == '\r'; }
+
+}  // namespace
+
 bool equalsIgnoringCase(std::string_view left, std::string_view right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                     [](char a, char b) { return g_ascii_tolower(a) == g_ascii_tolower(b); });
@@ -41,10 +47,6 @@ std::string validUtf8(std::string_view text) {
                                                        &g_free};
   return valid.get();
 }
-
-namespace {
-bool isBlank(char letter) { return letter == '\n' || letter == '\t' || letter == '\r'; }
-}  // namespace
 
 std::string asMarkup(std::string_view text) {
   std::string markup;

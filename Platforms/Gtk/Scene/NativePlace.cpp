@@ -12,12 +12,14 @@ void NativePlace::follow(NativeView& view) {
     if (!view.isReadyToShow()) return;
     take(view);
   }
-  if (view.isReadyToShow() && view.isResting()) {
+  const bool isReady = view.isReadyToShow();
+  const bool isLive = isReady && !view.isResting();
+  if (isReady && !isLive) {
     keepPicture();
   } else {
     picture_.reset();
   }
-  gtk_widget_set_child_visible(widget_, view.isReadyToShow() && !view.isResting() ? TRUE : FALSE);
+  gtk_widget_set_child_visible(widget_, isLive ? TRUE : FALSE);
 }
 
 // What lies above it may let it shine through.
