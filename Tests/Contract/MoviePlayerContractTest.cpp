@@ -6,48 +6,12 @@
 
 #include "Contract/MoviePlayerRig.h"
 #include "Scene/Window.h"
-#include "Support/ScreenPointer.h"
+#include "Support/MovieRecorder.h"
 
 namespace tavo::test {
 namespace {
 
 constexpr double nearly = 0.35;  // seconds; a picture more or less, and the time to ask
-
-std::string nameOf(MoviePlaybackState state) {
-  static const char* const names[] = {"stopped",     "playing", "paused",
-                                      "interrupted", "forward", "backward"};
-  return names[static_cast<int>(state)];
-}
-
-// Writes down what it hears, and whether it was inside a call to the player.
-class Recorder : public MoviePlayerClient {
- public:
-  void movieDurationAvailable(MoviePlayer& player) override {
-    EXPECT_TRUE(player.isPreparedToPlay());
-    note("duration");
-  }
-  void moviePlaybackStateDidChange(MoviePlayer& player) override {
-    note(nameOf(player.playbackState()));
-  }
-  void moviePlaybackDidFinish(MoviePlayer&, MovieFinishReason reason,
-                              const std::optional<Error>& error) override {
-    EXPECT_EQ(error.has_value(), reason == MovieFinishReason::playbackError);
-    note(error ? "error " + std::to_string(error->code) : "ended");
-  }
-  void movieDidEnterFullscreen(MoviePlayer&) override { note("enter"); }
-  void movieDidExitFullscreen(MoviePlayer&) override { note("exit"); }
-
-  bool insideCall = false;
-  std::string atEvent;  // what makes `act` run
-  std::function<void()> act;
-  Lines events;
-
- private:
-  void note(const std::string& event) {
-    events.push_back(insideCall ? event + " inside" : event);
-    if (event == atEvent && act) act();
-  }
-};
 
 template <typename Rig>
 class MoviePlayerContractTest : public testing::Test {
@@ -55,7 +19,7 @@ class MoviePlayerContractTest : public testing::Test {
   void SetUp() override { makePlayer(); }
 
   void makePlayer() {
-    client_ = std::make_shared<Recorder>();
+    client_ = std::make_shared<MovieRecorder>();
     player_ = rig_.factory().create({0, 0, 320, 180});
     ASSERT_NE(player_, nullptr);
     player_->addClient(client_);
@@ -95,7 +59,7 @@ class MoviePlayerContractTest : public testing::Test {
   // Long enough for whatever was under way to be heard of, by the measure of another content.
   void settle() {
     const auto other = rig_.factory().create({0, 0, 16, 9});
-    const auto done = std::make_shared<Recorder>();
+    const auto done = std::make_shared<MovieRecorder>();
     other->addClient(done);
     other->shouldAutoplay = false;
     other->setContentUrl(rig_.url(Movie::whole));
@@ -105,7 +69,7 @@ class MoviePlayerContractTest : public testing::Test {
   [[nodiscard]] Lines& events() { return client_->events; }
 
   Rig rig_;
-  std::shared_ptr<Recorder> client_;
+  std::shared_ptr<MovieRecorder> client_;
   std::shared_ptr<MoviePlayer> player_;
 };
 
@@ -285,8 +249,8 @@ TYPED_TEST(MoviePlayerContractTest, WithoutAContentNothingIsPlayed) {
 }
 
 TYPED_TEST(MoviePlayerContractTest, ClientsAreToldInTheirOrderAndMayGo) {
-  const auto second = std::make_shared<Recorder>();
-  auto third = std::make_shared<Recorder>();
+  const auto second = std::make_shared<MovieRecorder>();
+  auto third = std::make_shared<MovieRecorder>();
   this->player_->addClient(second);
   this->player_->addClient(third);
   this->client_->atEvent = "duration";
@@ -397,106 +361,6 @@ TYPED_TEST(MoviePlayerContractTest, FullScreenIsAboveEverythingAndEndsAtTheOldPl
   place->removeFromSuperview();
   this->call(leave);
   EXPECT_EQ(this->player_->superview(), place.get()) << "its place may be elsewhere by now";
-}
-
-// A window with nothing but a player in it, on a screen with a mouse.
-class PlayerWindow {
- public:
-  explicit PlayerWindow(MoviePlayer& player) {
-    gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
-    gtk_window_set_default_size(GTK_WINDOW(window_), 640, 360);
-    GtkWidget* const widget = dynamic_cast<gtk::NativeView&>(player).widget();
-    scale_ = GtkMovieRig::scaleBelow(widget);
-    gtk_window_set_child(GTK_WINDOW(window_), widget);
-    gtk_window_present(GTK_WINDOW(window_));
-  }
-  ~PlayerWindow() {
-    gtk_window_set_child(GTK_WINDOW(window_), nullptr);
-    gtk_window_destroy(GTK_WINDOW(window_));
-  }
-  PlayerWindow(const PlayerWindow&) = delete;
-  PlayerWindow& operator=(const PlayerWindow&) = delete;
-
-  [[nodiscard]] bool isUnderPointer() const {
-    return (gtk_widget_get_state_flags(scale_) & GTK_STATE_FLAG_PRELIGHT) != 0;
-  }
-  [[nodiscard]] double value() const { return gtk_range_get_value(GTK_RANGE(scale_)); }
-  // To a part of the bar's length.
-  void point(double part) {
-    graphene_rect_t place;
-    if (!gtk_widget_compute_bounds(scale_, window_, &place)) return;
-    double x = 0;
-    double y = 0;
-    gtk_native_get_surface_transform(GTK_NATIVE(window_), &x, &y);
-    pointer.moveTo(static_cast<int>(x + place.origin.x + place.size.width * part),
-                   static_cast<int>(y + place.origin.y + place.size.height / 2));
-  }
-
-  ScreenPointer pointer;
-
- private:
-  GtkWidget* window_ = gtk_window_new();
-  GtkWidget* scale_ = nullptr;
-};
-
-TEST(GtkMoviePlayer, ADragOverTheBarIsOneSeek) {
-  GtkMovieRig rig;
-  const auto client = std::make_shared<Recorder>();
-  const auto player = rig.factory().create({0, 0, 640, 360});
-  player->addClient(client);
-  PlayerWindow window{*player};
-  if (!window.pointer.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
-  player->setContentUrl(rig.url(Movie::whole));
-  player->play();
-  const auto runUntilEvent = [&](const char* event) {
-    rig.runUntil([&] { return !client->events.empty() && client->events.back() == event; });
-  };
-  runUntilEvent("playing");
-  player->pause();
-  runUntilEvent("paused");
-  client->events.clear();
-  int step = 0;
-  rig.runUntil([&] {
-    window.point(++step % 2 == 0 ? 0.4 : 0.41);
-    return window.isUnderPointer();
-  });
-  window.pointer.press();
-  for (const double part : {0.5, 0.6, 0.7, 0.8}) {
-    const double before = window.value();
-    window.point(part);
-    rig.runUntil([&] { return window.value() > before; });
-  }
-  EXPECT_THAT(client->events, IsEmpty()) << "the hand is still on it";
-  window.pointer.release();
-  runUntilEvent("paused");
-  EXPECT_THAT(client->events, ElementsAre("forward", "paused"));
-  EXPECT_GT(player->currentPlaybackTime(), movieSeconds * 0.7);
-}
-
-TEST(GtkMoviePlayer, NothingButTheWebIsPlayed) {
-  GtkMovieRig rig;
-  const auto client = std::make_shared<Recorder>();
-  const auto player = rig.factory().create({0, 0, 320, 180});
-  player->addClient(client);
-  player->setContentUrl(Url::parse("v4l2:///dev/video0"));
-  player->play();
-  rig.runUntil([&] { return !client->events.empty(); });
-  EXPECT_THAT(client->events, ElementsAre("error 2"));
-}
-
-// Only a real server can refuse: the video is not lost, it begins again.
-TEST(GtkMoviePlayer, AServerThatCannotStartInTheMiddleStartsAgain) {
-  GtkMovieRig rig;
-  const auto client = std::make_shared<Recorder>();
-  const auto player = rig.factory().create({0, 0, 320, 180});
-  player->addClient(client);
-  player->setContentUrl(rig.url(Movie::withoutRanges));
-  player->setCurrentPlaybackTime(2);
-  player->play();
-  rig.runUntil([&] { return player->currentPlaybackTime() > 2.5; });
-  player->setCurrentPlaybackTime(0.5);
-  rig.runUntil([&] { return !client->events.empty() && client->events.back() == "ended"; });
-  EXPECT_THAT(client->events, ElementsAre("duration", "playing", "paused", "ended"));
 }
 
 }  // namespace

@@ -74,6 +74,7 @@ class HeadlessMovieRig {
 class GtkMovieRig {
  public:
   MoviePlayerFactory& factory() { return engine().module; }
+  [[nodiscard]] static RunLoop& loop() { return *engine().loop; }
   [[nodiscard]] static Url url(Movie movie) {
     if (movie == Movie::localFile) return Url::parse(std::string{"file://"} + clipPath());
     if (movie == Movie::whole)

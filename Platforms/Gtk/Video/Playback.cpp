@@ -1,6 +1,7 @@
 #include "Gtk/Video/Playback.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Gtk/ForeignText.h"
 #include "Gtk/Guarded.h"
@@ -11,6 +12,7 @@ namespace tavo::gtk {
 namespace {
 
 constexpr guint tickMilliseconds = 500;
+constexpr Seconds answerPatience{0.5};  // a worker waits meanwhile
 
 double secondsOf(GstClockTime time) {
   return GST_CLOCK_TIME_IS_VALID(time) ? static_cast<double>(time) / GST_SECOND : 0;
@@ -24,7 +26,20 @@ void chooseAudioSink(GstElement* pipeline, bool soundDevice) {
   g_object_set(pipeline, "audio-sink", sink, nullptr);
 }
 
-void configure(GstPlay* play, const MediaEngine& engine) {
+// GstPlay 1.22 takes the stream whose tags have changed as found: while a film starts or ends there
+// may be none, which ends the process. Nobody here asks for tags.
+void ignoreTags(GstPlay* play, GstElement* pipeline) {
+  for (const char* change : {"video-tags-changed", "audio-tags-changed", "text-tags-changed"}) {
+    const guint signal = g_signal_lookup(change, G_OBJECT_TYPE(pipeline));
+    if (signal == 0) continue;  // another kind of pipeline
+    g_signal_handlers_disconnect_matched(
+        pipeline, static_cast<GSignalMatchType>(G_SIGNAL_MATCH_ID | G_SIGNAL_MATCH_DATA), signal, 0,
+        nullptr, nullptr, play);
+  }
+}
+
+// Returns what knows when the pipeline can be ended.
+std::shared_ptr<AnswerWatch> configure(GstPlay* play, const MediaEngine& engine) {
   const VideoModuleServices& services = engine.services();
   GstStructure* settings = gst_play_get_config(play);
   gst_play_config_set_position_update_interval(settings, tickMilliseconds);
@@ -34,11 +49,14 @@ void configure(GstPlay* play, const MediaEngine& engine) {
   }
   gst_play_set_config(play, settings);
   GstElement* pipeline = gst_play_get_pipeline(play);
+  ignoreTags(play, pipeline);
   chooseAudioSink(pipeline, engine.hasSoundDevice());
   // The player's own watch knows what it waited for, so it speaks first.
   const Limits& limits = services.limits;
   allowHttpOnly(pipeline, std::max(limits.firstFrameTimeout, limits.stallTimeout) + Seconds{2});
+  auto answers = AnswerWatch::on(pipeline);
   gst_object_unref(pipeline);
+  return answers;
 }
 
 }  // namespace
@@ -53,23 +71,40 @@ Playback::Playback(const MediaEngine& engine, const std::string& url,
   });
   play_ =
       gst_play_new(gst_play_video_overlay_video_renderer_new_with_sink(nullptr, sink_->element()));
-  configure(play_, engine);
+  answers_ = configure(play_, engine);
   bus_ = gst_play_get_message_bus(play_);
   gst_bus_add_watch(bus_, onMessage, this);
   gst_play_set_uri(play_, url.c_str());
 }
 
 // A message that nobody takes off the bus holds the player that holds the bus. Letting go of a
-// pipeline waits for its threads, which may wait for a server: not here.
+// pipeline waits for its threads, which may wait for a server: not here. Nor is it ended while it
+// waits for an answer.
 Playback::~Playback() {
   sink_->stop();
   gst_bus_remove_watch(bus_);
   gst_bus_set_flushing(bus_, TRUE);
   gst_object_unref(bus_);
-  runLoop_->background([play = play_] {
+  runLoop_->background([play = play_, answers = answers_] {
+    answers->await(answerPatience);
     gst_play_stop(play);
     gst_object_unref(play);
   });
+}
+
+void Playback::play() {
+  begin();
+  gst_play_play(play_);
+}
+
+void Playback::pause() {
+  begin();
+  gst_play_pause(play_);
+}
+
+// The first call of either makes the pipeline ask the server, on a thread of its own.
+void Playback::begin() {
+  if (!std::exchange(hasBegun_, true)) answers_->expect();
 }
 
 void Playback::seek(double seconds) {

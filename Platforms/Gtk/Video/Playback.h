@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "Gtk/Video/AnswerWatch.h"
 #include "Gtk/Video/FrameSink.h"
 #include "Gtk/Video/MediaEngine.h"
 #include "Rules/Media.h"
@@ -23,8 +24,8 @@ class Playback : public Media {
   Playback(const Playback&) = delete;
   Playback& operator=(const Playback&) = delete;
 
-  void play() override { gst_play_play(play_); }
-  void pause() override { gst_play_pause(play_); }
+  void play() override;
+  void pause() override;
   void seek(double seconds) override;
   void setMuted(bool muted) override { gst_play_set_mute(play_, muted ? TRUE : FALSE); }
 
@@ -33,6 +34,7 @@ class Playback : public Media {
   [[nodiscard]] bool hasVideo() const override;
 
  private:
+  void begin();
   static gboolean onMessage(GstBus* bus, GstMessage* message, gpointer self);
   void hear(GstMessage* message);
   void hearState(GstMessage* message);
@@ -42,6 +44,8 @@ class Playback : public Media {
   std::shared_ptr<RunLoop> runLoop_;
   std::shared_ptr<FrameSink> sink_;
   GstPlay* play_ = nullptr;
+  std::shared_ptr<AnswerWatch> answers_;
+  bool hasBegun_ = false;
   GstBus* bus_ = nullptr;
 };
 

@@ -24,11 +24,6 @@ bool readsHttpOnly(GstElement* source) {
   return true;
 }
 
-bool isSource(GstElement* element) {
-  return GST_IS_URI_HANDLER(element) &&
-         gst_uri_handler_get_uri_type(GST_URI_HANDLER(element)) == GST_URI_SRC;
-}
-
 void setIfThere(GstElement* source, const char* property, int value) {
   GObjectClass* type = G_OBJECT_GET_CLASS(source);
   if (g_object_class_find_property(type, property) == nullptr) return;
@@ -55,6 +50,11 @@ void elementAdded(GstBin* /*pipeline*/, GstBin* /*bin*/, GstElement* element, gp
 }
 
 }  // namespace
+
+bool isSource(GstElement* element) {
+  return GST_IS_URI_HANDLER(element) &&
+         gst_uri_handler_get_uri_type(GST_URI_HANDLER(element)) == GST_URI_SRC;
+}
 
 void allowHttpOnly(GstElement* pipeline, Seconds timeout) {
   const int seconds = std::max(1, static_cast<int>(timeout.count()));

@@ -11,4 +11,7 @@ namespace tavo::gtk {
 // `timeout`: how long the server may be silent.
 void allowHttpOnly(GstElement* pipeline, Seconds timeout);
 
+// Whether an element reads from an address.
+[[nodiscard]] bool isSource(GstElement* element);
+
 }  // namespace tavo::gtk

@@ -1,0 +1,70 @@
+#include "Gtk/Video/AnswerWatch.h"
+
+#include "Gtk/Guarded.h"
+#include "Gtk/Video/SourcePolicy.h"
+
+namespace tavo::gtk {
+
+namespace {
+
+// The pipeline's threads may outlive whoever made it: each hook owns a share.
+using Shared = std::shared_ptr<AnswerWatch>;
+
+AnswerWatch& watchOf(gpointer shared) { return **static_cast<Shared*>(shared); }
+
+void letGo(gpointer shared) { delete static_cast<Shared*>(shared); }
+
+// What passes a source when its server has answered, or when it has given up.
+bool tellsOfAnswer(GstEvent* event) {
+  return GST_EVENT_TYPE(event) == GST_EVENT_EOS || gst_event_has_name(event, "http-headers");
+}
+
+}  // namespace
+
+std::shared_ptr<AnswerWatch> AnswerWatch::on(GstElement* pipeline) {
+  auto watch = std::make_shared<AnswerWatch>();
+  g_signal_connect_data(
+      pipeline, "deep-element-added", G_CALLBACK(fenced<&elementAdded>), new Shared{watch},
+      [](gpointer shared, GClosure* /*closure*/) { letGo(shared); }, GConnectFlags{});
+  return watch;
+}
+
+void AnswerWatch::elementAdded(GstBin* /*pipeline*/, GstBin* /*bin*/, GstElement* element,
+                               gpointer self) {
+  if (!isSource(element)) return;
+  GstPad* pad = gst_element_get_static_pad(element, "src");
+  if (pad == nullptr) return;
+  watchOf(self).expect();
+  const auto passing =
+      static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_BOTH);
+  gst_pad_add_probe(pad, passing, fenced<&passed>, new Shared{*static_cast<Shared*>(self)}, letGo);
+  gst_object_unref(pad);
+}
+
+GstPadProbeReturn AnswerWatch::passed(GstPad* /*pad*/, GstPadProbeInfo* info, gpointer self) {
+  AnswerWatch& watch = watchOf(self);
+  if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0) {
+    watch.settle();
+  } else if (GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info); tellsOfAnswer(event)) {
+    watch.settle();
+  } else if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
+    watch.expect();
+  }
+  return GST_PAD_PROBE_OK;
+}
+
+void AnswerWatch::await(Seconds patience) {
+  std::unique_lock lock{mutex_};
+  changed_.wait_for(lock, patience, [this] { return !isAwaited_; });
+}
+
+void AnswerWatch::set(bool isAwaited) {
+  {
+    const std::scoped_lock lock{mutex_};
+    if (isAwaited_ == isAwaited) return;
+    isAwaited_ = isAwaited;
+  }
+  changed_.notify_all();
+}
+
+}  // namespace tavo::gtk

@@ -1,0 +1,180 @@
+#include <atomic>
+
+#include "Contract/MoviePlayerRig.h"
+#include "Support/MovieRecorder.h"
+#include "Support/ScreenPointer.h"
+
+namespace tavo::test {
+namespace {
+
+// A window with nothing but a player in it, on a screen with a mouse.
+class PlayerWindow {
+ public:
+  explicit PlayerWindow(MoviePlayer& player) {
+    gtk_window_set_decorated(GTK_WINDOW(window_), FALSE);
+    gtk_window_set_default_size(GTK_WINDOW(window_), 640, 360);
+    GtkWidget* const widget = dynamic_cast<gtk::NativeView&>(player).widget();
+    scale_ = GtkMovieRig::scaleBelow(widget);
+    gtk_window_set_child(GTK_WINDOW(window_), widget);
+    gtk_window_present(GTK_WINDOW(window_));
+  }
+  ~PlayerWindow() {
+    gtk_window_set_child(GTK_WINDOW(window_), nullptr);
+    gtk_window_destroy(GTK_WINDOW(window_));
+  }
+  PlayerWindow(const PlayerWindow&) = delete;
+  PlayerWindow& operator=(const PlayerWindow&) = delete;
+
+  [[nodiscard]] bool isUnderPointer() const {
+    return (gtk_widget_get_state_flags(scale_) & GTK_STATE_FLAG_PRELIGHT) != 0;
+  }
+  [[nodiscard]] double value() const { return gtk_range_get_value(GTK_RANGE(scale_)); }
+  // To a part of the bar's length.
+  void point(double part) {
+    graphene_rect_t place;
+    if (!gtk_widget_compute_bounds(scale_, window_, &place)) return;
+    double x = 0;
+    double y = 0;
+    gtk_native_get_surface_transform(GTK_NATIVE(window_), &x, &y);
+    pointer.moveTo(static_cast<int>(x + place.origin.x + place.size.width * part),
+                   static_cast<int>(y + place.origin.y + place.size.height / 2));
+  }
+
+  ScreenPointer pointer;
+
+ private:
+  GtkWidget* window_ = gtk_window_new();
+  GtkWidget* scale_ = nullptr;
+};
+
+TEST(GtkMoviePlayerTest, ADragOverTheBarIsOneSeek) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<MovieRecorder>();
+  const auto player = rig.factory().create({0, 0, 640, 360});
+  player->addClient(client);
+  PlayerWindow window{*player};
+  if (!window.pointer.works()) GTEST_SKIP() << "libXtst.so.6 is not installed";
+  player->setContentUrl(rig.url(Movie::whole));
+  player->play();
+  const auto runUntilEvent = [&](const char* event) {
+    rig.runUntil([&] { return !client->events.empty() && client->events.back() == event; });
+  };
+  runUntilEvent("playing");
+  player->pause();
+  runUntilEvent("paused");
+  client->events.clear();
+  int step = 0;
+  rig.runUntil([&] {
+    window.point(++step % 2 == 0 ? 0.4 : 0.41);
+    return window.isUnderPointer();
+  });
+  window.pointer.press();
+  for (const double part : {0.5, 0.6, 0.7, 0.8}) {
+    const double before = window.value();
+    window.point(part);
+    rig.runUntil([&] { return window.value() > before; });
+  }
+  EXPECT_THAT(client->events, IsEmpty()) << "the hand is still on it";
+  window.pointer.release();
+  runUntilEvent("paused");
+  EXPECT_THAT(client->events, ElementsAre("forward", "paused"));
+  EXPECT_GT(player->currentPlaybackTime(), movieSeconds * 0.7);
+}
+
+TEST(GtkMoviePlayerTest, NothingButTheWebIsPlayed) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<MovieRecorder>();
+  const auto player = rig.factory().create({0, 0, 320, 180});
+  player->addClient(client);
+  player->setContentUrl(Url::parse("v4l2:///dev/video0"));
+  player->play();
+  rig.runUntil([&] { return !client->events.empty(); });
+  EXPECT_THAT(client->events, ElementsAre("error 2"));
+}
+
+// Hears of the first pipeline that is made for a film, on whatever thread that happens. The
+// framework must be there already.
+class Pipeline {
+ public:
+  Pipeline()
+      : signal_{g_signal_lookup("deep-element-added", g_type_from_name("GstBin"))},
+        hook_{g_signal_add_emission_hook(signal_, 0, &added, this, nullptr)} {}
+  ~Pipeline() {
+    g_signal_remove_emission_hook(signal_, hook_);
+    if (player_ != nullptr) g_object_unref(player_);
+  }
+  Pipeline(const Pipeline&) = delete;
+  Pipeline& operator=(const Pipeline&) = delete;
+
+  void say(const char* signal, int value) { g_signal_emit_by_name(player_, signal, value); }
+  [[nodiscard]] bool isThere() const { return player_ != nullptr; }
+
+ private:
+  static gboolean added(GSignalInvocationHint* /*hint*/, guint /*count*/, const GValue* values,
+                        gpointer self) {
+    gpointer bin = g_value_get_object(values);
+    if (g_signal_lookup("video-tags-changed", G_OBJECT_TYPE(bin)) == 0) return TRUE;
+    static_cast<Pipeline*>(self)->player_ = g_object_ref(bin);
+    return FALSE;  // enough
+  }
+
+  guint signal_;
+  gulong hook_;
+  std::atomic<gpointer> player_ = nullptr;
+};
+
+// By itself it happens while one film takes the place of another, once in hundreds of times.
+TEST(GtkMoviePlayerTest, TagsOfAStreamThatIsNotThereAreNoMatter) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<MovieRecorder>();
+  const auto player = rig.factory().create({0, 0, 320, 180});
+  Pipeline pipeline;
+  player->addClient(client);
+  player->setContentUrl(rig.url(Movie::whole));
+  player->play();
+  rig.runUntil([&] { return !client->events.empty() && client->events.back() == "playing"; });
+  ASSERT_TRUE(pipeline.isThere());
+  for (const char* kind : {"video-tags-changed", "audio-tags-changed", "text-tags-changed"}) {
+    pipeline.say(kind, 7);
+  }
+  rig.runUntil([&] { return client->events.back() == "ended"; });
+  EXPECT_THAT(client->events, ElementsAre("duration", "playing", "paused", "ended"));
+}
+
+// Only a real server can refuse: the video is not lost, it begins again.
+TEST(GtkMoviePlayerTest, AServerThatCannotStartInTheMiddleStartsAgain) {
+  GtkMovieRig rig;
+  const auto client = std::make_shared<MovieRecorder>();
+  const auto player = rig.factory().create({0, 0, 320, 180});
+  player->addClient(client);
+  player->setContentUrl(rig.url(Movie::withoutRanges));
+  player->setCurrentPlaybackTime(2);
+  player->play();
+  rig.runUntil([&] { return player->currentPlaybackTime() > 2.5; });
+  player->setCurrentPlaybackTime(0.5);
+  rig.runUntil([&] { return !client->events.empty() && client->events.back() == "ended"; });
+  EXPECT_THAT(client->events, ElementsAre("duration", "playing", "paused", "ended"));
+}
+
+// Given up between its answer and the turn in which the film hears of it, a request ended the
+// process: one in two hundred at these moments.
+TEST(GtkMoviePlayerTest, AFilmMayGoWhileItsServerAnswers) {
+  GtkMovieRig rig;
+  constexpr int drops = 300;
+  constexpr int moments = 60;  // of a tenth of a millisecond
+  for (int drop = 0; drop < drops; ++drop) {
+    const auto player = rig.factory().create({0, 0, 320, 180});
+    player->setContentUrl(rig.url(Movie::whole));
+    player->play();
+    bool isOver = false;
+    const Timer end =
+        rig.loop().after(Seconds{0.002 + drop % moments / 10'000.0}, [&] { isOver = true; });
+    rig.runUntil([&] { return isOver; });
+    rig.runUntil([&] { return playerThreads() < 4; });
+  }
+  rig.runUntil([&] { return !rig.isAnythingLeft(); });
+  EXPECT_FALSE(rig.isAnythingLeft());
+}
+
+}  // namespace
+}  // namespace tavo::test
