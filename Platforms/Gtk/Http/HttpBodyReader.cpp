@@ -9,6 +9,8 @@ namespace tavo::gtk {
 namespace {
 
 constexpr std::size_t readSize = std::size_t{64} * 1024;
+// Room for a body of unknown length to begin with: most are pixels.
+constexpr std::size_t firstReadSize = std::size_t{1024};
 // At the speed of a decompressor this is about a millisecond.
 constexpr std::size_t shareOfTurn = 4 * readSize;
 // A server may announce any length; no more is set aside on its word.
@@ -24,8 +26,8 @@ gboolean streamReadable(GObject* /*stream*/, gpointer callback) {
 }  // namespace
 
 HttpBodyReader::HttpBodyReader(GPtr<GInputStream> stream, std::size_t limit, std::size_t expected)
-    : stream_{std::move(stream)}, limit_{limit} {
-  body_.reserve(std::min(expected, mostReserved) + readSize);
+    : stream_{std::move(stream)}, limit_{limit}, expected_{std::min(expected, mostReserved)} {
+  body_.reserve(expected_ + 1);
 }
 
 HttpBodyReader::~HttpBodyReader() {
@@ -59,9 +61,14 @@ HttpBodyReader::State HttpBodyReader::readOnce() {
   return limit_ > 0 && filled_ > limit_ ? State::tooLarge : State::waiting;
 }
 
-// One byte beyond the limit tells a body that just fits from one that does not.
+// One byte beyond what is expected shows the end, and one beyond the limit tells a body that just
+// fits from one that does not.
 std::size_t HttpBodyReader::roomForNextRead() const {
-  return limit_ > 0 ? std::min(readSize, limit_ + 1 - filled_) : readSize;
+  const bool hasItsLength = expected_ > 0 && expected_ >= filled_;
+  const std::size_t wanted =
+      hasItsLength ? expected_ - filled_ + 1 : std::max(filled_, firstReadSize);
+  const std::size_t room = std::min(wanted, readSize);
+  return limit_ > 0 ? std::min(room, limit_ + 1 - filled_) : room;
 }
 
 void HttpBodyReader::whenReadable(Callback readable) {

@@ -42,7 +42,8 @@ class HttpBodyReader {
   [[nodiscard]] std::size_t roomForNextRead() const;
 
   GPtr<GInputStream> stream_;
-  std::size_t limit_;
+  const std::size_t limit_;
+  const std::size_t expected_;  // a bound on what the server's word is taken for
   std::string body_;
   std::size_t filled_ = 0;  // the rest of `body_` is room for the next read
   bool endsTurn_ = false;   // the turn's share is used up while more is there
