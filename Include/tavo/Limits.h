@@ -45,7 +45,7 @@ struct Limits {
   // Clicks and tracking.
   Seconds clickThroughTimeout{10};  // headers only
   Seconds pingTimeout{10};
-  std::size_t queuedPingsPerHost = 256;  // waiting for one host: the next one is dropped
+  std::size_t queuedPingsPerHost = 256;  // waiting for one server: the next one is dropped
   std::size_t queuedPings = 2'048;       // waiting in all: the longest queue loses one
   int pingConnectionsPerHost = 6;
   int pingConnections = 24;

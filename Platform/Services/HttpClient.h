@@ -79,6 +79,10 @@ struct HttpResponse {
 struct HttpResult {
   std::optional<HttpResponse> response;
   std::optional<Error> error;
+  // The server of the request's own URL answered over a connection that carries many requests at a
+  // time, as HTTP/2 does. The client keeps to the number that the server grants, and lets the
+  // others wait.
+  bool sharedConnection = false;
 };
 
 using HttpCompletion = std::function<void(const HttpResult&)>;

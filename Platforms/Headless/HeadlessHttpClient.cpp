@@ -54,6 +54,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
 
   void arrived(const ScriptedAnswer& answer) {
     if (answer.error) return finish(answer.error);
+    if (!response_) sharedConnection_ = answer.sharedConnection;
     response_ = HttpResponse{hops_.url(), answer.status, answer.headers, {}, {}};
     const auto* const type = response_->header("Content-Type");
     if (type != nullptr) response_->mimeType = mimeTypeOf(*type);
@@ -84,9 +85,8 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
     deadline_.invalidate();
     inspection_.ended(response_, error, client_.runLoop_->now());
     auto deliver = [completion = std::exchange(completion_, nullptr),
-                    result = HttpResult{std::move(response_), std::move(error)}] {
-      completion(result);
-    };
+                    result = HttpResult{std::move(response_), std::move(error),
+                                        sharedConnection_}] { completion(result); };
     if (request_.completionThread == CompletionThread::background) {
       client_.runLoop_->background(std::move(deliver));
     } else {
@@ -101,6 +101,7 @@ class HeadlessHttpClient::Flight : public Exchange, public std::enable_shared_fr
   HttpInspection inspection_;
   HttpHops hops_;
   std::optional<HttpResponse> response_;  // of the last hop whose head has arrived
+  bool sharedConnection_ = false;         // of the first
   Timer wait_;
   Timer deadline_;
 };

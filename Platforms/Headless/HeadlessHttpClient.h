@@ -25,6 +25,7 @@ struct ScriptedAnswer {
   Seconds delay{0};              // before the answer begins
   bool neverAnswers = false;     // the client's time-outs decide
   std::optional<Error> error{};  // the transport fails with it
+  bool sharedConnection = false;
 };
 
 // An HTTP client whose servers are a script. Answers are given per URL text, each list in turn and

@@ -3,18 +3,39 @@
 #include <algorithm>
 #include <mutex>
 #include <shared_mutex>
-#include <vector>
+#include <utility>
 
-#include "Services/RunLoop.h"
+#include "Values/Text.h"
 
 namespace tavo {
 
 namespace {
-// Round trips are remembered for so many hosts.
-constexpr std::size_t rememberedHosts = 64;
+
+// Round trips are remembered for so many servers.
+constexpr std::size_t rememberedServers = 64;
+
+// How long what came of a ping may wait for others in a burst.
+constexpr Seconds burstPatience{0.005};
+
+// Scheme, host and port: what has connections of its own.
+std::string serverOf(const Url& url) {
+  const std::string_view text = url.text();
+  const std::string_view host = url.host();
+  std::string server = lowerCased(url.scheme());
+  if (host.empty()) return server;
+  const auto end = static_cast<std::size_t>(host.data() - text.data()) + host.size();
+  const auto pathStart = static_cast<std::size_t>(url.path().data() - text.data());
+  auto port = text.substr(end, pathStart - end);
+  port.remove_prefix(std::min(port.find(':'), port.size()));
+  const bool isUsual = port == ":" || port == (server == "https" ? ":443" : ":80");
+  server.append("://").append(lowerCased(host));
+  if (!isUsual) server.append(port);
+  return server;
+}
+
 }  // namespace
 
-// What a completion holds of the queue, which may be gone by then.
+// What is under way holds of the queue, which may be gone by then.
 class PingQueue::Gate {
  public:
   explicit Gate(PingQueue& queue) : queue_{&queue} {}
@@ -44,128 +65,143 @@ PingQueue::PingQueue(const Environment& environment)
     : limits_{environment.limits()},
       runLoop_{environment.platform().runLoop},
       http_{environment.platform().http},
-      sharing_{dynamic_cast<const SharedConnections*>(http_.get())},
       gate_{std::make_shared<Gate>(*this)} {}
 
 PingQueue::~PingQueue() { gate_->close(); }
 
-void PingQueue::add(QueuedPing ping) {
-  auto& host = hosts_.try_emplace(std::string{ping.url.host()}).first->second;
-  if (!makeRoomFor(host)) return ping.dropped();
-  if (!host.isBusy()) ++busyHosts_;
-  host.waiting.push_back(std::move(ping));
+void PingQueue::add(std::shared_ptr<QueuedPing> ping) {
+  auto& server = servers_.try_emplace(serverOf(ping->url())).first->second;
+  if (!makeRoomFor(server)) return ping->dropped();
+  if (!server.isBusy()) ++busyServers_;
+  server.waiting.push_back(std::move(ping));
   ++waiting_;
-  giveTurn(host);
+  giveTurn(server);
   pump();
 }
 
-bool PingQueue::makeRoomFor(const Host& host) {
-  if (host.waiting.size() >= limits_.queuedPingsPerHost) return false;
+bool PingQueue::makeRoomFor(const Server& server) {
+  if (server.waiting.size() >= limits_.queuedPingsPerHost) return false;
   if (waiting_ < limits_.queuedPings) return true;
-  const auto longest = std::max_element(hosts_.begin(), hosts_.end(), [](auto& one, auto& other) {
-    return one.second.waiting.size() < other.second.waiting.size();
-  });
+  const auto longest =
+      std::max_element(servers_.begin(), servers_.end(), [](auto& one, auto& other) {
+        return one.second.waiting.size() < other.second.waiting.size();
+      });
   auto& queue = longest->second.waiting;
-  if (queue.size() <= host.waiting.size() + 1) return false;  // would be the longest itself
-  const QueuedPing last = std::move(queue.back());
+  if (queue.size() <= server.waiting.size() + 1) return false;  // would be the longest itself
+  const auto last = std::move(queue.back());
   queue.pop_back();
   --waiting_;
-  last.dropped();
+  last->dropped();
   return true;
 }
 
-void PingQueue::giveTurn(Host& host) {
-  if (host.hasTurn || host.waiting.empty()) return;
-  host.hasTurn = true;
-  const auto entry = hosts_.find(host.waiting.front().url.host());
-  turns_.push_back(&*entry);
+void PingQueue::giveTurn(Server& server) {
+  if (server.hasTurn || server.waiting.empty()) return;
+  server.hasTurn = true;
+  turns_.push_back(&server);
 }
 
-int PingQueue::windowOf(const Host& host) const {
-  if (host.sharesConnection) return host.streams.size();
-  const int share = limits_.pingConnections / std::max(busyHosts_, 1);
-  return host.window.size(std::min(limits_.pingConnectionsPerHost, share));
+int PingQueue::windowOf(const Server& server) const {
+  if (server.sharesConnection) return server.streams.size();
+  const int share = limits_.pingConnections / std::max(busyServers_, 1);
+  return server.window.size(std::min(limits_.pingConnectionsPerHost, share), server.waiting.size());
 }
 
 void PingQueue::pump() {
   const int most = std::max(limits_.pingConnections, 1);
-  std::vector<Hosts::value_type*> withoutConnection;
+  std::vector<Server*> withoutConnection;
   while (!turns_.empty()) {
-    auto* const entry = turns_.front();
-    auto& [name, host] = *entry;
+    auto& server = *turns_.front();
     turns_.pop_front();
-    if (connections_ >= most && !host.sharesConnection) {
-      withoutConnection.push_back(entry);
+    if (connections_ >= most && !server.sharesConnection) {
+      withoutConnection.push_back(&server);
       continue;
     }
-    host.hasTurn = false;
-    // A host whose window is full gets its next turn when one of its pings is answered.
-    if (host.underWay >= windowOf(host)) continue;
-    start(name, host);
-    if (!host.isBusy()) --busyHosts_;
-    giveTurn(host);
+    server.hasTurn = false;
+    // A server whose window is full gets its next turn when one of its pings is answered.
+    if (server.underWay >= windowOf(server)) continue;
+    start(server);
+    if (!server.isBusy()) --busyServers_;
+    giveTurn(server);
   }
   turns_.insert(turns_.begin(), withoutConnection.begin(), withoutConnection.end());
 }
 
-void PingQueue::start(const std::string& name, Host& host) {
-  const auto ping = std::make_shared<QueuedPing>(std::move(host.waiting.front()));
-  host.waiting.pop_front();
+void PingQueue::start(Server& server) {
+  Sent sent{.ping = std::move(server.waiting.front()),
+            .server = &server,
+            .road = server.sharesConnection ? Road::sharedConnection : Road::ownConnection,
+            .at = {}};
+  server.waiting.pop_front();
   --waiting_;
-  const Road road = host.sharesConnection ? Road::sharedConnection : Road::ownConnection;
-  count(host, road, 1);
-  auto request = ping->prepare();
-  if (!request) return count(host, road, -1);
-  request->completionThread = CompletionThread::background;
-
-  auto completion = [gate = gate_, name, ping, road,
-                     started = runLoop_->now()](const HttpResult& result) {
-    gate->pass([&](const PingQueue& queue) {
-      const Seconds took = queue.runLoop_->now() - started;
-      ping->answered(result);
-      queue.runLoop_->post([gate, name, ping, result, took, road] {
-        if (auto* waiting = gate->queue()) waiting->finished(name, *ping, result, took, road);
-      });
-    });
-  };
-  http_->send(std::move(*request), std::move(completion));
+  count(server, sent.road, 1);
+  auto request = sent.ping->prepare();
+  if (!request) return count(server, sent.road, -1);
+  sent.at = runLoop_->now();
+  http_->send(std::move(*request),
+              [gate = gate_, sent = std::move(sent)](const HttpResult& result) {
+                if (auto* const queue = gate->queue()) queue->arrived(sent, result);
+              });
 }
 
-void PingQueue::count(Host& host, Road road, int pings) {
-  host.underWay += pings;
+void PingQueue::count(Server& server, Road road, int pings) {
+  server.underWay += pings;
   underWay_ += pings;
   if (road == Road::ownConnection) connections_ += pings;
 }
 
-void PingQueue::finished(const std::string& name, const QueuedPing& ping, const HttpResult& result,
-                         Seconds took, Road road) {
-  auto& host = hosts_.find(name)->second;
-  count(host, road, -1);
-  if (!host.isBusy()) --busyHosts_;
+void PingQueue::arrived(const Sent& sent, const HttpResult& result) {
+  auto& server = *sent.server;
+  const Seconds took = runLoop_->now() - sent.at;
+  count(server, sent.road, -1);
+  if (!server.isBusy()) --busyServers_;
   // Failures say little about the road: a refusal is quick, a time-out is not a round trip.
-  if (!result.error) note(host, ping, took, road);
-  giveTurn(host);
+  if (!result.error) note(server, sent, result, took);
+  outcomes_.push_back({sent.ping, result, took});
+  giveTurn(server);
   pump();
-  forgetIdleHosts();
-  ping.settled(result, took);
+  forgetIdleServers();
+  tellSoon();
 }
 
 // The first answer says how the server speaks. One may go back to connections of their own, as a
-// host whose machines differ does.
-void PingQueue::note(Host& host, const QueuedPing& ping, Seconds took, Road road) const {
-  host.sharesConnection = sharing_ != nullptr && sharing_->sharesConnection(ping.url);
-  if (road == Road::sharedConnection) {
-    host.streams.answered(took);
+// server whose machines differ does.
+void PingQueue::note(Server& server, const Sent& sent, const HttpResult& result, Seconds took) {
+  server.sharesConnection = result.sharedConnection;
+  if (sent.road == Road::sharedConnection) {
+    server.streams.answered(took);
   } else {
-    host.window.answered(took);
+    server.window.answered(took);
   }
 }
 
-void PingQueue::forgetIdleHosts() {
-  if (hosts_.size() <= rememberedHosts) return;
-  std::erase_if(hosts_, [](const auto& entry) {
-    return entry.second.underWay == 0 && entry.second.waiting.empty() && !entry.second.hasTurn;
-  });
+void PingQueue::forgetIdleServers() {
+  if (servers_.size() <= rememberedServers) return;
+  std::erase_if(servers_,
+                [](const auto& entry) { return !entry.second.isBusy() && !entry.second.hasTurn; });
+}
+
+void PingQueue::tellSoon() {
+  if (waiting_ == 0) return tell();
+  if (!telling_.isValid()) telling_ = runLoop_->after(burstPatience, [this] { tell(); });
+}
+
+void PingQueue::tell() {
+  telling_.invalidate();
+  runLoop_->background(
+      [gate = gate_, outcomes = std::make_shared<const Outcomes>(std::exchange(outcomes_, {}))] {
+        gate->pass([&](const PingQueue& queue) {
+          for (const auto& outcome : *outcomes) outcome.ping->answered(outcome.result);
+          queue.runLoop_->post([gate, outcomes] { settle(*gate, *outcomes); });
+        });
+      });
+}
+
+// Whoever hears of one may end the runtime.
+void PingQueue::settle(const Gate& gate, const Outcomes& outcomes) {
+  for (const auto& outcome : outcomes) {
+    if (gate.queue() != nullptr) outcome.ping->settled(outcome.result, outcome.took);
+  }
 }
 
 }  // namespace tavo

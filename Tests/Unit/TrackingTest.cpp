@@ -59,7 +59,6 @@ TEST_F(Tracking, QuirkSendsAPlainRequestAndStoresTheCookies) {
   EXPECT_EQ(request.header("User-Agent"), nullptr);
   EXPECT_EQ(*request.header("Cookie"), "old=1");  // the store's own, and no description
   EXPECT_EQ(request.cachePolicy, CachePolicy::useProtocolCachePolicy);
-  EXPECT_EQ(request.completionThread, CompletionThread::background);
   EXPECT_EQ(request.traffic, TrafficClass::tracking);
   EXPECT_EQ(request.deadline, runtime_.limits().pingTimeout);
   EXPECT_THAT(platform_.log->messages(), Contains("Impression sent successfully"));
@@ -145,12 +144,24 @@ TEST(PingWindow, GrowsWithTheRoundTrip) {
                           {1e9, 24, 24},  {INFINITY, 6, 6}, {0.001, 1, 1}};
   for (const auto& row : rows) {
     PingWindow window;
-    EXPECT_EQ(window.size(48), 2);
+    EXPECT_EQ(window.size(48, 0), 2);
     window.answered(Seconds{row.roundTrip});
     for (int i = 0; i < 2; ++i) window.answered(Seconds{row.roundTrip + 1});
-    EXPECT_EQ(window.size(48), 2) << row.roundTrip;  // too early to tell
-    window.answered(Seconds{row.roundTrip + 1});     // a slow one says nothing about the road
-    EXPECT_EQ(window.size(row.most), row.size) << row.roundTrip;
+    EXPECT_EQ(window.size(48, 0), 2) << row.roundTrip;  // too early to tell
+    window.answered(Seconds{row.roundTrip + 1});        // a slow one says nothing about the road
+    EXPECT_EQ(window.size(row.most, 0), row.size) << row.roundTrip;
+  }
+}
+
+TEST(PingWindow, GrowsWithTheQueueBeforeTheFirstAnswer) {
+  struct Row {
+    std::size_t waiting;
+    int most;
+    int size;
+  };
+  constexpr Row rows[] = {{31, 6, 2}, {32, 6, 3}, {128, 6, 6}, {5'000, 6, 6}, {5'000, 2, 2}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(PingWindow{}.size(row.most, row.waiting), row.size) << row.waiting;
   }
 }
 
@@ -184,17 +195,24 @@ TEST(PingStreams, StayBetweenSixAndTwoHundredAndFiftySix) {
   EXPECT_EQ(slow.size(), 6);
 }
 
-// A client whose servers carry many requests over one connection.
-class SharingHttp : public HttpClient, public SharedConnections {
+// Counts what is under way to each URL.
+class CountingHttp : public HttpClient {
  public:
-  explicit SharingHttp(std::shared_ptr<HttpClient> carrier) : carrier_{std::move(carrier)} {}
+  explicit CountingHttp(std::shared_ptr<HttpClient> carrier) : carrier_{std::move(carrier)} {}
   std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override {
-    return carrier_->send(std::move(request), std::move(completion));
+    const std::string url = request.url.text();
+    most[url] = std::max(most[url], ++underWay_[url]);
+    return carrier_->send(std::move(request),
+                          [this, url, completion = std::move(completion)](const auto& result) {
+                            --underWay_[url];
+                            completion(result);
+                          });
   }
-  bool sharesConnection(const Url& url) const override { return url.host() == "shared.test"; }
+  std::map<std::string, int> most;
 
  private:
   std::shared_ptr<HttpClient> carrier_;
+  std::map<std::string, int> underWay_;
 };
 
 TEST(PingQueue, SharedConnectionsAreNotCountedOneByOne) {
@@ -202,36 +220,81 @@ TEST(PingQueue, SharedConnectionsAreNotCountedOneByOne) {
   limits.queuedPings = limits.queuedPingsPerHost = 400;
   headless::HeadlessPlatform headless{limits};
   headless.http->answer("", {.delay = Seconds{0.1}});
+  headless.http->answer("https://shared.test/", {.delay = Seconds{0.1}, .sharedConnection = true});
   Platform platform = headless.platform();
-  platform.http = std::make_shared<SharingHttp>(headless.http);
+  const auto http = std::make_shared<CountingHttp>(headless.http);
+  platform.http = http;
   const Runtime runtime{platform};
-  auto& queue = runtime.environment()->shared<PingQueue>();
-  std::map<std::string, int> most;
-  std::map<std::string, int> underWay;
-  const auto add = [&](const std::string& host, int count) {
+  const auto track = [&](const std::string& url, int count) {
     for (int i = 0; i < count; ++i) {
-      queue.add({.url = Url::parse("https://" + host + "/" + std::to_string(i)),
-                 .prepare = [&, host]() -> std::optional<HttpRequest> {
-                   most[host] = std::max(most[host], ++underWay[host]);
-                   HttpRequest request;
-                   request.url = Url::parse("https://" + host + "/");
-                   return request;
-                 },
-                 .dropped = [] { FAIL(); },
-                 .answered = [](const HttpResult&) {},
-                 .settled = [&, host](const HttpResult&, Seconds) { --underWay[host]; }});
+      XTrackingRequest::sendAsynchronousRequest(*runtime.environment(), Url::parse(url), "ping",
+                                                nullptr);
     }
   };
-  add("shared.test", 300);
-  add("own.test", 40);
-  add("another.test", 40);
-  for (int step = 0; step < 10'000 && (queue.waiting() > 0 || queue.underWay() > 0); ++step) {
+  track("https://shared.test/", 100);
+  track("https://SHARED.test:443/", 100);  // the same server
+  track("https://shared.test:8443/", 40);  // others of the same host
+  track("http://shared.test/", 40);
+  track("https://own.test/", 40);
+  const auto& totals = TrackingLedger::sharedInstance().totals();
+  for (int step = 0; step < 10'000 && totals.answered < totals.due; ++step) {
     headless.runLoop->advance(Seconds{0.01});
   }
-  EXPECT_GT(most["shared.test"], 32);
-  EXPECT_LE(most["own.test"], 6);
-  EXPECT_LE(most["another.test"], 6);
-  EXPECT_EQ(queue.waiting(), 0U);
+  EXPECT_EQ(totals.answered, 320U);
+  EXPECT_GT(http->most["https://shared.test/"], 32);
+  EXPECT_GT(http->most["https://SHARED.test:443/"], 6);
+  EXPECT_LE(http->most["https://shared.test:8443/"], 6);
+  EXPECT_LE(http->most["http://shared.test/"], 6);
+  EXPECT_LE(http->most["https://own.test/"], 6);
+}
+
+TEST_F(Tracking, TellsABurstTogetherWithinAMoment) {
+  const auto answeredAfter = [&](double seconds) {
+    platform_.runLoop->advance(Seconds{seconds});
+    return ledger().totals().answered;
+  };
+  platform_.http->answer("", {.delay = Seconds{0.001}});
+  for (int i = 0; i < 6; ++i) track("http://t.test/" + std::to_string(i));
+  EXPECT_EQ(answeredAfter(0.0015), 0U) << "others wait";
+  EXPECT_EQ(platform_.http->urls().size(), 4U) << "the next leave with the answers";
+  EXPECT_EQ(answeredAfter(0.001), 4U) << "none waits any more";
+  EXPECT_EQ(answeredAfter(0.001), 6U);
+
+  platform_.http->forget("");
+  for (const bool isSilent : {false, false, true}) {
+    platform_.http->answer("", {.delay = Seconds{0.001}, .neverAnswers = isSilent});
+  }
+  for (int i = 0; i < 6; ++i) track("http://t.test/" + std::to_string(i));
+  EXPECT_EQ(answeredAfter(0.0015), 6U);
+  EXPECT_EQ(answeredAfter(0.005), 8U) << "the others may never come";
+}
+
+// Where the answers of pings are dealt with.
+class ThreadLog : public Log {
+ public:
+  explicit ThreadLog(std::shared_ptr<RunLoop> runLoop) : runLoop_{std::move(runLoop)} {}
+  void write(LogLevel /*level*/, std::string_view message) override {
+    if (message == "ping sent successfully") onMain.push_back(runLoop_->isMainThread());
+  }
+  std::vector<bool> onMain;
+
+ private:
+  std::shared_ptr<RunLoop> runLoop_;
+};
+
+TEST(PingQueue, AnswersAreDealtWithOnAnotherThread) {
+  const headless::HeadlessPlatform headless{smallLimits()};
+  headless.http->answer("", {});
+  Platform platform = headless.platform();
+  const auto log = std::make_shared<ThreadLog>(headless.runLoop);
+  platform.log = log;
+  const Runtime runtime{platform};
+  for (int i = 0; i < 4; ++i) {
+    XTrackingRequest::sendAsynchronousRequest(*runtime.environment(), Url::parse("http://t.test/"),
+                                              "ping", nullptr);
+  }
+  headless.runLoop->advance(Seconds{1});
+  EXPECT_EQ(log->onMain, std::vector<bool>(4, false));
 }
 
 TEST_F(Tracking, KeepsToAWindowPerHostAndInAll) {

@@ -39,10 +39,6 @@ GtkHttpClient::GtkHttpClient(std::shared_ptr<RunLoop> runLoop, std::shared_ptr<C
 
 GtkHttpClient::~GtkHttpClient() = default;
 
-bool GtkHttpClient::sharesConnection(const Url& url) const {
-  return services_->sharingServers->contains(serverOf(url));
-}
-
 std::shared_ptr<HttpClient::Exchange> GtkHttpClient::send(HttpRequest request,
                                                           HttpCompletion completion) {
   const auto exchange =

@@ -9,7 +9,6 @@
 #include "Services/CookieStore.h"
 #include "Services/HttpClient.h"
 #include "Services/RunLoop.h"
-#include "Services/SharedConnections.h"
 
 namespace tavo::gtk {
 
@@ -23,7 +22,7 @@ struct HttpServices;
 // Nothing is cached, so both cache policies are the same. An answer's head may have 64 KB, a bound
 // of libsoup's; more counts as a lost connection. HTTP/2 is spoken with servers that offer it below
 // TLS, over one connection to each; what a server does not grant at a time waits in libsoup.
-class GtkHttpClient : public HttpClient, public SharedConnections {
+class GtkHttpClient : public HttpClient {
  public:
   // Main thread. Reads the limits for redirects and for the connections of tracking. `userAgent`
   // is what requests without a "User-Agent" of their own say; empty: nothing. A null inspection
@@ -35,7 +34,6 @@ class GtkHttpClient : public HttpClient, public SharedConnections {
   ~GtkHttpClient() override;
 
   std::shared_ptr<Exchange> send(HttpRequest request, HttpCompletion completion) override;
-  [[nodiscard]] bool sharesConnection(const Url& url) const override;
 
  private:
   std::shared_ptr<const HttpServices> services_;

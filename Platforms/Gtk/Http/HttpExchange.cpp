@@ -16,9 +16,6 @@ using WeakWatchdog = std::weak_ptr<HttpWatchdog>;
 // What of a redirect's own body is read so that its connection can be used again.
 constexpr std::size_t redirectBodyLimit = std::size_t{64} * 1024;
 
-// More servers than a host's ads talk to; then all are learned anew.
-constexpr std::size_t rememberedServers = 256;
-
 void touch(gpointer weakWatchdog) {
   if (const auto watchdog = static_cast<WeakWatchdog*>(weakWatchdog)->lock()) watchdog->touch();
 }
@@ -28,10 +25,6 @@ void forget(gpointer weakWatchdog, GClosure* /*closure*/) {
 }
 
 }  // namespace
-
-std::string serverOf(const Url& url) {
-  return std::string{url.scheme()} + "://" + std::string{url.host()};
-}
 
 HttpExchange::HttpExchange(std::shared_ptr<const HttpServices> services, HttpRequest request,
                            HttpCompletion completion)
@@ -82,6 +75,7 @@ void HttpExchange::startHop(Delivery ofFailure) {
 // A connection that comes about slowly, and a large body on its way out, are no idleness.
 void HttpExchange::watchProgress(SoupMessage* message) {
   watchdog_->touch();
+  if (!watchdog_->watchesIdleness()) return;
   for (const char* const signal : {"network-event", "wrote-body-data"}) {
     g_signal_connect_data(message, signal, G_CALLBACK(fenced<&touch>), new WeakWatchdog{watchdog_},
                           &forget, G_CONNECT_SWAPPED);
@@ -95,8 +89,11 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   if (!stream) return finish(httpError(*failure.get()));
   watchdog_->touch();
   message_ = GPtr<SoupMessage>::share(soup_session_get_async_result_message(source, result));
+  const bool isFirstHop = !response_;
   response_ = responseHead(message_.get(), hops_.url());
-  noteConnection();
+  if (isFirstHop) {
+    sharedConnection_ = soup_message_get_http_version(message_.get()) == SOUP_HTTP_2_0;
+  }
   switch (hops_.take(*response_, *services_->cookies)) {
     case HttpHops::Next::follow:
       return follow(std::move(stream));
@@ -108,17 +105,6 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   reader_ = std::make_unique<HttpBodyReader>(std::move(stream), request_.maximumBodyBytes,
                                              announcedLength(message_.get()).value_or(0));
   readBody();
-}
-
-void HttpExchange::noteConnection() const {
-  if (request_.traffic != TrafficClass::tracking) return;
-  auto& servers = *services_->sharingServers;
-  if (soup_message_get_http_version(message_.get()) != SOUP_HTTP_2_0) {
-    servers.erase(serverOf(response_->url));
-    return;
-  }
-  if (servers.size() >= rememberedServers) servers.clear();
-  servers.insert(serverOf(response_->url));
 }
 
 // The body itself is of no use, and its server may take for ever: what is not there already costs
@@ -157,11 +143,13 @@ void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
   if (!completion_) return;
   const auto self = std::move(keepAlive_);
   inspection_.ended(response_, error, services_->runLoop->now());
-  HttpResult result{std::move(response_), std::move(error)};
+  HttpResult result{std::move(response_), std::move(error), sharedConnection_};
   const auto completion = std::exchange(completion_, nullptr);
   const bool onMain = request_.completionThread == CompletionThread::main;
   const auto runLoop = services_->runLoop;
-  stopEverything();
+  // A complete exchange has nothing left to be cancelled.
+  if (result.error && cancellable_) g_cancellable_cancel(cancellable_.get());
+  dropEverything();
   if (onMain && delivery == Delivery::now) return completion(result);
   auto task = [completion, result = std::move(result)] { completion(result); };
   if (onMain) {
@@ -171,10 +159,9 @@ void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
   }
 }
 
-// What is under way ends here and not with the last handle, which may go on any thread.
-void HttpExchange::stopEverything() {
+// Here and not with the last handle, which may go on any thread.
+void HttpExchange::dropEverything() {
   watchdog_.reset();
-  if (cancellable_) g_cancellable_cancel(cancellable_.get());
   reader_.reset();
   message_.reset();
   cancellable_.reset();

@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "Gtk/GPtr.h"
@@ -29,12 +28,7 @@ struct HttpServices {
   int redirectLimit = 0;
   std::string userAgent;                   // of requests that say nothing themselves
   std::shared_ptr<Inspection> inspection;  // may be null
-  // Scheme and host of the servers whose last answer to a ping came over a connection that requests
-  // share. Main thread.
-  std::shared_ptr<std::set<std::string>> sharingServers = std::make_shared<std::set<std::string>>();
 };
-
-[[nodiscard]] std::string serverOf(const Url& url);
 
 // One request from `start` to its completion: the hops one after the other, their cookies, the
 // time-outs and the body. It keeps itself alive until then. Main thread only, but for construction.
@@ -59,11 +53,10 @@ class HttpExchange : public HttpClient::Exchange,
   void headArrived(SoupSession* source, GAsyncResult* result);
   void follow(GPtr<GInputStream> stream);
   void readBody();
-  void noteConnection() const;
 
   void fail(TransportError code, std::string description, Delivery delivery = Delivery::now);
   void finish(std::optional<Error> error, Delivery delivery = Delivery::now);
-  void stopEverything();
+  void dropEverything();
 
   std::shared_ptr<const HttpServices> services_;
   const HttpRequest request_;
@@ -76,6 +69,7 @@ class HttpExchange : public HttpClient::Exchange,
   GPtr<GCancellable> cancellable_;        // of the current hop
   GPtr<SoupMessage> message_;             // whose head arrived last
   std::optional<HttpResponse> response_;  // the same as a record
+  bool sharedConnection_ = false;         // of the first hop
   std::unique_ptr<HttpBodyReader> reader_;
 };
 

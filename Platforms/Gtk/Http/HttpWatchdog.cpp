@@ -10,7 +10,8 @@ HttpWatchdog::HttpWatchdog(std::shared_ptr<RunLoop> runLoop, Seconds idle, Secon
       idle_{idle},
       expired_{std::move(expired)},
       lastActivity_{runLoop_->now()} {
-  if (idle > Seconds{0}) armIdleTimer(idle);
+  const bool endsBefore = deadline <= Seconds{0} || idle < deadline;
+  if (idle > Seconds{0} && endsBefore) armIdleTimer(idle);
   if (deadline > Seconds{0}) {
     deadlineTimer_ = runLoop_->after(deadline, [this] { expire("The exchange took too long."); });
   }

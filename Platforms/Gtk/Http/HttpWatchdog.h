@@ -17,6 +17,9 @@ class HttpWatchdog {
   HttpWatchdog(std::shared_ptr<RunLoop> runLoop, Seconds idle, Seconds deadline,
                std::function<void(std::string)> expired);
 
+  // Whether idleness may end the exchange before its deadline does.
+  [[nodiscard]] bool watchesIdleness() const { return idleTimer_.isValid(); }
+
   // Something has arrived or could be sent. Costs no more than reading the clock.
   void touch() { lastActivity_ = runLoop_->now(); }
 
