@@ -13,7 +13,8 @@ namespace {
 
 using MemoryLimits = GOwned<WebKitMemoryPressureSettings, &webkit_memory_pressure_settings_free>;
 
-// The engine starts to free memory at a third of the limit and ends the process at the limit.
+// The engine starts to free memory at a third of the limit. It looks every 30 seconds: more often
+// would keep a page that rests at work, and the limit itself is watched from outside.
 GPtr<WebKitWebContext> makeContext(const Limits& limits) {
   const MemoryLimits memory{webkit_memory_pressure_settings_new()};
   const auto megabytes = std::clamp<std::size_t>(limits.webProcessMegabytes, 64, 1U << 20U);
@@ -21,7 +22,6 @@ GPtr<WebKitWebContext> makeContext(const Limits& limits) {
   webkit_memory_pressure_settings_set_kill_threshold(memory.get(), 1.0);
   webkit_memory_pressure_settings_set_strict_threshold(memory.get(), 0.5);
   webkit_memory_pressure_settings_set_conservative_threshold(memory.get(), 0.33);
-  webkit_memory_pressure_settings_set_poll_interval(memory.get(), 2);
   auto context = GPtr<WebKitWebContext>::adopt(WEBKIT_WEB_CONTEXT(
       g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings", memory.get(), nullptr)));
   webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
