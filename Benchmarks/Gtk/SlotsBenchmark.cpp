@@ -17,7 +17,7 @@ using benchmarks::Report;
 
 enum class Side { ours, bare };
 
-constexpr double restingTime = 20;  // until what loading has left behind is over
+constexpr double restingTime = 40;  // until what loading has left behind is over
 constexpr double idleTime = 20;
 constexpr double playingTime = 3;
 
