@@ -17,6 +17,7 @@
 #include "Lines.h"
 #include "Tracker/VastMacros.h"
 #include "UserInterface/NativeView/MediaChoice.h"
+#include "UserInterface/NativeView/TrackingList.h"
 #include "UserInterface/StandardsVideo/IconPlace.h"
 #include "UserInterface/StandardsVideo/StandardsMedia.h"
 
@@ -84,6 +85,18 @@ void takeAllAds(const std::vector<std::string>& documents) {
   }
 }
 
+// Nothing but the ad is left of the chain here, and in the end nothing but its events.
+void takeToPlayer(std::shared_ptr<XVASTAd> ad) {
+  XVASTAd::resetInstance();
+  (void)videoURLFromVASTAd(*ad, 320);
+  (void)chainImpressions(*ad);
+  (void)clickThroughOf(*ad);
+  const auto events = mergedTracking(ad);
+  ad.reset();
+  (void)eventUrls(events, TrackingEventType::unknown);
+  (void)eventUrls(events, TrackingEventType::start);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -91,6 +104,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto documents = documentsOf(data, size);
   std::size_t fetched = 0;
   int completions = 0;
+  std::shared_ptr<XVASTAd> ad;
   std::vector<VastFetchCompletion> waiting;
   loadVastChain(
       documents.front(), std::make_shared<XVASTXMLParser>(),
@@ -100,7 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       {Seconds{1}, Seconds{1e9}, [] { return Seconds{0}; }},
       [&](const VastOutcome& outcome) {
         require((outcome.ad != nullptr) != outcome.failure.has_value());
-        if (outcome.ad) (void)videoURLFromVASTAd(*outcome.ad, 320);
+        ad = outcome.ad;
         ++completions;
       });
   while (!waiting.empty()) {
@@ -110,6 +124,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     next(fetched < documents.size() ? std::optional{documents[fetched]} : std::nullopt);
   }
   require(completions == 1);
+  if (ad) takeToPlayer(std::move(ad));
   takeAllAds(documents);
   return 0;
 }

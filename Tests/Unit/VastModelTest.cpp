@@ -1,5 +1,6 @@
 #include <tavo/Runtime.h>
 
+#include "External/TBXML/XTBXML.h"
 #include "Headless/HeadlessPlatform.h"
 #include "Model/VASTDataModel/XVASTAd.h"
 #include "Unit/VastPrinter.h"
@@ -45,14 +46,16 @@ TEST_F(VastModelTest, eventNamesHaveFixedNumbers) {
 // The records whose attributes the parser does not read: no document of the tests shows these.
 template <typename Record>
 std::string filled(void (Record::*set)(const AttributeMap&)) {
-  AttributeMap all{{"other", "x"}};
-  for (const char* key : {"model", "currency", "id", "width", "height", "assetWidth", "assetHeight",
-                          "expandedHeight", "expandedWidth", "apiFramework", "adSlotID"}) {
-    all.set(key, key);
+  std::string text = "<a other='x'";
+  for (const std::string key :
+       {"model", "currency", "id", "width", "height", "assetWidth", "assetHeight", "expandedHeight",
+        "expandedWidth", "apiFramework", "adSlotID"}) {
+    text += " " + key + "='" + key + "'";
   }
+  const XTBXML document{text + "/>"};
   Record record;
-  (record.*set)(all);
-  const std::string text = VastPrinter::print(record);
+  (record.*set)(AttributeMap{document.rootXMLElement()->firstAttribute});
+  text = VastPrinter::print(record);
   (record.*set)({});
   EXPECT_EQ(VastPrinter::print(record), VastPrinter::print(Record{}))
       << "what is absent is emptied";
@@ -66,7 +69,8 @@ TEST_F(VastModelTest, attributesFillTheirFields) {
                          "5 \"assetHeight\"\n6 \"expandedWidth\"\n7 \"expandedHeight\"\n"
                          "8 \"apiFramework\"\n9 \"adSlotID\"\n"));
   XExtension extension;
-  extension.setExtensionAttributes(AttributeMap{{"type", "t"}});
+  const XTBXMLAttribute type{.name = "type", .value = "t"};
+  extension.setExtensionAttributes(AttributeMap{&type});
   EXPECT_EQ(extension.type, "t");
 }
 

@@ -8,6 +8,7 @@
 #include "Headless/HeadlessPlatform.h"
 #include "Support/Testing.h"
 #include "Unit/VastPrinter.h"
+#include "UserInterface/NativeView/TrackingList.h"
 
 namespace tavo::test {
 namespace {
@@ -150,6 +151,36 @@ TEST_F(VastParserTest, emptyImpressionsCountUnderWrapperOnly) {
   EXPECT_EQ(root->wrapperAd[0]->impresssionArray[0].url, "");
 }
 
+// Texts of the model are views into its documents: what is held must keep them, alone and after the
+// parser, the root and the wrapper that it came with.
+TEST_F(VastParserTest, theModelKeepsTheDocumentsItsTextsStandIn) {
+  const auto adOf = [](const std::string& name) {
+    return "<Creatives><Creative><Linear><MediaFiles><MediaFile/></MediaFiles><TrackingEvents>"
+           "<Tracking event='start'><![CDATA[http://" +
+           name + "/]]></Tracking></TrackingEvents></Linear></Creative></Creatives>";
+  };
+  const std::string refused =
+      "<VAST><Ad><Wrapper><VASTAdTagURI>http://refused/</VASTAdTagURI><Creatives><Creative>"
+      "<CreativeExtensions/></Creative></Creatives></Wrapper></Ad></VAST>";
+  parser().loadXMLContentFromString("<VAST><Ad><Wrapper>" + adOf("wrapper") +
+                                    "</Wrapper></Ad></VAST>");
+  auto root = parser().loadXMLContentFromString("<VAST><Ad><InLine>" + adOf("inline") +
+                                                "</InLine></Ad></VAST>");
+  auto events = mergedTracking(root);
+  const auto ad = root->inlineAd;
+  EXPECT_EQ(failureOfData(refused), invalidXML);
+  parser_.reset();
+  EXPECT_EQ(root->vastTagURI, "http://refused/");
+  root.reset();
+  XVASTAd::resetInstance();
+  events.reset();
+  std::string texts;
+  for (const auto& event : *ad->creativesArray->front().linearAds.trackingEventsArray) {
+    texts.append(event.eventURL.value_or("none")).append(" ");
+  }
+  EXPECT_EQ(texts, "http://inline/ http://wrapper/ ");
+}
+
 // The quirk that reading attributes takes them.
 TEST_F(VastParserTest, attributesAreThereOnce) {
   const XTBXML document{"<a id='1' b='2' id='3'/>"};
@@ -172,7 +203,7 @@ TEST_F(VastParserTest, theFirstAttributeNamesTheEvent) {
                            .linearAds.trackingEventsArray;
   std::string line;
   for (const XTrackingEvent& event : events) {
-    line += std::to_string(static_cast<int>(event.eventType)) + *event.eventURL + " ";
+    line += std::to_string(static_cast<int>(event.eventType)).append(*event.eventURL) + " ";
   }
   EXPECT_EQ(line, "3u 0v 0w 17 ");
 }

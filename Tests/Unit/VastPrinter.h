@@ -21,13 +21,15 @@ class VastPrinter {
 
  private:
   void add(int, const std::any&) {}
+  void add(int, const DocumentText&) {}
+  void add(int, const std::vector<DocumentText>&) {}
   void add(int place, const XCreativeExtension&) { line(place, ""); }
   void add(int place, const XExtension& extension) { add(place, extension.type); }
   void add(int place, bool flag) { line(place, flag ? " true" : " false"); }
   void add(int place, TrackingEventType type) {
     line(place, " " + std::to_string(static_cast<int>(type)));
   }
-  void add(int place, const std::string& text) {
+  void add(int place, std::string_view text) {
     std::string escaped;
     for (const char c : text) escaped += c == '\n' ? std::string{"\\n"} : std::string{c};
     line(place, " \"" + escaped + '"');

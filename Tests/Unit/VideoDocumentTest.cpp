@@ -1,3 +1,5 @@
+#include <deque>
+
 #include "Support/Testing.h"
 #include "UserInterface/NativeView/MediaChoice.h"
 #include "UserInterface/NativeView/TrackingList.h"
@@ -43,8 +45,10 @@ TEST(MediaChoiceTest, TheFileThatFits) {
   };
   for (const auto& [widths, reference, chosen] : cases) {
     std::vector<XMediaFile> files;
+    std::deque<std::string> addresses;  // that the files point to
     for (const char* width : widths) {
-      files.push_back(file(mp4, width, (std::string{"http://m/"} + width).c_str()));
+      addresses.push_back(std::string{"http://m/"} + width);
+      files.push_back(file(mp4, width, addresses.back().c_str()));
     }
     const auto urls = videoURLFromVASTAd(adWith({files}), reference);
     EXPECT_EQ(urls.size(), widths.size() + 1);
@@ -73,18 +77,19 @@ TEST(MediaChoiceTest, PositionsAreCountedOnAcrossCreativesQuirk) {
               ElementsAre("http://m/a"));
 }
 
-XTrackingEvent event(TrackingEventType type, const char* url) { return {type, std::string{url}}; }
+XTrackingEvent event(TrackingEventType type, const char* url) { return {type, url}; }
 
 std::shared_ptr<XVASTAd> trackedAd() {
   auto ad = std::make_shared<XVASTAd>(adWith({{{file(mp4, "1", "http://m/a")}}}));
   ad->inlineAd->creativesArray->front().linearAds.trackingEventsArray = {
       {event(TrackingEventType::start, "http://t/inline"),
        event(TrackingEventType::pause, "http://t/p")}};
-  for (const char* url : {"http://t/outer", "http://t/inner"}) {
+  for (const auto& [url, impression] :
+       {std::pair{"http://t/outer", "http://t/outer/i"}, {"http://t/inner", "http://t/inner/i"}}) {
     auto wrapper = std::make_shared<XWrapperAd>();
     wrapper->creativesArray->emplace_back().linearAds.trackingEventsArray = {
         {event(TrackingEventType::start, url)}};
-    wrapper->impresssionArray = {{std::nullopt, std::string{url} + "/i"}, {std::nullopt, ""}};
+    wrapper->impresssionArray = {{std::nullopt, impression}, {std::nullopt, ""}};
     ad->wrapperAd.push_back(std::move(wrapper));
   }
   ad->inlineAd->impresssionArray = {{std::nullopt, "http://t/inline/i"}};

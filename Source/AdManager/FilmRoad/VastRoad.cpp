@@ -25,12 +25,14 @@ void addMedia(const XCreative& creative, const std::string& chosen,
               std::vector<InspectionField>& fields) {
   if (!creative.linearAds.mediaFilesArray) return;
   for (const auto& file : *creative.linearAds.mediaFilesArray) {
-    const std::string url = file.mediaFileURL.value_or("");
+    const std::string url{file.mediaFileURL.value_or("")};
     if (Url::fromText(url).text() == chosen && !chosen.empty()) continue;
     const bool isVideo = file.type == "video/mp4";
-    fields.push_back({"dropped", file.type.value_or("no type") + " " + file.width.value_or("?") +
-                                     " x " + file.height.value_or("?") + " " + url +
-                                     (isVideo ? "" : ": only video/mp4 is played")});
+    std::string why{file.type.value_or("no type")};
+    why.append(" ").append(file.width.value_or("?")).append(" x ");
+    why.append(file.height.value_or("?")).append(" ").append(url);
+    if (!isVideo) why += ": only video/mp4 is played";
+    fields.push_back({"dropped", std::move(why)});
   }
 }
 

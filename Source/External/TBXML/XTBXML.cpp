@@ -27,8 +27,9 @@ XTBXML::XTBXML(std::string_view document, const XmlReadLimits& limits, MarkupSca
     tree_.passedLimit = true;
     return;
   }
-  std::copy(document.begin(), document.end(), tree_.text());
-  std::fill_n(tree_.text() + document.size(), XmlTree::textSlack, '\0');
+  char* const text = tree_.text().get();
+  std::copy(document.begin(), document.end(), text);
+  std::fill_n(text + document.size(), XmlTree::textSlack, '\0');
   tokenizeXml(tree_, document.size(), limits, scan);
 }
 

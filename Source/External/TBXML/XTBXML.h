@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +19,8 @@ namespace tavo {
 // its bytes, and then answers questions about its tree. What cannot be made sense of is no error:
 // the tree just holds fewer elements, or none.
 //
-// Records and texts that a document hands out point into it and must not be used after it is gone.
+// Records that a document hands out must not be used after it is gone. Names and texts point into
+// its copy of the bytes, which whoever wants to keep them may keep without the records: see text().
 // A document is neither copied nor moved. Any thread may use one, one thread at a time; reading
 // from several is safe.
 class XTBXML {
@@ -53,6 +55,9 @@ class XTBXML {
 
   // Whether reading stopped early because the document passed one of its limits.
   [[nodiscard]] bool passedLimit() const { return tree_.passedLimit; }
+
+  // The document's copy of its bytes, which all names and texts point into.
+  [[nodiscard]] std::shared_ptr<const char[]> text() const { return tree_.text(); }
 
   // The name, the text and the value as they stand in the document; empty for no record.
   [[nodiscard]] static std::string_view elementName(const XTBXMLElement* element) {
@@ -92,7 +97,9 @@ class XTBXML {
   }
 
  private:
-  [[nodiscard]] static XTBXMLElement* firstNamed(std::string_view name, XTBXMLElement* element) {
+  // Names are mostly literals, whose comparison is a few instructions once it stands in its place.
+  [[gnu::always_inline]] [[nodiscard]] static XTBXMLElement* firstNamed(std::string_view name,
+                                                                        XTBXMLElement* element) {
     while (element != nullptr && !isSameName(element->name, name)) {
       element = element->nextSibling;
     }

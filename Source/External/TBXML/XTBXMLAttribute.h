@@ -4,8 +4,7 @@
 
 namespace tavo {
 
-// One attribute of an element. The texts point into the document's copy of the input and live as
-// long as the document does.
+// One attribute of an element. The texts point into the document's copy of the input.
 struct XTBXMLAttribute {
   std::string_view name = {};
   std::string_view value = {};      // as written: references such as &amp; are not decoded

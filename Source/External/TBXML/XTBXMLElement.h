@@ -7,7 +7,7 @@
 namespace tavo {
 
 // One element of a document. The texts point into the document's copy of the input, the links to
-// other records of the same document; none of them lives longer than the document.
+// other records of the same document, which live as long as it does.
 struct XTBXMLElement {
   std::string_view name = {};
   std::string_view text = {};  // what follows the start tag, up to the next markup

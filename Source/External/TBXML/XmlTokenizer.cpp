@@ -320,9 +320,10 @@ void tokenizeXml(XmlTree& tree, std::size_t size, const XmlReadLimits& limits, M
     many = std::make_unique_for_overwrite<std::uint64_t[]>(blocks);
     bits = many.get();
   }
-  scan(tree.text(), blocks, bits);
+  char* const text = tree.text().get();
+  scan(text, blocks, bits);
   bits[size / markupBlock] |= std::uint64_t{1} << size % markupBlock;
-  Tokenizer{Text{tree.text(), size, bits}, tree, limits}.run();
+  Tokenizer{Text{text, size, bits}, tree, limits}.run();
 }
 
 }  // namespace tavo

@@ -10,15 +10,16 @@
 
 namespace tavo {
 
-// A document's copy of its text and the records that point into it. The text and the first blocks
-// of records are one allocation, as many as a document of this size usually needs.
+// A document's copy of its text and the records that point into it. The text is an allocation of
+// its own, which may outlive the tree. The first blocks of records are another one, as many as a
+// document of this size usually needs.
 class XmlTree {
  public:
   explicit XmlTree(std::size_t textSize)
       : XmlTree(textSize, textSize / bytesForElement + 1, textSize / bytesForAttribute + 1) {}
 
   // Room for the text and textSlack bytes behind it.
-  [[nodiscard]] char* text() const { return text_; }
+  [[nodiscard]] const std::shared_ptr<char[]>& text() const { return text_; }
 
   // Fresh records of the document.
   XTBXMLElement* nextAvailableElement(std::string_view name) { return elements_.next(name); }
@@ -34,20 +35,17 @@ class XmlTree {
   static constexpr std::size_t bytesForAttribute = 40;
 
   XmlTree(std::size_t textSize, std::size_t elementCount, std::size_t attributeCount)
-      : memory_(std::make_unique_for_overwrite<std::byte[]>(
-            elementCount * sizeof(XTBXMLElement) + attributeCount * sizeof(XTBXMLAttribute) +
-            textSize + textSlack)),
-        text_(reinterpret_cast<char*>(memory_.get() + elementCount * sizeof(XTBXMLElement) +
-                                      attributeCount * sizeof(XTBXMLAttribute))),
+      : text_(std::make_shared_for_overwrite<char[]>(textSize + textSlack)),
+        memory_(std::make_unique_for_overwrite<std::byte[]>(
+            elementCount * sizeof(XTBXMLElement) + attributeCount * sizeof(XTBXMLAttribute))),
         elements_(memory_.get(), elementCount),
         attributes_(memory_.get() + elementCount * sizeof(XTBXMLElement), attributeCount) {}
 
   static_assert(alignof(XTBXMLElement) % alignof(XTBXMLAttribute) == 0);
   static_assert(alignof(XTBXMLElement) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
+  std::shared_ptr<char[]> text_;
   std::unique_ptr<std::byte[]> memory_;
-  char* text_;
-
   RecordPool<XTBXMLElement> elements_;
   RecordPool<XTBXMLAttribute> attributes_;
 

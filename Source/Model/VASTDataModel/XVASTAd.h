@@ -2,7 +2,7 @@
 
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "Model/VASTDataModel/Elements/AttributeMap.h"
@@ -34,12 +34,13 @@ struct XVASTAd {
   OptionalText survey;
   std::optional<XPricing> pricing;
   std::optional<XImpression> impresssion;
-  std::vector<std::string> errorArray;
+  std::vector<std::string_view> errorArray;
   std::vector<XCreative> creativesArray;
 
   OptionalText vastTagURI;                             // of the wrapper parsed last
   std::shared_ptr<XInlineAd> inlineAd;                 // the one parsed last, or none
   std::vector<std::shared_ptr<XWrapperAd>> wrapperAd;  // all of them, in the order parsed
+  DocumentText document;                               // what vastTagURI stands in
 
   // Sets identifier and sequence; one whose attribute is absent becomes none.
   void VASTAdAttributes(const AttributeMap& attributes);

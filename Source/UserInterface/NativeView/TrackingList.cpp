@@ -38,7 +38,10 @@ TrackingList mergedTracking(const std::shared_ptr<XVASTAd>& ad) {
   }
   auto& list = *linear->trackingEventsArray;
   if (!std::exchange(ad->inlineAd->wrapperEventsMerged, true)) {
-    for (const auto& wrapper : ad->wrapperAd) append(list, *wrapper);
+    for (const auto& wrapper : ad->wrapperAd) {
+      append(list, *wrapper);
+      ad->inlineAd->documents.push_back(wrapper->document);
+    }
   }
   return {ad->inlineAd, &list};
 }

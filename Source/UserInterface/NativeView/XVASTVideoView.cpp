@@ -88,8 +88,7 @@ bool XVASTVideoView::setUpPlayer() {
 void XVASTVideoView::configure(XMPMoviePlayer& player) {
   player.VASTResponse = VASTResponse_;
   player.VASTResponseEventTrackingArray = tracking_;
-  player.skipOffset =
-      VASTResponse_ ? skipOffSetFromVASTAd(*VASTResponse_).value_or("") : std::string{};
+  player.skipOffset = VASTResponse_ ? skipOffSetFromVASTAd(*VASTResponse_).value_or("") : "";
 }
 
 void XVASTVideoView::willOpenInAppBrowser() {

@@ -8,17 +8,12 @@
 
 namespace tavo {
 
-const AttributeMap& CreativeWalk::takenAttributes(XTBXMLElement* element) {
+AttributeMap CreativeWalk::takenAttributes(XTBXMLElement* element) {
   const OperationLog log{"-[XVASTXMLParser parseAttributesData:]"};
-  attributes_.clear();
-  if (element != nullptr) {
-    // Quirk: the attributes are taken from the element, and whoever asks again gets none. The walk
-    // over non-linear ads depends on it.
-    for (auto*& at = element->firstAttribute; at != nullptr; at = at->next) {
-      attributes_.set(at->name, at->value);
-    }
-  }
-  return attributes_;
+  // Quirk: the attributes are taken from the element, and whoever asks again gets none. The walk
+  // over non-linear ads depends on it.
+  return AttributeMap{element != nullptr ? std::exchange(element->firstAttribute, nullptr)
+                                         : nullptr};
 }
 
 OptionalList<XCreative> CreativeWalk::parseCreativeXMLData(XTBXMLElement* creatives) {
@@ -143,7 +138,7 @@ OptionalList<XIcon> CreativeWalk::parseIconsXMLData(XTBXMLElement* icons) {
   if (icons == nullptr) return std::nullopt;
   // Quirk: the view tracking of every icon is that of the Icons element, where the standard has one
   // for each Icon. Without one its text counts as empty.
-  const std::string viewTracking = textOf(childOf(icons, "IconViewTracking"));
+  const std::string_view viewTracking = textOf(childOf(icons, "IconViewTracking"));
   std::vector<XIcon> list;
   list.reserve(countOfChildren(icons, "Icon"));
   forChildren(icons, "Icon", [this, &viewTracking, &list](XTBXMLElement* element) {

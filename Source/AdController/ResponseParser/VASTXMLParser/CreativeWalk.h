@@ -24,9 +24,8 @@ class CreativeWalk {
   OptionalList<XNonLinearAds> parseNonLinearAdXMLElement(XTBXMLElement* nonLinearAds);
   XResource parseResourceElement(XTBXMLElement* element);
 
-  // The attributes of an element, once: they are taken from it, and a second call gives none. The
-  // map is good until the next call.
-  const AttributeMap& takenAttributes(XTBXMLElement* element);
+  // The attributes of an element, once: they are taken from it, and a second call gives none.
+  AttributeMap takenAttributes(XTBXMLElement* element);
 
   // Whether the last Linear walked had TrackingEvents.
   [[nodiscard]] bool isTrackingEventValid() const { return isTrackingEventValid_; }
@@ -38,7 +37,6 @@ class CreativeWalk {
   void readNonLinear(XNonLinear& nonLinear, XTBXMLElement* element);
   XClickTracking parseClickTracking(XTBXMLElement* element);
 
-  AttributeMap attributes_;  // of the element read last
   bool isTrackingEventValid_ = false;
 };
 

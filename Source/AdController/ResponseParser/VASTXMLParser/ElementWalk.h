@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -15,8 +14,8 @@ namespace tavo {
   return XTBXML::childElementNamed(name, parent);
 }
 
-[[nodiscard]] inline std::string textOf(const XTBXMLElement* element) {
-  return std::string{XTBXML::textForElement(element)};
+[[nodiscard]] inline std::string_view textOf(const XTBXMLElement* element) {
+  return XTBXML::textForElement(element);
 }
 
 // Calls `visit` with `first` and each later sibling of this name.
@@ -41,9 +40,9 @@ void forChildren(const XTBXMLElement* parent, std::string_view name, const Visit
 }
 
 // The texts of all children of this name.
-[[nodiscard]] inline std::vector<std::string> textsOf(const XTBXMLElement* parent,
-                                                      std::string_view name) {
-  std::vector<std::string> texts;
+[[nodiscard]] inline std::vector<std::string_view> textsOf(const XTBXMLElement* parent,
+                                                           std::string_view name) {
+  std::vector<std::string_view> texts;
   texts.reserve(countOfChildren(parent, name));
   forChildren(parent, name, [&texts](XTBXMLElement* child) { texts.push_back(textOf(child)); });
   return texts;
@@ -52,7 +51,7 @@ void forChildren(const XTBXMLElement* parent, std::string_view name, const Visit
 // Fills the field with the text of the first child of this name; without one it stays as it is.
 inline void readText(OptionalText& field, const XTBXMLElement* parent, std::string_view name) {
   if (const XTBXMLElement* const child = childOf(parent, name); child != nullptr) {
-    field = XTBXML::textForElement(child);
+    field = textOf(child);
   }
 }
 

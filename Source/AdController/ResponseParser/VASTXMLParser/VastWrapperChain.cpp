@@ -47,7 +47,8 @@ class Chain : public std::enable_shared_from_this<Chain> {
       completion_(end);
     } else if (next->empty()) {
       const auto& wrapper = *XVASTAd::sharedInstance()->wrapperAd.back();
-      fail(wrapper.vastTagURI.value_or(""), "The wrapper names something that is no URL.");
+      fail(std::string{wrapper.vastTagURI.value_or("")},
+           "The wrapper names something that is no URL.");
     } else if (!fetched_.insert(next->text()).second) {
       fail(next->text(), "The chain comes back to a document that it has read before.");
     } else if (timeLeft() <= Seconds{0}) {

@@ -103,6 +103,7 @@ std::shared_ptr<XInlineAd> XVASTXMLParser::parseInlineXMLData(XTBXMLElement* inL
   const OperationLog log{"-[XVASTXMLParser parseInlineXMLData:]"};
   if (inLine == nullptr) return nullptr;
   auto ad = std::make_shared<XInlineAd>();
+  ad->documents.push_back(documentText());
   forThisAndSiblings(inLine, "InLine",
                      [this, &ad](XTBXMLElement* element) { readAdContent(*ad, element); });
   return ad;
@@ -135,6 +136,7 @@ std::shared_ptr<XWrapperAd> XVASTXMLParser::parseWrapperXMLData(XTBXMLElement* w
   const OperationLog log{"-[XVASTXMLParser parseWrapperXMLData:]"};
   if (wrapper == nullptr) return nullptr;
   wrapperAd_ = std::make_shared<XWrapperAd>();
+  wrapperAd_->document = documentText();
   // Quirk: the walk steps on to InLine siblings, whose content overwrites the wrapper's. Ads that
   // have both are read by players that rely on it.
   forThisAndSiblings(wrapper, "InLine",
@@ -149,6 +151,7 @@ void XVASTXMLParser::readWrapperContent(XWrapperAd& wrapper, XTBXMLElement* elem
     wrapper.vastTagURI = textOf(uri);
     if (VASTAd_ != nullptr) {
       VASTAd_->vastTagURI = wrapper.vastTagURI;
+      VASTAd_->document = wrapper.document;
     }
   }
   wrapper.errorArray = textsOf(element, "Error");
@@ -177,7 +180,7 @@ void XVASTXMLParser::dropExtensions(const XTBXMLElement* ad) {
 }
 
 std::optional<AttributeMap> XVASTXMLParser::parseAttributesData(XTBXMLElement* element) {
-  const AttributeMap& attributes = takenAttributes(element);
+  const AttributeMap attributes = takenAttributes(element);
   return attributes.empty() ? std::nullopt : std::optional{attributes};
 }
 

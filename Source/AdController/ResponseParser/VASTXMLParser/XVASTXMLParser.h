@@ -42,7 +42,8 @@ class XVASTXMLParser : public CreativeWalk, public std::enable_shared_from_this<
   std::shared_ptr<XVASTAd> parseXMLString(std::string_view text);
   std::shared_ptr<XVASTAd> parseXMLData(std::string_view data);
 
-  // The walks down to the creatives. Each gives none for no element.
+  // The walks down to the creatives. Each gives none for no element. The element is one of the
+  // parser's document, which the model keeps then; the texts of another one go with it.
   std::shared_ptr<XVASTAd> parseXMLRootElement(XTBXMLElement* root);
   std::shared_ptr<XInlineAd> parseInlineXMLData(XTBXMLElement* inLine);
   std::shared_ptr<XWrapperAd> parseWrapperXMLData(XTBXMLElement* wrapper);
@@ -67,6 +68,7 @@ class XVASTXMLParser : public CreativeWalk, public std::enable_shared_from_this<
 
  private:
   void read(std::string_view document);
+  [[nodiscard]] DocumentText documentText() const { return tbxml_ ? tbxml_->text() : nullptr; }
   void readAdContent(XInlineAd& ad, XTBXMLElement* inLine);
   void readWrapperContent(XWrapperAd& wrapper, XTBXMLElement* element);
   void dropExtensions(const XTBXMLElement* ad);

@@ -1,20 +1,28 @@
 #include "Model/VASTDataModel/CompanionAds/XCompanion.h"
 
 #include "ErrorHandler/OperationLog.h"
+#include "Model/VASTDataModel/Elements/AttributeFields.h"
 
 namespace tavo {
+namespace {
+
+constexpr auto companionAttributes = attributeFields<XCompanion>({
+    {"id", &XCompanion::identifier},
+    {"width", &XCompanion::width},
+    {"height", &XCompanion::height},
+    {"assetWidth", &XCompanion::assetWidth},
+    {"assetHeight", &XCompanion::assetHeight},
+    {"expandedHeight", &XCompanion::expandedHeight},
+    {"expandedWidth", &XCompanion::expandedWidth},
+    {"apiFramework", &XCompanion::apiFramework},
+    {"adSlotID", &XCompanion::adSlotID},
+});
+
+}  // namespace
 
 void XCompanion::setCompanionAttributes(const AttributeMap& attributes) {
   const OperationLog log{"-[XCompanion setCompanionAttributes:]"};
-  identifier = attributes["id"];
-  width = attributes["width"];
-  height = attributes["height"];
-  assetWidth = attributes["assetWidth"];
-  assetHeight = attributes["assetHeight"];
-  expandedHeight = attributes["expandedHeight"];
-  expandedWidth = attributes["expandedWidth"];
-  apiFramework = attributes["apiFramework"];
-  adSlotID = attributes["adSlotID"];
+  companionAttributes.fill(*this, attributes);
 }
 
 }  // namespace tavo

@@ -1,22 +1,13 @@
 #include "Model/VASTDataModel/Elements/XTrackingEvent.h"
 
-#include <algorithm>
-#include <iterator>
-#include <utility>
-
 #include "ErrorHandler/OperationLog.h"
-#include "External/TBXML/NameMatch.h"
+#include "External/TBXML/NameTable.h"
 
 namespace tavo {
 namespace {
 
-struct NamedType {
-  std::string_view name;
-  TrackingEventType type;
-};
-
 // Two names stand for one type each, from two versions of the standard.
-constexpr NamedType types[] = {
+constexpr NameEntry<TrackingEventType> eventNames[] = {
     {"start", TrackingEventType::start},
     {"midpoint", TrackingEventType::midpoint},
     {"firstQuartile", TrackingEventType::firstQuartile},
@@ -36,15 +27,14 @@ constexpr NamedType types[] = {
     {"skip", TrackingEventType::skip},
     {"progress", TrackingEventType::progress},
 };
+constexpr NameTable eventTypes{eventNames};
 
 }  // namespace
 
 XTrackingEvent XTrackingEvent::getTrackingEventWithEvent(std::string_view event, OptionalText URL) {
   const OperationLog log{"+[XTrackingEvent getTrackingEventWithEvent:URL:]"};
-  const auto* const found =
-      std::find_if(std::begin(types), std::end(types),
-                   [event](const NamedType& one) { return isSameName(one.name, event); });
-  return {found != std::end(types) ? found->type : TrackingEventType::unknown, std::move(URL)};
+  const TrackingEventType* const type = eventTypes.find(event);
+  return {type != nullptr ? *type : TrackingEventType::unknown, URL};
 }
 
 }  // namespace tavo
