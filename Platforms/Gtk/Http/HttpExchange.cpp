@@ -16,6 +16,11 @@ using WeakWatchdog = std::weak_ptr<HttpWatchdog>;
 // What of a redirect's own body is read so that its connection can be used again.
 constexpr std::size_t redirectBodyLimit = std::size_t{64} * 1024;
 
+// One of many on its connection.
+bool isStream(SoupMessage* message) {
+  return soup_message_get_http_version(message) == SOUP_HTTP_2_0;
+}
+
 void touch(gpointer weakWatchdog) {
   if (const auto watchdog = static_cast<WeakWatchdog*>(weakWatchdog)->lock()) watchdog->touch();
 }
@@ -92,7 +97,7 @@ void HttpExchange::headArrived(SoupSession* source, GAsyncResult* result) {
   const bool isFirstHop = !response_;
   response_ = responseHead(message_.get(), hops_.url());
   if (isFirstHop) {
-    sharedConnection_ = soup_message_get_http_version(message_.get()) == SOUP_HTTP_2_0;
+    sharedConnection_ = isStream(message_.get());
   }
   switch (hops_.take(*response_, *services_->cookies)) {
     case HttpHops::Next::follow:
@@ -149,6 +154,7 @@ void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
   const auto runLoop = services_->runLoop;
   // A complete exchange has nothing left to be cancelled.
   if (result.error && cancellable_) g_cancellable_cancel(cancellable_.get());
+  if (!result.error) keepStreamForATurn();
   dropEverything();
   if (onMain && delivery == Delivery::now) return completion(result);
   auto task = [completion, result = std::move(result)] { completion(result); };
@@ -157,6 +163,13 @@ void HttpExchange::finish(std::optional<Error> error, Delivery delivery) {
   } else {
     runLoop->background(std::move(task));
   }
+}
+
+// Over HTTP/2 the end of an answer may be a frame behind a body that is complete by its length, and
+// libsoup resets a stream that is let go before. Servers take many resets for an attack.
+void HttpExchange::keepStreamForATurn() {
+  if (!isStream(message_.get())) return;
+  services_->runLoop->post([reader = std::shared_ptr<HttpBodyReader>{std::move(reader_)}] {});
 }
 
 // Here and not with the last handle, which may go on any thread.

@@ -56,6 +56,7 @@ class HttpExchange : public HttpClient::Exchange,
 
   void fail(TransportError code, std::string description, Delivery delivery = Delivery::now);
   void finish(std::optional<Error> error, Delivery delivery = Delivery::now);
+  void keepStreamForATurn();
   void dropEverything();
 
   std::shared_ptr<const HttpServices> services_;
