@@ -22,7 +22,7 @@ namespace tavo {
 // pingConnections are never exceeded. Servers that are busy at the same time share the latter
 // evenly: one that took more would make the transport close and open connections all the time.
 // Where a server's requests share one connection, neither bound is met by them, and the window
-// follows what the server grants (PingStreams).
+// follows what the server grants (PingStreams); a few leave in each turn of the loop.
 //
 // The next ping leaves in the turn that reads an answer. What came of a ping is told afterwards, in
 // a burst for several pings at a time: each change of threads costs as much as half a ping. Main
@@ -80,9 +80,13 @@ class PingQueue {
   [[nodiscard]] int windowOf(const Server& server) const;
   // Starts what the windows allow.
   void pump();
+  // Whether the server's next ping has to wait for a connection or for the loop's next turn.
+  [[nodiscard]] bool hasToWait(const Server& server) const;
   void count(Server& server, Road road, int pings);
   // Lets the server's first ping out, or finds that it is not to leave any more.
   void start(Server& server);
+  // Notes that one has left over a shared connection: after so many the loop has a turn.
+  void countStart();
   void arrived(const Sent& sent, const HttpResult& result);
   static void note(Server& server, const Sent& sent, const HttpResult& result, Seconds took);
   void forgetIdleServers();
@@ -102,6 +106,7 @@ class PingQueue {
   std::size_t waiting_ = 0;
   int underWay_ = 0;
   int connections_ = 0;  // those under way that have one of their own
+  int startsLeft_;       // over shared connections, until the loop has had a turn
   Outcomes outcomes_;    // not told yet
   Timer telling_;
 };
