@@ -6,9 +6,8 @@
 
 namespace tavo::benchmarks {
 
-// A tracking server in a process of its own, on every address of the loopback network. Answers
-// 200 without a body: at once, or after 20 ms below "/slow/". "/sockets" tells how many client
-// sockets the busiest host has seen since it was asked last.
+// A tracking server in a process of its own, on every address of the loopback network. Answers 200
+// with one byte, as a pixel: at once, or after 20 ms below "/slow/".
 class PingServer {
  public:
   // Before any other thread exists.
@@ -19,6 +18,7 @@ class PingServer {
 
   // "http://127.0.0.<host>:port".
   [[nodiscard]] std::string address(int host) const;
+  [[nodiscard]] int port() const { return port_; }
 
  private:
   pid_t process_ = 0;
