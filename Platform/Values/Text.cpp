@@ -20,7 +20,9 @@ bool equalsIgnoringCase(std::string_view left, std::string_view right) {
 
 std::string lowerCased(std::string_view text) {
   std::string lower{text};
-  std::transform(lower.begin(), lower.end(), lower.begin(), &g_ascii_tolower);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
   return lower;
 }
 

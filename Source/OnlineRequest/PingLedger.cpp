@@ -1,5 +1,7 @@
 #include "OnlineRequest/PingLedger.h"
 
+#include <utility>
+
 #include "Runtime/Environment.h"
 #include "Runtime/LivingEnvironment.h"
 
@@ -15,10 +17,17 @@ std::uint64_t PingLedger::enter(const Url& url, const std::string& context, Date
   record.url = url;
   record.context = context;
   record.due = due;
-  records_.push_back(record);
+  const auto number = record.number;
+  records_.push_back(std::move(record));
   if (records_.size() > mostRecords) records_.pop_front();
-  observer.tell(&TrackingLedgerObserver::pingDidChange, record);
-  return record.number;
+  tell(records_.back());
+  return number;
+}
+
+// A copy, which is made for those who look: the host may change the book from inside the report.
+void PingLedger::tell(const PingRecord& record) {
+  if (!observer.implements(&TrackingLedgerObserver::pingDidChange)) return;
+  observer.tell(&TrackingLedgerObserver::pingDidChange, PingRecord{record});
 }
 
 void PingLedger::markSent(std::uint64_t number) {
@@ -56,7 +65,7 @@ void PingLedger::mark(std::uint64_t number, std::uint64_t& total,
   if (records_.empty() || number < records_.front().number) return;
   auto& record = records_[static_cast<std::size_t>(number - records_.front().number)];
   change(record);
-  observer.tell(&TrackingLedgerObserver::pingDidChange, PingRecord{record});
+  tell(record);
 }
 
 }  // namespace tavo

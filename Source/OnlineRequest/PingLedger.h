@@ -21,6 +21,7 @@ class PingLedger : public TrackingLedger {
   void markDropped(std::uint64_t number);
 
  private:
+  void tell(const PingRecord& record);
   // Counts the change; then changes the record, unless it is too old to be kept.
   void mark(std::uint64_t number, std::uint64_t& total,
             const std::function<void(PingRecord&)>& change);

@@ -120,7 +120,8 @@ void ReachabilityCallback(const XNetworkReachability& reachability) {
 
 void PrintReachabilityFlags(std::uint32_t flags, std::string_view comment) {
   const OperationLog log{"PrintReachabilityFlags"};
-  log.debug(reachabilityFlagsLine(flags, comment), "\n");
+  // Every ping comes by here, and the line is longer than what a text holds without memory.
+  if (isDebugLogEnabled()) log.debug(reachabilityFlagsLine(flags, comment), "\n");
 }
 
 std::string reachabilityFlagsLine(std::uint32_t flags, std::string_view comment) {
