@@ -97,9 +97,7 @@ class XTBXML {
   }
 
  private:
-  // Names are mostly literals, whose comparison is a few instructions once it stands in its place.
-  [[gnu::always_inline]] [[nodiscard]] static XTBXMLElement* firstNamed(std::string_view name,
-                                                                        XTBXMLElement* element) {
+  [[nodiscard]] static XTBXMLElement* firstNamed(std::string_view name, XTBXMLElement* element) {
     while (element != nullptr && !isSameName(element->name, name)) {
       element = element->nextSibling;
     }
