@@ -15,6 +15,8 @@ namespace {
 void reportStall(Report& report, const std::string& what, const std::vector<Cost>& costs) {
   report.value(what + ", longest stall", 1e3 * median(Bursts::each(costs, &Cost::longestStall)),
                "ms", atMost(5));
+  report.value(what + ", of it processor in one turn",
+               1e3 * median(Bursts::each(costs, &Cost::longestTurn)), "ms", {});
 }
 
 void oneHost(Report& report, const PingServer& server) {

@@ -13,6 +13,7 @@ struct Cost {
   double longestStall = 0;  // of the main loop, in seconds
   double cpu = 0;           // of this process, in seconds
   double turn = 0;          // CPU time of the turn that handed all of them over, in seconds
+  double longestTurn = 0;   // CPU time of one turn of the loop, whatever else the machine does
 };
 
 // `count` addresses of the server, on so many of its hosts in turns.

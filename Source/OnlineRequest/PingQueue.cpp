@@ -16,7 +16,7 @@ constexpr std::size_t rememberedServers = 64;
 
 // Hundreds may be answered, and leave, over one connection in one turn of the loop: with a tenth of
 // a millisecond for each the host would notice.
-constexpr int startsPerTurn = 16;
+constexpr int startsPerTurn = 8;
 
 // How long what came of a ping may wait for others in a burst.
 constexpr Seconds burstPatience{0.005};
