@@ -1,5 +1,9 @@
+#include <algorithm>
 #include <cmath>
 #include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include <tavo/TrackingLedger.h>
 #include <tavo/XGlobalConfiguration.h>
