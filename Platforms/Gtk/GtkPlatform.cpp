@@ -151,6 +151,7 @@ Platform makePlatform(const GtkPlatformOptions& options) {
                                                             .inspection = platform.inspection,
                                                             .limits = options.limits},
                                      moduleFolder(options.moduleFolder));
+  platform.webViews->findUserAgent([] {});  // while nobody waits for it yet
   addUserServices(platform, options);
   platform.moviePlayers = std::make_shared<GtkVideoModule>(
       GtkVideoModule::Services{

@@ -8,11 +8,14 @@
 #include <fstream>
 #include <iterator>
 
+#include <tavo/gtk/GtkPlatform.h>
+
 #include "Gtk/Modules/GtkWebModule.h"
 #include "Gtk/Services/GtkUserDefaults.h"
 #include "Gtk/Services/HelperProgram.h"
 #include "Headless/HeadlessServices.h"
 #include "Support/GtkLoopTest.h"
+#include "Support/Places.h"
 #include "Support/WebPage.h"
 
 namespace tavo::test {
@@ -94,6 +97,25 @@ TEST_F(WebModuleTest, TheHostGoesOnWhileTheUserAgentIsAskedFor) {
   EXPECT_EQ(asked->userAgent(), "Slow/1.0");
   asked->findUserAgent([&] { ++found; });
   EXPECT_EQ(found, 3) << "known by now";
+}
+
+TEST_F(WebModuleTest, AnEngineThatIsBeingAskedIsNotAskedAgain) {
+  installHelper("echo run >> " + folder_.path("runs") + "; echo 'Once/1.0'");
+  const auto asked = module(folder_.path(""));
+  bool found = false;
+  asked->findUserAgent([&] { found = true; });
+  EXPECT_EQ(asked->userAgent(), "Once/1.0");
+  runUntil([&] { return found; });
+  EXPECT_EQ(contentsOf(folder_.path("runs")), "run\n");
+}
+
+TEST_F(WebModuleTest, ANewEngineIsAskedBeforeAnybodyWaits) {
+  installHelper("echo 'Early/1.0'");
+  const auto platform = gtk::makePlatform({.applicationId = "com.example.early",
+                                           .dataFolder = folder_.path("data"),
+                                           .moduleFolder = folder_.path("")});
+  EXPECT_TRUE(runUntil(
+      [&] { return platform.userDefaults->value("tavo.webEngine.userAgent") == "Early/1.0"; }));
 }
 
 TEST_F(WebModuleTest, ASignalDuringTheWaitIsNoTimeOut) {

@@ -82,23 +82,39 @@ void GtkWebModule::warmUp(const WebViewOptions& options) {
   });
 }
 
-// The worker holds the loop weakly, as whoever lets go of the loop last waits for its workers.
 void GtkWebModule::findUserAgent(std::function<void()> found) {
   if (knowsUserAgent()) return found();
   waitingForUserAgent_.push_back(std::move(found));
-  if (waitingForUserAgent_.size() > 1) return;
-  services_.runLoop->background([program = helperProgram(), loop = std::weak_ptr{services_.runLoop},
+  if (!asked_.valid()) askEngine();
+}
+
+// The worker holds the loop weakly, as whoever lets go of the loop last waits for its workers.
+void GtkWebModule::askEngine() {
+  const auto answer = std::make_shared<std::promise<std::optional<std::string>>>();
+  asked_ = answer->get_future();
+  services_.runLoop->background([answer, program = helperProgram(),
+                                 loop = std::weak_ptr{services_.runLoop},
                                  self = std::weak_ptr{self_}] {
-    const auto answer = runHelperProgram({program}, helperProgramDeadline);
+    answer->set_value(runHelperProgram({program}, helperProgramDeadline));
     const auto still = loop.lock();
     if (!still) return;
-    still->post([self, answer] {
+    still->post([self] {
       const auto module = self.lock();
       if (!module) return;
-      if ((*module)->userAgent_.empty()) (*module)->takeUserAgent(answer);
+      if ((*module)->asked_.valid()) (*module)->takeAnswer();
       (*module)->tellUserAgent();
     });
   });
+}
+
+// Waits for it. A loop that has ended its workers drops the question.
+void GtkWebModule::takeAnswer() {
+  const auto asked = std::exchange(asked_, {});
+  try {
+    takeUserAgent(asked.get());
+  } catch (const std::future_error&) {
+    takeUserAgent(std::nullopt);
+  }
 }
 
 // Who is told may end this module.
@@ -107,7 +123,9 @@ void GtkWebModule::tellUserAgent() {
 }
 
 std::string GtkWebModule::userAgent() {
-  if (!knowsUserAgent()) takeUserAgent(runHelperProgram({helperProgram()}, helperProgramDeadline));
+  if (knowsUserAgent()) return userAgent_;
+  if (!asked_.valid()) askEngine();
+  takeAnswer();
   return userAgent_;
 }
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,7 +50,7 @@ class GtkWebModule : public WebViewFactory {
   // library's name, size and time. A program that gives no answer within five seconds, or none at
   // all, counts as "no engine".
   void findUserAgent(std::function<void()> found) override;
-  // The same, and the caller waits for the program.
+  // The same, and the caller waits for the program, which may be under way already.
   [[nodiscard]] std::string userAgent() override;
 
   [[nodiscard]] bool isLoaded() const { return factory_ != nullptr; }
@@ -62,6 +63,8 @@ class GtkWebModule : public WebViewFactory {
   [[nodiscard]] std::filesystem::path moduleFile() const;
   [[nodiscard]] bool knowsUserAgent();
   [[nodiscard]] std::string helperProgram() const;
+  void askEngine();
+  void takeAnswer();
   void takeUserAgent(const std::optional<std::string>& answer);
   void tellUserAgent();
 
@@ -73,6 +76,7 @@ class GtkWebModule : public WebViewFactory {
   bool triedToLoad_ = false;
   std::unique_ptr<WebViewFactory> factory_;
   std::string userAgent_;
+  std::shared_future<std::optional<std::string>> asked_;  // valid while the program runs
   std::vector<std::function<void()>> waitingForUserAgent_;
 };
 
