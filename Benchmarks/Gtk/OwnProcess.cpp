@@ -7,10 +7,8 @@
 
 namespace tavo::benchmark {
 
-double measuredAlone(const std::string& name) {
+double numberOf(std::string program, std::string argument) {
   char* output = nullptr;
-  std::string argument = name;
-  std::string program = "/proc/self/exe";
   char* arguments[] = {program.data(), argument.data(), nullptr};
   double number = 0;
   if (g_spawn_sync(nullptr, arguments, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr, nullptr,
@@ -20,6 +18,8 @@ double measuredAlone(const std::string& name) {
   g_free(output);
   return number;
 }
+
+double measuredAlone(const std::string& name) { return numberOf("/proc/self/exe", name); }
 
 void compareAlone(benchmarks::Report& report, const char* what, const std::string& ours,
                   const std::string& bare, const char* unit, std::optional<benchmarks::Bound> bound,

@@ -15,6 +15,9 @@ struct Measurement {
   std::function<double()> measure;
 };
 
+// The number that a program prints, called with one argument; 0 where it prints none.
+[[nodiscard]] double numberOf(std::string program, std::string argument);
+
 // 0 where it could not be measured.
 [[nodiscard]] double measuredAlone(const std::string& name);
 

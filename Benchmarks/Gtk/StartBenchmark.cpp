@@ -1,6 +1,7 @@
 // Starts a host of the library and a program linked with the web engine in turns, and compares how
-// long each takes to its first own statement and what it occupies there; and a host of one picture
-// ad beside a program written by hand for just that.
+// long each takes to its first own statement and what it occupies there, with a program of nothing
+// but the toolkit and libsoup as the floor; and a host of one picture ad beside a program written
+// by hand for just that.
 #include <glib.h>
 #include <time.h>
 
@@ -61,12 +62,15 @@ void paintFirstPictures(Starts& ours, Starts& bare) {
 int main() {
   Starts ours;
   Starts web;
+  Starts toolkit;
   Starts cold;
   startOnce(TAVO_STARTED_HOST, cold);
   startOnce(TAVO_STARTED_WEB_PROGRAM, cold);
+  startOnce(TAVO_STARTED_PICTURE_PROGRAM, cold);
   for (int round = 0; round < rounds; ++round) {
     startOnce(TAVO_STARTED_HOST, ours);
     startOnce(TAVO_STARTED_WEB_PROGRAM, web);
+    startOnce(TAVO_STARTED_PICTURE_PROGRAM, toolkit);
   }
   using tavo::benchmarks::atMost;
   tavo::benchmarks::Report report{"StartBenchmark"};
@@ -74,6 +78,10 @@ int main() {
                atMost(0.3));
   report.ratio("start of an image host, resident memory", ours.megabytes, web.megabytes, "MB",
                atMost(0.35));
+  report.ratio("floor: with the toolkit and libsoup alone, ms", toolkit.milliseconds,
+               web.milliseconds, "ms", std::nullopt);
+  report.ratio("floor: the same, resident memory", toolkit.megabytes, web.megabytes, "MB",
+               std::nullopt);
   Starts ourPictures;
   Starts barePictures;
   paintFirstPictures(ourPictures, barePictures);

@@ -13,9 +13,24 @@
 namespace tavo::benchmark {
 namespace {
 
-double timeInFolder(const std::string& folder) {
+// Until the first picture of it is painted.
+void showWindow() {
+  GtkWidget* const window = gtk_window_new();
+  gtk_window_set_child(GTK_WINDOW(window), gtk_label_new("A host"));
+  gtk_window_present(GTK_WINDOW(window));
+  bool isPainted = false;
+  g_signal_connect(
+      gtk_widget_get_frame_clock(window), "after-paint",
+      G_CALLBACK(+[](GdkFrameClock*, gpointer painted) { *static_cast<bool*>(painted) = true; }),
+      &isPainted);
+  test::runUntil([&] { return isPainted; });
+  gtk_window_destroy(GTK_WINDOW(window));
+}
+
+double timeInFolder(const std::string& folder, bool withWindow = false) {
   const Platform platform =
       gtk::makePlatform({.applicationId = "com.example.benchmark", .dataFolder = folder});
+  if (withWindow) showWindow();
   const auto start = Clock::now();
   return platform.webViews->userAgent().empty() ? 0 : millisecondsSince(start);
 }
@@ -32,8 +47,8 @@ void noteAnswer(GObject* view, GAsyncResult* result, gpointer answered) {
 double userAgentTime(Engine engine) {
   gtk_init();
   const test::TemporaryFolder folder;
-  const double first = timeInFolder(folder.path(""));
-  return engine == Engine::unknown ? first : timeInFolder(folder.path(""));
+  const double first = timeInFolder(folder.path(""), engine == Engine::unknownAtStart);
+  return engine == Engine::known ? timeInFolder(folder.path("")) : first;
 }
 
 double userAgentTimeOfView() {

@@ -4,8 +4,8 @@ namespace tavo::benchmark {
 
 // Milliseconds to the web engine's user agent, in a process that has shown no page: as the library
 // finds it when it knows the installed engine already and when it does not, and as a web view says
-// it that was made for nothing else.
-enum class Engine { known, unknown };
+// it that was made for nothing else. `unknownAtStart`: the host shows its window first.
+enum class Engine { known, unknown, unknownAtStart };
 [[nodiscard]] double userAgentTime(Engine engine);
 [[nodiscard]] double userAgentTimeOfView();
 

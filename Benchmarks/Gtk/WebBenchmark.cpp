@@ -43,12 +43,18 @@ const std::vector<Measurement>& measurements() {
       {"first-ad", [] { return firstAd(Slot::hasShownHtml); }},
       {"first-ad-of-unknown-slot", [] { return firstAd(Slot::unknown); }},
       {"first-view", firstBareView},
+      {"first-loaded-view",
+       [] {
+         return numberOf(TAVO_LOADED_WEB_PROGRAM,
+                         TAVO_BENCHMARK_CAMPAIGNS "/frame-banner/creative.html");
+       }},
       {"stall", longestStall},
       {"state-changes-together", [] { return stateChanges(Evaluation::together); }},
       {"state-changes-one-by-one", [] { return stateChanges(Evaluation::oneByOne); }},
       {"state-changes-bare", bareEvaluation},
       {"user-agent", [] { return userAgentTime(Engine::known); }},
       {"user-agent-of-unknown-engine", [] { return userAgentTime(Engine::unknown); }},
+      {"user-agent-after-window", [] { return userAgentTime(Engine::unknownAtStart); }},
       {"user-agent-of-view", userAgentTimeOfView},
   };
   return all;
@@ -74,6 +80,8 @@ int reportAll() {
                atMost(0.15), 7);
   compareAlone(report, "first ad, new slot, answer to finished", "first-ad-of-unknown-slot",
                "first-view", "ms", atMost(1.0), 7);
+  compareAlone(report, "floor: bare view whose library is mapped then", "first-loaded-view",
+               "first-view", "ms", std::nullopt, 7);
   compareAlone(report, "state changes together, by one by one", "state-changes-together",
                "state-changes-one-by-one", "us", atMost(0.25), 5);
   compareAlone(report, "floor: one bare evaluation, by one by one", "state-changes-bare",
@@ -81,6 +89,8 @@ int reportAll() {
   compareAlone(report, "user agent of the engine as remembered", "user-agent", "user-agent-of-view",
                "ms", atMost(0.1), 7);
   compareAlone(report, "user agent of a new engine", "user-agent-of-unknown-engine",
+               "user-agent-of-view", "ms", atMost(0.1), 7);
+  compareAlone(report, "the same, asked once the window stands", "user-agent-after-window",
                "user-agent-of-view", "ms", atMost(0.1), 7);
   check(report, "longest stall, 60 loads and 20 expansions", "stall", "ms", 50);
   return report.finish();
