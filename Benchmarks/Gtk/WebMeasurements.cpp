@@ -151,25 +151,28 @@ double memoryOfBareViews(int views) {
 Growth growthOverRefreshes(const char* campaign) {
   constexpr int settled = 400;
   constexpr int refreshes = 2'000;
+  constexpr int window = 500;  // the life of a web process: what it holds depends on its age
+  constexpr int look = 25;
   GtkHost host{TAVO_CAMPAIGNS};
   host.banner()->setMobileAdTypes(std::string_view{campaign} == "vast-preroll"
                                       ? MobileAdTypes::interstitial
                                       : MobileAdTypes::banner);
   auto& record = host.server().record();
-  // Films end on threads of their own, a moment after the next one has begun.
-  const auto memory = [] {
-    constexpr const char* kind = "Pss_Anon:";
-    turnFor(std::chrono::seconds{3});
-    return Growth{proportionalMegabytes(getpid(), kind), familyMegabytes(kind)};
-  };
   Growth first{};
-  for (int refresh = 1; refresh <= settled + refreshes; ++refresh) {
+  Growth last{};
+  for (int refresh = 1; refresh <= settled + refreshes + window; ++refresh) {
     record.clear();
     host.load(campaign);
     turnUntil([&] { return !record.requests(adserver::RequestKind::Tracking).empty(); });
-    if (refresh == settled) first = memory();
+    const bool isEarly = refresh > settled && refresh <= settled + window;
+    const bool isLate = refresh > settled + refreshes;
+    if (refresh % look != 0 || (!isEarly && !isLate)) continue;
+    // Films end on threads of their own, a moment after the next one has begun.
+    turnFor(std::chrono::seconds{1});
+    Growth& sum = isEarly ? first : last;
+    sum.host += proportionalMegabytes(getpid(), "Pss_Anon:");
+    sum.family += familyMegabytes("Pss_Anon:");
   }
-  const Growth last = memory();
   return {last.host / first.host, last.family / first.family};
 }
 

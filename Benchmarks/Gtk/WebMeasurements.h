@@ -11,7 +11,8 @@ namespace tavo::benchmark {
 [[nodiscard]] double memoryOfBareViews(int views);
 
 // How much that, and the host alone, grow over 2,000 refreshes of a slot with a sample campaign
-// that was shown 400 times before, as factors.
+// that was shown 400 times before, as factors: the mean of twenty looks over the life of a web
+// process beside the mean of as many after them.
 struct Growth {
   double host = 0;
   double family = 0;
