@@ -85,6 +85,7 @@ double SlotsHost::load(Slot& slot, const std::string& campaign) {
 
 void SlotsHost::addFilm() {
   player_ = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
+  player_->setControlStyle(MovieControlStyle::none);  // the bare clip has no bar either
   movie_ = std::make_unique<gtk::MovieSlot>(player_);
   put(*movie_);
   auto& slot = *slots_.emplace_back(std::make_unique<Slot>());

@@ -43,9 +43,9 @@ void AnswerWatch::elementAdded(GstBin* /*pipeline*/, GstBin* /*bin*/, GstElement
 
 GstPadProbeReturn AnswerWatch::passed(GstPad* /*pad*/, GstPadProbeInfo* info, gpointer self) {
   AnswerWatch& watch = watchOf(self);
-  if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0) {
-    watch.settle();
-  } else if (GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info); tellsOfAnswer(event)) {
+  const bool isData = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0;
+  GstEvent* event = isData ? nullptr : GST_PAD_PROBE_INFO_EVENT(info);
+  if (isData || tellsOfAnswer(event)) {
     watch.settle();
   } else if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
     watch.expect();
