@@ -109,6 +109,22 @@ TEST_F(WebModuleTest, AnEngineThatIsBeingAskedIsNotAskedAgain) {
   EXPECT_EQ(contentsOf(folder_.path("runs")), "run\n");
 }
 
+TEST_F(WebModuleTest, WhatTheEngineItselfHasSaidStands) {
+  installHelper("read line < " + folder_.path("release") + "; exit 1");
+  ASSERT_EQ(mkfifo(folder_.path("release").c_str(), 0600), 0);
+  std::filesystem::create_symlink(gtk::moduleFolder() / "TavoGtkWeb.so",
+                                  folder_.path("TavoGtkWeb.so"));
+  const auto asked = module(folder_.path(""));
+  bool found = false;
+  asked->findUserAgent([&] { found = true; });
+  const auto view = asked->create({0, 0, 320, 50}, {});
+  const auto said = asked->userAgent();
+  folder_.write("release", "go\n");
+  runUntil([&] { return found; });
+  EXPECT_EQ(asked->userAgent(), said);
+  EXPECT_THAT(log_->messages(), IsEmpty());
+}
+
 TEST_F(WebModuleTest, ANewEngineIsAskedBeforeAnybodyWaits) {
   installHelper("echo 'Early/1.0'");
   const auto platform = gtk::makePlatform({.applicationId = "com.example.early",

@@ -101,7 +101,8 @@ void GtkWebModule::askEngine() {
     still->post([self] {
       const auto module = self.lock();
       if (!module) return;
-      if ((*module)->asked_.valid()) (*module)->takeAnswer();
+      if (!(*module)->knowsUserAgent()) (*module)->takeAnswer();
+      (*module)->asked_ = {};
       (*module)->tellUserAgent();
     });
   });
