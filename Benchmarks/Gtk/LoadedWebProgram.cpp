@@ -4,12 +4,11 @@
 #include <dlfcn.h>
 #include <gtk/gtk.h>
 
-#include <chrono>
 #include <cstdio>
 
-namespace {
+#include "Elapsed.h"
 
-using Clock = std::chrono::steady_clock;
+namespace {
 
 constexpr int finished = 3;  // WEBKIT_LOAD_FINISHED
 
@@ -28,7 +27,7 @@ int main(int argc, char** argv) {
   gtk_window_present(GTK_WINDOW(window));
   while (g_main_context_iteration(nullptr, FALSE) != FALSE) continue;
 
-  const auto start = Clock::now();
+  const auto start = tavo::benchmark::Clock::now();
   void* const engine = dlopen("libwebkitgtk-6.0.so.4", RTLD_NOW);
   if (engine == nullptr) return 2;
   const auto make = reinterpret_cast<GtkWidget* (*)()>(dlsym(engine, "webkit_web_view_new"));
@@ -40,7 +39,7 @@ int main(int argc, char** argv) {
   g_signal_connect(view, "load-changed", G_CALLBACK(loadChanged), &isFinished);
   load(view, page, nullptr);
   while (!isFinished) g_main_context_iteration(nullptr, TRUE);
-  std::printf("%f\n", std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+  std::printf("%f\n", tavo::benchmark::millisecondsSince(start));
   g_free(page);
   return 0;
 }

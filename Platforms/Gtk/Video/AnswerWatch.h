@@ -14,7 +14,7 @@ namespace tavo::gtk {
 // answer has come, and before the source has heard of it, ends the process (libsoup 3.2): the body
 // of such an answer belongs to nobody and is closed when its message is gone. So whoever ends a
 // pipeline waits for the answer first. Any thread.
-class AnswerWatch : public std::enable_shared_from_this<AnswerWatch> {
+class AnswerWatch {
  public:
   // Watches the sources that `pipeline` makes from now on.
   [[nodiscard]] static std::shared_ptr<AnswerWatch> on(GstElement* pipeline);
