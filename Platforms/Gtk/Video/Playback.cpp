@@ -12,7 +12,9 @@ namespace tavo::gtk {
 namespace {
 
 constexpr guint tickMilliseconds = 500;
-constexpr Seconds answerPatience{0.5};  // a worker waits meanwhile
+// A worker waits so long:
+constexpr Seconds answerPatience{0.5};
+constexpr GstClockTime stopPatience = 10 * GST_SECOND;
 
 double secondsOf(GstClockTime time) {
   return GST_CLOCK_TIME_IS_VALID(time) ? static_cast<double>(time) / GST_SECOND : 0;
@@ -35,6 +37,28 @@ void ignoreTags(GstPlay* play, GstElement* pipeline) {
     g_signal_handlers_disconnect_matched(
         pipeline, static_cast<GSignalMatchType>(G_SIGNAL_MATCH_ID | G_SIGNAL_MATCH_DATA), signal, 0,
         nullptr, nullptr, play);
+  }
+}
+
+bool tellsOfEmptiness(GstMessage* message) {
+  GstPlayMessage type{};
+  if (!gst_play_is_play_message(message)) return false;
+  gst_play_message_parse_type(message, &type);
+  return type == GST_PLAY_MESSAGE_URI_LOADED &&
+         gst_structure_get_string(gst_message_get_structure(message), "uri") == nullptr;
+}
+
+// Blocks until the pipeline has stopped and the player has nothing more to tell. Whatever it tells
+// holds it, on any of its threads: were that the last hold, the thread would have to end the player
+// there, and so to wait for itself (GstPlay 1.22).
+void empty(GstPlay* play, GstBus* bus) {
+  gst_play_set_uri(play, nullptr);
+  bool isEmpty = false;
+  while (!isEmpty) {
+    GstMessage* const message = gst_bus_timed_pop(bus, stopPatience);
+    if (message == nullptr) return;
+    isEmpty = tellsOfEmptiness(message);
+    gst_message_unref(message);
   }
 }
 
@@ -77,17 +101,17 @@ Playback::Playback(const MediaEngine& engine, const std::string& url,
   gst_play_set_uri(play_, url.c_str());
 }
 
-// A message that nobody takes off the bus holds the player that holds the bus. Letting go of a
-// pipeline waits for its threads, which may wait for a server: not here. Nor is it ended while it
-// waits for an answer.
+// Letting go of a pipeline waits for its threads, which may wait for a server: not here. Nor is it
+// ended while it waits for an answer.
 Playback::~Playback() {
   sink_->stop();
   gst_bus_remove_watch(bus_);
-  gst_bus_set_flushing(bus_, TRUE);
-  gst_object_unref(bus_);
-  runLoop_->background([play = play_, answers = answers_] {
+  runLoop_->background([play = play_, bus = bus_, answers = answers_] {
     answers->await(answerPatience);
-    gst_play_stop(play);
+    empty(play, bus);
+    // A message that nobody takes off the bus holds the player that holds the bus.
+    gst_bus_set_flushing(bus, TRUE);
+    gst_object_unref(bus);
     gst_object_unref(play);
   });
 }
