@@ -1,6 +1,10 @@
 // Native views that are used again: nothing of the former page is left in them.
 
+#include <array>
+#include <memory>
 #include <optional>
+#include <set>
+#include <vector>
 
 #include "Gtk/Scene/NativeView.h"
 #include "Support/WebPage.h"
@@ -109,6 +113,52 @@ TEST_F(WebRecyclingTest, AProcessThatHasShownManyPagesIsLeftForANewOne) {
   }
   EXPECT_EQ(first.size(), 1U);
   EXPECT_TRUE(runUntil([&] { return own().size() == 1 && own() != first; }));
+}
+
+// The native views that have begun a page, whoever holds them.
+class ViewsThatLoad {
+ public:
+  ViewsThatLoad() {
+    hook_ = g_signal_add_emission_hook(
+        signal_, 0,
+        [](GSignalInvocationHint*, guint, const GValue* values, gpointer all) -> gboolean {
+          static_cast<std::set<gpointer>*>(all)->insert(g_value_get_object(values));
+          return TRUE;
+        },
+        &all_, nullptr);
+  }
+  ~ViewsThatLoad() { g_signal_remove_emission_hook(signal_, hook_); }
+  ViewsThatLoad(const ViewsThatLoad&) = delete;
+  ViewsThatLoad& operator=(const ViewsThatLoad&) = delete;
+
+  [[nodiscard]] const std::set<gpointer>& all() const { return all_; }
+
+ private:
+  const guint signal_ = g_signal_lookup("load-changed", g_type_from_name("WebKitWebView"));
+  gulong hook_ = 0;
+  std::set<gpointer> all_;
+};
+
+// The engine needs most of the time for a view's first page, and for a process's still more.
+TEST_F(WebRecyclingTest, ANewSlotTakesTheViewThatIsReady) {
+  gtk::GtkWebModule module{webServices(impatience())};
+  const std::array<int, 6> owners{};
+  std::vector<std::unique_ptr<Page>> pages;
+  const auto show = [&](const int& owner) {
+    module.warmUp({.owner = &owner});
+    const WebViewOptions options{.owner = &owner};
+    pages.push_back(std::make_unique<Page>(options, Rect{0, 0, 320, 50}, module));
+    pages.back()->load("<html><body></body></html>");
+    return dynamic_cast<gtk::NativeView&>(*pages.back()->view).widget();
+  };
+  show(owners[0]);
+  const ViewsThatLoad views;
+  show(owners[1]);
+  for (std::size_t slot = 2; slot < owners.size(); ++slot) {
+    ASSERT_TRUE(runUntil([&] { return views.all().size() == slot; })) << "none for the next slot";
+    const auto before = views.all();
+    EXPECT_TRUE(before.contains(show(owners[slot]))) << "slot " << slot;
+  }
 }
 
 }  // namespace

@@ -136,8 +136,11 @@ void WebViewPool::warmUp(const WebViewOptions& options) {
   const bool ready = std::any_of(idle_.begin(), idle_.end(),
                                  [&](const Idle& idle) { return same(idle.options, options); });
   if (options.owner == nullptr || ready) return;
-  const auto view = make(options);
-  view->warmUp();
+  auto view = takeSpare(options);
+  if (!view) {
+    view = make(options);
+    view->warmUp();
+  }
   keep(view, options);
 }
 

@@ -12,9 +12,9 @@
 namespace tavo::gtk {
 
 // The native web views: those that show a page, and the blank ones that wait for their owner's next
-// answer. Slots share web processes, a few pages to each; a view that wants its own gets it. A
-// process that has shown many pages is left for a new one, whose first view is made while the old
-// one still shows its page. Main thread only.
+// answer. Slots share web processes, a few pages to each; a view that wants its own gets it. One
+// spare view is made ahead, after a page, for whichever slot comes next: a new one, or one whose
+// process has shown many pages and is left for another. Main thread only.
 class WebViewPool {
  public:
   explicit WebViewPool(std::shared_ptr<WebEngine> engine);
