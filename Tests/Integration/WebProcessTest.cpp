@@ -14,6 +14,25 @@ namespace {
 
 class WebProcessTest : public WebPageTest {};
 
+// The first one here: a view that is made ready for the slots of other tests may start a process.
+TEST_F(WebProcessTest, SlotsShareAProcessAndOwnProcessesAreNotShared) {
+  gtk::GtkWebModule module{webServices(impatience())};
+  const Rect frame{0, 0, 320, 50};
+  Page first{{}, frame, module};
+  first.load("<html><body>first</body></html>");
+  const auto before = webProcesses();
+  const auto isAnotherThere = [&] {
+    const auto now = webProcesses();
+    return !std::includes(before.begin(), before.end(), now.begin(), now.end());
+  };
+  Page second{{}, frame, module};
+  second.load("<html><body>second</body></html>");
+  EXPECT_FALSE(isAnotherThere());
+  Page own{{.ownProcess = true}, frame, module};
+  own.load("<html><body>own</body></html>");
+  EXPECT_TRUE(isAnotherThere());
+}
+
 TEST_F(WebProcessTest, EndsAScriptThatLoops) {
   for (const char* loop : {"for (;;);", "for (;;) alert('again')"}) {
     Page other{{.ownProcess = true}};
@@ -215,24 +234,6 @@ TEST_F(WebProcessTest, APageThatKeepsDyingIsNotStartedForEver) {
   }
   EXPECT_THAT(ends, ElementsAre("gone 1101", "gone 1101", "gone 1101", "gone 1101",
                                 "fail WebKitErrorDomain 1101"));
-}
-
-TEST_F(WebProcessTest, SlotsShareAProcessAndOwnProcessesAreNotShared) {
-  gtk::GtkWebModule module{webServices(impatience())};  // without the slots of other tests
-  const Rect frame{0, 0, 320, 50};
-  Page first{{}, frame, module};
-  first.load("<html><body>first</body></html>");
-  const auto before = webProcesses();
-  const auto isAnotherThere = [&] {
-    const auto now = webProcesses();  // those of other tests may have gone meanwhile
-    return !std::includes(before.begin(), before.end(), now.begin(), now.end());
-  };
-  Page second{{}, frame, module};
-  second.load("<html><body>second</body></html>");
-  EXPECT_FALSE(isAnotherThere());
-  Page own{{.ownProcess = true}, frame, module};
-  own.load("<html><body>own</body></html>");
-  EXPECT_TRUE(isAnotherThere());
 }
 
 }  // namespace
