@@ -14,6 +14,7 @@ namespace tavo::benchmark {
 namespace {
 
 constexpr int columns = 3;
+constexpr std::size_t viewsOfProcess = 10;
 constexpr std::chrono::seconds patience{60};
 
 }  // namespace
@@ -100,7 +101,7 @@ void SlotsHost::addFilm() {
   test::runUntil([&] { return player_->isPreparedToPlay(); }, patience);
 }
 
-void SlotsHost::addView(const std::string& campaign) {
+double SlotsHost::addView(const std::string& campaign, Processes processes) {
   std::ifstream file{std::string{TAVO_SLOTS_CAMPAIGNS} + "/" + campaign + "/creative.html"};
   std::string creative{std::istreambuf_iterator<char>{file}, {}};
   const std::string_view placeholder{"${server}"};
@@ -109,9 +110,13 @@ void SlotsHost::addView(const std::string& campaign) {
     creative.replace(at, placeholder.size(), host_.server().baseUrl());
   }
   put(*places_.emplace_back(std::make_unique<Gtk::Box>()));
-  views_.push_back(
-      std::make_unique<BareBanner>(*places_.back(), creative, host_.server().baseUrl() + "/"));
+  const bool begins = processes == Processes::own || views_.size() % viewsOfProcess == 0;
+  const auto start = Clock::now();
+  const BareBanner* const related = begins ? nullptr : views_.back().get();
+  views_.push_back(std::make_unique<BareBanner>(*places_.back(), creative,
+                                                host_.server().baseUrl() + "/", related));
   test::runUntil([&] { return views_.back()->isLoaded(); }, patience);
+  return millisecondsSince(start);
 }
 
 void SlotsHost::addClip() {

@@ -35,8 +35,10 @@ class SlotsHost {
   // The sample pre-roll in a player of the host's, once it plays.
   void addFilm();
 
-  // Bare: the same creative in a new web view, the same clip in a media file.
-  void addView(const std::string& campaign);
+  // Bare: the same creative in a new web view, the same clip in a media file. With `shared`, ten
+  // views have a process together, like ours. Milliseconds until the page was there.
+  enum class Processes { own, shared };
+  double addView(const std::string& campaign, Processes processes = Processes::own);
   void addClip();
 
   void scrollAway();
