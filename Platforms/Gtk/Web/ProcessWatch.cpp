@@ -68,9 +68,11 @@ void ProcessWatch::wake() {
   calmLooks_ = 0;
   asleep_ = false;
   alarms_.clear();
-  if (pages_ == 0 || timer_.isValid()) return;
-  lookLater();
-  heartbeat_ = runLoop_->every(limits_.webProcessWatch, [this] { pingAll(); });
+  if (pages_ == 0) return;
+  if (!heartbeat_.isValid()) {
+    heartbeat_ = runLoop_->every(limits_.webProcessWatch, [this] { pingAll(); });
+  }
+  if (!timer_.isValid() && !isLooking_) lookLater();
 }
 
 // A page whose answer is another's end is not asked any more.
@@ -97,9 +99,19 @@ std::optional<Error> ProcessWatch::reason() const {
 
 void ProcessWatch::lookLater() {
   const bool isBusy = runLoop_->now() - lastLoad_ <= loadingTime;
-  timer_ = runLoop_->after(isBusy ? busyPeriod : calmPeriod, [this] {
-    look();
-    if (!asleep_) lookLater();
+  timer_ = runLoop_->after(isBusy ? busyPeriod : calmPeriod, [this] { look(); });
+}
+
+// The system's files about some processes take a millisecond and more to read.
+void ProcessWatch::look() {
+  if (std::exchange(isLooking_, true)) return;
+  runLoop_->background([weak = std::weak_ptr{runLoop_}, self = self_] {
+    const auto processes = webProcessesOfThisProgram();
+    const auto runLoop = weak.lock();
+    if (!runLoop) return;
+    runLoop->post([self, processes] {
+      if (*self != nullptr) (*self)->looked(processes);
+    });
   });
 }
 
@@ -132,8 +144,9 @@ void ProcessWatch::sleep(const std::vector<WebProcess>& processes) {
   asleep_ = true;
 }
 
-void ProcessWatch::look() {
-  const auto processes = webProcessesOfThisProgram();
+void ProcessWatch::looked(const std::vector<WebProcess>& processes) {
+  isLooking_ = false;
+  if (pages_ == 0) return;
   std::erase_if(uses_, [&](const auto& entry) {
     return std::none_of(processes.begin(), processes.end(),
                         [&](const auto& process) { return process.id == entry.first; });
@@ -147,6 +160,7 @@ void ProcessWatch::look() {
   startsAnew_ = false;
   calmLooks_ = isCalm(processes) ? calmLooks_ + 1 : 0;
   if (calmLooks_ >= calmLooksToSleep) sleep(processes);
+  if (!asleep_) lookLater();
 }
 
 void ProcessWatch::follow(const WebProcess& process, Use& use) {

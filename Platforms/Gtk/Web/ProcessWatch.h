@@ -61,6 +61,7 @@ class ProcessWatch {
   void wake();
   void lookLater();
   void look();
+  void looked(const std::vector<WebProcess>& processes);
   [[nodiscard]] bool isCalm(const std::vector<WebProcess>& processes);
   void sleep(const std::vector<WebProcess>& processes);
   void pingAll();
@@ -82,6 +83,7 @@ class ProcessWatch {
   std::map<int, Use> uses_;
   std::optional<std::pair<Seconds, Error>> blamed_;
   Timer timer_;
+  bool isLooking_ = false;  // a worker is
   Timer heartbeat_;
   std::map<int, std::function<void()>> pings_;  // by page
   int lastPage_ = 0;
