@@ -103,7 +103,7 @@ void ButtonWidget::showTitle(const tavo::Button& button) {
 
 void ButtonWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   if (const auto button = button_.lock()) {
-    guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*button); });
+    guarded([&] { ViewPainter{snapshot->gobj(), *this}.paint(*button); });
   }
   Gtk::Button::snapshot_vfunc(snapshot);
 }

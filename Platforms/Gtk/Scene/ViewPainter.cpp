@@ -8,11 +8,19 @@ namespace tavo::gtk {
 
 namespace {
 
-Gdk::RGBA rgba(const Color& color) { return {color.red, color.green, color.blue, color.alpha}; }
+GdkRGBA rgba(const Color& color) {
+  return {static_cast<float>(color.red), static_cast<float>(color.green),
+          static_cast<float>(color.blue), static_cast<float>(color.alpha)};
+}
 
 graphene_rect_t graphene(const Rect& rect) {
   return {{static_cast<float>(rect.x), static_cast<float>(rect.y)},
           {static_cast<float>(rect.width), static_cast<float>(rect.height)}};
+}
+
+graphene_rect_t boundsOf(const Gtk::Widget& widget) {
+  return graphene(
+      {0, 0, static_cast<double>(widget.get_width()), static_cast<double>(widget.get_height())});
 }
 
 Pango::Alignment pangoAlignment(TextAlignment alignment) {
@@ -37,17 +45,18 @@ void ViewPainter::paint(const View& view) {
 
 void ViewPainter::paintBackground(const View& view) {
   if (view.backgroundColor()) {
-    snapshot_.append_color(rgba(*view.backgroundColor()),
-                           {0, 0, widget_.get_width(), widget_.get_height()});
+    const GdkRGBA color = rgba(*view.backgroundColor());
+    const graphene_rect_t place = boundsOf(widget_);
+    gtk_snapshot_append_color(snapshot_, &color, &place);
   }
   const Image& pattern = view.backgroundPattern();
   if (pattern.empty()) return;
   const graphene_rect_t bounds = graphene(view.bounds());
   const graphene_rect_t tile =
       graphene({0, 0, static_cast<double>(pattern.width()), static_cast<double>(pattern.height())});
-  gtk_snapshot_push_repeat(snapshot_.gobj(), &bounds, &tile);
-  gtk_snapshot_append_texture(snapshot_.gobj(), textureOf(pattern)->gobj(), &tile);
-  gtk_snapshot_pop(snapshot_.gobj());
+  gtk_snapshot_push_repeat(snapshot_, &bounds, &tile);
+  gtk_snapshot_append_texture(snapshot_, textureOf(pattern)->gobj(), &tile);
+  gtk_snapshot_pop(snapshot_);
 }
 
 void ViewPainter::paintImage(const ImageView& view) {
@@ -55,9 +64,9 @@ void ViewPainter::paintImage(const ImageView& view) {
   if (place.empty()) return;
   const graphene_rect_t bounds = graphene(view.bounds());
   const graphene_rect_t target = graphene(place);
-  gtk_snapshot_push_clip(snapshot_.gobj(), &bounds);
-  gtk_snapshot_append_texture(snapshot_.gobj(), textureOf(view.image())->gobj(), &target);
-  gtk_snapshot_pop(snapshot_.gobj());
+  gtk_snapshot_push_clip(snapshot_, &bounds);
+  gtk_snapshot_append_texture(snapshot_, textureOf(view.image())->gobj(), &target);
+  gtk_snapshot_pop(snapshot_);
 }
 
 void ViewPainter::paintLabel(const Label& label) {
@@ -74,25 +83,24 @@ void ViewPainter::paintLabel(const Label& label) {
   int height = 0;
   layout->get_pixel_size(width, height);
   const graphene_point_t start{0, static_cast<float>((label.frame().height - height) / 2)};
-  snapshot_.save();
-  gtk_snapshot_translate(snapshot_.gobj(), &start);
-  snapshot_.append_layout(layout, rgba(label.textColor()));
-  snapshot_.restore();
+  const GdkRGBA color = rgba(label.textColor());
+  gtk_snapshot_save(snapshot_);
+  gtk_snapshot_translate(snapshot_, &start);
+  gtk_snapshot_append_layout(snapshot_, layout->gobj(), &color);
+  gtk_snapshot_restore(snapshot_);
 }
 
 // As a button has it: a light line on a dark one.
 void ViewPainter::paintFocus() {
-  const Rect bounds{0, 0, static_cast<double>(widget_.get_width()),
-                    static_cast<double>(widget_.get_height())};
+  const graphene_rect_t place = boundsOf(widget_);
   const std::pair<Color, float> lines[] = {{colors::black, 3.0F}, {colors::white, 2.0F}};
   for (const auto& [color, thickness] : lines) {
-    const graphene_rect_t place = graphene(bounds);
     GskRoundedRect outline;
     gsk_rounded_rect_init_from_rect(&outline, &place, 0);
     const float widths[] = {thickness, thickness, thickness, thickness};
-    const GdkRGBA shade = *rgba(color).gobj();
+    const GdkRGBA shade = rgba(color);
     const GdkRGBA shades[] = {shade, shade, shade, shade};
-    gtk_snapshot_append_border(snapshot_.gobj(), &outline, widths, shades);
+    gtk_snapshot_append_border(snapshot_, &outline, widths, shades);
   }
 }
 

@@ -12,8 +12,7 @@ namespace tavo::gtk {
 class ViewPainter {
  public:
   // `widget` lends its fonts and its size.
-  ViewPainter(Gtk::Snapshot& snapshot, Gtk::Widget& widget)
-      : snapshot_{snapshot}, widget_{widget} {}
+  ViewPainter(GtkSnapshot* snapshot, Gtk::Widget& widget) : snapshot_{snapshot}, widget_{widget} {}
 
   void paint(const View& view);
   // The mark of what the keyboard stands on: seen on a picture of any colour.
@@ -24,7 +23,7 @@ class ViewPainter {
   void paintImage(const ImageView& view);
   void paintLabel(const Label& label);
 
-  Gtk::Snapshot& snapshot_;
+  GtkSnapshot* snapshot_;
   Gtk::Widget& widget_;
 };
 

@@ -71,7 +71,10 @@ bool isPress(guint key, Gdk::ModifierType state) {
 }  // namespace
 
 ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
-    : Glib::ObjectBase{"TavoViewWidget"}, view_{view}, longestSide_{longestSide} {
+    : Glib::ObjectBase{"TavoViewWidget"},
+      Glib::ExtraClassInit{&ViewWidget::initialize},
+      view_{view},
+      longestSide_{longestSide} {
   set_overflow(view->clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
   if (const auto role = roleOf(*view)) {
     g_object_set(gobj(), "accessible-role", *role, nullptr);
@@ -272,13 +275,25 @@ void ViewWidget::size_allocate_vfunc(int width, int height, int /*baseline*/) {
   }
 }
 
-void ViewWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+void ViewWidget::initialize(gpointer widgetClass, gpointer /*data*/) {
+  GTK_WIDGET_CLASS(widgetClass)->snapshot = fenced<&ViewWidget::draw>;
+}
+
+void ViewWidget::draw(GtkWidget* widget, GtkSnapshot* snapshot) {
+  auto* const self =
+      dynamic_cast<ViewWidget*>(Glib::ObjectBase::_get_current_wrapper(G_OBJECT(widget)));
+  if (self != nullptr) self->drawOn(snapshot);
+}
+
+void ViewWidget::drawOn(GtkSnapshot* snapshot) {
   if (const auto current = view()) {
-    guarded([&] { ViewPainter{*snapshot.get(), *this}.paint(*current); });
+    guarded([&] { ViewPainter{snapshot, *this}.paint(*current); });
   }
-  native_.draw(snapshot->gobj());
-  for (const auto& child : children_) snapshot_child(*child.widget, snapshot);
-  if (has_visible_focus()) guarded([&] { ViewPainter{*snapshot.get(), *this}.paintFocus(); });
+  native_.draw(snapshot);
+  for (const auto& child : children_) {
+    gtk_widget_snapshot_child(gobj(), child.widget->gobj(), snapshot);
+  }
+  if (has_visible_focus()) ViewPainter{snapshot, *this}.paintFocus();
 }
 
 }  // namespace tavo::gtk

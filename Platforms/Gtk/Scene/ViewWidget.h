@@ -1,5 +1,6 @@
 #pragma once
 
+#include <glibmm/extraclassinit.h>
 #include <gtkmm.h>
 
 #include <memory>
@@ -15,7 +16,10 @@ namespace tavo::gtk {
 // Shows one view of the scene: paints its background and content, and holds a widget for each of
 // its subviews, placed by their frames. The tree is the scene's; this is its picture. Main thread
 // only.
-class ViewWidget : public Gtk::Widget {
+//
+// A page that moves has all that it stands in drawn again with each of its frames. So the toolkit
+// calls `draw` itself: its C++ interface makes an object for each call.
+class ViewWidget : public Glib::ExtraClassInit, public Gtk::Widget {
  public:
   // Nothing below is made larger than `longestSide` points a side: a widget of tens of thousands
   // ends the process.
@@ -38,7 +42,6 @@ class ViewWidget : public Gtk::Widget {
                      int& minimum_baseline, int& natural_baseline) const override;
   void size_allocate_vfunc(int width, int height, int baseline) override;
   bool contains_vfunc(double x, double y) const override;
-  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override;
 
  private:
   struct Child {
@@ -46,6 +49,9 @@ class ViewWidget : public Gtk::Widget {
     std::unique_ptr<Gtk::Widget> widget;
   };
 
+  static void initialize(gpointer widgetClass, gpointer data);
+  static void draw(GtkWidget* widget, GtkSnapshot* snapshot);
+  void drawOn(GtkSnapshot* snapshot);
   [[nodiscard]] std::unique_ptr<Gtk::Widget> makeWidget(const std::shared_ptr<View>& view) const;
   [[nodiscard]] int bearable(double length) const;
   void show(const std::shared_ptr<View>& view);
