@@ -100,10 +100,10 @@ TEST_F(WebRecyclingTest, AProcessThatHasShownManyPagesIsLeftForANewOne) {
     return all;
   };
   std::set<int> first;
-  std::optional<Page> page;
+  std::unique_ptr<Page> page;
   for (int number = 0; number < 40 && (first.empty() || own().contains(*first.begin())); ++number) {
     page.reset();
-    page.emplace(WebViewOptions{.owner = &owner}, Rect{0, 0, 320, 50}, module);
+    page = std::make_unique<Page>(WebViewOptions{.owner = &owner}, Rect{0, 0, 320, 50}, module);
     page->load("<html><body>" + std::to_string(number) + "</body></html>");
     EXPECT_EQ(page->evaluate("document.body.textContent"), std::to_string(number));
     EXPECT_THAT(page->client->events, ElementsAre("start", "finish"));
