@@ -8,6 +8,7 @@
 #include "Gtk/Scene/SceneRoot.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Services/GtkApplication.h"
+#include "Gtk/SignalConnections.h"
 #include "Runtime/Environment.h"
 #include "Runtime/MainThread.h"
 #include "Services/Log.h"
@@ -32,6 +33,8 @@ class TAVO_HIDDEN AdSlot::Core {
   void leaveWindowSoon();
 
  private:
+  void followSurroundings();
+  static void surroundingsChanged(GObject* widget, GParamSpec* property, gpointer self);
   void updatePlace();
   [[nodiscard]] Gtk::Widget* placeReference() const;
   void tellShownPart();
@@ -45,7 +48,8 @@ class TAVO_HIDDEN AdSlot::Core {
   Rect place_;                 // of the slot, in its window
   std::optional<Rect> shown_;  // the part of the ad view that the host shows, as it was told
   bool appearing_ = false;     // on the screen, but not told to the ad view yet
-  sigc::connection frameClock_;
+  sigc::connection layouts_;
+  SignalConnections surroundings_;
   sigc::connection leaving_;
   sigc::connection disappearing_;
   sigc::connection destroyed_;
@@ -84,7 +88,7 @@ AdSlot::Core::~Core() {
   destroyed_.disconnect();
   leaving_.disconnect();
   disappearing_.disconnect();
-  frameClock_.disconnect();
+  layouts_.disconnect();
   container_->removeAllSubviews();
   container_->removeFromSuperview();
   if (root_.widget().get_parent() != nullptr) root_.widget().unparent();
@@ -128,15 +132,32 @@ void AdSlot::Core::enterWindow() {
   application->sceneOf(*window)->addSlot(container_);
   // It may stand elsewhere in the window for a while: a video in full screen.
   if (adView_->superview() == nullptr) container_->addSubview(adView_);
-  // The widget is told of a new size but not of a new place: look once a frame.
+  followSurroundings();
+}
+
+// The widget is told of a new size, but neither of a new place nor of what becomes of those around
+// it, which stay the same ones for as long as it stays in the window.
+void AdSlot::Core::followSurroundings() {
   if (const auto clock = slot_.get_frame_clock()) {
-    frameClock_ = clock->signal_paint().connect(guardedSlot([this] { updatePlace(); }));
+    layouts_ = clock->signal_layout().connect(guardedSlot([this] { updatePlace(); }));
   }
+  for (GtkWidget* widget = GTK_WIDGET(slot_.gobj()); widget != nullptr;
+       widget = gtk_widget_get_parent(widget)) {
+    for (const char* change : {"notify::opacity", "notify::overflow"}) {
+      surroundings_.connect(widget, change, fenced<&surroundingsChanged>, this);
+    }
+  }
+}
+
+void AdSlot::Core::surroundingsChanged(GObject* /*widget*/, GParamSpec* /*property*/,
+                                       gpointer self) {
+  static_cast<Core*>(self)->tellShownPart();
 }
 
 // A widget that is moved to another place of the window leaves it for less than a turn.
 void AdSlot::Core::leaveWindowSoon() {
-  frameClock_.disconnect();
+  layouts_.disconnect();
+  surroundings_.disconnect();
   leaving_ = Glib::signal_idle().connect(guardedSlot([this] {
     adView_->removeFromSuperview();
     container_->removeFromSuperview();
@@ -175,6 +196,7 @@ void AdSlot::Core::tellShownPart() {
 Rect AdSlot::Core::shownPart() const {
   if (container_->isHidden() || adView_->isHidden() || !slot_.get_mapped()) return {};
   GtkWidget* const slot = GTK_WIDGET(slot_.gobj());
+  if (gtk_widget_get_opacity(slot) <= 0) return {};
   const Size size = adView_->frame().size();
   Rect part{0, 0, std::min(size.width, static_cast<double>(slot_.get_width())),
             std::min(size.height, static_cast<double>(slot_.get_height()))};
@@ -222,10 +244,6 @@ void AdSlot::measure_vfunc(Gtk::Orientation orientation, int /*for_size*/, int& 
 
 void AdSlot::size_allocate_vfunc(int width, int height, int /*baseline*/) {
   guarded([&] { core_->resize(width, height); });
-}
-
-void AdSlot::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-  guarded([&] { snapshot_child(core_->widget(), snapshot); });
 }
 
 void AdSlot::on_realize() {

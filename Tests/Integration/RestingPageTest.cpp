@@ -95,6 +95,7 @@ struct Way {
 std::vector<Way> ways() {
   static Gtk::ScrolledWindow* scroller = nullptr;
   static Gtk::Stack* tabs = nullptr;
+  static Gtk::Box* around = nullptr;
   static std::shared_ptr<ViewController> cover;
   const auto root = [] { return gtk::rootViewControllerOf(host().window()); };
   return {{"scrolled away",
@@ -126,7 +127,16 @@ std::vector<Way> ways() {
            },
            [root] { root()->dismissViewController(Animated::no); }},
           {"hidden by the host", [](Gtk::Box& place) { place.append(host().slot()); },
-           [] { host().banner()->setAlpha(0); }, [] { host().banner()->setAlpha(1); }}};
+           [] { host().banner()->setAlpha(0); }, [] { host().banner()->setAlpha(1); }},
+          {"in something that fades",
+           [](Gtk::Box& place) {
+             around = Gtk::make_managed<Gtk::Box>();
+             around->append(host().slot());
+             place.append(*around);
+           },
+           [] { around->set_opacity(0); }, [] { around->set_opacity(1); }},
+          {"faded itself", [](Gtk::Box& place) { place.append(host().slot()); },
+           [] { host().slot().set_opacity(0); }, [] { host().slot().set_opacity(1); }}};
 }
 
 TEST_F(RestingPageTest, APageThatNobodySeesHearsOfItStandsStillAndPlaysOn) {

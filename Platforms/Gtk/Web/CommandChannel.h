@@ -6,7 +6,7 @@
 
 #include <tavo/Url.h>
 
-#include "Gtk/Web/SignalConnections.h"
+#include "Gtk/SignalConnections.h"
 
 namespace tavo::gtk {
 

@@ -8,9 +8,9 @@
 #include <tuple>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/SignalConnections.h"
 #include "Gtk/Web/CookieSource.h"
 #include "Gtk/Web/NetworkProcess.h"
-#include "Gtk/Web/SignalConnections.h"
 #include "Services/RunLoop.h"
 
 namespace tavo::gtk {

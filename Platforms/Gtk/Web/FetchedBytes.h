@@ -6,8 +6,8 @@
 #include <functional>
 #include <memory>
 
+#include "Gtk/SignalConnections.h"
 #include "Gtk/Web/NetworkMeter.h"
-#include "Gtk/Web/SignalConnections.h"
 
 namespace tavo::gtk {
 

@@ -10,6 +10,7 @@
 
 #include "Gtk/GPtr.h"
 #include "Gtk/ModuleSide/TapWatcher.h"
+#include "Gtk/SignalConnections.h"
 #include "Gtk/Web/CommandChannel.h"
 #include "Gtk/Web/EvaluationQueue.h"
 #include "Gtk/Web/FetchedBytes.h"
@@ -18,7 +19,6 @@
 #include "Gtk/Web/PageInspection.h"
 #include "Gtk/Web/PagePolicy.h"
 #include "Gtk/Web/PageTurnover.h"
-#include "Gtk/Web/SignalConnections.h"
 #include "Gtk/Web/VisitedPage.h"
 #include "Gtk/Web/WebEngine.h"
 

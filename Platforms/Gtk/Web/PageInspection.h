@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Gtk/Web/SignalConnections.h"
+#include "Gtk/SignalConnections.h"
 #include "Gtk/Web/WebModule.h"
 #include "Runtime/SlotInspection.h"
 

@@ -2,7 +2,7 @@
 
 #include <webkit/webkit.h>
 
-#include "Gtk/Web/SignalConnections.h"
+#include "Gtk/SignalConnections.h"
 
 namespace tavo::gtk {
 

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "Gtk/Web/SignalConnections.h"
+#include "Gtk/SignalConnections.h"
 
 namespace tavo::gtk {
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "Gtk/GPtr.h"
+#include "Gtk/SignalConnections.h"
 #include "Gtk/Web/EngineCookies.h"
 #include "Gtk/Web/NetworkMeter.h"
 #include "Gtk/Web/ProcessWatch.h"
-#include "Gtk/Web/SignalConnections.h"
 #include "Gtk/Web/WebModule.h"
 
 namespace tavo::gtk {
