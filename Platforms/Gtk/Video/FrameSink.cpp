@@ -11,8 +11,10 @@ namespace tavo::gtk {
 
 namespace {
 
-// Larger pictures are made smaller on their way: a texture of that size would stop the host.
-constexpr const char* acceptedPictures = "video/x-raw,format=BGRA,width=[1,4096],height=[1,4096]";
+// Larger pictures are made smaller on their way: a texture of that size would stop the host. No
+// alpha: a video hides all that lies behind it, and to draw it the toolkit would put the alpha into
+// each colour, on the main thread.
+constexpr const char* acceptedPictures = "video/x-raw,format=RGB,width=[1,4096],height=[1,4096]";
 
 void unmapFrame(gpointer data) {
   const std::unique_ptr<GstVideoFrame> frame{static_cast<GstVideoFrame*>(data)};
@@ -35,9 +37,7 @@ GdkTexture* textureOf(GstSample* sample) {
   const void* pixels = GST_VIDEO_FRAME_PLANE_DATA(frame.get(), 0);
   GBytes* bytes = g_bytes_new_with_free_func(pixels, stride * static_cast<gsize>(height),
                                              unmapFrame, frame.release());
-  // A video hides all that lies behind it, so its colours are the same with alpha in them or not;
-  // the toolkit is much quicker with those that are not.
-  GdkTexture* texture = gdk_memory_texture_new(width, height, GDK_MEMORY_B8G8R8A8, bytes, stride);
+  GdkTexture* texture = gdk_memory_texture_new(width, height, GDK_MEMORY_R8G8B8, bytes, stride);
   g_bytes_unref(bytes);
   return texture;
 }
