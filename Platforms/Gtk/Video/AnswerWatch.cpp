@@ -1,11 +1,15 @@
 #include "Gtk/Video/AnswerWatch.h"
 
+#include <chrono>
+
 #include "Gtk/Guarded.h"
 #include "Gtk/Video/SourcePolicy.h"
 
 namespace tavo::gtk {
 
 namespace {
+
+constexpr std::chrono::milliseconds answerPatience{500};
 
 // The pipeline's threads may outlive whoever made it: each hook owns a share.
 using Shared = std::shared_ptr<AnswerWatch>;
@@ -26,6 +30,9 @@ std::shared_ptr<AnswerWatch> AnswerWatch::on(GstElement* pipeline) {
   g_signal_connect_data(
       pipeline, "deep-element-added", G_CALLBACK(fenced<&elementAdded>), new Shared{watch},
       [](gpointer shared, GClosure* /*closure*/) { letGo(shared); }, GConnectFlags{});
+  GstBus* const bus = gst_element_get_bus(pipeline);
+  gst_bus_set_sync_handler(bus, &said, new Shared{watch}, letGo);
+  gst_object_unref(bus);
   return watch;
 }
 
@@ -35,27 +42,45 @@ void AnswerWatch::elementAdded(GstBin* /*pipeline*/, GstBin* /*bin*/, GstElement
   GstPad* pad = gst_element_get_static_pad(element, "src");
   if (pad == nullptr) return;
   watchOf(self).expect();
-  const auto passing =
-      static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_BOTH);
+  const auto passing = static_cast<GstPadProbeType>(
+      GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_BOTH | GST_PAD_PROBE_TYPE_EVENT_FLUSH);
   gst_pad_add_probe(pad, passing, fenced<&passed>, new Shared{*static_cast<Shared*>(self)}, letGo);
   gst_object_unref(pad);
 }
 
 GstPadProbeReturn AnswerWatch::passed(GstPad* /*pad*/, GstPadProbeInfo* info, gpointer self) {
-  AnswerWatch& watch = watchOf(self);
   const bool isData = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0;
-  GstEvent* event = isData ? nullptr : GST_PAD_PROBE_INFO_EVENT(info);
-  if (isData || tellsOfAnswer(event)) {
-    watch.settle();
-  } else if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
-    watch.expect();
-  }
+  watchOf(self).pass(isData ? nullptr : GST_PAD_PROBE_INFO_EVENT(info));
   return GST_PAD_PROBE_OK;
 }
 
-void AnswerWatch::await(Seconds patience) {
+// Null stands for data.
+void AnswerWatch::pass(GstEvent* event) {
+  if (event != nullptr && GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
+    isJumping_ = true;
+    expect();
+  } else if (event != nullptr && GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP) {
+    isJumping_ = false;
+  } else if (!isJumping_ && (event == nullptr || tellsOfAnswer(event))) {
+    settle();
+  }
+}
+
+// On the thread that tells.
+GstBusSyncReply AnswerWatch::said(GstBus* /*bus*/, GstMessage* message, gpointer self) {
+  if (GST_MESSAGE_TYPE(message) != GST_MESSAGE_ERROR) return GST_BUS_PASS;
+  GstObject* const source = GST_MESSAGE_SRC(message);
+  if (GST_IS_ELEMENT(source) && isSource(GST_ELEMENT(source))) {
+    watchOf(self).settle();  // the server's answer is this
+  } else {
+    watchOf(self).await();
+  }
+  return GST_BUS_PASS;
+}
+
+void AnswerWatch::await() {
   std::unique_lock lock{mutex_};
-  changed_.wait_for(lock, patience, [this] { return !isAwaited_; });
+  changed_.wait_for(lock, answerPatience, [this] { return !isAwaited_; });
 }
 
 void AnswerWatch::set(bool isAwaited) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr guint tickMilliseconds = 500;
 // A worker waits so long:
-constexpr Seconds answerPatience{0.5};
+constexpr GstClockTime seekPatience = GST_SECOND / 2;
 constexpr GstClockTime stopPatience = 10 * GST_SECOND;
 
 double secondsOf(GstClockTime time) {
@@ -40,12 +40,31 @@ void ignoreTags(GstPlay* play, GstElement* pipeline) {
   }
 }
 
-bool tellsOfEmptiness(GstMessage* message) {
+bool isAbout(GstMessage* message, GstPlayMessage what) {
   GstPlayMessage type{};
   if (!gst_play_is_play_message(message)) return false;
   gst_play_message_parse_type(message, &type);
-  return type == GST_PLAY_MESSAGE_URI_LOADED &&
+  return type == what;
+}
+
+bool tellsOfSeek(GstMessage* message) { return isAbout(message, GST_PLAY_MESSAGE_SEEK_DONE); }
+
+bool tellsOfEmptiness(GstMessage* message) {
+  return isAbout(message, GST_PLAY_MESSAGE_URI_LOADED) &&
          gst_structure_get_string(gst_message_get_structure(message), "uri") == nullptr;
+}
+
+// Takes messages off the bus up to the one that is meant, for `patience` at most.
+void takeUntil(bool (*isMeant)(GstMessage*), GstBus* bus, GstClockTime patience) {
+  const GstClockTime end = gst_util_get_timestamp() + patience;
+  bool isOver = false;
+  while (!isOver) {
+    const GstClockTime now = gst_util_get_timestamp();
+    GstMessage* const message = now < end ? gst_bus_timed_pop(bus, end - now) : nullptr;
+    if (message == nullptr) return;
+    isOver = isMeant(message);
+    gst_message_unref(message);
+  }
 }
 
 // Blocks until the pipeline has stopped and the player has nothing more to tell. Whatever it tells
@@ -53,13 +72,7 @@ bool tellsOfEmptiness(GstMessage* message) {
 // there, and so to wait for itself (GstPlay 1.22).
 void empty(GstPlay* play, GstBus* bus) {
   gst_play_set_uri(play, nullptr);
-  bool isEmpty = false;
-  while (!isEmpty) {
-    GstMessage* const message = gst_bus_timed_pop(bus, stopPatience);
-    if (message == nullptr) return;
-    isEmpty = tellsOfEmptiness(message);
-    gst_message_unref(message);
-  }
+  takeUntil(&tellsOfEmptiness, bus, stopPatience);
 }
 
 // Returns what knows when the pipeline can be ended.
@@ -106,8 +119,9 @@ Playback::Playback(const MediaEngine& engine, const std::string& url,
 Playback::~Playback() {
   sink_->stop();
   gst_bus_remove_watch(bus_);
-  runLoop_->background([play = play_, bus = bus_, answers = answers_] {
-    answers->await(answerPatience);
+  runLoop_->background([play = play_, bus = bus_, answers = answers_, isSeeking = isSeeking_] {
+    if (isSeeking) takeUntil(&tellsOfSeek, bus, seekPatience);
+    answers->await();
     empty(play, bus);
     // A message that nobody takes off the bus holds the player that holds the bus.
     gst_bus_set_flushing(bus, TRUE);
@@ -132,6 +146,7 @@ void Playback::begin() {
 }
 
 void Playback::seek(double seconds) {
+  isSeeking_ = hasBegun_;
   gst_play_seek(play_, static_cast<GstClockTime>(std::max(seconds, 0.0) * GST_SECOND));
 }
 
@@ -167,6 +182,7 @@ void Playback::hear(GstMessage* message) {
       return told();
     }
     case GST_PLAY_MESSAGE_SEEK_DONE: {
+      isSeeking_ = false;
       const auto told = events_.sought;
       return told();
     }

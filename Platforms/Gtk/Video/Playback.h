@@ -46,6 +46,7 @@ class Playback : public Media {
   GstPlay* play_ = nullptr;
   std::shared_ptr<AnswerWatch> answers_;
   bool hasBegun_ = false;
+  bool isSeeking_ = false;
   GstBus* bus_ = nullptr;
 };
 
