@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include <tavo/Runtime.h>
 #include <tavo/gtk/AdSlot.h>
@@ -70,6 +71,17 @@ std::shared_ptr<View> viewFor(const std::shared_ptr<View>& adView) {
       "An AdSlot was made of a null pointer: nothing will be shown there. Give it the view that "
       "XAdView::create returns.");
   return std::make_shared<View>();
+}
+
+constexpr const char* slotTypeName = "TavoAdSlot";
+
+// The toolkit's own way of drawing a child, which is all there is to draw: its C++ interface makes
+// an object for each frame. A class that was derived from the slot's may draw more, and keeps its.
+void drawPlainly(GtkWidget* slot) {
+  const bool isDerived = !std::string_view{G_OBJECT_TYPE_NAME(slot)}.ends_with(slotTypeName);
+  if (isDerived) return;
+  GTK_WIDGET_GET_CLASS(slot)->snapshot =
+      GTK_WIDGET_CLASS(g_type_class_peek(GTK_TYPE_WIDGET))->snapshot;
 }
 
 }  // namespace
@@ -225,7 +237,8 @@ void AdSlot::Core::moveTo(const Rect& place) {
   adView_->didMoveOnScreen();
 }
 
-AdSlot::AdSlot(const std::shared_ptr<View>& adView) : Glib::ObjectBase{"TavoAdSlot"} {
+AdSlot::AdSlot(const std::shared_ptr<View>& adView) : Glib::ObjectBase{slotTypeName} {
+  drawPlainly(GTK_WIDGET(gobj()));
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
   set_overflow(Gtk::Overflow::HIDDEN);
@@ -244,6 +257,10 @@ void AdSlot::measure_vfunc(Gtk::Orientation orientation, int /*for_size*/, int& 
 
 void AdSlot::size_allocate_vfunc(int width, int height, int /*baseline*/) {
   guarded([&] { core_->resize(width, height); });
+}
+
+void AdSlot::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+  guarded([&] { snapshot_child(core_->widget(), snapshot); });
 }
 
 void AdSlot::on_realize() {

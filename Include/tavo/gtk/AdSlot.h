@@ -46,6 +46,7 @@ class TAVO_EXPORT AdSlot : public Gtk::Widget {
   void measure_vfunc(Gtk::Orientation orientation, int for_size, int& minimum, int& natural,
                      int& minimum_baseline, int& natural_baseline) const override;
   void size_allocate_vfunc(int width, int height, int baseline) override;
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override;
   void on_map() override;
   void on_unmap() override;
   void on_realize() override;
