@@ -101,7 +101,7 @@ void SlotsHost::addFilm() {
   test::runUntil([&] { return player_->isPreparedToPlay(); }, patience);
 }
 
-double SlotsHost::addView(const std::string& campaign, Processes processes) {
+double SlotsHost::addView(const std::string& campaign, Processes processes, int boxes) {
   std::ifstream file{std::string{TAVO_SLOTS_CAMPAIGNS} + "/" + campaign + "/creative.html"};
   std::string creative{std::istreambuf_iterator<char>{file}, {}};
   const std::string_view placeholder{"${server}"};
@@ -110,11 +110,18 @@ double SlotsHost::addView(const std::string& campaign, Processes processes) {
     creative.replace(at, placeholder.size(), host_.server().baseUrl());
   }
   put(*places_.emplace_back(std::make_unique<Gtk::Box>()));
+  Gtk::Box* place = places_.back().get();
+  if (boxes > 1) place->set_overflow(Gtk::Overflow::HIDDEN);
+  for (int box = 1; box < boxes; ++box) {
+    auto* const inner = Gtk::make_managed<Gtk::Box>();
+    place->append(*inner);
+    place = inner;
+  }
   const bool begins = processes == Processes::own || views_.size() % viewsOfProcess == 0;
   const auto start = Clock::now();
   const BareBanner* const related = begins ? nullptr : views_.back().get();
-  views_.push_back(std::make_unique<BareBanner>(*places_.back(), creative,
-                                                host_.server().baseUrl() + "/", related));
+  views_.push_back(
+      std::make_unique<BareBanner>(*place, creative, host_.server().baseUrl() + "/", related));
   test::runUntil([&] { return views_.back()->isLoaded(); }, patience);
   return millisecondsSince(start);
 }

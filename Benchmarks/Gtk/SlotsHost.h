@@ -37,8 +37,9 @@ class SlotsHost {
 
   // Bare: the same creative in a new web view, the same clip in a media file. With `shared`, ten
   // views have a process together, like ours. Milliseconds until the page was there.
+  // `boxes` stand around each view, one in the other, of which the outer one cuts.
   enum class Processes { own, shared };
-  double addView(const std::string& campaign, Processes processes = Processes::own);
+  double addView(const std::string& campaign, Processes processes = Processes::own, int boxes = 1);
   void addClip();
 
   void scrollAway();

@@ -3,6 +3,8 @@
 #include <gtk/gtk.h>
 #include <webkit/webkit.h>
 
+#include <string>
+
 #include <tavo/gtk/GtkPlatform.h>
 
 #include "Elapsed.h"
@@ -62,6 +64,19 @@ double userAgentTimeOfView() {
   const double time = millisecondsSince(start);
   g_object_unref(view);
   return inTime ? time : 0;
+}
+
+double userAgentTimeOfProgram() {
+  std::string program = TAVO_USER_AGENT_PROGRAM;
+  char* arguments[] = {program.data(), nullptr};
+  char* text = nullptr;
+  const auto start = Clock::now();
+  const bool ran = g_spawn_sync(nullptr, arguments, nullptr, G_SPAWN_STDERR_TO_DEV_NULL, nullptr,
+                                nullptr, &text, nullptr, nullptr, nullptr) != FALSE;
+  const double time = millisecondsSince(start);
+  const bool said = ran && *text != '\0';
+  g_free(text);
+  return said ? time : 0;
 }
 
 }  // namespace tavo::benchmark

@@ -8,5 +8,7 @@ namespace tavo::benchmark {
 enum class Engine { known, unknown, unknownAtStart };
 [[nodiscard]] double userAgentTime(Engine engine);
 [[nodiscard]] double userAgentTimeOfView();
+// As the library's helper says it, from its start to its end.
+[[nodiscard]] double userAgentTimeOfProgram();
 
 }  // namespace tavo::benchmark

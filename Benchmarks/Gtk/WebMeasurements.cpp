@@ -148,22 +148,17 @@ double memoryOfBareViews(int views) {
   return familyMegabytes();
 }
 
-Growth growthOverRefreshes(const char* campaign) {
+namespace {
+
+Growth growthOver(const std::function<void()>& show) {
   constexpr int settled = 400;
   constexpr int refreshes = 2'000;
   constexpr int window = 500;  // the life of a web process: what it holds depends on its age
   constexpr int look = 25;
-  GtkHost host{TAVO_CAMPAIGNS};
-  host.banner()->setMobileAdTypes(std::string_view{campaign} == "vast-preroll"
-                                      ? MobileAdTypes::interstitial
-                                      : MobileAdTypes::banner);
-  auto& record = host.server().record();
   Growth first{};
   Growth last{};
   for (int refresh = 1; refresh <= settled + refreshes + window; ++refresh) {
-    record.clear();
-    host.load(campaign);
-    turnUntil([&] { return !record.requests(adserver::RequestKind::Tracking).empty(); });
+    show();
     const bool isEarly = refresh > settled && refresh <= settled + window;
     const bool isLate = refresh > settled + refreshes;
     if (refresh % look != 0 || (!isEarly && !isLate)) continue;
@@ -174,6 +169,30 @@ Growth growthOverRefreshes(const char* campaign) {
     sum.family += familyMegabytes("Pss_Anon:");
   }
   return {last.host / first.host, last.family / first.family};
+}
+
+}  // namespace
+
+Growth growthOverRefreshes(const char* campaign) {
+  GtkHost host{TAVO_CAMPAIGNS};
+  host.banner()->setMobileAdTypes(std::string_view{campaign} == "vast-preroll"
+                                      ? MobileAdTypes::interstitial
+                                      : MobileAdTypes::banner);
+  auto& record = host.server().record();
+  return growthOver([&] {
+    record.clear();
+    host.load(campaign);
+    turnUntil([&] { return !record.requests(adserver::RequestKind::Tracking).empty(); });
+  });
+}
+
+Growth growthOfBareView() {
+  BareHost host;
+  const auto banner = host.makeBanner();
+  return growthOver([&] {
+    turnUntil([&] { return banner->isLoaded(); });
+    banner->load(host.creative, host.server.baseUrl() + "/");
+  });
 }
 
 double firstAd(Slot slot) {

@@ -18,6 +18,8 @@ struct Growth {
   double family = 0;
 };
 [[nodiscard]] Growth growthOverRefreshes(const char* campaign);
+// The same for as many pages in one web view.
+[[nodiscard]] Growth growthOfBareView();
 
 // Milliseconds from the answer to the finished page, for the first ad of a process. The answer
 // takes a quarter of a second.
