@@ -66,16 +66,20 @@ void AnswerWatch::pass(GstEvent* event) {
   }
 }
 
-// On the thread that tells.
 GstBusSyncReply AnswerWatch::said(GstBus* /*bus*/, GstMessage* message, gpointer self) {
-  if (GST_MESSAGE_TYPE(message) != GST_MESSAGE_ERROR) return GST_BUS_PASS;
-  GstObject* const source = GST_MESSAGE_SRC(message);
-  if (GST_IS_ELEMENT(source) && isSource(GST_ELEMENT(source))) {
-    watchOf(self).settle();  // the server's answer is this
-  } else {
-    watchOf(self).await();
+  if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+    guarded([&] { watchOf(self).hearError(GST_MESSAGE_SRC(message)); });
   }
   return GST_BUS_PASS;
+}
+
+// On the thread that tells.
+void AnswerWatch::hearError(GstObject* teller) {
+  if (GST_IS_ELEMENT(teller) && isSource(GST_ELEMENT(teller))) {
+    settle();  // this is what came of the request
+  } else {
+    await();
+  }
 }
 
 void AnswerWatch::await() {

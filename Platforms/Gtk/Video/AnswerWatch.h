@@ -30,6 +30,7 @@ class AnswerWatch {
   static GstBusSyncReply said(GstBus* bus, GstMessage* message, gpointer self);
 
   void pass(GstEvent* event);
+  void hearError(GstObject* teller);
   void settle() { set(false); }
   void set(bool isAwaited);
 
