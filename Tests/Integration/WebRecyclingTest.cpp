@@ -114,14 +114,17 @@ TEST_F(WebRecyclingTest, AProcessThatHasShownManyPagesIsLeftForANewOne) {
   EXPECT_TRUE(runUntil([&] { return own().size() == 1 && own() != first; }));
 }
 
-// The native views that have begun a page, whoever holds them.
+// The native views that have shown a page, the blank one too, whoever holds them.
 class ViewsThatLoad {
  public:
   ViewsThatLoad() {
     hook_ = g_signal_add_emission_hook(
         signal_, 0,
         [](GSignalInvocationHint*, guint, const GValue* values, gpointer all) -> gboolean {
-          static_cast<std::set<gpointer>*>(all)->insert(g_value_get_object(values));
+          constexpr int finished = 3;
+          if (g_value_get_enum(values + 1) == finished) {
+            static_cast<std::set<gpointer>*>(all)->insert(g_value_get_object(values));
+          }
           return TRUE;
         },
         &all_, nullptr);
@@ -158,6 +161,26 @@ TEST_F(WebRecyclingTest, ANewSlotTakesTheViewThatIsReady) {
     const auto before = views.all();
     EXPECT_TRUE(before.contains(show(owners[slot]))) << "slot " << slot;
   }
+}
+
+// A process for one blank view would weigh as much as most of the ten pages.
+TEST_F(WebRecyclingTest, TenSlotsAndTheViewForTheNextShareAProcess) {
+  gtk::GtkWebModule module{webServices(impatience())};
+  const auto others = webProcesses();
+  const std::array<int, 10> owners{};
+  std::vector<std::unique_ptr<Page>> pages;
+  const auto show = [&](const int& owner) {
+    const WebViewOptions options{.owner = &owner};
+    pages.push_back(std::make_unique<Page>(options, Rect{0, 0, 320, 50}, module));
+    pages.back()->load("<html><body></body></html>");
+  };
+  show(owners[0]);
+  const ViewsThatLoad views;
+  for (std::size_t slot = 1; slot < owners.size(); ++slot) show(owners[slot]);
+  EXPECT_TRUE(runUntil([&] { return views.all().size() == owners.size(); }));
+  auto own = webProcesses();
+  for (const int other : others) own.erase(other);
+  EXPECT_EQ(own.size(), 1U);
 }
 
 }  // namespace

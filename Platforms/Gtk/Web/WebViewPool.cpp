@@ -5,7 +5,9 @@
 namespace tavo::gtk {
 namespace {
 
-constexpr std::size_t pagesPerProcess = 10;  // so many go down when one of them does
+// So many go down when one of them does. The view that is made ahead has its place beside ten
+// pages: a process for it alone would weigh as much as most of them.
+constexpr std::size_t viewsPerProcess = 11;
 constexpr std::size_t longestIdleList = 6;
 constexpr Seconds restBeforeSpare{0.3};
 constexpr std::ptrdiff_t idlePerOwner = 2;
@@ -95,7 +97,7 @@ WebViewPool::SharedProcess& WebViewPool::processToShare() {
   std::erase_if(processes_, [](const auto& process) { return process.views.empty(); });
   const auto isClogged = [](const auto& page) { return page.lock()->isClogged(); };
   const auto roomy = std::find_if(processes_.begin(), processes_.end(), [&](const auto& process) {
-    return process.views.size() < pagesPerProcess &&
+    return process.views.size() < viewsPerProcess &&
            !NativeWebView::isWorn(*process.pages, engine_->services().limits) &&
            std::none_of(process.views.begin(), process.views.end(), isClogged);
   });
