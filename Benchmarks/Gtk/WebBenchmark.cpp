@@ -40,6 +40,8 @@ const std::vector<Measurement>& measurements() {
       {"growth-of-pages", [] { return worse("pages", growthOverRefreshes("html-banner")); }},
       {"growth-of-bare-view", [] { return worse("bare view", growthOfBareView()); }},
       {"growth-of-pictures", [] { return worse("pictures", growthOverRefreshes("image-banner")); }},
+      {"growth-of-bare-pictures", [] { return worse("bare pictures", growthOfBarePictures()); }},
+      {"growth-of-bare-films", [] { return worse("bare films", growthOfBareFilms()); }},
       {"growth-of-films", [] { return worse("films", growthOverRefreshes("vast-preroll")); }},
       {"first-ad", [] { return firstAd(Slot::hasShownHtml); }},
       {"first-ad-of-unknown-slot", [] { return firstAd(Slot::unknown); }},
@@ -79,6 +81,7 @@ int reportAll() {
   check(report, "floor: the same of one bare view", "growth-of-bare-view", "", std::nullopt);
   check(report, "memory after 2,000 more refreshes, pictures", "growth-of-pictures", "",
         atMost(1.02));
+  check(report, "floor: the same of bare pictures", "growth-of-bare-pictures", "", std::nullopt);
   check(report, "memory after 2,000 more refreshes, films", "growth-of-films", "", atMost(1.02));
   compareAlone(report, "first ad, known slot, answer to finished", "first-ad", "first-view", "ms",
                atMost(0.15), 7);

@@ -1,5 +1,7 @@
 #include "WebMeasurements.h"
 
+#include <libsoup/soup.h>
+
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -11,6 +13,7 @@
 
 #include "AdManager/HtmlSlots.h"
 #include "BareBanner.h"
+#include "BareVideo.h"
 #include "Elapsed.h"
 #include "ProcessUse.h"
 #include "Support/GtkHost.h"
@@ -42,7 +45,7 @@ std::size_t frames(adserver::AdServer& server) {
 
 // A host without the library, beside the same server.
 struct BareHost {
-  BareHost() {
+  explicit BareHost(const char* campaigns = TAVO_BENCHMARK_CAMPAIGNS) : server{campaigns} {
     gtk_init();
     std::ifstream file{std::string{TAVO_BENCHMARK_CAMPAIGNS} + "/frame-banner/creative.html"};
     creative.assign(std::istreambuf_iterator<char>{file}, {});
@@ -58,7 +61,7 @@ struct BareHost {
 
   Glib::RefPtr<Gtk::Application> application =
       Gtk::Application::create({}, Gio::Application::Flags::NON_UNIQUE);
-  adserver::AdServer server{TAVO_BENCHMARK_CAMPAIGNS};
+  adserver::AdServer server;
   Gtk::Window window;
   Gtk::Box column{Gtk::Orientation::VERTICAL};
   std::string creative;
@@ -192,6 +195,53 @@ Growth growthOfBareView() {
   return growthOver([&] {
     turnUntil([&] { return banner->isLoaded(); });
     banner->load(host.creative, host.server.baseUrl() + "/");
+  });
+}
+
+namespace {
+
+// Shows what a session has fetched.
+struct FetchedPicture {
+  GtkWidget* picture;
+  bool isShown = false;
+
+  static void answered(GObject* session, GAsyncResult* result, gpointer self) {
+    auto& fetched = *static_cast<FetchedPicture*>(self);
+    GBytes* bytes = soup_session_send_and_read_finish(SOUP_SESSION(session), result, nullptr);
+    GdkTexture* texture = bytes == nullptr ? nullptr : gdk_texture_new_from_bytes(bytes, nullptr);
+    gtk_picture_set_paintable(GTK_PICTURE(fetched.picture), GDK_PAINTABLE(texture));
+    fetched.isShown = texture != nullptr;
+    g_clear_object(&texture);
+    g_clear_pointer(&bytes, g_bytes_unref);
+  }
+};
+
+}  // namespace
+
+Growth growthOfBarePictures() {
+  BareHost host{TAVO_CAMPAIGNS};
+  GtkWidget* const picture = gtk_picture_new();
+  gtk_box_append(host.column.gobj(), picture);
+  SoupSession* const session = soup_session_new();
+  const std::string url = host.server.baseUrl() + "/assets/image-banner/banner.png";
+  const Growth growth = growthOver([&] {
+    FetchedPicture fetched{picture};
+    SoupMessage* const message = soup_message_new("GET", url.c_str());
+    soup_session_send_and_read_async(session, message, G_PRIORITY_DEFAULT, nullptr,
+                                     &FetchedPicture::answered, &fetched);
+    g_object_unref(message);
+    turnUntil([&] { return fetched.isShown; });
+  });
+  g_object_unref(session);
+  return growth;
+}
+
+Growth growthOfBareFilms() {
+  BareHost host{TAVO_CAMPAIGNS};
+  const std::string url = host.server.baseUrl() + "/assets/vast-preroll/clip.mp4";
+  return growthOver([&] {
+    const BareVideo film{host.column, url};
+    turnUntil([&] { return film.isPrepared() || film.error() != nullptr; });
   });
 }
 

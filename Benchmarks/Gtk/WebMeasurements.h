@@ -18,8 +18,11 @@ struct Growth {
   double family = 0;
 };
 [[nodiscard]] Growth growthOverRefreshes(const char* campaign);
-// The same for as many pages in one web view.
+// The same without the library: as many pages in one web view, pictures through libsoup in one
+// widget, films in media files.
 [[nodiscard]] Growth growthOfBareView();
+[[nodiscard]] Growth growthOfBarePictures();
+[[nodiscard]] Growth growthOfBareFilms();
 
 // Milliseconds from the answer to the finished page, for the first ad of a process. The answer
 // takes a quarter of a second.
