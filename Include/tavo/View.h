@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <tavo/Color.h>
@@ -158,6 +159,13 @@ class TAVO_EXPORT View : public std::enable_shared_from_this<View> {
   [[nodiscard]] virtual bool isWindow() const { return false; }
   // Tells the listeners on the way up.
   void changed();
+  // Keeps a value and tells; the same one again is no change.
+  template <class Kept, class Value>
+  TAVO_HIDDEN void change(Kept& kept, Value&& value) {
+    if (value == kept) return;
+    kept = std::forward<Value>(value);
+    changed();
+  }
 
  private:
   friend class ViewController;

@@ -2,30 +2,15 @@
 
 namespace tavo {
 
-void Button::setImageMargin(double margin) {
-  imageMargin_ = margin;
-  changed();
-}
+void Button::setImageMargin(double margin) { change(imageMargin_, margin); }
 
-void Button::setImage(Image image) {
-  image_ = std::move(image);
-  changed();
-}
+void Button::setImage(Image image) { change(image_, std::move(image)); }
 
-void Button::setTitle(std::string title) {
-  title_ = std::move(title);
-  changed();
-}
+void Button::setTitle(std::string title) { change(title_, std::move(title)); }
 
-void Button::setTitleStyle(std::optional<ButtonTitleStyle> style) {
-  titleStyle_ = style;
-  changed();
-}
+void Button::setTitleStyle(std::optional<ButtonTitleStyle> style) { change(titleStyle_, style); }
 
-void Button::setEnabled(bool enabled) {
-  enabled_ = enabled;
-  changed();
-}
+void Button::setEnabled(bool enabled) { change(enabled_, enabled); }
 
 void Button::sizeToFit() {
   if (image_.empty()) return;

@@ -4,15 +4,9 @@
 
 namespace tavo {
 
-void ImageView::setImage(Image image) {
-  image_ = std::move(image);
-  changed();
-}
+void ImageView::setImage(Image image) { change(image_, std::move(image)); }
 
-void ImageView::setContentMode(ContentMode mode) {
-  contentMode_ = mode;
-  changed();
-}
+void ImageView::setContentMode(ContentMode mode) { change(contentMode_, mode); }
 
 Rect ImageView::imageRect() const {
   const Rect view = bounds();

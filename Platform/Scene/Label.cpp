@@ -2,24 +2,12 @@
 
 namespace tavo {
 
-void Label::setText(std::string text) {
-  text_ = std::move(text);
-  changed();
-}
+void Label::setText(std::string text) { change(text_, std::move(text)); }
 
-void Label::setTextColor(Color color) {
-  textColor_ = color;
-  changed();
-}
+void Label::setTextColor(Color color) { change(textColor_, color); }
 
-void Label::setFontSize(double size) {
-  fontSize_ = size;
-  changed();
-}
+void Label::setFontSize(double size) { change(fontSize_, size); }
 
-void Label::setAlignment(TextAlignment alignment) {
-  alignment_ = alignment;
-  changed();
-}
+void Label::setAlignment(TextAlignment alignment) { change(alignment_, alignment); }
 
 }  // namespace tavo

@@ -2,15 +2,8 @@
 
 namespace tavo {
 
-void Spinner::setColor(const Color& color) {
-  color_ = color;
-  changed();
-}
+void Spinner::setColor(const Color& color) { change(color_, color); }
 
-void Spinner::setAnimating(bool animating) {
-  if (animating == animating_) return;
-  animating_ = animating;
-  changed();
-}
+void Spinner::setAnimating(bool animating) { change(animating_, animating); }
 
 }  // namespace tavo

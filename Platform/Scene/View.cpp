@@ -74,11 +74,7 @@ void View::resizeFor(Size from, Size to) {
   setFrame({horizontal.start, vertical.start, horizontal.length, vertical.length});
 }
 
-void View::setTurned(bool turned) {
-  if (turned == turned_) return;
-  turned_ = turned;
-  changed();
-}
+void View::setTurned(bool turned) { change(turned_, turned); }
 
 Point View::fromSuperview(Point point) const {
   const Point moved{point.x - frame_.x, point.y - frame_.y};
@@ -93,42 +89,30 @@ Rect View::toSuperview(const Rect& rect) const {
 
 void View::setHidden(bool hidden) {
   requireMainThread("View::setHidden");
-  if (hidden == hidden_) return;
-  hidden_ = hidden;
-  changed();
+  change(hidden_, hidden);
 }
 
 void View::setAlpha(float alpha) {
   requireMainThread("View::setAlpha");
-  alpha_ = std::clamp(alpha, 0.0F, 1.0F);
-  changed();
+  change(alpha_, std::clamp(alpha, 0.0F, 1.0F));
 }
 
 void View::setBackgroundColor(std::optional<Color> color) {
   requireMainThread("View::setBackgroundColor");
-  backgroundColor_ = color;
-  changed();
+  change(backgroundColor_, color);
 }
 
-void View::setBackgroundPattern(Image pattern) {
-  backgroundPattern_ = std::move(pattern);
-  changed();
-}
+void View::setBackgroundPattern(Image pattern) { change(backgroundPattern_, std::move(pattern)); }
 
-void View::setClipsToBounds(bool clips) {
-  clipsToBounds_ = clips;
-  changed();
-}
+void View::setClipsToBounds(bool clips) { change(clipsToBounds_, clips); }
 
 void View::setUserInteractionEnabled(bool enabled) {
   requireMainThread("View::setUserInteractionEnabled");
-  userInteractionEnabled_ = enabled;
-  changed();
+  change(userInteractionEnabled_, enabled);
 }
 
 void View::setAccessibilityLabel(std::string label) {
-  accessibilityLabel_ = std::move(label);
-  changed();
+  change(accessibilityLabel_, std::move(label));
 }
 
 Window* View::window() {
@@ -194,7 +178,7 @@ void View::bringSubviewToFront(const View& view) {
   requireMainThread("View::bringSubviewToFront");
   const auto found = std::find_if(subviews_.begin(), subviews_.end(),
                                   [&](const auto& subview) { return subview.get() == &view; });
-  if (found == subviews_.end()) return;
+  if (found == subviews_.end() || *found == subviews_.back()) return;
   std::rotate(found, found + 1, subviews_.end());
   changed();
 }

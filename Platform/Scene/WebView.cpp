@@ -1,11 +1,7 @@
-#include <utility>
-
 #include <tavo/WebView.h>
 
 namespace tavo {
 
-void WebView::setAtRest(bool rests) {
-  if (std::exchange(atRest_, rests) != rests) changed();
-}
+void WebView::setAtRest(bool rests) { change(atRest_, rests); }
 
 }  // namespace tavo

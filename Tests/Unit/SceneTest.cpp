@@ -13,6 +13,13 @@ namespace {
 
 std::shared_ptr<View> view(Rect frame) { return std::make_shared<View>(frame); }
 
+Image picture(int width, int height) {
+  auto pixels =
+      std::make_shared<std::vector<std::uint8_t>>(static_cast<std::size_t>(width * height * 4));
+  return {width, height, static_cast<std::size_t>(width) * 4,
+          Image::Pixels{pixels, pixels->data()}};
+}
+
 TEST(ViewTest, SubviewsFollowASizeByTheirMask) {
   using Case = std::tuple<const char*, unsigned, Rect>;
   // A view of 20 x 10 at (40, 20) in a superview that grows from 100 x 50 to 200 x 100.
@@ -47,6 +54,45 @@ TEST(ViewTest, AViewStandsInOnePlaceAndNeverBelowItself) {
   EXPECT_TRUE(child->subviews().empty());
   child->addSubview(child);
   EXPECT_TRUE(child->subviews().empty());
+}
+
+class CountingListener : public View::Listener {
+ public:
+  void treeChanged() override { ++changes; }
+  int changes = 0;
+};
+
+// A platform draws and lays out all that it shows when it is told.
+TEST(ViewTest, TheSameAgainIsNotTold) {
+  const auto root = view({0, 0, 100, 100});
+  const auto button = std::make_shared<Button>(Rect{0, 0, 44, 44});
+  root->addSubview(view({0, 0, 10, 10}));
+  root->addSubview(button);
+  CountingListener listener;
+  root->setListener(&listener);
+  using Change = std::pair<const char*, std::function<void()>>;
+  const Change changes[] = {
+      {"title", [&] { button->setTitle("0:04"); }},
+      {"title's style", [&] { button->setTitleStyle(ButtonTitleStyle{colors::white}); }},
+      {"image", [&, image = picture(1, 1)] { button->setImage(image); }},
+      {"name", [&] { button->setAccessibilityLabel("Close"); }},
+      {"colour", [&] { button->setBackgroundColor(colors::black); }},
+      {"alpha", [&] { button->setAlpha(0.5F); }},
+      {"input", [&] { button->setUserInteractionEnabled(false); }},
+      {"clip", [&] { button->setClipsToBounds(true); }},
+      {"order", [&] { root->bringSubviewToFront(*root->subviews().front()); }},
+  };
+  for (const auto& [name, change] : changes) {
+    SCOPED_TRACE(name);
+    const int before = listener.changes;
+    change();
+    EXPECT_EQ(listener.changes, before + 1);
+    if (name != std::string_view{"order"}) change();
+    EXPECT_EQ(listener.changes, before + 1);
+  }
+  root->bringSubviewToFront(*root->subviews().back());
+  EXPECT_EQ(listener.changes, static_cast<int>(std::size(changes)));
+  root->setListener(nullptr);
 }
 
 TEST(ViewTest, CoordinatesConvertBetweenBranches) {
@@ -137,12 +183,6 @@ TEST(TapTest, AnActionMayTakeTheViewsApart) {
 }
 
 TEST(ImageViewTest, PicturesAreFittedByTheContentMode) {
-  const auto picture = [](int width, int height) {
-    auto pixels =
-        std::make_shared<std::vector<std::uint8_t>>(static_cast<std::size_t>(width * height * 4));
-    return Image{width, height, static_cast<std::size_t>(width) * 4,
-                 Image::Pixels{pixels, pixels->data()}};
-  };
   using Case = std::pair<ContentMode, Rect>;
   const Case cases[] = {
       {ContentMode::scaleToFill, {0, 0, 320, 50}},
