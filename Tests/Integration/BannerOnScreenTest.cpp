@@ -59,6 +59,22 @@ TEST_F(BannerOnScreenTest, APictureIsCroppedOrScaledAsConfigured) {
   }
 }
 
+// Whatever stands in it, and when it came: a clip is there only while it cuts something off.
+TEST_F(BannerOnScreenTest, AnAdIsCutOffAtItsEdges) {
+  host().load("image-banner");
+  EXPECT_TRUE(host().waitForPixel(2, 2, pixelOfPicture(2, 2)));
+  const Color behind = host().pixelInSlot(2, 60);
+  const auto frame = std::make_shared<View>(Rect{0, 0, 320, 40});
+  const auto inside = std::make_shared<View>(Rect{0, 0, 100, 40});
+  inside->setBackgroundColor(Color{1, 0, 0, 1});
+  frame->addSubview(inside);
+  host().banner()->addSubview(frame);
+  EXPECT_TRUE(host().waitForPixel(2, 39, Color{1, 0, 0, 1}));
+  inside->setFrame({0, 0, 100, 90});
+  EXPECT_TRUE(host().waitForPixel(2, 48, Color{1, 0, 0, 1}));
+  EXPECT_EQ(host().pixelInSlot(2, 60), behind);
+}
+
 TEST_F(BannerOnScreenTest, AnHtmlBannerRunsItsScriptAtItsSize) {
   host().load("html-banner");
   // The creative is grey until its script has run; then its button is yellow.

@@ -82,7 +82,11 @@ void ButtonWidget::nameIt(const tavo::Button& button) {
 
 // A title in a style of its own: colour and size as attributes, for no theme may change them.
 void ButtonWidget::showTitle(const tavo::Button& button) {
-  const ButtonTitleStyle& style = *button.titleStyle();
+  title_.set_text(button.title());
+  if (get_child() != &title_) set_child(title_);
+  if (titleStyle_ == button.titleStyle()) return;
+  titleStyle_ = button.titleStyle();
+  const ButtonTitleStyle& style = *titleStyle_;
   constexpr double channel = 65535;
   const auto part = [](float value) { return static_cast<guint16>(value * channel); };
   Pango::AttrList attributes;
@@ -94,11 +98,9 @@ void ButtonWidget::showTitle(const tavo::Button& button) {
   attributes.insert(size);
   title_.set_attributes(attributes);
   title_.set_css_classes({isLight(style.color) ? "tavo-light" : "tavo-dark"});
-  title_.set_text(button.title());
   title_.set_xalign(style.alignment == TextAlignment::left     ? 0.0F
                     : style.alignment == TextAlignment::center ? 0.5F
                                                                : 1.0F);
-  if (get_child() != &title_) set_child(title_);
 }
 
 void ButtonWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {

@@ -3,6 +3,7 @@
 #include <gtkmm.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <tavo/Button.h>
@@ -30,6 +31,7 @@ class ButtonWidget : public Gtk::Button {
   Gtk::Picture picture_;
   Gtk::Label title_;
   std::string name_;
+  std::optional<ButtonTitleStyle> titleStyle_;  // as it is written now
 };
 
 }  // namespace tavo::gtk

@@ -37,6 +37,13 @@ Pango::Alignment pangoAlignment(TextAlignment alignment) {
 
 }  // namespace
 
+bool ViewPainter::isNeededFor(const View& view) {
+  const auto& color = view.backgroundColor();
+  return (color && color->alpha > 0) || !view.backgroundPattern().empty() ||
+         dynamic_cast<const ImageView*>(&view) != nullptr ||
+         dynamic_cast<const Label*>(&view) != nullptr;
+}
+
 void ViewPainter::paint(const View& view) {
   paintBackground(view);
   if (const auto* image = dynamic_cast<const ImageView*>(&view)) paintImage(*image);

@@ -14,6 +14,8 @@ class ViewPainter {
   // `widget` lends its fonts and its size.
   ViewPainter(GtkSnapshot* snapshot, Gtk::Widget& widget) : snapshot_{snapshot}, widget_{widget} {}
 
+  // Whether there is anything to paint. Asked once a change; a frame has no time for it.
+  [[nodiscard]] static bool isNeededFor(const View& view);
   void paint(const View& view);
   // The mark of what the keyboard stands on: seen on a picture of any colour.
   void paintFocus();

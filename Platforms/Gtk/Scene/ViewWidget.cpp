@@ -15,6 +15,7 @@
 #include "Gtk/Guarded.h"
 #include "Gtk/Scene/ButtonWidget.h"
 #include "Gtk/Scene/NativeView.h"
+#include "Gtk/Scene/Overflow.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Scene/SpinnerWidget.h"
 #include "Gtk/Scene/ViewPainter.h"
@@ -60,6 +61,12 @@ std::optional<GtkAccessibleRole> roleOf(const View& view) {
   return std::nullopt;
 }
 
+// Leads from a widget of the toolkit's to ours.
+GQuark ownQuark() {
+  static const GQuark quark = g_quark_from_static_string("tavo-view-widget");
+  return quark;
+}
+
 bool isPress(guint key, Gdk::ModifierType state) {
   const auto shortcuts =
       Gdk::ModifierType::CONTROL_MASK | Gdk::ModifierType::ALT_MASK | Gdk::ModifierType::SUPER_MASK;
@@ -75,13 +82,14 @@ ViewWidget::ViewWidget(const std::shared_ptr<View>& view, double longestSide)
       Glib::ExtraClassInit{&ViewWidget::initialize},
       view_{view},
       longestSide_{longestSide} {
-  set_overflow(view->clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+  g_object_set_qdata(G_OBJECT(gobj()), ownQuark(), this);
   if (const auto role = roleOf(*view)) {
     g_object_set(gobj(), "accessible-role", *role, nullptr);
   }
 }
 
 ViewWidget::~ViewWidget() {
+  g_object_set_qdata(G_OBJECT(gobj()), ownQuark(), nullptr);
   native_.release();
   for (const auto* widgets : {&children_, &spares_}) {
     for (const auto& child : *widgets) child.widget->unparent();
@@ -152,7 +160,11 @@ void ViewWidget::syncProperties(const View& view) {
   letKeysReach(isReachedByKeyboard(view));
   const auto* const label = dynamic_cast<const Label*>(&view);
   nameIt(label == nullptr ? view.accessibilityLabel() : validUtf8(label->text()));
-  set_overflow(view.clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+  isPainted_ = ViewPainter::isNeededFor(view);
+  const bool isNative = dynamic_cast<const NativeView*>(&view) != nullptr;
+  const bool cuts =
+      view.clipsToBounds() && (isNative || label != nullptr || reachesBeyond(view, view.bounds()));
+  set_overflow(cuts ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
 }
 
 // The keyboard taps what it stands on.
@@ -280,14 +292,15 @@ void ViewWidget::initialize(gpointer widgetClass, gpointer /*data*/) {
 }
 
 void ViewWidget::draw(GtkWidget* widget, GtkSnapshot* snapshot) {
-  auto* const self =
-      dynamic_cast<ViewWidget*>(Glib::ObjectBase::_get_current_wrapper(G_OBJECT(widget)));
+  auto* const self = static_cast<ViewWidget*>(g_object_get_qdata(G_OBJECT(widget), ownQuark()));
   if (self != nullptr) self->drawOn(snapshot);
 }
 
 void ViewWidget::drawOn(GtkSnapshot* snapshot) {
-  if (const auto current = view()) {
-    guarded([&] { ViewPainter{snapshot, *this}.paint(*current); });
+  if (isPainted_) {
+    if (const auto current = view()) {
+      guarded([&] { ViewPainter{snapshot, *this}.paint(*current); });
+    }
   }
   native_.draw(snapshot);
   for (const auto& child : children_) {

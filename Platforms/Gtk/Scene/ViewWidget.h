@@ -67,6 +67,7 @@ class ViewWidget : public Glib::ExtraClassInit, public Gtk::Widget {
   std::string name_;  // as assistive technology has it
   const double longestSide_;
   Point origin_;
+  bool isPainted_ = false;       // by itself; else there is only what it holds
   std::vector<Child> children_;  // back to front
   std::vector<Child> spares_;    // of views that are gone
   Glib::RefPtr<Gtk::EventControllerKey> keys_;
