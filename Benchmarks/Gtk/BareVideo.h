@@ -15,6 +15,7 @@ class BareVideo {
   BareVideo& operator=(const BareVideo&) = delete;
 
   [[nodiscard]] bool isPrepared() const { return gtk_media_stream_is_prepared(stream_) != FALSE; }
+  [[nodiscard]] GtkMediaStream* stream() const { return stream_; }
   // Where it cannot be had; the toolkit's module for media may be missing.
   [[nodiscard]] const GError* error() const { return gtk_media_stream_get_error(stream_); }
 

@@ -1,10 +1,9 @@
 // A host with many slots: what they cost while nothing happens, while nobody sees them, in each
 // frame, and how the cost grows with their number. Bare web views and media files beside them.
-#include <time.h>
-
 #include <cstdio>
 #include <numeric>
 
+#include "FrameWork.h"
 #include "OwnProcess.h"
 #include "ProcessUse.h"
 #include "SlotsHost.h"
@@ -15,10 +14,7 @@ namespace {
 using benchmarks::atMost;
 using benchmarks::Report;
 
-// `nested`: bare views with as many widgets around them as a slot has around its page.
-enum class Side { ours, bare, nested };
-
-constexpr int widgetsOfSlot = 4;
+enum class Side { ours, bare };
 
 constexpr double restingTime = 40;  // until what loading has left behind is over
 constexpr double idleTime = 20;
@@ -28,8 +24,7 @@ void show(SlotsHost& host, Side side, const std::string& campaign) {
   if (side == Side::ours) {
     host.add(campaign);
   } else {
-    const int boxes = side == Side::nested ? widgetsOfSlot : 1;
-    host.addView(campaign, SlotsHost::Processes::own, boxes);
+    host.addView(campaign);
   }
 }
 
@@ -54,34 +49,6 @@ double movingPage(Side side, bool isSeen) {
   const double before = ofFamily(processorTime);
   turnQuietlyFor(playingTime);
   return (ofFamily(processorTime) - before) / playingTime;
-}
-
-double mainThread() {
-  timespec used{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-  return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
-}
-
-enum class Film { none, plays };
-
-// Milliseconds of the main thread in a second, with nine slots of pages, of which three move, and
-// with a film beside them or none.
-double frameWork(Side side, Film film) {
-  SlotsHost host;
-  for (int slot = 0; slot < 6; ++slot) show(host, side, "frame-banner");
-  for (int slot = 0; slot < 3; ++slot) show(host, side, "html-banner");
-  turnQuietlyFor(2);
-  if (film == Film::plays) {
-    if (side == Side::ours) {
-      host.addFilm();
-    } else {
-      host.addClip();
-    }
-    turnQuietlyFor(0.3);
-  }
-  const double before = mainThread();
-  turnQuietlyFor(playingTime);
-  return (mainThread() - before) / playingTime;
 }
 
 // Milliseconds to the first ad of the five slots that end with a number.
@@ -139,11 +106,10 @@ const std::vector<Measurement>& measurements() {
       {"moving-seen-bare", [] { return movingPage(Side::bare, true); }},
       {"moving-away", [] { return movingPage(Side::ours, false); }},
       {"moving-away-bare", [] { return movingPage(Side::bare, false); }},
-      {"frames", [] { return frameWork(Side::ours, Film::plays); }},
-      {"frames-bare", [] { return frameWork(Side::bare, Film::plays); }},
-      {"frames-of-pages", [] { return frameWork(Side::ours, Film::none); }},
-      {"frames-of-pages-bare", [] { return frameWork(Side::bare, Film::none); }},
-      {"frames-of-pages-nested", [] { return frameWork(Side::nested, Film::none); }},
+      {"frames", [] { return frameWorkOfSlots(FilmInFrame::none); }},
+      {"frames-of-countdown", [] { return frameWorkOfSlots(FilmInFrame::counting); }},
+      {"frames-of-bar", [] { return frameWorkOfSlots(FilmInFrame::withBar); }},
+      {"frames-of-boxes", frameWorkOfBoxes},
       {"first-ad-of-10", [] { return firstAdAround(Side::ours, 10); }},
       {"first-ad-of-10-bare", [] { return firstAdAround(Side::bare, 10); }},
       {"first-ad-of-50", [] { return firstAdAround(Side::ours, 50); }},
@@ -168,6 +134,13 @@ void beyond(Report& report, const char* what, const std::string& ours, const std
   report.value(what, benchmarks::median(differences), unit, bound);
 }
 
+void median(Report& report, const char* what, const std::string& measurement, const char* unit,
+            std::optional<benchmarks::Bound> bound) {
+  std::vector<double> values;
+  for (int round = 0; round < 3; ++round) values.push_back(measuredAlone(measurement));
+  report.value(what, benchmarks::median(values), unit, bound);
+}
+
 int reportAll() {
   Report report{"SlotsBenchmark"};
   beyond(report, "wake-ups of an idle host beyond bare views", "idle-host", "idle-host-bare",
@@ -178,12 +151,12 @@ int reportAll() {
                atMost(0.05), 3);
   compareAlone(report, "bare moving view scrolled away, by seen", "moving-away-bare",
                "moving-seen-bare", "ms/s", std::nullopt, 3);
-  beyond(report, "main thread of ten slots beyond bare widgets", "frames", "frames-bare", "ms/s",
-         atMost(1));
-  beyond(report, "the same without the film", "frames-of-pages", "frames-of-pages-bare", "ms/s",
-         atMost(1));
-  beyond(report, "floor: bare pages in as many widgets as a slot has", "frames-of-pages-nested",
-         "frames-of-pages-bare", "ms/s", std::nullopt);
+  median(report, "main thread in 60 frames of ten slots, beyond bare widgets",
+         "frames-of-countdown", "ms", atMost(1));
+  median(report, "the same with a bar on the film", "frames-of-bar", "ms", atMost(1));
+  median(report, "the same without the film", "frames", "ms", atMost(1));
+  median(report, "floor: bare pages of one process, in as many widgets", "frames-of-boxes", "ms",
+         std::nullopt);
   compareAlone(report, "first ad of the 50th slot, by the tenth's", "first-ad-of-50",
                "first-ad-of-10", "ms", atMost(1.5), 2);
   compareAlone(report, "floor: the same of bare views, ten a process", "first-ad-of-50-bare",

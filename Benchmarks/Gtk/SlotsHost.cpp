@@ -45,10 +45,9 @@ SlotsHost::SlotsHost(Place place) : host_{TAVO_SLOTS_CAMPAIGNS} {
 }
 
 SlotsHost::~SlotsHost() {
-  clip_.reset();
+  removeFilms();
   views_.clear();
   for (const auto& slot : slots_) grid_.remove(*slot->widget);
-  if (movie_) grid_.remove(*movie_);
   while (auto* const child = host_.column().get_last_child()) {
     if (child == &host_.slot()) break;
     host_.column().remove(*child);
@@ -58,46 +57,59 @@ SlotsHost::~SlotsHost() {
 void SlotsHost::put(Gtk::Widget& widget) {
   grid_.attach(widget, placed_ % columns, placed_ / columns);
   ++placed_;
+  if (!groups_.empty()) groups_.back().push_back(&widget);
+}
+
+void SlotsHost::showGroup(std::size_t group) {
+  for (std::size_t number = 0; number < groups_.size(); ++number) {
+    for (Gtk::Widget* const widget : groups_[number]) widget->set_visible(number == group);
+  }
+}
+
+gint64 SlotsHost::frames() { return host_.window().get_frame_clock()->get_frame_counter(); }
+
+std::unique_ptr<SlotsHost::Slot> SlotsHost::makeSlot() {
+  auto slot = std::make_unique<Slot>();
+  slot->view = XAdView::create({0, 0, 320, 50});
+  slot->view->setSlotConfiguration(host_.settings);
+  slot->events = std::make_shared<XAdViewDelegate>(
+      XAdViewDelegate{.xAdViewDidLoad = [told = slot.get()](XAdView&) { ++told->loads; }});
+  slot->view->delegate.set(slot->events);
+  slot->widget = std::make_unique<gtk::AdSlot>(slot->view);
+  return slot;
 }
 
 double SlotsHost::add(const std::string& campaign) {
-  auto& slot = *slots_.emplace_back(std::make_unique<Slot>());
-  slot.view = XAdView::create({0, 0, 320, 50});
-  slot.view->setSlotConfiguration(host_.settings);
-  slot.events = std::make_shared<XAdViewDelegate>(
-      XAdViewDelegate{.xAdViewDidLoad = [&slot](XAdView&) { ++slot.loads; }});
-  slot.view->delegate.set(slot.events);
-  slot.widget = std::make_unique<gtk::AdSlot>(slot.view);
+  auto& slot = *slots_.emplace_back(makeSlot());
   put(*slot.widget);
   return load(slot, campaign);
 }
 
 double SlotsHost::refresh(std::size_t slot) { return load(*slots_.at(slot), "frame-banner"); }
 
-double SlotsHost::load(Slot& slot, const std::string& campaign) {
+void SlotsHost::request(Slot& slot, const std::string& campaign) {
   const std::string domain =
       host_.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
+  slot.view->loadWithDomainName(domain, campaign, "Bottom1");
+}
+
+double SlotsHost::load(Slot& slot, const std::string& campaign) {
   const int before = slot.loads;
   const auto start = Clock::now();
-  slot.view->loadWithDomainName(domain, campaign, "Bottom1");
+  request(slot, campaign);
   test::runUntil([&] { return slot.loads > before; }, patience);
   return millisecondsSince(start);
 }
 
-void SlotsHost::addFilm() {
+void SlotsHost::addFilm(const std::string& campaign) {
   player_ = Runtime::current().platform().moviePlayers->create({0, 0, 320, 180});
   player_->setControlStyle(MovieControlStyle::none);  // the bare clip has no bar either
   movie_ = std::make_unique<gtk::MovieSlot>(player_);
-  put(*movie_);
-  auto& slot = *slots_.emplace_back(std::make_unique<Slot>());
-  slot.view = XAdView::create({0, 0, 320, 50});
-  slot.view->setSlotConfiguration(host_.settings);
-  slot.view->setMoviePlayerInstance(player_);
-  slot.widget = std::make_unique<gtk::AdSlot>(slot.view);
-  put(*slot.widget);
-  const std::string domain =
-      host_.server().baseUrl().substr(std::string_view{"http://"}.size()) + "/ads";
-  slot.view->loadWithDomainName(domain, "vast-preroll", "Bottom1");
+  content_.append(*movie_);
+  preroll_ = makeSlot();
+  preroll_->view->setMoviePlayerInstance(player_);
+  content_.append(*preroll_->widget);
+  request(*preroll_, campaign);
   test::runUntil([&] { return player_->isPreparedToPlay(); }, patience);
 }
 
@@ -126,11 +138,38 @@ double SlotsHost::addView(const std::string& campaign, Processes processes, int 
   return millisecondsSince(start);
 }
 
-void SlotsHost::addClip() {
-  put(*places_.emplace_back(std::make_unique<Gtk::Box>()));
-  clip_ = std::make_unique<BareVideo>(*places_.back(),
+void SlotsHost::addClip(Clip clip) {
+  clipPlace_.set_child(clipBox_);
+  content_.append(clipPlace_);
+  clip_ = std::make_unique<BareVideo>(clipBox_,
                                       host_.server().baseUrl() + "/assets/vast-preroll/clip.mp4");
+  auto* const button = Gtk::make_managed<Gtk::Button>(clip == Clip::withTime ? "00:04" : "\u2715");
+  button->set_has_frame(false);
+  button->set_halign(Gtk::Align::END);
+  button->set_valign(Gtk::Align::START);
+  clipPlace_.add_overlay(*button);
+  if (clip == Clip::withBar) {
+    auto* const bar = Glib::wrap(gtk_media_controls_new(clip_->stream()));
+    bar->add_css_class("osd");
+    bar->set_valign(Gtk::Align::END);
+    clipPlace_.add_overlay(*bar);
+  }
   test::runUntil([&] { return clip_->isPrepared(); }, patience);
+}
+
+void SlotsHost::removeFilms() {
+  if (movie_) {
+    content_.remove(*movie_);
+    content_.remove(*preroll_->widget);
+  }
+  preroll_.reset();
+  movie_.reset();
+  player_.reset();
+  if (clip_) {
+    while (auto* const above = clipBox_.get_next_sibling()) clipPlace_.remove_overlay(*above);
+    clip_.reset();
+    content_.remove(clipPlace_);
+  }
 }
 
 void SlotsHost::scrollAway() {
