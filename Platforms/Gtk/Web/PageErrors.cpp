@@ -18,8 +18,9 @@ TransportError transportCode(const GError& error) {
   switch (error.code) {
     case G_IO_ERROR_TIMED_OUT:
       return TransportError::timedOut;
+    // The engine itself, which gives up a connection whose certificate it refuses and may tell of
+    // that first. A load that was stopped or replaced has an error of the engine's own.
     case G_IO_ERROR_CANCELLED:
-      return TransportError::cancelled;
     case G_IO_ERROR_CONNECTION_REFUSED:
     case G_IO_ERROR_HOST_UNREACHABLE:
     case G_IO_ERROR_NETWORK_UNREACHABLE:
