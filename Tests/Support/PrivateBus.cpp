@@ -16,7 +16,12 @@ PrivateBus::PrivateBus() : daemon_{g_test_dbus_new(G_TEST_DBUS_NONE)} {
 
 PrivateBus::~PrivateBus() {
   g_object_unref(sender_);
-  // Unlike stopping alone, this lets go of the shared connection first: losing it would end us.
+  // Losing a shared connection would end the program.
+  for (const GBusType type : {G_BUS_TYPE_SYSTEM, G_BUS_TYPE_SESSION}) {
+    GDBusConnection* own = g_bus_get_sync(type, nullptr, nullptr);
+    if (own != nullptr) g_dbus_connection_set_exit_on_close(own, FALSE);
+    g_clear_object(&own);
+  }
   g_test_dbus_down(daemon_);
   g_unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
   g_object_unref(daemon_);
