@@ -6,7 +6,6 @@
 #include <tavo/gtk/AdSlot.h>
 
 #include "Gtk/Guarded.h"
-#include "Gtk/Scene/Overflow.h"
 #include "Gtk/Scene/SceneRoot.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Services/GtkApplication.h"
@@ -39,7 +38,6 @@ class TAVO_HIDDEN AdSlot::Core {
   static void surroundingsChanged(GObject* widget, GParamSpec* property, gpointer self);
   void updatePlace();
   [[nodiscard]] Gtk::Widget* placeReference() const;
-  void cutWhatStandsOut();
   void tellShownPart();
   [[nodiscard]] Rect shownPart() const;
   void moveTo(const Rect& place);
@@ -57,7 +55,6 @@ class TAVO_HIDDEN AdSlot::Core {
   sigc::connection disappearing_;
   sigc::connection destroyed_;
   SceneRoot root_{container_, environment_->limits().widgetSide, [this] {
-                    cutWhatStandsOut();
                     tellShownPart();
                     adView_->coverDidChange();
                   }};
@@ -118,7 +115,6 @@ int AdSlot::Core::length(Gtk::Orientation orientation) const {
 void AdSlot::Core::resize(int width, int height) {
   updatePlace();
   root_.widget().size_allocate({0, 0, width, height}, -1);
-  cutWhatStandsOut();
 }
 
 void AdSlot::Core::show() {
@@ -201,14 +197,6 @@ void AdSlot::Core::updatePlace() {
   adView_->didAppearOnScreen();
 }
 
-void AdSlot::Core::cutWhatStandsOut() {
-  const Point corner = root_.widget().origin();
-  const Rect room{corner.x, corner.y, static_cast<double>(slot_.get_width()),
-                  static_cast<double>(slot_.get_height())};
-  const bool cuts = reachesBeyond(*container_, room);
-  slot_.set_overflow(cuts ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
-}
-
 void AdSlot::Core::tellShownPart() {
   const Rect part = shownPart();
   if (part == shown_) return;
@@ -253,6 +241,7 @@ AdSlot::AdSlot(const std::shared_ptr<View>& adView) : Glib::ObjectBase{slotTypeN
   drawPlainly(GTK_WIDGET(gobj()));
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
+  set_overflow(Gtk::Overflow::HIDDEN);
   core_ = std::make_unique<Core>(*this, adView);
 }
 

@@ -59,7 +59,7 @@ TEST_F(BannerOnScreenTest, APictureIsCroppedOrScaledAsConfigured) {
   }
 }
 
-// Whatever stands in it, and when it came: a clip is there only while it cuts something off.
+// Whatever stands in it, and however large that grows.
 TEST_F(BannerOnScreenTest, AnAdIsCutOffAtItsEdges) {
   host().load("image-banner");
   EXPECT_TRUE(host().waitForPixel(2, 2, pixelOfPicture(2, 2)));

@@ -15,7 +15,6 @@
 #include "Gtk/Guarded.h"
 #include "Gtk/Scene/ButtonWidget.h"
 #include "Gtk/Scene/NativeView.h"
-#include "Gtk/Scene/Overflow.h"
 #include "Gtk/Scene/SlotContainer.h"
 #include "Gtk/Scene/SpinnerWidget.h"
 #include "Gtk/Scene/ViewPainter.h"
@@ -161,10 +160,7 @@ void ViewWidget::syncProperties(const View& view) {
   const auto* const label = dynamic_cast<const Label*>(&view);
   nameIt(label == nullptr ? view.accessibilityLabel() : validUtf8(label->text()));
   isPainted_ = ViewPainter::isNeededFor(view);
-  const bool isNative = dynamic_cast<const NativeView*>(&view) != nullptr;
-  const bool cuts =
-      view.clipsToBounds() && (isNative || label != nullptr || reachesBeyond(view, view.bounds()));
-  set_overflow(cuts ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+  set_overflow(view.clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
 }
 
 // The keyboard taps what it stands on.
