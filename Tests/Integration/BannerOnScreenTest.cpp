@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 #include <stdexcept>
 
 #include "OnlineRequest/XTrackingRequest.h"
@@ -7,6 +8,7 @@
 #include "Support/HostileServer.h"
 #include "Support/Places.h"
 #include "Support/Testing.h"
+#include "Support/WebProcesses.h"
 #include "Support/WidgetTree.h"
 
 namespace tavo::test {
@@ -103,6 +105,21 @@ bool tapBelow(Gtk::Widget& top) {
     }
     return false;
   });
+}
+
+// The next answer may be there before the page on the screen has gone, and has answered what it was
+// asked at its end.
+TEST_F(BannerOnScreenTest, ASlotThatIsRefreshedAtOnceStartsNoProcessForEachAd) {
+  constexpr int refreshes = 40;
+  constexpr std::size_t mostProcesses = 3;  // the first, that of the views, and one for the next
+  std::set<int> started;
+  for (int refresh = 1; refresh <= refreshes; ++refresh) {
+    host().server().record().clear();
+    host().load("html-banner");
+    ASSERT_TRUE(host().runUntil([] { return host().recorded(RequestKind::Tracking) > 0; }));
+    started.merge(webProcesses());
+  }
+  EXPECT_LE(started.size(), mostProcesses);
 }
 
 TEST_F(BannerOnScreenTest, AHostThatThrowsInsideItsReportsGoesOn) {

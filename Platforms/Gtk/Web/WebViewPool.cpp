@@ -32,17 +32,18 @@ std::shared_ptr<NativeWebView> WebViewPool::acquire(const WebViewOptions& option
 // While the last page is being cleared away from the screen, the other view of its slot is ready.
 std::shared_ptr<NativeWebView> WebViewPool::takeIdle(const WebViewOptions& options) {
   if (options.owner == nullptr) return nullptr;
-  const auto isFree = [&](const Idle& idle) {
-    return same(idle.options, options) && !idle.view->isDead() && !idle.view->isClogged() &&
-           !(spare_ && idle.view->isWorn());
+  const auto isOwn = [&](const Idle& idle) {
+    return same(idle.options, options) && !idle.view->isDead() && !(spare_ && idle.view->isWorn());
   };
+  const auto isFree = [&](const Idle& idle) { return isOwn(idle) && !idle.view->isClogged(); };
   const auto isReady = [&](const Idle& idle) {
     return isFree(idle) &&
            (idle.view->isBlank() || gtk_widget_get_parent(idle.view->widget()) == nullptr);
   };
   auto found = std::find_if(idle_.begin(), idle_.end(), isReady);
-  const auto all = std::count_if(idle_.begin(), idle_.end(), isFree);
-  if (found == idle_.end() && all >= idlePerOwner) {
+  // One more would not be kept.
+  const bool hasItsViews = std::ranges::count_if(idle_, isOwn) >= idlePerOwner;
+  if (found == idle_.end() && hasItsViews) {
     found = std::find_if(idle_.begin(), idle_.end(), isFree);
   }
   if (found == idle_.end()) return nullptr;
