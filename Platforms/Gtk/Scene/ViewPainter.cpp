@@ -1,5 +1,6 @@
 #include "Gtk/Scene/ViewPainter.h"
 
+#include <optional>
 #include <utility>
 
 #include "Gtk/Scene/Textures.h"
@@ -23,6 +24,8 @@ graphene_rect_t boundsOf(const Gtk::Widget& widget) {
       {0, 0, static_cast<double>(widget.get_width()), static_cast<double>(widget.get_height())});
 }
 
+bool isSeen(const std::optional<Color>& color) { return color && color->alpha > 0; }
+
 Pango::Alignment pangoAlignment(TextAlignment alignment) {
   switch (alignment) {
     case TextAlignment::left:
@@ -38,8 +41,7 @@ Pango::Alignment pangoAlignment(TextAlignment alignment) {
 }  // namespace
 
 bool ViewPainter::isNeededFor(const View& view) {
-  const auto& color = view.backgroundColor();
-  return (color && color->alpha > 0) || !view.backgroundPattern().empty() ||
+  return isSeen(view.backgroundColor()) || !view.backgroundPattern().empty() ||
          dynamic_cast<const ImageView*>(&view) != nullptr ||
          dynamic_cast<const Label*>(&view) != nullptr;
 }
@@ -51,7 +53,7 @@ void ViewPainter::paint(const View& view) {
 }
 
 void ViewPainter::paintBackground(const View& view) {
-  if (view.backgroundColor()) {
+  if (isSeen(view.backgroundColor())) {
     const GdkRGBA color = rgba(*view.backgroundColor());
     const graphene_rect_t place = boundsOf(widget_);
     gtk_snapshot_append_color(snapshot_, &color, &place);
