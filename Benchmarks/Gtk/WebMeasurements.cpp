@@ -162,11 +162,13 @@ Growth growthOver(const std::function<void()>& show) {
   Growth last{};
   for (int refresh = 1; refresh <= settled + refreshes + window; ++refresh) {
     show();
+    if (refresh % look != 0) continue;
+    // Films end on threads of their own, a moment after the next one has begun; and a process that
+    // has shown many pages is left when there is time to start another.
+    turnFor(std::chrono::seconds{1});
     const bool isEarly = refresh > settled && refresh <= settled + window;
     const bool isLate = refresh > settled + refreshes;
-    if (refresh % look != 0 || (!isEarly && !isLate)) continue;
-    // Films end on threads of their own, a moment after the next one has begun.
-    turnFor(std::chrono::seconds{1});
+    if (!isEarly && !isLate) continue;
     Growth& sum = isEarly ? first : last;
     sum.host += proportionalMegabytes(getpid(), "Pss_Anon:");
     sum.family += familyMegabytes("Pss_Anon:");
