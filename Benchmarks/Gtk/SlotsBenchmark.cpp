@@ -1,6 +1,7 @@
 // A host with many slots: what they cost while nothing happens, while nobody sees them, in each
 // frame, and how the cost grows with their number. Bare web views and media files beside them.
 #include <cstdio>
+#include <functional>
 #include <numeric>
 
 #include "FrameWork.h"
@@ -124,27 +125,20 @@ const std::vector<Measurement>& measurements() {
   return all;
 }
 
-// What ours costs beyond the bare one.
-void beyond(Report& report, const char* what, const std::string& ours, const std::string& bare,
+void median(Report& report, const char* what, const std::function<double()>& measure,
             const char* unit, std::optional<benchmarks::Bound> bound) {
-  std::vector<double> differences;
-  for (int round = 0; round < 3; ++round) {
-    differences.push_back(measuredAlone(ours) - measuredAlone(bare));
-  }
-  report.value(what, benchmarks::median(differences), unit, bound);
-}
-
-void median(Report& report, const char* what, const std::string& measurement, const char* unit,
-            std::optional<benchmarks::Bound> bound) {
   std::vector<double> values;
-  for (int round = 0; round < 3; ++round) values.push_back(measuredAlone(measurement));
+  for (int round = 0; round < 3; ++round) values.push_back(measure());
   report.value(what, benchmarks::median(values), unit, bound);
 }
 
 int reportAll() {
   Report report{"SlotsBenchmark"};
-  beyond(report, "wake-ups of an idle host beyond bare views", "idle-host", "idle-host-bare",
-         "/min", atMost(0));
+  const auto alone = [](const char* name) { return [name] { return measuredAlone(name); }; };
+  median(
+      report, "wake-ups of an idle host beyond bare views",
+      [] { return measuredAlone("idle-host") - measuredAlone("idle-host-bare"); }, "/min",
+      atMost(0));
   compareAlone(report, "the same with all processes, by bare views", "idle-all", "idle-all-bare",
                "/min", std::nullopt, 2);
   compareAlone(report, "moving page scrolled away, by seen", "moving-away", "moving-seen", "ms/s",
@@ -152,11 +146,11 @@ int reportAll() {
   compareAlone(report, "bare moving view scrolled away, by seen", "moving-away-bare",
                "moving-seen-bare", "ms/s", std::nullopt, 3);
   median(report, "main thread in 60 frames of ten slots, beyond bare widgets",
-         "frames-of-countdown", "ms", atMost(1));
-  median(report, "the same with a bar on the film", "frames-of-bar", "ms", atMost(1));
-  median(report, "the same without the film", "frames", "ms", atMost(1));
-  median(report, "floor: bare pages of one process, in as many widgets", "frames-of-boxes", "ms",
-         std::nullopt);
+         alone("frames-of-countdown"), "ms", atMost(1));
+  median(report, "the same with a bar on the film", alone("frames-of-bar"), "ms", atMost(1));
+  median(report, "the same without the film", alone("frames"), "ms", atMost(1));
+  median(report, "floor: bare pages of one process, in as many widgets", alone("frames-of-boxes"),
+         "ms", std::nullopt);
   compareAlone(report, "first ad of the 50th slot, by the tenth's", "first-ad-of-50",
                "first-ad-of-10", "ms", atMost(1.5), 2);
   compareAlone(report, "floor: the same of bare views, ten a process", "first-ad-of-50-bare",
