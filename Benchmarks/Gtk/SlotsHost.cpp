@@ -148,7 +148,16 @@ void SlotsHost::addClip(Clip clip) {
   button->set_halign(Gtk::Align::END);
   button->set_valign(Gtk::Align::START);
   clipPlace_.add_overlay(*button);
-  if (clip == Clip::withBar) {
+  if (clip == Clip::withTime) {
+    countdown_ = Glib::signal_timeout().connect_seconds(
+        [this, button] {
+          const auto left = gtk_media_stream_get_duration(clip_->stream()) -
+                            gtk_media_stream_get_timestamp(clip_->stream());
+          button->set_label("00:0" + std::to_string(left / G_USEC_PER_SEC));
+          return true;
+        },
+        1);
+  } else {
     auto* const bar = Glib::wrap(gtk_media_controls_new(clip_->stream()));
     bar->add_css_class("osd");
     bar->set_valign(Gtk::Align::END);
@@ -165,6 +174,7 @@ void SlotsHost::removeFilms() {
   preroll_.reset();
   movie_.reset();
   player_.reset();
+  countdown_.disconnect();
   if (clip_) {
     while (auto* const above = clipBox_.get_next_sibling()) clipPlace_.remove_overlay(*above);
     clip_.reset();

@@ -40,7 +40,7 @@ class SlotsHost {
   // `boxes` stand around each view, one in the other, of which the outer one cuts.
   enum class Processes { own, shared };
   double addView(const std::string& campaign, Processes processes = Processes::own, int boxes = 1);
-  // The same, with a button on it that shows a time, or with a button and the toolkit's own bar.
+  // The clip, with a button on it that counts down, or with a button and the toolkit's own bar.
   enum class Clip { withTime, withBar };
   void addClip(Clip clip);
   void removeFilms();
@@ -82,6 +82,7 @@ class SlotsHost {
   std::vector<std::unique_ptr<BareBanner>> views_;
   Gtk::Overlay clipPlace_;
   Gtk::Box clipBox_;
+  sigc::connection countdown_;
   std::unique_ptr<BareVideo> clip_;
 };
 

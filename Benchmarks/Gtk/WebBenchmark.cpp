@@ -83,6 +83,7 @@ int reportAll() {
         atMost(1.02));
   check(report, "floor: the same of bare pictures", "growth-of-bare-pictures", "", std::nullopt);
   check(report, "memory after 2,000 more refreshes, films", "growth-of-films", "", atMost(1.02));
+  check(report, "floor: the same of bare films", "growth-of-bare-films", "", std::nullopt);
   compareAlone(report, "first ad, known slot, answer to finished", "first-ad", "first-view", "ms",
                atMost(0.15), 7);
   compareAlone(report, "first ad, new slot, answer to finished", "first-ad-of-unknown-slot",
