@@ -15,6 +15,9 @@ constexpr guint tickMilliseconds = 500;
 // A worker waits so long:
 constexpr GstClockTime seekPatience = GST_SECOND / 2;
 constexpr GstClockTime stopPatience = 10 * GST_SECOND;
+// What a film that goes is replaced by. It is never played, but GstPlay 1.22 ends the process when
+// a film is ready just then and there is no address to describe it by.
+constexpr const char* nowhere = "nowhere:";
 
 double secondsOf(GstClockTime time) {
   return GST_CLOCK_TIME_IS_VALID(time) ? static_cast<double>(time) / GST_SECOND : 0;
@@ -51,7 +54,7 @@ bool tellsOfSeek(GstMessage* message) { return isAbout(message, GST_PLAY_MESSAGE
 
 bool tellsOfEmptiness(GstMessage* message) {
   return isAbout(message, GST_PLAY_MESSAGE_URI_LOADED) &&
-         gst_structure_get_string(gst_message_get_structure(message), "uri") == nullptr;
+         textOf(gst_structure_get_string(gst_message_get_structure(message), "uri")) == nowhere;
 }
 
 // Takes messages off the bus up to the one that is meant, for `patience` at most.
@@ -71,7 +74,7 @@ void takeUntil(bool (*isMeant)(GstMessage*), GstBus* bus, GstClockTime patience)
 // holds it, on any of its threads: were that the last hold, the thread would have to end the player
 // there, and so to wait for itself (GstPlay 1.22).
 void empty(GstPlay* play, GstBus* bus) {
-  gst_play_set_uri(play, nullptr);
+  gst_play_set_uri(play, nowhere);
   takeUntil(&tellsOfEmptiness, bus, stopPatience);
 }
 
